@@ -1,0 +1,17 @@
+/// Text as it crosses the library's interface.
+#ifndef WENLOLIB_BASE_TEXT_H
+#define WENLOLIB_BASE_TEXT_H
+
+#include <optional>
+#include <string>
+
+namespace wenlolib {
+
+/// A string in UTF-8, or none at all: `std::nullopt` is the null string, which is not the same as
+/// the empty one. Bytes that are not UTF-8 cannot become a string; wherever the library is handed
+/// such a text, it counts as null. A NUL inside the text is a character like any other.
+using Text = std::optional<std::string>;
+
+}  // namespace wenlolib
+
+#endif

@@ -1,0 +1,147 @@
+#include "base/Value.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <new>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
+#include "support/FailingAllocations.h"
+
+namespace wenlolib::tests {
+namespace {
+
+template <class Expected>
+bool holds(const Value& value) {
+  return value.visit([](const auto& held) {
+    return std::is_same_v<std::remove_cvref_t<decltype(held)>, Expected>;
+  });
+}
+
+TEST(Value, ALiteralIsATextAndNoBoolean) {
+  const Value value("YES");
+  EXPECT_TRUE(holds<std::string>(value));
+  ASSERT_NE(value.text(), nullptr);
+  EXPECT_EQ(*value.text(), "YES");
+}
+
+TEST(Value, APointerBecomesNoBoolean) {
+  static_assert(!std::is_convertible_v<int*, Value>);
+  static_assert(!std::is_convertible_v<const void*, Value>);
+  static_assert(!std::is_convertible_v<std::nullptr_t, bool>);
+  static_assert(std::is_convertible_v<bool, Value>);
+  EXPECT_TRUE(holds<bool>(Value(true)));
+}
+
+TEST(Value, KeepsTheTypeItWasMadeFrom) {
+  EXPECT_TRUE(holds<bool>(Value(false)));
+  EXPECT_TRUE(holds<std::int64_t>(Value(1)));
+  EXPECT_TRUE(holds<std::int64_t>(Value(std::int64_t{-1})));
+  EXPECT_TRUE(holds<std::uint64_t>(Value(1U)));
+  EXPECT_TRUE(holds<std::uint64_t>(Value(std::numeric_limits<std::uint64_t>::max())));
+  EXPECT_TRUE(holds<double>(Value(1.5)));
+  EXPECT_TRUE(holds<std::string>(Value(std::string("text"))));
+  EXPECT_TRUE(holds<Instant>(Value(Instant(Seconds(1.5)))));
+  EXPECT_TRUE(holds<Value::Data>(Value(Value::Data{1, 2})));
+  EXPECT_TRUE(holds<Value::Array>(Value(Value::Array{1, 2})));
+  EXPECT_TRUE(holds<Dictionary>(Value(Dictionary{{"a", 1}})));
+}
+
+TEST(Value, AnswersOnlyForTheTypeThatItHolds) {
+  const Value text("text");
+  EXPECT_NE(text.text(), nullptr);
+  EXPECT_EQ(text.date(), nullptr);
+  EXPECT_EQ(text.data(), nullptr);
+  EXPECT_EQ(text.array(), nullptr);
+  EXPECT_EQ(text.dictionary(), nullptr);
+  const Value number(1);
+  EXPECT_EQ(number.text(), nullptr);
+  EXPECT_NE(Value(Instant()).date(), nullptr);
+  EXPECT_NE(Value(Value::Data{}).data(), nullptr);
+  EXPECT_NE(Value(Value::Array{}).array(), nullptr);
+  EXPECT_NE(Value(Dictionary{}).dictionary(), nullptr);
+}
+
+TEST(Value, TruthIsTheBooleanReadingOfANumber) {
+  const struct {
+    Value value;
+    std::optional<bool> truth;
+  } table[] = {
+      {true, true},
+      {false, false},
+      {0, false},
+      {1, true},
+      {-1, true},
+      {2, true},
+      {0U, false},
+      {std::numeric_limits<std::uint64_t>::max(), true},
+      {0.0, false},
+      {-0.0, false},
+      {0.25, true},
+      {std::nan(""), true},
+      {"YES", std::nullopt},
+      {"1", std::nullopt},
+      {Instant(Seconds(1)), std::nullopt},
+      {Value::Data{1}, std::nullopt},
+      {Value::Array{true}, std::nullopt},
+      {Dictionary{{"a", true}}, std::nullopt},
+  };
+  for (const auto& row : table) EXPECT_EQ(row.value.truth(), row.truth);
+}
+
+Dictionary deep(const char* leaf) {
+  return {{"list", Value::Array{1, Dictionary{{"leaf", leaf}}}}, {"flag", true}};
+}
+
+TEST(Value, EqualityGoesAllTheWayDown) {
+  EXPECT_TRUE(Value(deep("a")) == Value(deep("a")));
+  EXPECT_FALSE(Value(deep("a")) == Value(deep("b")));
+  EXPECT_TRUE(Value(Value::Array{1, 2}) == Value(Value::Array{1, 2}));
+  EXPECT_FALSE(Value(Value::Array{1, 2}) == Value(Value::Array{2, 1}));
+  EXPECT_FALSE(Value(Value::Array{1, 2}) == Value(Value::Array{1}));
+}
+
+TEST(Value, ValuesOfDifferentTypesDiffer) {
+  const std::vector<Value> values = {true,
+                                     1,
+                                     1U,
+                                     1.0,
+                                     "1",
+                                     Instant(Seconds(1)),
+                                     Value::Data{1},
+                                     Value::Array{1},
+                                     Dictionary{{"1", 1}}};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    for (std::size_t j = 0; j < values.size(); ++j) {
+      EXPECT_EQ(values[i] == values[j], i == j) << i << " and " << j;
+    }
+  }
+}
+
+TEST(Value, CopiesShareWhatTheyHold) {
+  const Value original(Value::Array{1, 2, 3});
+  const Value copy = original;
+  EXPECT_EQ(copy.array(), original.array());
+  EXPECT_TRUE(copy == original);
+}
+
+TEST(Value, CopyingWithoutMemoryThrowsOrNeedsNone) {
+  const std::vector<Value> values = {std::string(100, 'x'), Value::Data(100, 1), Value::Array{1, 2},
+                                     Dictionary{{"a", 1}}};
+  for (const Value& value : values) {
+    std::optional<Value> copy;
+    const FailingAllocations failing(1);
+    try {
+      copy.emplace(value);
+    } catch (const std::bad_alloc&) {
+      continue;
+    }
+    EXPECT_TRUE(*copy == value);
+  }
+}
+
+}  // namespace
+}  // namespace wenlolib::tests
