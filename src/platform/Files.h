@@ -1,0 +1,45 @@
+/// Files and folders. A path that is not absolute is looked up as the process would; no file system
+/// has one with a NUL in it.
+#ifndef WENLOLIB_PLATFORM_FILES_H
+#define WENLOLIB_PLATFORM_FILES_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace wenlolib::platform {
+
+/// What is at a path, links followed. A dangling link is nothing.
+enum class Kind : std::uint8_t { nothing, folder, other };
+
+/// How a finished file takes its name: in place of whatever has it, or only where nobody has it.
+enum class Publication : std::uint8_t { replacing, asNew };
+
+/// `taken`: another writer has had the name since it was found free (`asNew` only).
+enum class Outcome : std::uint8_t { written, taken, failed };
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  virtual Kind kindAt(const std::string& path) = 0;
+
+  /// Whether a program can be run from the file at `path`; false for a folder.
+  virtual bool isExecutable(const std::string& path) = 0;
+
+  /// Writes a whole file with the permissions `mode`, whatever the process's file-creation mask. A
+  /// reader sees what was there before or all of `bytes`, also after a power cut; unless the answer
+  /// is `written`, what was there stays and nothing is left beside it. The folder must exist.
+  virtual Outcome writeAtomically(const std::string& path, std::string_view bytes,
+                                  std::uint32_t mode, Publication publication) = 0;
+
+  virtual bool setPermissions(const std::string& path, std::uint32_t mode) = 0;
+
+  /// Creates a folder and its missing parents, each with the permissions `mode`. True when the
+  /// folder is there afterwards.
+  virtual bool createFolder(const std::string& path, std::uint32_t mode) = 0;
+};
+
+}  // namespace wenlolib::platform
+
+#endif

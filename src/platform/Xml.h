@@ -1,0 +1,31 @@
+/// XML parsing and serialisation.
+#ifndef WENLOLIB_PLATFORM_XML_H
+#define WENLOLIB_PLATFORM_XML_H
+
+#include <cstddef>
+#include <string>
+
+#include "base/Text.h"
+
+namespace wenlolib::platform {
+
+/// A stretch of a document that its writer knows to be hexadecimal digits and nothing else. It may
+/// be nearly all of a large document; a parser may rely on the promise.
+struct DigitRun {
+  std::size_t offset = 0;
+  std::size_t length = 0;
+};
+
+class Xml {
+ public:
+  virtual ~Xml() = default;
+
+  /// Parses `document` (UTF-8), repairing what the tidy option repairs (a stray "&", a "<" that
+  /// begins no tag), and serialises it again: no declaration, no white space added, empty elements
+  /// kept open. Null when it cannot be made a well-formed document.
+  virtual Text serialised(std::string document, DigitRun digits) = 0;
+};
+
+}  // namespace wenlolib::platform
+
+#endif

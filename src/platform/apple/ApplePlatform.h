@@ -1,0 +1,57 @@
+/// The macOS port.
+#ifndef WENLOLIB_PLATFORM_APPLE_APPLEPLATFORM_H
+#define WENLOLIB_PLATFORM_APPLE_APPLEPLATFORM_H
+
+#include <string>
+
+#include "platform/Platform.h"
+#include "platform/apple/AppleBundles.h"
+#include "platform/apple/AppleCalendar.h"
+#include "platform/apple/AppleClock.h"
+#include "platform/apple/AppleDigest.h"
+#include "platform/apple/ApplePrograms.h"
+#include "platform/apple/ApplePropertyLists.h"
+#include "platform/apple/AppleSystem.h"
+#include "platform/apple/AppleSystemCalls.h"
+#include "platform/apple/AppleUser.h"
+#include "platform/apple/AppleUuids.h"
+#include "platform/apple/AppleXml.h"
+#include "platform/apple/TransformCipher.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/Root.h"
+
+namespace wenlolib::platform::apple {
+
+/// All services of the port over one root folder. The product's root is "/"; tests bring one of
+/// their own, and no file outside it is touched then.
+class ApplePlatform {
+ public:
+  explicit ApplePlatform(std::string root) : root_(std::move(root)) {}
+  ApplePlatform(const ApplePlatform&) = delete;
+  ApplePlatform& operator=(const ApplePlatform&) = delete;
+
+  /// Good for as long as this object.
+  [[nodiscard]] const Platform& services() const { return services_; }
+
+ private:
+  posix::Root root_;
+  AppleSystemCalls calls_;
+  AppleSystem system_;
+  AppleClock clock_;
+  AppleCalendar calendar_;
+  posix::PosixFiles files_{root_, calls_};
+  ApplePropertyLists propertyLists_{root_};
+  AppleBundles bundles_{root_};
+  AppleUser user_;
+  AppleDigest digest_;
+  TransformCipher cipher_;
+  AppleXml xml_;
+  AppleUuids uuids_;
+  ApplePrograms programs_{root_};
+  Platform services_{&system_, &clock_,  &calendar_, &files_, &propertyLists_, &bundles_,
+                     &user_,   &digest_, &cipher_,   &xml_,   &uuids_,         &programs_};
+};
+
+}  // namespace wenlolib::platform::apple
+
+#endif

@@ -1,0 +1,24 @@
+/// The system calls by which a file comes to be, on systems old and new.
+#ifndef WENLOLIB_PLATFORM_APPLE_APPLESYSTEMCALLS_H
+#define WENLOLIB_PLATFORM_APPLE_APPLESYSTEMCALLS_H
+
+#include "platform/posix/SystemCalls.h"
+
+namespace wenlolib::platform::apple {
+
+/// Before 10.10 no call takes a name relative to an open folder. There the folder's path is asked
+/// for instead, each time: it may have been renamed since it was opened.
+class AppleSystemCalls : public posix::SystemCalls {
+ public:
+  int create(int folder, const char* name) override;
+  int flush(int file) override;
+  int rename(int folder, const char* from, const char* to) override;
+  int renameWithoutReplacing(int folder, const char* from, const char* to) override;
+  int link(int folder, const char* from, const char* to) override;
+  int remove(int folder, const char* name) override;
+  bool isDanglingLink(int folder, const char* name) override;
+};
+
+}  // namespace wenlolib::platform::apple
+
+#endif

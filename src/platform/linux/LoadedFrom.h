@@ -1,0 +1,15 @@
+/// Where the running code came from.
+#ifndef WENLOLIB_PLATFORM_LINUX_LOADEDFROM_H
+#define WENLOLIB_PLATFORM_LINUX_LOADEDFROM_H
+
+#include "base/Text.h"
+
+namespace wenlolib::platform::gnulinux {
+
+/// The absolute path by which the shared object (or program) that this code is part of was loaded;
+/// it may lead over links. Null when it cannot be told.
+[[nodiscard]] Text loadedFrom();
+
+}  // namespace wenlolib::platform::gnulinux
+
+#endif

@@ -1,0 +1,29 @@
+/// How much a property list may hold. The files lie in places that other programs write to, so
+/// whatever stands in them has to be answered in bounded time and memory.
+#ifndef WENLOLIB_PLATFORM_LINUX_PROPERTYLISTBOUNDS_H
+#define WENLOLIB_PLATFORM_LINUX_PROPERTYLISTBOUNDS_H
+
+#include <cstddef>
+
+namespace wenlolib::platform::gnulinux {
+
+struct PropertyListBounds {
+  /// Size of the file, read or written.
+  std::size_t bytes = std::size_t{16} << 20;
+
+  /// Arrays and dictionaries inside each other, the root counted. Values are destroyed by
+  /// recursion, so this also bounds the stack that a dictionary needs.
+  std::size_t levels = 512;
+
+  /// Keys and values. An object of the binary form counts as often as it is referred to.
+  std::size_t nodes = std::size_t{4} << 20;
+
+  /// Bytes of keys, texts (both in UTF-8) and data, counted like the nodes.
+  std::size_t contentBytes = std::size_t{32} << 20;
+};
+
+inline constexpr PropertyListBounds propertyListBounds;
+
+}  // namespace wenlolib::platform::gnulinux
+
+#endif

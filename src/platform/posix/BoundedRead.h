@@ -1,0 +1,18 @@
+/// Reading files that somebody else has written.
+#ifndef WENLOLIB_PLATFORM_POSIX_BOUNDEDREAD_H
+#define WENLOLIB_PLATFORM_POSIX_BOUNDEDREAD_H
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace wenlolib::platform::posix {
+
+/// All of a regular file of at most `bound` bytes, links followed. Nothing for anything else: no
+/// file, a larger one, a folder, a device, a pipe (which is not waited for), a failed read.
+/// Throws std::system_error where the process or the system is short of descriptors or memory.
+[[nodiscard]] std::optional<std::string> readWhole(const std::string& path, std::size_t bound);
+
+}  // namespace wenlolib::platform::posix
+
+#endif

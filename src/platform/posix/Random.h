@@ -1,0 +1,18 @@
+/// Randomness from the system, without touching any generator of the host's.
+#ifndef WENLOLIB_PLATFORM_POSIX_RANDOM_H
+#define WENLOLIB_PLATFORM_POSIX_RANDOM_H
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+namespace wenlolib::platform::posix {
+
+using RandomBytes = std::array<std::uint8_t, 16>;
+
+/// 16 unguessable bytes; nothing where the system has none to give.
+[[nodiscard]] std::optional<RandomBytes> randomBytes() noexcept;
+
+}  // namespace wenlolib::platform::posix
+
+#endif

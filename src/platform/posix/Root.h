@@ -1,0 +1,33 @@
+/// The folder that a port takes for "/".
+#ifndef WENLOLIB_PLATFORM_POSIX_ROOT_H
+#define WENLOLIB_PLATFORM_POSIX_ROOT_H
+
+#include <string>
+#include <utility>
+
+#include "base/Text.h"
+
+namespace wenlolib::platform::posix {
+
+/// Every path that a port is handed is looked up below its root, so that tests and tools can work
+/// on a tree of their own. The empty root is the system's.
+class Root {
+ public:
+  explicit Root(std::string folder) : folder_(std::move(folder)) {
+    while (folder_.ends_with('/')) folder_.pop_back();
+  }
+
+  /// Where `path` really lies; null for a path with a NUL in it, which no file system holds.
+  [[nodiscard]] Text below(const std::string& path) const {
+    if (path.find('\0') != std::string::npos) return std::nullopt;
+    if (folder_.empty() || path.starts_with('/')) return folder_ + path;
+    return folder_ + "/" + path;
+  }
+
+ private:
+  std::string folder_;
+};
+
+}  // namespace wenlolib::platform::posix
+
+#endif

@@ -1,0 +1,34 @@
+/// The system calls by which a file comes to be.
+#ifndef WENLOLIB_PLATFORM_POSIX_SYSTEMCALLS_H
+#define WENLOLIB_PLATFORM_POSIX_SYSTEMCALLS_H
+
+#include <sys/types.h>
+
+#include <cstddef>
+
+namespace wenlolib::platform::posix {
+
+/// One to one with the calls of the same names, results and `errno` included. They stand in a class
+/// so that a test can watch their order and break each of them. `folder` is a descriptor. Those
+/// that open answer a descriptor above the standard ones.
+class SystemCalls {
+ public:
+  virtual ~SystemCalls() = default;
+
+  virtual int openFolder(const char* path);
+  virtual int create(int folder, const char* name);  // new, for writing, no link followed
+  virtual ssize_t write(int file, const void* bytes, std::size_t length);
+  virtual int changeMode(int file, mode_t mode);
+  virtual int flush(int file);
+  virtual int close(int file);
+  virtual int rename(int folder, const char* from, const char* to);
+  virtual int renameWithoutReplacing(int folder, const char* from, const char* to);
+  virtual int link(int folder, const char* from, const char* to);
+  virtual int remove(int folder, const char* name);
+
+  virtual bool isDanglingLink(int folder, const char* name);
+};
+
+}  // namespace wenlolib::platform::posix
+
+#endif

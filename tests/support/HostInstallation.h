@@ -1,0 +1,41 @@
+/// A host that is installed on an in-memory platform and allowed to record.
+#ifndef WENLOLIB_TESTS_SUPPORT_HOSTINSTALLATION_H
+#define WENLOLIB_TESTS_SUPPORT_HOSTINSTALLATION_H
+
+#include <string>
+
+#include "base/Value.h"
+#include "support/MemoryPlatform.h"
+
+namespace wenlolib::tests {
+
+// Where things lie for the user "ada" on a system without container lookup. Spelled out here once
+// more, so that a wrong name in the library shows.
+inline const std::string container = "/Users/ada/Library/Group Containers/K7MW2PL9QD.QX.common";
+inline const std::string supportFolder = container + "/Library/Application Support/QMR";
+inline const std::string printerLogFolder = supportFolder + "/PLM";
+inline const std::string applicationFolder = supportFolder + "/ALM";
+inline const std::string configurationFolder = supportFolder + "/Config";
+inline const std::string preferencePath =
+    configurationFolder + "/com.orvan.printing.Quillmere.Pref.plist";
+inline const std::string versionListPath =
+    configurationFolder + "/com.orvan.printing.Quillmere.SupportVersionList.plist";
+inline const std::string identifierPath =
+    configurationFolder + "/com.orvan.printing.WENLOLIB.Conf.plist";
+inline const std::string hostBundle = "/Applications/Orvan Utilities/Quillmere/Quillmere.app";
+inline const std::string installedBundle =
+    "/Library/Application Support/Orvan/Quillmere/Plugins/WENLOLIB.bundle";
+
+inline constexpr double secondsADay = 86400.0;
+
+/// Preferences of a host installed `days` before `now`, the survey agreed to.
+[[nodiscard]] Dictionary agreedPreferences(Instant now, double days);
+
+/// Makes the record and configuration folders, the preferences of a host installed 100 days ago
+/// whose user agreed and chose fr_FR, the bundles (host 2.1.4, installed library 3.0.1, running
+/// library 3.1.0), and the configuration file with the identifier "{ID}".
+void install(MemoryPlatform& platform);
+
+}  // namespace wenlolib::tests
+
+#endif
