@@ -1,0 +1,55 @@
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+#include "base/Integer.h"
+#include "codec/codec.h"
+
+namespace {
+
+/// The two digits of every byte: one look-up a byte, since large payloads pass through here.
+constexpr auto digitPairs = [] {
+  std::array<std::array<char, 2>, 256> pairs{};
+  for (std::size_t byte = 0; byte < pairs.size(); ++byte) {
+    pairs[byte] = {"0123456789ABCDEF"[byte >> 4], "0123456789ABCDEF"[byte & 15]};
+  }
+  return pairs;
+}();
+
+/// The value of one character of a pair, or -1 where the radix has no such digit.
+int digitValue(char character, bool hexadecimal) {
+  if (wenlolib::isDigit(character)) return character - '0';
+  if (!hexadecimal) return -1;
+  if (character >= 'a' && character <= 'f') return 10 + (character - 'a');
+  if (character >= 'A' && character <= 'F') return 10 + (character - 'A');
+  return -1;
+}
+
+}  // namespace
+
+int32_t ConvertHexToCharData(const uint8_t* source, char* text, int32_t count, uint8_t /*flag*/) {
+  if (source == nullptr || text == nullptr || count <= 0) return 0;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+    std::memcpy(text + 2 * i, digitPairs[source[i]].data(), 2);
+  }
+  return 0;
+}
+
+int32_t ConvertCharDataToHex(const char* text, uint8_t* bytes, uint8_t radixFlag) {
+  if (text == nullptr || bytes == nullptr) return 1;
+  const bool hexadecimal = radixFlag != 0;
+  const std::size_t length = std::strlen(text);
+  for (std::size_t i = 0; i < length; i += 2) {
+    // A text of odd length ends in half a pair: its other half reads as the terminating NUL, which
+    // is no digit.
+    const int high = digitValue(text[i], hexadecimal);
+    const int low = digitValue(text[i + 1], hexadecimal);
+    if (high < 0 || low < 0) return 1;
+    bytes[i / 2] = static_cast<uint8_t>(high * (hexadecimal ? 16 : 10) + low);
+  }
+  return 0;
+}
+
+int32_t hexPrint(const char* /*label*/, const uint8_t* /*bytes*/, int32_t /*length*/) {
+  return 0;
+}
