@@ -1,0 +1,71 @@
+#include "toolkit/DateLayouts.h"
+
+#include <optional>
+#include <string>
+
+#include "base/Answered.h"
+#include "base/Integer.h"
+#include "platform/Platform.h"
+#include "toolkit/CommonTooWenlolib.h"
+
+namespace wenlolib {
+namespace {
+
+using platform::LocalTime;
+
+std::optional<LocalTime> localTime(Instant date) {
+  // Older systems name the calendar's units differently, so the OS version is asked for on every
+  // one of these calls. Both names stand for the same units: the answer changes nothing.
+  static_cast<void>(CommonTooWenlolib::systemVersionNum());
+  return platform::current().calendar->localTime(date);
+}
+
+std::string dateText(const LocalTime& time, const char* separator) {
+  return decimal(time.year, 4) + separator + decimal(time.month, 2) + separator +
+         decimal(time.day, 2);
+}
+
+std::string clockText(const LocalTime& time) {
+  return decimal(time.hour, 2) + ":" + decimal(time.minute, 2) + ":" + decimal(time.second, 2);
+}
+
+std::string offsetText(std::int64_t seconds) {
+  const char* sign = seconds >= 0 ? "+" : "-";
+  if (seconds < 0) seconds = -seconds;
+  return sign + decimal(seconds / 3600, 2) + ":" + decimal(seconds % 3600 / 60, 2);
+}
+
+}  // namespace
+
+Text shortDate(Instant date, bool withDay) {
+  const auto time = localTime(date);
+  if (!time) return std::nullopt;
+  const std::string yearMonth = decimal(time->year - 2000, 2) + decimal(time->month, 2);
+  return withDay ? yearMonth + decimal(time->day, 2) : yearMonth;
+}
+
+Text zonedDate(Instant date) {
+  const auto time = localTime(date);
+  if (!time) return std::nullopt;
+  return dateText(*time, "-") + "T" + clockText(*time) + offsetText(time->secondsFromGMT);
+}
+
+Text slashedDate(Instant date) {
+  const auto time = localTime(date);
+  if (!time) return std::nullopt;
+  return dateText(*time, "/") + " " + clockText(*time);
+}
+
+Text CommonTooWenlolib::calendarFormatString(Instant date, std::uint8_t isNeedDay) noexcept {
+  return answered(Text(), [&] { return shortDate(date, isNeedDay == 1); });
+}
+
+Text CommonTooWenlolib::calendarWithTimeZoneFormatString(Instant date) noexcept {
+  return answered(Text(), [&] { return zonedDate(date); });
+}
+
+Text CommonTooWenlolib::dateFormatWithHourMinSec(Instant date) noexcept {
+  return answered(Text(), [&] { return slashedDate(date); });
+}
+
+}  // namespace wenlolib

@@ -1,0 +1,25 @@
+/// Where things lie, for the library's own use. Unlike the operations offered to hosts these let a
+/// failed allocation through: a record must fail for lack of memory, not go astray.
+#ifndef WENLOLIB_TOOLKIT_FOLDERS_H
+#define WENLOLIB_TOOLKIT_FOLDERS_H
+
+#include "base/Text.h"
+
+namespace wenlolib {
+
+inline constexpr char groupContainerIdentifier[] = "K7MW2PL9QD.QX.common";
+
+/// The app-group container; null where it cannot be determined. So are the folders below it.
+[[nodiscard]] Text groupContainerFolder();
+
+/// "Library/Application Support/QMR" in the container.
+[[nodiscard]] Text supportFolder();
+
+/// "PLM", "ALM" and "Config" in the support folder.
+[[nodiscard]] Text printerLogFolder();
+[[nodiscard]] Text applicationLogFolder();
+[[nodiscard]] Text configurationFolder();
+
+}  // namespace wenlolib
+
+#endif

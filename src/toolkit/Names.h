@@ -1,0 +1,34 @@
+/// The fixed names of folders, files, bundles and keys that the library shares with its hosts.
+#ifndef WENLOLIB_TOOLKIT_NAMES_H
+#define WENLOLIB_TOOLKIT_NAMES_H
+
+#include <cstdint>
+#include <string_view>
+
+namespace wenlolib {
+
+/// Begins the name of every preference and configuration file.
+inline constexpr std::string_view VendorPrefix = "com.orvan.printing";
+
+// What follows the vendor prefix in the names of the files.
+inline constexpr std::string_view preferenceFile = ".Quillmere.Pref.plist";
+inline constexpr std::string_view supportVersionListFile = ".Quillmere.SupportVersionList.plist";
+inline constexpr std::string_view configurationFile = ".WENLOLIB.Conf.plist";
+
+inline constexpr std::string_view hostBundlePath =
+    "/Applications/Orvan Utilities/Quillmere/Quillmere.app";
+inline constexpr std::string_view installedBundlePath =
+    "/Library/Application Support/Orvan/Quillmere/Plugins/WENLOLIB.bundle";
+
+inline constexpr std::string_view shortVersionKey = "CFBundleShortVersionString";
+inline constexpr std::string_view bundleVersionKey = "CFBundleVersion";
+
+/// Read and write for owner, group and others: every file that the library writes.
+inline constexpr std::uint32_t openFileMode = 0666;
+
+/// Below this OS version dates are made by calendar-format directives, from it on by components.
+inline constexpr std::int32_t componentDatesOSVersion = 100900;
+
+}  // namespace wenlolib
+
+#endif

@@ -1,0 +1,24 @@
+/// Paths as plain text.
+#ifndef WENLOLIB_TOOLKIT_PATHS_H
+#define WENLOLIB_TOOLKIT_PATHS_H
+
+#include <string_view>
+
+#include "base/Text.h"
+
+namespace wenlolib {
+
+/// `base` and `part` with exactly one "/" between them; null where `base` is.
+[[nodiscard]] Text joined(Text base, std::string_view part);
+
+/// The path of a file in the configuration folder, its name the vendor prefix followed by
+/// `nameAfterPrefix`; null where the folder is not known.
+[[nodiscard]] Text configurationPath(std::string_view nameAfterPrefix);
+
+/// `path` with a leading "~" or "~/" replaced by the user's home folder. Other paths, and all paths
+/// of a user without a home folder, stay as they are.
+[[nodiscard]] Text homeExpanded(Text path);
+
+}  // namespace wenlolib
+
+#endif
