@@ -1,0 +1,31 @@
+/// Where a record goes.
+#ifndef WENLOLIB_FRONT_RECORDTARGET_H
+#define WENLOLIB_FRONT_RECORDTARGET_H
+
+#include <string>
+
+#include "base/Text.h"
+#include "platform/Files.h"
+
+namespace wenlolib {
+
+/// The name is put into paths as it is: a "/" in it leads into a sub-folder. A folder that is not
+/// known stands as "(null)", which makes a relative path to nowhere.
+struct RecordTarget {
+  std::string path;
+  platform::Publication publication = platform::Publication::replacing;
+  int number = 0;  // of a printer log
+};
+
+/// "FOLDER/NAME_NUMBER.PLM" with the first number from `firstNumber` to 999 at which nothing
+/// stands, neither file nor folder. Where all are taken it is 999, to be replaced.
+[[nodiscard]] RecordTarget printerLogTarget(const Text& folder, const std::string& name,
+                                            int firstNumber);
+
+/// "FOLDER/Quillmere_Log_NAME_YYMM.ALM" with the current year and month in local time: one file per
+/// application and month, which every record replaces.
+[[nodiscard]] RecordTarget applicationTarget(const Text& folder, const std::string& name);
+
+}  // namespace wenlolib
+
+#endif

@@ -1,0 +1,88 @@
+// How the identifier's file is written, and what becomes of it where that does not work out.
+#include "probes/IdentifierFile.h"
+
+namespace wenlolib::tests {
+namespace {
+
+class IdentifierFile : public IdentifierFileTest {};
+
+TEST_F(IdentifierFile, WithoutAConfigurationFolderTwoRecordsDifferAndNoFileIsMade) {
+  world.files.remove(configurationFolder);
+  const auto before = world.files.all();
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(ofNewRecord(), secondMade);
+  EXPECT_EQ(world.files.all(), before);
+}
+
+TEST_F(IdentifierFile, WithoutAContainerNothingIsReadOrWritten) {
+  world.user.container = {true, std::nullopt};
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(world.journal.lines(),
+            (Journal::Lines{"user.groupContainer K7MW2PL9QD.QX.common", "uuids.create"}));
+}
+
+TEST_F(IdentifierFile, AFailedWriteStillOpensTheOlderFile) {
+  world.propertyLists.add(identifierPath, {{"a", 1}}, 0600);
+  world.faults.failAlways("files.writeAtomically");
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}}));
+  EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U);
+}
+
+TEST_F(IdentifierFile, ADictionaryThatCannotBeWrittenLeavesTheFileAsItWas) {
+  world.propertyLists.add(identifierPath, {{"a", 1}});
+  world.faults.failAlways("propertyLists.asXml");
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}}));
+  EXPECT_EQ(world.journal.count("files.writeAtomically"), 0U);
+}
+
+TEST_F(IdentifierFile, AFolderInPlaceOfTheFileKeepsItsPermissions) {
+  world.files.addFolder(identifierPath, 0755);
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(world.files.at(identifierPath)->mode, 0755U);
+  EXPECT_EQ(world.journal.count("files.setPermissions"), 0U);
+}
+
+TEST_F(IdentifierFile, AFailedPermissionChangeIsOfNoConsequence) {
+  world.faults.failAlways("files.setPermissions");
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(ofNewRecord(), firstMade);
+}
+
+TEST_F(IdentifierFile, TheWholeSaveHappensInOrder) {
+  world.user.container = {true, "/C"};
+  const std::string folder = "/C/Library/Application Support/QMR/Config";
+  const std::string path = folder + "/com.orvan.printing.WENLOLIB.Conf.plist";
+  world.files.addFolder(folder);
+  static_cast<void>(ofNewRecord());
+  EXPECT_EQ(world.journal.lines(),
+            (Journal::Lines{"user.groupContainer K7MW2PL9QD.QX.common",
+                            "propertyLists.read " + path, "uuids.create", "propertyLists.asXml",
+                            "files.writeAtomically " + path + " replacing", "files.kindAt " + path,
+                            "files.setPermissions " + path + " 0666"}));
+}
+
+TEST_F(IdentifierFile, AContainerBelowTheTildeIsReadAndWrittenBelowTheHomeFolder) {
+  world.user.container = {true, "~/C"};
+  const std::string folder = "/Users/ada/C/Library/Application Support/QMR/Config";
+  world.files.addFolder(folder);
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  const std::string inFolder =
+      "/C/Library/Application Support/QMR/Config/com.orvan.printing.WENLOLIB.Conf.plist";
+  EXPECT_EQ(world.propertyLists.at("/Users/ada" + inFolder),
+            (Dictionary{{"WENLIBUUID", firstMade}}));
+  // The permissions are those of the path as it was built, at which nothing stands.
+  EXPECT_EQ(world.journal.linesOf("files.kindAt"), (Journal::Lines{"files.kindAt ~" + inFolder}));
+  EXPECT_EQ(world.journal.count("files.setPermissions"), 0U);
+
+  world.files.addFile("~" + inFolder, "", 0600);
+  world.propertyLists.add("/Users/ada" + inFolder, {}, 0600);
+  world.faults.failAlways("files.writeAtomically");
+  static_cast<void>(ofNewRecord());
+  EXPECT_EQ(world.files.at("~" + inFolder)->mode, 0666U);
+  EXPECT_EQ(world.files.at("/Users/ada" + inFolder)->mode, 0600U);
+}
+
+}  // namespace
+}  // namespace wenlolib::tests
