@@ -1,0 +1,63 @@
+#include "cabi/plugin.h"
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "base/Answered.h"
+#include "base/Utf8.h"
+#include "cabi/Version.h"
+#include "front/WENLOLIB.h"
+
+namespace {
+
+using wenlolib::answered;
+using wenlolib::Dictionary;
+using wenlolib::Text;
+using wenlolib::WENLOLIB;
+
+Text textFrom(const char* text) {
+  return text == nullptr ? Text() : Text(text);
+}
+
+std::optional<Dictionary> dictionaryFrom(const WENLOLIBEntry* entries, std::size_t count) {
+  if (entries == nullptr) return std::nullopt;
+  Dictionary dictionary;
+  for (const WENLOLIBEntry& entry : std::span(entries, count)) {
+    if (entry.key == nullptr || entry.value == nullptr) continue;
+    if (!wenlolib::isUtf8(entry.key) || !wenlolib::isUtf8(entry.value)) continue;
+    dictionary.insert_or_assign(entry.key, wenlolib::Value(entry.value));
+  }
+  return dictionary;
+}
+
+}  // namespace
+
+int WENLOLIB_isSupported(uint32_t option) {
+  return WENLOLIB::isSupported(option) ? 1 : 0;
+}
+
+int WENLOLIB_isSupportedPlm(uint32_t option) {
+  return WENLOLIB::isSupportedPlm(option) ? 1 : 0;
+}
+
+int WENLOLIB_writeAppInfoWithContents(const char* contents, const char* name, uint32_t option) {
+  return answered(0, [&] {
+    return WENLOLIB::writeAppInfoWithContents(textFrom(contents), textFrom(name), option) ? 1 : 0;
+  });
+}
+
+int WENLOLIB_writePrinterLogInfoWithContents(const char* contents, const char* name,
+                                             uint32_t option, const WENLOLIBEntry* otherInfo,
+                                             size_t otherInfoCount) {
+  return answered(0, [&] {
+    return WENLOLIB::writePrinterLogInfoWithContents(textFrom(contents), textFrom(name), option,
+                                                     dictionaryFrom(otherInfo, otherInfoCount))
+               ? 1
+               : 0;
+  });
+}
+
+const char* WENLOLIB_version(void) {
+  return wenlolib::productVersion;
+}

@@ -1,0 +1,178 @@
+#include "cabi/plugin.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <span>
+
+#include "support/ExpectedDocument.h"
+#include "support/FailingAllocations.h"
+#include "support/PlatformTest.h"
+
+namespace wenlolib::tests {
+namespace {
+
+const std::string month = applicationFolder + "/Quillmere_Log_App_2403.ALM";
+const std::string firstLog = printerLogFolder + "/App_1.PLM";
+
+class Plugin : public InstalledTest {
+ protected:
+  /// The printer log that these entries give; "" where none is written.
+  std::string logWith(const WENLOLIBEntry* entries, std::size_t count) {
+    world.files.remove(firstLog);
+    const int answer =
+        WENLOLIB_writePrinterLogInfoWithContents("contents", "App", 1, entries, count);
+    const std::string document = world.files.bytesAt(firstLog);
+    EXPECT_EQ(answer, document.empty() ? 0 : 1);
+    return document;
+  }
+  std::string logWith(std::span<const WENLOLIBEntry> entries) {
+    return logWith(entries.data(), entries.size());
+  }
+};
+
+/// The printer log of `install`'s platform, with these values.
+std::string olderLog(const ExpectedPrinter& printer) {
+  ExpectedDocument expected;
+  expected.wrapper = "OrvanQXPrinter";
+  expected.version = "2.1";
+  expected.locale = "fr_FR";
+  expected.printer = printer;
+  expected.contents = "contents";
+  return expected.text();
+}
+
+TEST_F(Plugin, ApplicationUsageIsSupportedByTheModeAndTheAgreement) {
+  EXPECT_EQ(WENLOLIB_isSupported(0), 1);
+  EXPECT_EQ(WENLOLIB_isSupported(1), 1);
+  EXPECT_EQ(WENLOLIB_isSupported(0xFFFFFFF2U), 1);
+  EXPECT_EQ(WENLOLIB_isSupported(3), 0);
+  world.propertyLists.add(preferencePath, agreedPreferences(world.clock.time, 1440));
+  EXPECT_EQ(WENLOLIB_isSupported(1), 0);
+  EXPECT_EQ(WENLOLIB_isSupported(2), 1);
+}
+
+TEST_F(Plugin, PrinterLogsAreSupportedByTheInstallationDateAlone) {
+  for (const std::uint32_t option : {0U, 3U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(WENLOLIB_isSupportedPlm(option), 1) << option;
+  }
+  world.propertyLists.add(preferencePath, agreedPreferences(world.clock.time, 3614));
+  EXPECT_EQ(WENLOLIB_isSupportedPlm(1), 0);
+}
+
+TEST_F(Plugin, ApplicationUsageIsRecorded) {
+  EXPECT_EQ(WENLOLIB_writeAppInfoWithContents("größer", "App", 2), 1);
+  ExpectedDocument expected;
+  expected.contents = "größer";
+  EXPECT_EQ(world.files.bytesAt(month), expected.text());
+}
+
+TEST_F(Plugin, EmptyTextsAreTexts) {
+  EXPECT_EQ(WENLOLIB_writeAppInfoWithContents("", "", 2), 1);
+  EXPECT_TRUE(world.files.at(applicationFolder + "/Quillmere_Log__2403.ALM"));
+}
+
+TEST_F(Plugin, NullAndWhatIsNoUtf8AreRefusedAsContentsAndAsName) {
+  const struct {
+    const char *contents, *name;
+  } table[] = {{nullptr, "App"},        {"contents", nullptr},   {nullptr, nullptr},
+               {"\xFF", "App"},         {"contents", "App\xC3"}, {"\xC0\x80", "App"},
+               {"\xED\xA0\x80", "App"}, {"contents", "\xF5\x80"}};
+  const auto before = world.files.all();
+  const WENLOLIBEntry entries[] = {{"SN", "s"}};
+  for (const auto& row : table) {
+    EXPECT_EQ(WENLOLIB_writeAppInfoWithContents(row.contents, row.name, 2), 0);
+    EXPECT_EQ(WENLOLIB_writePrinterLogInfoWithContents(row.contents, row.name, 1, entries, 1), 0);
+    EXPECT_EQ(WENLOLIB_writePrinterLogInfoWithContents(row.contents, row.name, 1, nullptr, 0), 0);
+  }
+  EXPECT_EQ(world.files.all(), before);
+}
+
+TEST_F(Plugin, ARefusedRecordAnswersNo) {
+  const auto before = world.files.all();
+  EXPECT_EQ(WENLOLIB_writeAppInfoWithContents("contents", "App", 3), 0);
+  EXPECT_EQ(world.files.all(), before);
+  world.files.remove(preferencePath);
+  EXPECT_EQ(logWith(nullptr, 0), "");
+}
+
+TEST_F(Plugin, AFailedWriteAnswersNo) {
+  world.faults.failAlways("files.writeAtomically");
+  EXPECT_EQ(WENLOLIB_writeAppInfoWithContents("contents", "App", 2), 0);
+  EXPECT_EQ(logWith(nullptr, 0), "");
+}
+
+TEST_F(Plugin, PrinterLogsAreRecordedWithTheirEntries) {
+  const WENLOLIBEntry entries[] = {
+      {"ROMVER", "r"}, {"", "no key"}, {"DeviceID", "d"}, {"sn", "another key"}, {"SN", "s"}};
+  EXPECT_EQ(logWith(entries), olderLog({"d", "s", "r"}));
+}
+
+TEST_F(Plugin, AsManyEntriesAreReadAsAreSaid) {
+  const WENLOLIBEntry entries[] = {{"DeviceID", "d"}, {"SN", "s"}, {"ROMVER", "r"}};
+  EXPECT_EQ(logWith(entries, 2), olderLog({"d", "s", ""}));
+  EXPECT_EQ(logWith(entries, 0), olderLog({}));
+}
+
+TEST_F(Plugin, NullEntriesAreNoneWhateverTheirNumber) {
+  for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{1000}, SIZE_MAX}) {
+    EXPECT_EQ(logWith(nullptr, count), olderLog({})) << count;
+  }
+}
+
+TEST_F(Plugin, EntriesWithANullOrNoUtf8AreIgnored) {
+  const WENLOLIBEntry entries[] = {{nullptr, "x"}, {"SN", nullptr},    {nullptr, nullptr},
+                                   {"\xFF", "x"},  {"ROMVER", "\xFF"}, {"DeviceID", "d"}};
+  EXPECT_EQ(logWith(entries), olderLog({"d", "", ""}));
+}
+
+TEST_F(Plugin, TheLastOfEqualKeysCounts) {
+  const WENLOLIBEntry entries[] = {{"SN", "first"}, {"ROMVER", "r"}, {"SN", "second"},
+                                   {"SN", "third"}, {"SN", nullptr}, {"SN", "\xFF"}};
+  EXPECT_EQ(logWith(entries), olderLog({"", "third", "r"}));
+  const WENLOLIBEntry emptied[] = {{"SN", "first"}, {"SN", ""}};
+  EXPECT_EQ(logWith(emptied), olderLog({}));
+}
+
+TEST_F(Plugin, TagTypesAreReadAsTexts) {
+  for (const char* text : {"YES", "yes", "Y", "true", "T", "t", "1", "9", "2x", "+1", "-1", " 1",
+                           "007", " \t+00y", "Yellow"}) {
+    const WENLOLIBEntry entries[] = {{"SN", "s"}, {"NEWTAGTYPE", text}};
+    EXPECT_TRUE(logWith(entries).starts_with("<OrvanQX2Application")) << text;
+  }
+  for (const char* text :
+       {"NO", "no", "false", "", "0", "000", "-0", "+", " ", "x1", "0x1", "on", "++1", "1\xFF"}) {
+    const WENLOLIBEntry entries[] = {{"SN", "s"}, {"NEWTAGTYPE", text}};
+    EXPECT_EQ(logWith(entries), olderLog({"", "s", ""})) << text;
+  }
+}
+
+TEST_F(Plugin, MemoryThatRunsOutGivesNoAndNothingThrown) {
+  const std::string longText(100, 'x');
+  const WENLOLIBEntry entries[] = {{"SN", longText.c_str()}, {"ROMVER", "r"}};
+  const auto record = [&](long k) {
+    world.files.remove(firstLog);
+    FailingAllocations failing(k);
+    const int answer = WENLOLIB_writePrinterLogInfoWithContents(longText.c_str(), "App", 1, entries,
+                                                                std::size(entries));
+    failing.stop();
+    EXPECT_LE(answer, world.files.at(firstLog) ? 1 : 0) << k;
+    return failing.struck();
+  };
+  long k = 1;
+  while (k < 10'000 && record(k)) ++k;
+  EXPECT_GT(k, 20);
+  EXPECT_LT(k, 10'000);
+  EXPECT_TRUE(world.files.at(firstLog));
+}
+
+TEST(PluginVersion, IsThreeNumbersAndStaysWhereItIs) {
+  const char* version = WENLOLIB_version();
+  ASSERT_NE(version, nullptr);
+  EXPECT_TRUE(std::regex_match(version, std::regex("(0|[1-9]\\d*)(\\.(0|[1-9]\\d*)){2}")))
+      << version;
+  EXPECT_EQ(WENLOLIB_version(), version);
+}
+
+}  // namespace
+}  // namespace wenlolib::tests
