@@ -1,0 +1,65 @@
+#include "platform/linux/LinuxSystem.h"
+
+#include <sys/utsname.h>
+
+#include <charconv>
+
+namespace wenlolib::platform::gnulinux {
+namespace {
+
+std::optional<std::int32_t> architecture() {
+#if defined(__i386__) || defined(__x86_64__)
+  return 10;
+#else
+  return std::nullopt;
+#endif
+}
+
+/// Takes a number off the front of `text`.
+std::optional<std::int32_t> takeNumber(std::string_view& text) noexcept {
+  std::int32_t number = 0;
+  if (text.starts_with('-')) return std::nullopt;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (result.ec != std::errc()) return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()));
+  return number;
+}
+
+}  // namespace
+
+std::optional<KernelVersion> kernelVersion(std::string_view release) noexcept {
+  const auto major = takeNumber(release);
+  if (!major || !release.starts_with('.')) return std::nullopt;
+  release.remove_prefix(1);
+  const auto minor = takeNumber(release);
+  if (!minor) return std::nullopt;
+  std::optional<std::int32_t> patch;
+  if (release.starts_with('.')) {
+    release.remove_prefix(1);
+    patch = takeNumber(release);
+  }
+  return KernelVersion{*major, *minor, patch.value_or(0)};
+}
+
+std::optional<KernelVersion> runningKernel() noexcept {
+  utsname names{};
+  return uname(&names) == 0 ? kernelVersion(names.release) : std::nullopt;
+}
+
+std::optional<std::int32_t> LinuxSystem::gestalt(Selector selector) {
+  if (selector == Selector::systemArchitecture) return architecture();
+  const auto kernel = runningKernel();
+  if (!kernel) return std::nullopt;
+  switch (selector) {
+    case Selector::majorVersion:
+      return kernel->major;
+    case Selector::minorVersion:
+      return kernel->minor;
+    case Selector::bugFixVersion:
+      return kernel->patch;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace wenlolib::platform::gnulinux

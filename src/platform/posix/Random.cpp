@@ -1,0 +1,19 @@
+#include "platform/posix/Random.h"
+
+#include <stdlib.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+namespace wenlolib::platform::posix {
+
+std::optional<RandomBytes> randomBytes() noexcept {
+  RandomBytes bytes{};
+#ifdef __APPLE__
+  arc4random_buf(bytes.data(), bytes.size());  // getentropy came late, and this cannot fail
+#else
+  if (getentropy(bytes.data(), bytes.size()) != 0) return std::nullopt;
+#endif
+  return bytes;
+}
+
+}  // namespace wenlolib::platform::posix

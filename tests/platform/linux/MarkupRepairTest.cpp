@@ -1,0 +1,103 @@
+#include "platform/linux/MarkupRepair.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "platform/posix/TemporaryFolder.h"
+
+namespace wenlolib::tests {
+namespace {
+
+using platform::gnulinux::withStrayMarkupEscaped;
+
+struct Case {
+  std::string text;
+  std::string mended;
+};
+
+const std::vector<Case>& cases() {
+  static const std::vector<Case> all = {
+      {"", ""},
+      {"plain", "plain"},
+      {"&", "&amp;"},
+      {"A & B", "A &amp; B"},
+      {"A&B", "A&amp;B"},
+      {"&&", "&amp;&amp;"},
+      {"&;", "&amp;;"},
+      {"&amp;", "&amp;"},
+      {"&lt;&gt;&quot;&apos;", "&lt;&gt;&quot;&apos;"},
+      {"&AMP;", "&amp;AMP;"},
+      {"&amp", "&amp;amp"},
+      {"&nbsp;", "&amp;nbsp;"},
+      {"&#65;&#x41;", "&#65;&#x41;"},
+      {"&#;", "&amp;#;"},
+      {"&#x;", "&amp;#x;"},
+      {"&#xG;", "&amp;#xG;"},
+      {"&#6a;", "&amp;#6a;"},
+      {"&#X41;", "&amp;#X41;"},
+      {"&amp;&", "&amp;&amp;"},
+      {"& amp;", "&amp; amp;"},
+      {"<", "&lt;"},
+      {"a < b", "a &lt; b"},
+      {"a <b", "a <b"},
+      {"<b>x</b>", "<b>x</b>"},
+      {"<=", "&lt;="},
+      {"<<b></b>", "&lt;<b></b>"},
+      {"</", "&lt;/"},
+      {"</ b>", "&lt;/ b>"},
+      {"<!-- c -->", "<!-- c -->"},
+      {"<?pi?>", "<?pi?>"},
+      {"<ü/>", "<ü/>"},
+      {">", ">"},
+      {"\"'", "\"'"},
+      {"a<b&c", "a<b&amp;c"},
+  };
+  return all;
+}
+
+TEST(MarkupRepair, EscapesWhatBeginsNothingAndNothingElse) {
+  for (const Case& each : cases()) {
+    EXPECT_EQ(withStrayMarkupEscaped(each.text), each.mended) << each.text;
+  }
+}
+
+TEST(MarkupRepair, LeavesMendedTextAlone) {
+  for (const Case& each : cases()) {
+    EXPECT_EQ(withStrayMarkupEscaped(each.mended), each.mended) << each.mended;
+  }
+}
+
+TEST(MarkupRepair, TakesTimeByTheLengthOfItsTextAlone) {
+  // Strays without end: a search through the rest for each of them would not come to an end here.
+  const std::string text(2'000'000, '&');
+  EXPECT_EQ(withStrayMarkupEscaped(text).size(), 5 * text.size());
+}
+
+/// What the tidy command makes of a document with `value` in it; nothing where it refuses it.
+std::string tidied(const TemporaryFolder& folder, const std::string& value) {
+  writeFile(folder / "in", "<a>" + value + "</a>");
+  const std::string command = "tidy -xml -q -utf8 --wrap 0 --quote-nbsp no --indent no '" +
+                              (folder / "in") + "' > '" + (folder / "out") + "' 2>/dev/null";
+  const int status = ::system(command.c_str());
+  if (status == -1 || WEXITSTATUS(status) > 1) return "(refused)";
+  std::string text = readFile(folder / "out");
+  while (text.ends_with('\n')) text.pop_back();
+  return text;
+}
+
+TEST(MarkupRepair, TheTidyCommandMendsStrayCharactersAlike) {
+  if (::system("command -v tidy >/dev/null 2>&1") != 0) GTEST_SKIP() << "tidy is not installed";
+  const TemporaryFolder folder;
+  for (const char* value : {"A & B", "A&B", "a < b", "&&", "x <= y", "R&D < 1", "&amp;", "&lt;",
+                            "plain", "a & b & c"}) {
+    EXPECT_EQ(tidied(folder, value), "<a>" + withStrayMarkupEscaped(value) + "</a>") << value;
+  }
+  EXPECT_EQ(tidied(folder, "<open>"), "(refused)");
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

@@ -1,0 +1,330 @@
+#include "platform/posix/AtomicFile.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <thread>
+
+#include "platform/posix/Child.h"
+#include "platform/posix/TemporaryFolder.h"
+#include "platform/posix/WatchedCalls.h"
+
+namespace wenlolib::tests {
+namespace {
+
+using platform::Outcome;
+using platform::Publication;
+using platform::posix::writeAtomically;
+using Names = std::vector<std::string>;
+
+class AtomicFile : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+  WatchedCalls calls;
+  std::string path = folder / "file";
+
+  Outcome replace(std::string_view bytes = "new") {
+    return writeAtomically(calls, path, bytes, 0666, Publication::replacing);
+  }
+  Outcome publish(std::string_view bytes = "new") {
+    return writeAtomically(calls, path, bytes, 0666, Publication::asNew);
+  }
+};
+
+/// What a power cut leaves depends on the order alone: a name is only given to what is on the disk.
+TEST_F(AtomicFile, IsFlushedBeforeItTakesItsName) {
+  ASSERT_EQ(replace(), Outcome::written);
+  EXPECT_EQ(calls.journal, (Names{"openFolder", "create", "write", "changeMode", "flush", "close",
+                                  "rename", "close"}));
+}
+
+TEST_F(AtomicFile, AsNewToo) {
+  ASSERT_EQ(publish(), Outcome::written);
+  EXPECT_EQ(calls.journal, (Names{"openFolder", "create", "write", "changeMode", "flush", "close",
+                                  "renameWithoutReplacing", "close"}));
+}
+
+TEST_F(AtomicFile, HoldsTheBytesWithTheModeWhateverTheMask) {
+  const Mask mask(0777);
+  ASSERT_EQ(replace("some\nbytes"), Outcome::written);
+  EXPECT_EQ(readFile(path), "some\nbytes");
+  EXPECT_EQ(modeOf(path), 0666U);
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFile, OfNoBytesIsAFileToo) {
+  ASSERT_EQ(replace(""), Outcome::written);
+  EXPECT_EQ(std::filesystem::file_size(path), 0U);
+  EXPECT_EQ(calls.count("flush"), 1);
+}
+
+TEST_F(AtomicFile, ReplacesALinkAndNotWhatItLeadsTo) {
+  writeFile(folder / "target", "target");
+  std::filesystem::create_symlink("target", path);
+  ASSERT_EQ(replace(), Outcome::written);
+  EXPECT_FALSE(std::filesystem::is_symlink(path));
+  EXPECT_EQ(readFile(folder / "target"), "target");
+}
+
+TEST_F(AtomicFile, IsHiddenWhileItIsUnfinished) {
+  Names seen;
+  calls.beforePublishing = [&] { seen = namesIn(folder.path()); };
+  ASSERT_EQ(replace(), Outcome::written);
+  ASSERT_EQ(seen.size(), 1U);
+  EXPECT_TRUE(seen[0].starts_with(platform::posix::unfinishedPrefix)) << seen[0];
+  EXPECT_GE(seen[0].size(), 32U + platform::posix::unfinishedPrefix.size());
+}
+
+TEST_F(AtomicFile, GoesOnAfterInterruptionsAndShortWrites) {
+  writeFile(path, "old");
+  calls.longestWrite = 3;
+  for (const char* name : {"openFolder", "create", "write", "changeMode", "flush"}) {
+    calls.interruptions[name] = 2;
+  }
+  ASSERT_EQ(replace("ten bytes!"), Outcome::written);
+  EXPECT_EQ(readFile(path), "ten bytes!");
+  EXPECT_EQ(calls.count("write"), 4 + 2);
+  EXPECT_EQ(calls.count("flush"), 1 + 2);
+}
+
+TEST_F(AtomicFile, AnInterruptedCloseIsNotRepeated) {
+  calls.interruptions["close"] = 1;
+  ASSERT_EQ(replace(), Outcome::written);
+  EXPECT_EQ(calls.count("close"), 2);  // the file's and the folder's
+}
+
+struct Failure {
+  const char* call;
+  int error;
+};
+
+TEST_F(AtomicFile, WhateverFailsTheEarlierFileStaysAndNothingElse) {
+  for (const Failure& failure :
+       {Failure{"openFolder", EACCES}, Failure{"openFolder", EMFILE}, Failure{"create", EACCES},
+        Failure{"create", ENOSPC}, Failure{"create", EROFS}, Failure{"write", ENOSPC},
+        Failure{"write", EIO}, Failure{"write", EDQUOT}, Failure{"flush", EIO},
+        Failure{"flush", ENOSPC}, Failure{"close", EIO}, Failure{"close", EDQUOT},
+        Failure{"rename", EACCES}, Failure{"rename", EIO}}) {
+    writeFile(path, "old");
+    calls.failing = {{failure.call, failure.error}};
+    calls.journal.clear();
+    EXPECT_EQ(replace(), Outcome::failed) << failure.call;
+    EXPECT_EQ(readFile(path), "old") << failure.call;
+    EXPECT_EQ(namesIn(folder.path()), Names{"file"}) << failure.call;
+    EXPECT_GT(calls.count(failure.call), 0);
+  }
+}
+
+TEST_F(AtomicFile, WhateverFailsNothingIsPublishedAsNew) {
+  for (const char* call : {"openFolder", "create", "write", "flush", "close"}) {
+    calls.failing = {{call, EIO}};
+    EXPECT_EQ(publish(), Outcome::failed) << call;
+    EXPECT_EQ(namesIn(folder.path()), Names{}) << call;
+  }
+  calls.failing = {{"renameWithoutReplacing", EIO}, {"link", EIO}, {"rename", EIO}};
+  EXPECT_EQ(publish(), Outcome::failed);
+  EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(AtomicFile, AFileSystemWithoutPermissionsIsGoodEnough) {
+  calls.failing = {{"changeMode", EPERM}};
+  EXPECT_EQ(replace(), Outcome::written);
+  EXPECT_EQ(readFile(path), "new");
+}
+
+TEST_F(AtomicFile, AWriteThatMakesNoHeadwayFails) {
+  calls.longestWrite = 0;
+  EXPECT_EQ(replace(), Outcome::failed);
+  EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(AtomicFile, DescriptorsAreGivenBackWhateverFails) {
+  const auto before = namesIn("/proc/self/fd").size();
+  for (const char* call : {"create", "write", "flush", "close", "rename"}) {
+    calls.failing = {{call, EIO}};
+    EXPECT_EQ(replace(), Outcome::failed);
+  }
+  EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
+}
+
+TEST_F(AtomicFile, AsNewATakenNameStaysWithWhoeverHasIt) {
+  writeFile(path, "old");
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(readFile(path), "old");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFile, AsNewANameTakenAtTheLastMomentIsTaken) {
+  calls.beforePublishing = [&] { writeFile(path, "faster"); };
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(readFile(path), "faster");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFile, AsNewALinkServesWhereRenamingCannot) {
+  for (const int error : {ENOSYS, EINVAL}) {
+    std::filesystem::remove(path);
+    calls.failing = {{"renameWithoutReplacing", error}};
+    calls.journal.clear();
+    EXPECT_EQ(publish(), Outcome::written);
+    EXPECT_EQ(readFile(path), "new");
+    EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+    EXPECT_EQ(std::filesystem::hard_link_count(path), 1U);
+    EXPECT_EQ(calls.count("rename"), 0);
+    EXPECT_EQ(publish("newer"), Outcome::taken);
+    EXPECT_EQ(readFile(path), "new");
+    EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+  }
+}
+
+TEST_F(AtomicFile, AsNewAFileSystemWithoutEitherRenamesPlainly) {
+  calls.failing = {{"renameWithoutReplacing", EINVAL}, {"link", EPERM}};
+  EXPECT_EQ(publish(), Outcome::written);
+  EXPECT_EQ(readFile(path), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFile, AsNewADanglingLinkIsReplaced) {
+  for (const bool renames : {true, false}) {
+    std::filesystem::remove(path);
+    std::filesystem::create_symlink("nowhere", path);
+    if (!renames) calls.failing = {{"renameWithoutReplacing", ENOSYS}};
+    EXPECT_EQ(publish(), Outcome::written);
+    EXPECT_FALSE(std::filesystem::is_symlink(path));
+    EXPECT_EQ(readFile(path), "new");
+    EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+  }
+}
+
+TEST_F(AtomicFile, AsNewALinkThatCannotBeFollowedIsReplaced) {
+  writeFile(folder / "plain", "plain");
+  for (const char* target : {"file", "plain/below"}) {
+    for (const bool renames : {true, false}) {
+      std::filesystem::remove(path);
+      std::filesystem::create_symlink(target, path);
+      calls.failing.clear();
+      if (!renames) calls.failing = {{"renameWithoutReplacing", ENOSYS}};
+      EXPECT_EQ(publish(), Outcome::written) << target;
+      EXPECT_FALSE(std::filesystem::is_symlink(path)) << target;
+      EXPECT_EQ(readFile(path), "new") << target;
+      EXPECT_EQ(namesIn(folder.path()), (Names{"file", "plain"})) << target;
+    }
+  }
+  EXPECT_EQ(readFile(folder / "plain"), "plain");
+}
+
+TEST_F(AtomicFile, AsNewALinkToAFileIsTaken) {
+  writeFile(folder / "plain", "plain");
+  std::filesystem::create_symlink("plain", path);
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_TRUE(std::filesystem::is_symlink(path));
+  EXPECT_EQ(readFile(path), "plain");
+}
+
+TEST_F(AtomicFile, AsNewAFolderIsTaken) {
+  std::filesystem::create_directory(path);
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(replace(), Outcome::failed);
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFile, PathsThatNameNoFileFail) {
+  EXPECT_EQ(writeAtomically(calls, folder / "", "x", 0666, Publication::replacing),
+            Outcome::failed);
+  EXPECT_EQ(writeAtomically(calls, "", "x", 0666, Publication::replacing), Outcome::failed);
+  EXPECT_EQ(writeAtomically(calls, folder / "no/file", "x", 0666, Publication::replacing),
+            Outcome::failed);
+  EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(AtomicFile, APathWithoutASlashMeansTheWorkingFolder) {
+  const std::string answer = inChild([&] {
+    if (::chdir(folder.path().c_str()) != 0) return "no working folder";
+    const auto outcome = writeAtomically(calls, "file", "new", 0666, Publication::replacing);
+    return outcome == Outcome::written ? "written" : "not written";
+  });
+  EXPECT_EQ(answer, "written");
+  EXPECT_EQ(readFile(path), "new");
+}
+
+TEST_F(AtomicFile, BeyondTheFileSizeLimitFailsAndEndsNobody) {
+  writeFile(path, "old");
+  const std::string answer = inChild([&]() -> std::string {
+    const rlimit limit{100, 100};
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return notPermitted;
+    const bool refused = replace(std::string(101, 'x')) == Outcome::failed;
+    const bool fits = replace(std::string(100, 'y')) == Outcome::written;
+    return std::string(refused ? "refused" : "written") + (fits ? " fits" : " does not fit");
+  });
+  EXPECT_EQ(answer, "refused fits");
+  EXPECT_EQ(readFile(path), std::string(100, 'y'));
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+/// A host of which another thread prints between the steps on the open file.
+class PrintingHost : public WatchedCalls {
+ public:
+  ssize_t write(int file, const void* bytes, std::size_t length) override {
+    print();
+    const ssize_t written = WatchedCalls::write(file, bytes, length);
+    print();
+    return written;
+  }
+  int flush(int file) override {
+    const int result = WatchedCalls::flush(file);
+    print();
+    return result;
+  }
+
+ private:
+  static void print() {
+    std::thread([] {
+      for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+        static_cast<void>(!::write(stream, "JUNK", 4));
+      }
+    }).join();
+  }
+};
+
+TEST_F(AtomicFile, HoldsNothingOfWhatAHostPrintsToItsClosedStreams) {
+  for (const Publication publication : {Publication::replacing, Publication::asNew}) {
+    std::filesystem::remove(path);
+    const std::string answer = inChild([&] {
+      for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(number);
+      PrintingHost host;
+      const auto outcome = writeAtomically(host, path, "new", 0666, publication);
+      return outcome == Outcome::written ? "written" : "not written";
+    });
+    EXPECT_EQ(answer, "written");
+    EXPECT_EQ(readFile(path), "new");
+    EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+  }
+}
+
+TEST_F(AtomicFile, LeavesNothingWhereOnlyAStandardDescriptorIsFree) {
+  const TemporaryFolder own;
+  const std::string answer = inChild([&]() -> std::string {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = std::min<rlim_t>(64, limit.rlim_max);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    int last = -1;
+    for (int next = last; (next = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) >= 0;) last = next;
+    // One number is free for the folder; the file itself gets that of a closed standard stream.
+    for (const int number : {last, STDIN_FILENO, STDOUT_FILENO}) ::close(number);
+    platform::posix::SystemCalls plain;
+    const Outcome outcome =
+        writeAtomically(plain, own / "file", "new", 0666, Publication::replacing);
+    return outcome == Outcome::failed ? "failed" : "written";
+  });
+  EXPECT_EQ(answer, "failed");
+  EXPECT_EQ(namesIn(own.path()), Names());
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

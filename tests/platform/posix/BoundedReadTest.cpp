@@ -1,0 +1,171 @@
+#include "platform/posix/BoundedRead.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+
+#include "platform/posix/Child.h"
+#include "platform/posix/TemporaryFolder.h"
+#include "support/FailingAllocations.h"
+
+namespace wenlolib::tests {
+namespace {
+
+using platform::posix::readWhole;
+
+class BoundedRead : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::string path = folder / "file";
+};
+
+TEST_F(BoundedRead, GivesAllOfAFile) {
+  using namespace std::string_literals;
+  for (const std::string& bytes : {""s, "x"s, "a\0b\n"s, std::string(300'000, 'z')}) {
+    writeFile(path, bytes);
+    EXPECT_EQ(readWhole(path, 1 << 20), bytes);
+  }
+}
+
+TEST_F(BoundedRead, TakesAFileAtTheBoundAndNoneAbove) {
+  writeFile(path, std::string(1000, 'x'));
+  EXPECT_EQ(readWhole(path, 1000), std::string(1000, 'x'));
+  EXPECT_EQ(readWhole(path, 999), std::nullopt);
+  writeFile(path, "");
+  EXPECT_EQ(readWhole(path, 0), "");
+}
+
+TEST_F(BoundedRead, FollowsLinks) {
+  writeFile(path, "bytes");
+  std::filesystem::create_symlink("file", folder / "link");
+  EXPECT_EQ(readWhole(folder / "link", 10), "bytes");
+}
+
+TEST_F(BoundedRead, GivesNothingForWhatIsNoFile) {
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  std::filesystem::create_symlink("nowhere", folder / "dangling");
+  EXPECT_EQ(readWhole(path, 10), std::nullopt);
+  EXPECT_EQ(readWhole(folder / "pipe", 10), std::nullopt);
+  EXPECT_EQ(readWhole(folder.path(), 1 << 20), std::nullopt);
+  EXPECT_EQ(readWhole(folder / "dangling", 10), std::nullopt);
+  EXPECT_EQ(readWhole("/dev/zero", 1 << 20), std::nullopt);
+  EXPECT_EQ(readWhole("/dev/null", 1 << 20), std::nullopt);
+  EXPECT_EQ(readWhole("", 10), std::nullopt);
+}
+
+TEST_F(BoundedRead, GivesNothingForASparseGigabyteAndAsksForNoMemory) {
+  writeFile(path, "x");
+  ASSERT_EQ(::truncate(path.c_str(), off_t{1} << 30), 0);
+  const CountedAllocations counted;
+  EXPECT_EQ(readWhole(path, std::size_t{16} << 20), std::nullopt);
+  EXPECT_LT(counted.largest(), std::size_t{1} << 20);
+}
+
+TEST_F(BoundedRead, GivesAllOfAFileWhoseSizeIsNotToldBeforehand) {
+  const auto status = readWhole("/proc/self/status", 1 << 20);
+  ASSERT_TRUE(status);
+  EXPECT_NE(status->find("Pid:"), std::string::npos);
+  EXPECT_EQ(readWhole("/proc/self/status", 16), std::nullopt);
+}
+
+TEST_F(BoundedRead, GivesABeginningOfAFileThatGrows) {
+  writeFile(path, "x");
+  const std::string piece(5000, 'x');
+  constexpr std::size_t pieces = 200;
+  std::atomic<bool> done = false;
+  std::thread writer([&] {
+    std::ofstream file(path, std::ios::app);
+    for (std::size_t i = 0; i < pieces; ++i) {
+      file.write(piece.data(), static_cast<std::streamsize>(piece.size())).flush();
+      ::usleep(100);
+    }
+    done = true;
+  });
+  std::size_t largest = 0;
+  while (!done) {
+    const auto bytes = readWhole(path, 2'000'000);
+    EXPECT_TRUE(bytes);
+    if (!bytes) break;
+    EXPECT_EQ(bytes->find_first_not_of('x'), std::string::npos);
+    EXPECT_GE(bytes->size(), largest);
+    largest = bytes->size();
+  }
+  writer.join();
+  EXPECT_GT(largest, 0U);
+  EXPECT_EQ(readWhole(path, 2'000'000)->size(), 1 + pieces * piece.size());
+}
+
+TEST_F(BoundedRead, LeavesNoDescriptorOpen) {
+  writeFile(path, "bytes");
+  const auto before = namesIn("/proc/self/fd").size();
+  for (int round = 0; round < 100; ++round) {
+    EXPECT_EQ(readWhole(path, 5), "bytes");
+    EXPECT_EQ(readWhole(path, 4), std::nullopt);
+    EXPECT_EQ(readWhole(folder.path(), 4), std::nullopt);
+  }
+  EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
+}
+
+bool limitDescriptors(rlim_t count) {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return false;
+  limit.rlim_cur = std::min(count, limit.rlim_max);
+  return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
+/// What a child is told that reads a file. An exception ends a shortage: a sanitizer takes a
+/// descriptor to look at one.
+std::string told(const std::string& path) {
+  try {
+    return readWhole(path, 1 << 20).value_or("(nothing)");
+  } catch (const std::system_error& problem) {
+    if (!limitDescriptors(RLIM_INFINITY)) return notPermitted;
+    const bool shortage = problem.code() == std::error_code(EMFILE, std::generic_category());
+    return shortage ? "(a shortage)" : "(another problem)";
+  }
+}
+
+TEST_F(BoundedRead, ThrowsWhereThereIsNoDescriptorLeft) {
+  writeFile(path, "bytes");
+  const std::string missing = folder / "missing";
+  const auto toldInAShortage = [](const std::string& file) {
+    return inChild([&] { return limitDescriptors(0) ? told(file) : notPermitted; });
+  };
+  EXPECT_EQ(toldInAShortage(path), "(a shortage)");
+  EXPECT_EQ(toldInAShortage(missing), "(a shortage)");
+}
+
+/// A host that reads its closed standard input must not move on in a file that is being read.
+TEST_F(BoundedRead, ThrowsWhereOnlyAStandardDescriptorIsLeft) {
+  writeFile(path, "bytes");
+  const std::string answer = inChild([&] {
+    if (!limitDescriptors(64)) return notPermitted;
+    while (::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) >= 0) {
+    }
+    ::close(STDIN_FILENO);
+    return told(path) + (::fcntl(STDIN_FILENO, F_GETFD) < 0 ? "" : " and a descriptor lost");
+  });
+  EXPECT_EQ(answer, "(a shortage)");
+}
+
+TEST_F(BoundedRead, GivesAllOfAFileWhereTheStandardDescriptorsAreClosed) {
+  writeFile(path, "bytes");
+  const std::string answer = inChild([&] {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(number);
+    const std::string answers = told(path) + told(path) + told(folder.path());
+    return answers + (::fcntl(STDIN_FILENO, F_GETFD) < 0 ? "" : " and a descriptor lost");
+  });
+  EXPECT_EQ(answer, "bytesbytes(nothing)");
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

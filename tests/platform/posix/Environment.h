@@ -1,0 +1,54 @@
+/// Variables of the process's environment, as a test needs them.
+#ifndef WENLOLIB_TESTS_PLATFORM_POSIX_ENVIRONMENT_H
+#define WENLOLIB_TESTS_PLATFORM_POSIX_ENVIRONMENT_H
+
+#include <time.h>
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace wenlolib::tests {
+
+/// One variable, set (or, for null, taken away) for a scope.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* previous = std::getenv(name)) previous_ = previous;
+    put(value);
+  }
+  ~Variable() { put(previous_ ? previous_->c_str() : nullptr); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  void put(const char* value) const {
+    static_cast<void>(value == nullptr ? ::unsetenv(name_) : ::setenv(name_, value, 1));
+  }
+
+  const char* name_;
+  std::optional<std::string> previous_;
+};
+
+/// The process's time zone for a scope, by a POSIX zone text such as "CET-1CEST,M3.5.0,M10.5.0/3",
+/// whose offsets count to the west.
+class Zone {
+ public:
+  explicit Zone(const char* zone) {
+    variable_.emplace("TZ", zone);
+    ::tzset();
+  }
+  ~Zone() {
+    variable_.reset();
+    ::tzset();
+  }
+  Zone(const Zone&) = delete;
+  Zone& operator=(const Zone&) = delete;
+
+ private:
+  std::optional<Variable> variable_;
+};
+
+}  // namespace wenlolib::tests
+
+#endif
