@@ -1,0 +1,50 @@
+/// The three layouts as tables of what stands in a document from its first byte to its last.
+#ifndef WENLOLIB_RECEIVER_LAYOUTS_H
+#define WENLOLIB_RECEIVER_LAYOUTS_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "receiver/Receiver.h"
+
+namespace wenlolib::receiver {
+
+enum class Part : std::uint8_t {
+  markup,     // no value
+  attribute,  // the value ends at its quote
+  element,    // the value ends at the next tag
+  payload,    // an element's value too, and nothing but digits
+};
+
+/// One step through a document: fixed text, a value of any length, fixed text.
+struct Slot {
+  Part part;
+  std::string_view name;
+  std::string_view opening;
+  std::string_view closing;
+};
+
+constexpr std::size_t mostSlots = 16;
+constexpr std::size_t checksumSlot = 1;  // in every layout
+constexpr std::size_t dateSlot = 4;
+constexpr std::size_t checksumLength = 32;
+
+constexpr std::array<Layout, 3> allLayouts = {Layout::application, Layout::printer,
+                                              Layout::printerOlderTag};
+
+/// All slots of a layout. The first is the beginning of the wrapper's start tag, the second its
+/// checksum, the last its end tag.
+[[nodiscard]] std::span<const Slot> slotsOf(Layout layout);
+
+/// Whether a wrapper has this name.
+[[nodiscard]] bool isWrapperName(std::string_view name);
+
+/// Whether the document ends in a wrapper's end tag, white space behind it left aside.
+[[nodiscard]] bool endsInWrapper(std::string_view bytes);
+
+}  // namespace wenlolib::receiver
+
+#endif

@@ -1,0 +1,99 @@
+/// Reading survey documents: for receiving services and tools.
+#ifndef WENLOLIB_RECEIVER_RECEIVER_H
+#define WENLOLIB_RECEIVER_RECEIVER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wenlolib::receiver {
+
+/// The three layouts, named by what they carry.
+enum class Layout : std::uint8_t {
+  application,      // OrvanQXApplication
+  printer,          // OrvanQX2Application: printer log, new tag type
+  printerOlderTag,  // OrvanQXPrinter: printer log, older tag type
+};
+
+/// What a document is examined for, in this order. The first layer that does not hold is reported.
+enum class Layer : std::uint8_t {
+  none,          // all of them hold
+  xml,           // well-formed XML in UTF-8
+  whiteSpace,    // nothing between the parts
+  layout,        // the elements of one layout, each once, in order, with its attributes alone
+  cipherMarker,  // "R" or "X"
+  hexadecimal,   // the payload and the checksum: digits and capital letters A to F, in pairs
+  checksum,      // the digest of the content
+  contents,      // the decrypted contents are text in UTF-8, and there is a date to decrypt them by
+};
+
+/// What has happened to a document.
+enum class Fault : std::uint8_t {
+  none,
+  truncated,  // well begun, and the end is missing
+  damaged,    // its form is broken inside
+  altered,    // its form is whole, but the checksum belongs to another content
+  repaired,   // stray markup was escaped before it was stored: the checksum belongs to the content
+              // as it was before; what it says can be relied on all the same
+};
+
+struct Verdict {
+  Layer layer = Layer::none;
+  Fault fault = Fault::none;
+  std::size_t offset =
+      0;              // of the first byte that is wrong; where truncated, the document's length
+  std::string field;  // the element or attribute concerned, such as "Date" or "SUM"; or ""
+  std::string explanation;  // one sentence for a person
+
+  [[nodiscard]] bool sound() const { return layer == Layer::none; }
+};
+
+/// One value of a document, without the payload.
+struct Field {
+  std::string name;        // of its element
+  std::string value;       // the text, references such as &amp; resolved; line ends, and the whole
+                           // of the date, whose bytes are the key, as they stand
+  std::size_t offset = 0;  // of the value's first byte in the document
+};
+
+/// What a document says. Views lead into the bytes that were examined and last as long as they do.
+struct Document {
+  Layout layout = Layout::application;
+  std::string_view checksum;  // as it stands in the document
+  std::vector<Field> fields;  // in order: Version, OSVersion, Date, Locale, ID; for the older tag
+                              // type DeviceID, SN, ROMVER as well
+  char marker = 'R';
+  std::string_view digits;  // the payload
+  std::size_t digitsOffset = 0;
+  std::optional<std::string> contents;  // decrypted, where the examination went that far; ask
+                                        // contentsOf, which has them in any case
+
+  /// The value of a field, or "" where the layout has none of this name.
+  [[nodiscard]] std::string_view value(std::string_view name) const;
+};
+
+struct Report {
+  Verdict verdict;
+  /// What the document says, as far as its form holds: present when every layer up to and including
+  /// `hexadecimal` does, so that an altered or repaired document can still be read.
+  std::optional<Document> document;
+};
+
+/// Examines a document. Any bytes give a report, in time and memory proportional to their number.
+/// Throws nothing but std::bad_alloc. Any thread may call.
+[[nodiscard]] Report examine(std::string_view bytes);
+
+/// The record's contents, decrypted. Nothing when the document has no date, and so no key. From a
+/// document that is not needed afterwards they are taken without a copy.
+[[nodiscard]] std::optional<std::string> contentsOf(const Document& document);
+[[nodiscard]] std::optional<std::string> contentsOf(Document&& document);
+
+/// The name of a layout's wrapper element.
+[[nodiscard]] std::string_view wrapperName(Layout layout);
+
+}  // namespace wenlolib::receiver
+
+#endif

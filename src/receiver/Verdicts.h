@@ -1,0 +1,19 @@
+/// What to say of documents that are no whole document of a layout.
+#ifndef WENLOLIB_RECEIVER_VERDICTS_H
+#define WENLOLIB_RECEIVER_VERDICTS_H
+
+#include "receiver/Receiver.h"
+#include "receiver/Walk.h"
+#include "receiver/WellFormed.h"
+
+namespace wenlolib::receiver {
+
+/// Of a document that the parser refuses. It may be one that the walk went through.
+[[nodiscard]] Verdict refused(const Walk& walk, const XmlFinding& finding);
+
+/// Of a document that the walk did not get through.
+[[nodiscard]] Verdict misfit(const Walk& walk);
+
+}  // namespace wenlolib::receiver
+
+#endif
