@@ -1,0 +1,32 @@
+# What is shipped: the plug-in, the installed package, the documentation's examples.
+set(product_tests ${CMAKE_CURRENT_SOURCE_DIR}/product)
+
+add_test(NAME verifier COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/verifier/verify_document_test.py)
+
+foreach(part IN ITEMS plugin_library process_state)
+  add_library(${part} OBJECT product/${part}.c)
+  target_include_directories(${part} PUBLIC ${PROJECT_SOURCE_DIR}/src product)
+  target_link_libraries(${part} PUBLIC wenlolib_warnings)
+endforeach()
+foreach(program IN ITEMS plugin_host plugin_hygiene)
+  add_executable(${program} product/${program}.c)
+  target_link_libraries(${program} PRIVATE plugin_library process_state ${CMAKE_DL_LIBS})
+  add_dependencies(${program} WENLOLIB)
+endforeach()
+
+add_test(NAME product.plugin_host
+  COMMAND ${PYTHON} ${product_tests}/plugin_host_test.py
+    $<TARGET_FILE:plugin_host> $<TARGET_FILE:WENLOLIB>)
+add_test(NAME product.own_bundle
+  COMMAND ${PYTHON} ${product_tests}/own_bundle_test.py
+    $<TARGET_FILE:plugin_host> $<TARGET_FILE:WENLOLIB>)
+add_test(NAME product.plugin_hygiene
+  COMMAND ${product_tests}/run_plugin_hygiene.sh
+    $<TARGET_FILE:plugin_hygiene> $<TARGET_FILE:WENLOLIB>)
+add_test(NAME product.install_and_consume
+  COMMAND ${product_tests}/install_and_consume.sh ${PROJECT_BINARY_DIR}
+    ${CMAKE_CURRENT_BINARY_DIR})
+add_test(NAME product.check_exports
+  COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB>
+    ${PROJECT_SOURCE_DIR}/product/exports.txt)
+set_tests_properties(product.plugin_hygiene PROPERTIES TIMEOUT 900 RUN_SERIAL ON)

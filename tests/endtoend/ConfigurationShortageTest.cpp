@@ -1,0 +1,72 @@
+// A configuration file that cannot be read for the moment is not taken for one that is not there.
+#include <sys/resource.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "endtoend/ConfigurationFile.h"
+#include "platform/Forwarding.h"
+#include "platform/posix/Child.h"
+#include "support/ExpectedDocument.h"
+
+namespace wenlolib::tests {
+namespace {
+
+/// No new descriptor is to be had while an object lives.
+class NoDescriptors {
+ public:
+  NoDescriptors() {
+    if (::getrlimit(RLIMIT_NOFILE, &before_) != 0) throw std::runtime_error("no limit to be had");
+    set({0, before_.rlim_max});
+  }
+  ~NoDescriptors() { set(before_); }
+  NoDescriptors(const NoDescriptors&) = delete;
+  NoDescriptors& operator=(const NoDescriptors&) = delete;
+
+ private:
+  static void set(const rlimit& limit) {
+    if (::setrlimit(RLIMIT_NOFILE, &limit) != 0) std::abort();
+  }
+  rlimit before_{};
+};
+
+/// The configuration file is read without a descriptor to spare, and right afterwards there are
+/// enough again, as where other threads of the host have taken all for a moment.
+class ShortWhileReading : public platform::ForwardingPropertyLists {
+ public:
+  using ForwardingPropertyLists::ForwardingPropertyLists;
+  bool shortage = true;
+
+  std::optional<Dictionary> read(const std::string& path) override {
+    if (!shortage || path != identifierPath) return target_.read(path);
+    const NoDescriptors none;
+    return target_.read(path);
+  }
+};
+
+class ConfigurationShortage : public ConfigurationFileTest {};
+
+TEST_F(ConfigurationShortage, OfDescriptorsRefusesTheRecordAndKeepsTheFile) {
+  write({{"WENLIBUUID", "kept"}, {"other", "kept too"}});
+  const std::string bytes = readFile(path());
+  const ino_t number = file();
+  for (const RecordKind kind : {RecordKind::application, RecordKind::printer}) {
+    const std::string answer = inChild([&] {
+      ShortWhileReading propertyLists(*world.services.propertyLists);
+      platform::Platform services = world.services;
+      services.propertyLists = &propertyLists;
+      const platform::Substitute substitute(services);
+      const bool meanwhile = recordAs(kind, "contents");
+      propertyLists.shortage = false;
+      const std::string later = recordAs(kind, "contents") ? " recorded" : " refused";
+      return (meanwhile ? "recorded" : "refused") + later;
+    });
+    EXPECT_EQ(answer, "refused recorded") << nameOf(kind);
+    EXPECT_EQ(readFile(path()), bytes);
+    EXPECT_EQ(file(), number);
+  }
+  EXPECT_EQ(elementIn(readFile(world.real(marchFile)), "ID"), "kept");
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

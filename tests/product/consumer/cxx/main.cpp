@@ -1,0 +1,81 @@
+// A program in C++ that is linked against the installed library and records below HOME, which is a
+// folder with nothing in it at first. The records' contents are the program's argument.
+#include <wenlolib/cabi/plugin.h>
+#include <wenlolib/codec/codec.h>
+#include <wenlolib/front/WENLOLIB.h>
+#include <wenlolib/toolkit/CommonTooWenlolib.h>
+
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using wenlolib::CommonTooWenlolib;
+using wenlolib::Dictionary;
+using wenlolib::SurveyRecord;
+using wenlolib::Text;
+using wenlolib::Value;
+using wenlolib::WENLOLIB;
+
+int failures = 0;
+
+void expect(bool holds, const std::string& what) {
+  if (holds) return;
+  std::cerr << "not so: " << what << "\n";
+  ++failures;
+}
+
+void makeFolders() {
+  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::almDirPath()), "a folder for usage");
+  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::pliDirPath(1)), "a folder for logs");
+  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::confDirPath()), "a folder for settings");
+}
+
+void writePreferences() {
+  const Text folder = CommonTooWenlolib::confDirPath();
+  std::ofstream file(folder.value_or("") + "/com.orvan.printing.Quillmere.Pref.plist");
+  file << "<plist version=\"1.0\"><dict><key>InstalledDate</key><date>2099-01-01T00:00:00Z</date>"
+          "<key>LatestSelectedAgreement</key><true/>"
+          "<key>LatestSelectedLanguage</key><string>fr_FR</string></dict></plist>";
+  expect(static_cast<bool>(file.flush()), "preferences");
+}
+
+void record(const std::string& contents) {
+  expect(WENLOLIB::writeAppInfoWithContents(contents, "Consumer", 1), "usage recorded");
+  const Dictionary newer = {{"NEWTAGTYPE", true}};
+  expect(WENLOLIB::writePrinterLogInfoWithContents(contents, "Consumer", 1, newer), "log recorded");
+  const auto own = SurveyRecord::initWithContents(contents, "Consumer", 1);
+  own->serOtherInfo(Dictionary{{"SN", "4711"}, {"NEWTAGTYPE", 0}, {"More", Value::Array{1, 2.5}}});
+  expect(own->writeAppInfo(), "a record of one's own recorded");
+  expect(own->getSerialNum() == "4711", "it has its printer's serial number");
+  expect(own->getCliantVersionforALM() == "1.0", "the library finds its own bundle");
+  expect(!WENLOLIB::writeAppInfoWithContents({}, "Consumer", 1), "null contents are refused");
+}
+
+void useToolkit() {
+  expect(CommonTooWenlolib::convertVersionStrToNum("10.9.5") == 100905, "a version's number");
+  expect(CommonTooWenlolib::replaceString("a/b/c", "/", "-") == Text("a-b-c"), "text replaced");
+  bool thrown = false;
+  try {
+    static_cast<void>(CommonTooWenlolib::convertVersionStrToBiasStr("3"));
+  } catch (const std::out_of_range&) {
+    thrown = true;
+  }
+  expect(thrown, "the range error reaches its caller");
+  expect(WENLOLIB::createTask("/bin/sh", {{"-c", "exit 7"}}, 1) == 7, "a program's status");
+  expect(std::string(WENLOLIB_version()) == "1.0.0", "the version");
+  expect(ConvertCharDataToHex("zz", nullptr, 1) == 1, "the codec's failing status");
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 2) return 2;
+  makeFolders();
+  writePreferences();
+  record(arguments[1]);
+  useToolkit();
+  return failures == 0 ? 0 : 1;
+}

@@ -1,0 +1,120 @@
+#!/bin/sh
+# Installs the library to a prefix, builds programs in C and in C++ against what is installed there,
+# one of them against the receiver alone, with CMake and with pkg-config, and runs them; then moves
+# the prefix elsewhere and does the same.
+#
+#   install_and_consume.sh BUILD_DIR WORK_DIR
+set -eu
+
+if [ $# -ne 2 ]; then
+  echo "usage: install_and_consume.sh BUILD_DIR WORK_DIR" >&2
+  exit 2
+fi
+here=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd)
+build=$(CDPATH='' cd -- "$1" && pwd)
+mkdir -p "$2"
+work=$(CDPATH='' cd -- "$2" && pwd)/consume
+rm -rf "$work"
+mkdir "$work"
+
+contents='Usage of a month: Größe A4, 12 %'
+printf '%s' "$contents" > "$work/contents"
+
+fail() {
+  echo "$1" >&2
+  exit 1
+}
+
+# LAYOUT FILE...: the files have to be sound documents with the contents above
+verify() {
+  layout=$1
+  shift
+  python3 "$here/../verifier/verify_document.py" \
+    --contents-file "$work/contents" --layout "$layout" "$@"
+}
+
+# PROGRAM_IN_CXX HOME: runs it, verifies the three records, looks for the library's own version
+run_cxx() {
+  mkdir "$2"
+  HOME=$2 "$1" "$contents"
+  support="$2/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
+  verify application "$support"/ALM/Quillmere_Log_Consumer_*.ALM
+  verify printer "$support/PLM/Consumer_1.PLM"
+  verify printer-older "$support/PLM/Consumer_2.PLM"
+  grep -q '<Version>1\.0</Version>' "$support"/ALM/*.ALM ||
+    fail "The record does not carry the library's own version"
+}
+
+# PROGRAM_IN_C HOME
+run_c() {
+  mkdir "$2"
+  HOME=$2 "$1"
+  [ -z "$(ls -A "$2")" ] || fail "Something was written where nothing should be"
+}
+
+# PROGRAM HOME: reads the records that run_cxx left there
+run_receiver() {
+  support="$2/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
+  "$1" "$support"/ALM/*.ALM "$support/PLM/Consumer_1.PLM" "$support/PLM/Consumer_2.PLM" \
+    > "$2.received"
+  for layout in OrvanQXApplication OrvanQX2Application OrvanQXPrinter; do
+    grep -qxF "$layout: $contents" "$2.received" || fail "The receiver did not read $layout"
+  done
+  if ldd "$1" | grep -q WENLOLIB; then
+    fail "The receiver has brought the recording library along"
+  fi
+}
+
+# PREFIX FOLDER: configures, builds and runs against the package at PREFIX
+with_cmake() {
+  for language in c cxx receiver; do
+    cmake -S "$here/consumer/$language" -B "$2/$language" -G Ninja -DCMAKE_PREFIX_PATH="$1" \
+      -DCMAKE_BUILD_TYPE=Release > "$2-$language.log" || { cat "$2-$language.log" >&2; exit 1; }
+    cmake --build "$2/$language" > "$2-$language.log" || { cat "$2-$language.log" >&2; exit 1; }
+    grep -q "^WENLOLIB_DIR:PATH=$1/" "$2/$language/CMakeCache.txt" ||
+      fail "Another package than the one at $1 was found"
+  done
+  run_c "$2/c/consumer" "$2/home-c"
+  run_cxx "$2/cxx/consumer" "$2/home-cxx"
+  run_receiver "$2/receiver/consumer" "$2/home-cxx"
+  "$1/bin/wenlolib" verify --quiet "$2/home-cxx" ||
+    fail "The installed command does not find the records sound"
+}
+
+# PREFIX FOLDER: the same with pkg-config alone
+with_pkg_config() {
+  mkdir -p "$2"
+  PKG_CONFIG_PATH=$(dirname "$(find "$1" -name wenlolib.pc)")
+  export PKG_CONFIG_PATH
+  # The words of the answer are options: they have to be split.
+  # shellcheck disable=SC2046
+  "${CC:-cc}" -std=c99 "$here/consumer/c/main.c" -o "$2/c" $(pkg-config --cflags --libs wenlolib)
+  # shellcheck disable=SC2046
+  "${CXX:-c++}" -std=c++20 "$here/consumer/cxx/main.cpp" -o "$2/cxx" \
+    $(pkg-config --cflags --libs wenlolib)
+  # shellcheck disable=SC2046
+  "${CXX:-c++}" -std=c++20 "$here/consumer/receiver/main.cpp" -o "$2/receiver" \
+    $(pkg-config --cflags --libs wenlolib-receiver)
+  libraries=$(pkg-config --variable=libdir wenlolib)
+  [ -d "$(pkg-config --variable=bundle wenlolib)" ] || fail "pkg-config does not know the bundle"
+  (
+    LD_LIBRARY_PATH=$libraries
+    export LD_LIBRARY_PATH
+    run_c "$2/c" "$2/home-c"
+    run_cxx "$2/cxx" "$2/home-cxx"
+    run_receiver "$2/receiver" "$2/home-cxx"
+  )
+}
+
+cmake --install "$build" --prefix "$work/prefix" > "$work/install.log"
+with_cmake "$work/prefix" "$work/cmake"
+with_pkg_config "$work/prefix" "$work/pkg-config"
+
+mkdir "$work/elsewhere"
+mv "$work/prefix" "$work/elsewhere/moved"
+if HOME=$work "$work/cmake/c/consumer" 2> /dev/null; then
+  fail "A program still found the library where it no longer is"
+fi
+with_cmake "$work/elsewhere/moved" "$work/cmake-moved"
+with_pkg_config "$work/elsewhere/moved" "$work/pkg-config-moved"
+echo "Installed, used, moved and used again"

@@ -1,0 +1,103 @@
+/* A host in C that loads the plug-in and uses every function of it:
+ *
+ *   plugin_host SHARED_OBJECT CONTENTS_FILE
+ *
+ * The folders and preferences below HOME are there when it starts. It says on standard error what
+ * did not go as it should; exit status 0 means that nothing did. */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "plugin_library.h"
+
+enum { askAgreement = 1, needsNoAgreement = 2, unknownMode = 3 };
+
+static int failures = 0;
+
+static void expect(int holds, const char* what) {
+  if (holds) return;
+  fprintf(stderr, "not so: %s\n", what);
+  ++failures;
+}
+
+static char* readText(const char* path) {
+  FILE* file = fopen(path, "rb");
+  char* text = NULL;
+  long length = -1;
+  if (file == NULL) return NULL;
+  if (fseek(file, 0, SEEK_END) == 0) length = ftell(file);
+  if (length >= 0 && fseek(file, 0, SEEK_SET) == 0) text = malloc((size_t)length + 1);
+  if (text != NULL) text[fread(text, 1, (size_t)length, file)] = '\0';
+  fclose(file);
+  return text;
+}
+
+static void useCodec(const PluginLibrary* library) {
+  static const char expected[] = "900150983CD24FB0D6963F7D28E17F72"; /* RFC 1321: "abc" */
+  uint8_t digest[16], again[16], sealed[16];
+  char text[33] = "";
+  int32_t length = 0;
+  expect(library->digest("abc", digest) == 0, "the digest succeeds");
+  expect(library->bytesToText(digest, text, 16, 1) == 0, "bytes become text");
+  expect(strcmp(text, expected) == 0, "the digest of abc is the published one");
+  expect(library->textToBytes(text, again, 1) == 0, "text becomes bytes");
+  expect(memcmp(again, digest, 16) == 0, "these are the bytes it was made from");
+  expect(library->textToBytes("zz", again, 1) == 1, "text that is no number is refused");
+  expect(library->rc4(digest, 16, digest, 16, sealed, &length) == 0, "RC4 succeeds");
+  expect(length == 16, "RC4 tells its length");
+  expect(library->rc4(digest, 16, sealed, 16, again, &length) == 0, "RC4 succeeds again");
+  expect(memcmp(again, digest, 16) == 0, "RC4 applied twice gives the source back");
+  expect(library->rc4(digest, -1, digest, 16, sealed, &length) == -1, "a bad key is refused");
+  expect(library->exclusiveOr(sealed, NULL, digest, 16, digest) == 0, "exclusive or succeeds");
+  expect(sealed[0] == 0 && sealed[15] == 0, "a text under itself is all zeros");
+  expect(library->hexPrint("label", digest, 16) == 0, "the debug hook answers 0");
+}
+
+static void refuse(const PluginLibrary* library, const char* contents) {
+  expect(library->isSupported(unknownMode) == 0, "an unknown mode is not supported");
+  expect(library->writeAppInfo(contents, "Refused", unknownMode) == 0, "nor recorded");
+  expect(library->writeAppInfo(NULL, "Refused", needsNoAgreement) == 0, "null contents");
+  expect(library->writeAppInfo(contents, NULL, needsNoAgreement) == 0, "null name");
+  expect(library->writeAppInfo("\xff", "Refused", needsNoAgreement) == 0, "contents not UTF-8");
+  expect(library->writePrinterLogInfo(NULL, "Refused", 0, NULL, 0) == 0, "null printer log");
+  expect(library->writePrinterLogInfo(contents, "\xc0\x80", 0, NULL, 0) == 0, "name not UTF-8");
+}
+
+static void record(const PluginLibrary* library, const char* contents) {
+  const WENLOLIBEntry older[] = {{"DeviceID", "QX 200"}, {"SN", "4711"}, {"ROMVER", "2.14"},
+                                 {NULL, "ignored"},      {"SN", NULL},   {"ROMVER", "\xff"}};
+  const WENLOLIBEntry newer[] = {{"NEWTAGTYPE", "YES"}};
+  expect(library->isSupported(askAgreement) == 1, "application usage is supported");
+  expect(library->isSupportedPlm(askAgreement) == 1, "printer logs are supported");
+  expect(library->writeAppInfo(contents, "Host", askAgreement) == 1, "application recorded");
+  expect(library->writePrinterLogInfo(contents, "Host", askAgreement, newer, 1) == 1,
+         "newer printer recorded");
+  expect(library->writePrinterLogInfo(contents, "Host", askAgreement, older, 6) == 1,
+         "older printer recorded");
+  expect(library->writePrinterLogInfo("", "Host", askAgreement, NULL, 0) == 1,
+         "printer without identity recorded");
+}
+
+int main(int count, char** arguments) {
+  PluginLibrary library;
+  char* contents;
+  const char* problem;
+  if (count != 3) {
+    fprintf(stderr, "usage: plugin_host SHARED_OBJECT CONTENTS_FILE\n");
+    return 2;
+  }
+  contents = readText(arguments[2]);
+  problem = contents == NULL ? "no contents" : openPlugin(arguments[1], &library);
+  if (problem != NULL) {
+    fprintf(stderr, "%s\n", problem);
+    free(contents);
+    return 2;
+  }
+  expect(strcmp(library.version(), "1.0.0") == 0, "the version is 1.0.0");
+  useCodec(&library);
+  refuse(&library, contents);
+  record(&library, contents);
+  expect(closePlugin(&library) == NULL, "the plug-in unloads");
+  free(contents);
+  return failures == 0 ? 0 : 1;
+}

@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""Runs the host in C against the plug-in below a HOME of its own and verifies what it recorded.
+
+    plugin_host_test.py HOST SHARED_OBJECT
+"""
+
+import os
+import plistlib
+import re
+import stat
+import sys
+import tempfile
+import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "verifier"))
+
+from plugin_world import CONTENTS, PluginWorld
+from verify_document import verify
+
+host = ""
+shared_object = ""
+
+
+class PluginHost(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.world = PluginWorld(folder.name)
+        cls.finished = cls.world.run(host, shared_object)
+
+    def path(self, name):
+        return self.world.path(name)
+
+    def document(self, name, layout, contents=CONTENTS):
+        self.assertEqual(stat.S_IMODE(os.stat(self.path(name)).st_mode), 0o666, name)
+        document = verify(self.world.read(name), layout, contents)
+        self.assertEqual(document.marker, "R")
+        self.assertRegex(document.values["OSVersion"], rb"^M\.\d+\.\d+\.\d+$")
+        self.assertEqual(document.values["Locale"], b"zh_Hans")
+        self.assertRegex(document.values["Date"], rb"\+05:45$")
+        self.assertEqual(document.values["ID"].decode(), self.identifier())
+        return document
+
+    def identifier(self):
+        configuration = self.world.read("Config/com.orvan.printing.WENLOLIB.Conf.plist")
+        return plistlib.loads(configuration)["WENLIBUUID"]
+
+    def test_the_host_finds_everything_as_it_should_and_the_plugin_prints_nothing(self):
+        self.assertEqual(self.finished.stderr.decode(), "")
+        self.assertEqual(self.finished.stdout.decode(), "")
+        self.assertEqual(self.finished.returncode, 0)
+
+    def test_application_usage(self):
+        name = self.world.application_file()
+        self.assertTrue(re.fullmatch(r"ALM/Quillmere_Log_Host_\d{4}\.ALM", name), name)
+        document = self.document(name, "application")
+        self.assertEqual(document.values["Version"], b"1.0")
+
+    def test_printer_log_of_the_new_tag_type(self):
+        self.document("PLM/Host_1.PLM", "printer")
+
+    def test_printer_log_of_the_older_tag_type(self):
+        document = self.document("PLM/Host_2.PLM", "printer-older")
+        self.assertEqual(document.values["DeviceID"], b"QX 200")
+        self.assertEqual(document.values["SN"], b"4711")
+        self.assertEqual(document.values["ROMVER"], b"2.14")
+
+    def test_printer_log_without_identity(self):
+        document = self.document("PLM/Host_3.PLM", "printer-older", b"")
+        self.assertEqual(document.values["DeviceID"], b"")
+
+    def test_nothing_else_is_left(self):
+        self.assertEqual(sorted(os.listdir(self.path("PLM"))),
+                         ["Host_1.PLM", "Host_2.PLM", "Host_3.PLM"])
+        self.assertEqual(len(os.listdir(self.path("Config"))), 2)
+        self.assertEqual(sorted(os.listdir(self.world.support)), ["ALM", "Config", "PLM"])
+
+    def test_the_identifier_has_its_form(self):
+        self.assertRegex(self.identifier(), r"^\{[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB]"
+                                            r"[0-9A-F]{3}-[0-9A-F]{12}\}$")
+
+
+if __name__ == "__main__":
+    shared_object = sys.argv.pop()
+    host = sys.argv.pop()
+    unittest.main()

@@ -1,0 +1,52 @@
+"""A HOME below which a host may record, and the host in C run in it."""
+
+import datetime
+import os
+import plistlib
+import subprocess
+
+SUPPORT = "Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
+CONTENTS = "Usage of a month: Größe A4, 印刷 12, 𝄞\n<&> \"'".encode()
+
+
+class PluginWorld:
+    """Folders and preferences below `home`, an empty folder."""
+
+    def __init__(self, home):
+        self.home = home
+        self.support = os.path.join(home, SUPPORT)
+        for name in ["PLM", "ALM", "Config"]:
+            os.makedirs(os.path.join(self.support, name))
+        now = datetime.datetime.now(datetime.timezone.utc).replace(tzinfo=None)
+        preferences = {
+            "InstalledDate": now - datetime.timedelta(days=100),
+            "LatestSelectedAgreement": True,
+            "LatestSelectedLanguage": "zh_Hans_CN",
+        }
+        self.write("Config/com.orvan.printing.Quillmere.Pref.plist", plistlib.dumps(preferences))
+
+    def path(self, name):
+        return os.path.join(self.support, name)
+
+    def write(self, name, data):
+        with open(self.path(name), "wb") as file:
+            file.write(data)
+
+    def read(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
+    def run(self, host, shared_object):
+        """Runs the host to its end. Nothing of the caller's environment leaks in."""
+        contents = os.path.join(self.home, "contents")
+        self.write(contents, CONTENTS)
+        environment = {"HOME": self.home, "TZ": "EAST-5:45", "LANG": "de_DE.UTF-8"}
+        return subprocess.run([host, shared_object, contents], env=environment, timeout=120,
+                              capture_output=True, umask=0o077)
+
+    def application_file(self):
+        """The name of the one file with application usage."""
+        names = os.listdir(self.path("ALM"))
+        if len(names) != 1:
+            raise AssertionError(f"not one file of application usage but {names}")
+        return "ALM/" + names[0]

@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""Verifies survey documents: one line a file, exit status 0 when all are sound.
+
+1: at least one is not sound. 2: wrong usage, or a file that cannot be read."""
+
+import argparse
+import os
+import sys
+
+sys.dont_write_bytecode = True  # the folder of the tests stays as it is
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+
+from survey_document import WRAPPERS, Unsound, parse
+
+
+def verify(data, layout=None, contents=None):
+    """Parses `data`, which has to be a sound document of this layout with these contents, each
+    where it is given. Answers the document or raises Unsound."""
+    document = parse(data)
+    if layout is not None and document.layout != layout:
+        raise Unsound(f"its layout is {document.layout}, not {layout}")
+    if contents is not None and document.contents != contents:
+        raise Unsound(difference(document.contents, contents))
+    return document
+
+
+def difference(found, expected):
+    if len(found) != len(expected):
+        return f"it holds {len(found)} bytes of contents, not {len(expected)}"
+    first = next(i for i in range(len(found)) if found[i] != expected[i])
+    return f"its contents differ from byte {first} on"
+
+
+def report(path, layout, contents):
+    """Prints the line of one file; answers whether it is sound."""
+    with open(path, "rb") as file:
+        data = file.read()
+    try:
+        document = verify(data, layout, contents)
+    except Unsound as problem:
+        print(f"{path}: not sound: {problem}")
+        return False
+    size = len(document.contents)
+    print(f"{path}: {document.layout}, {document.marker}, {size} bytes of contents, sound")
+    return True
+
+
+def main(arguments):
+    parser = argparse.ArgumentParser(description="Verifies survey documents.")
+    parser.add_argument("--contents-file", help="a file with the contents that each must hold")
+    parser.add_argument("--layout", choices=list(WRAPPERS), help="the layout that each must have")
+    parser.add_argument("files", nargs="+", metavar="FILE")
+    options = parser.parse_args(arguments)
+    try:
+        contents = None
+        if options.contents_file is not None:
+            with open(options.contents_file, "rb") as file:
+                contents = file.read()
+        results = [report(path, options.layout, contents) for path in options.files]
+    except OSError as error:
+        print(f"{error.filename}: {error.strerror}", file=sys.stderr)
+        return 2
+    return 0 if all(results) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
