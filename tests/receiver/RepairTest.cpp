@@ -1,0 +1,125 @@
+// Documents that were repaired before they were stored.
+#include <gtest/gtest.h>
+
+#include "platform/linux/MarkupRepair.h"
+#include "receiver/Samples.h"
+
+namespace wenlolib::tests {
+namespace {
+
+using receiver::Fault;
+using receiver::Layer;
+using receiver::Layout;
+
+/// A document as it is stored: the checksum of the values as they are, then stray markup escaped.
+std::string stored(const ExpectedDocument& document) {
+  return platform::gnulinux::withStrayMarkupEscaped(document.text());
+}
+
+ExpectedDocument printerWith(const std::string& deviceId, const std::string& serialNumber) {
+  ExpectedDocument document = sample(Layout::printerOlderTag);
+  document.printer->deviceId = deviceId;
+  document.printer->serialNumber = serialNumber;
+  return document;
+}
+
+Finding checksumFault(const std::string& text, Fault fault) {
+  return {Layer::checksum, fault, text.find("SUM=\"") + 5, "SUM"};
+}
+
+struct Values {
+  std::string deviceId, serialNumber;
+};
+
+TEST(ReceiverRepair, IsRecognised) {
+  const std::vector<Values> all = {
+      {"A&B", ""},
+      {"", "a < b"},
+      {"A&B", "a < b && c <= d"},
+      {"&", "<"},
+      {"&nbsp;", "&amp"},
+      {"R&amp;D", "A&B"},    // a reference and a stray one, in two values
+      {"R&amp;D, R&D", ""},  // and in the same
+      {"&amp;&lt;&&lt;&", ""},
+      {"&&&&&&&&&&&&&&&&&&&&", "a<=b"},  // too many to try singly, all of them stray
+      {"&&&&&&&&&&", "R&amp;D"},         // those of one value stray, those of the other not
+      {"&lt;&lt;&lt;&lt;&lt;&lt;&lt;&lt;", "A&B"},
+      {std::string(100000, '&'), ""},
+  };
+  for (const Values& values : all) {
+    const std::string text = stored(printerWith(values.deviceId, values.serialNumber));
+    ASSERT_EQ(findingOf(text), checksumFault(text, Fault::repaired))
+        << values.deviceId.substr(0, 100) << " and " << values.serialNumber;
+    const receiver::Report report = receiver::examine(text);
+    ASSERT_TRUE(report.document);
+    EXPECT_EQ(receiver::contentsOf(*report.document), "some contents");
+  }
+}
+
+TEST(ReceiverRepair, GivesTheValueBack) {
+  const std::string text = stored(printerWith("A&B", "a < b"));
+  const receiver::Report report = receiver::examine(text);
+  ASSERT_TRUE(report.document);
+  EXPECT_EQ(report.document->value("DeviceID"), "A&B");
+  EXPECT_EQ(report.document->value("SN"), "a < b");
+}
+
+TEST(ReceiverRepair, InEveryValueOfEveryLayout) {
+  const auto check = [](const ExpectedDocument& document) {
+    const std::string text = stored(document);
+    EXPECT_EQ(findingOf(text), checksumFault(text, Fault::repaired)) << text;
+  };
+  for (const Layout layout : layouts) {
+    for (std::string ExpectedDocument::*field :
+         {&ExpectedDocument::version, &ExpectedDocument::osVersion, &ExpectedDocument::locale,
+          &ExpectedDocument::identifier}) {
+      ExpectedDocument document = sample(layout);
+      document.*field = "A&B < C";
+      check(document);
+    }
+  }
+  ExpectedDocument document = printerWith("", "");
+  document.printer->romVersion = "2 & 3";
+  check(document);
+}
+
+TEST(ReceiverRepair, IsNotMistakenForAnything) {
+  // References that were there from the start: nothing was repaired.
+  EXPECT_EQ(findingOf(stored(printerWith("R&amp;D", "&lt;"))), Finding{});
+  // Damaged after it was repaired.
+  const std::string repaired = stored(printerWith("A&B", "12345"));
+  const std::string damaged = replaced(repaired, "12345", "12346");
+  EXPECT_EQ(findingOf(damaged), checksumFault(damaged, Fault::altered));
+  // References of other kinds are never written by a repair.
+  const std::string sound = printerWith("A>B", "C").text();
+  const std::string escaped = replaced(sound, "A>B", "A&gt;B");
+  EXPECT_EQ(findingOf(escaped), checksumFault(escaped, Fault::altered));
+  const std::string numbered = replaced(printerWith("A&B", "C").text(), "A&B", "A&#38;B");
+  EXPECT_EQ(findingOf(numbered), checksumFault(numbered, Fault::altered));
+}
+
+TEST(ReceiverRepair, EndsItsSearchWhereThereIsTooMuchToTry) {
+  // One value holds seven of both kinds: neither all nor a value's, and too many for each.
+  const std::string mixed = stored(printerWith("&amp;&&&&&&", ""));
+  EXPECT_EQ(findingOf(mixed), checksumFault(mixed, Fault::altered));
+  const std::string six = stored(printerWith("&amp;&&&&&", ""));
+  EXPECT_EQ(findingOf(six), checksumFault(six, Fault::repaired));
+}
+
+TEST(ReceiverRepair, TakesFewAttemptsAtALargeDocument) {
+  ExpectedDocument document = printerWith("A&B", "R&amp;D");
+  document.contents = std::string(std::size_t{6} << 20, 'x');
+  const std::string text = stored(document);
+  EXPECT_EQ(findingOf(text), checksumFault(text, Fault::repaired));
+  // The one that was there from the start comes first, and five that were not: the combination is
+  // far down the list.
+  document.printer = ExpectedPrinter{"&amp;&amp;&amp;&amp;&amp;&", "", ""};
+  const std::string many = stored(document);
+  EXPECT_EQ(findingOf(many), checksumFault(many, Fault::altered));
+  document.contents = "x";
+  const std::string small = stored(document);
+  EXPECT_EQ(findingOf(small), checksumFault(small, Fault::repaired));
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

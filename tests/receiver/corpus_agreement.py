@@ -1,0 +1,109 @@
+#!/usr/bin/env python3
+"""Holds the receiver against the verifier, which shares no line with it, on a corpus of documents.
+
+    corpus_agreement.py VERDICTS
+
+VERDICTS says of each file named what the receiver finds in it. The two must agree on whether each
+document is sound. Where it is known what was done to a document, the receiver must say that."""
+
+import collections
+import os
+import subprocess
+import sys
+import tempfile
+
+sys.dont_write_bytecode = True
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [HERE, os.path.join(HERE, "..", "verifier")]
+
+from corpus import cases
+from survey_document import Unsound, check_date, parse
+
+# So many there have to be at least: a corpus that has shrunk proves nothing.
+LEAST = {"sound": 78, "truncated": 2000, "damaged": 228, "altered": 66, "undecodable": 30,
+         "repaired": 75, "misdated": 24, "mutated": 6000}
+
+
+def receivers_findings(verdicts, corpus):
+    """One (layer, fault, offset, field) a case, by way of files."""
+    lines = []
+    with tempfile.TemporaryDirectory() as folder:
+        names = []
+        for number, case in enumerate(corpus):
+            names.append(str(number))
+            with open(os.path.join(folder, names[-1]), "wb") as file:
+                file.write(case.data)
+        for begin in range(0, len(names), 2000):
+            told = subprocess.run([verdicts, *names[begin : begin + 2000]], cwd=folder,
+                                  capture_output=True, text=True, check=True)
+            lines += told.stdout.splitlines()
+    assert len(lines) == len(corpus), f"{len(lines)} verdicts on {len(corpus)} documents"
+    return [finding(line) for line in lines]
+
+
+def finding(line):
+    if line == "sound":
+        return "none", "none", None, None
+    layer, fault, offset, field = line.split(" ", 3)
+    return layer, fault, int(offset), field
+
+
+def verifiers_complaint(data):
+    """What the verifier says against a document, or None; and whether that is the date's form,
+    which a receiver has no need to judge."""
+    try:
+        parse(data)
+        return None, False
+    except Unsound as problem:
+        return str(problem), is_misdated(data)
+
+
+def is_misdated(data):
+    date = data.split(b"<Date>", 1)[-1].split(b"<", 1)[0]
+    try:
+        check_date(date)
+        return False
+    except Unsound:
+        return date != b""
+
+
+def disagreement(case, found):
+    """What is wrong with a finding, or None."""
+    sound = found[0] == "none"
+    complaint, misdated = verifiers_complaint(case.data)
+    if sound and complaint and not misdated:
+        return f"sound to the receiver; the verifier: {complaint}"
+    if not sound and complaint is None:
+        return "sound to the verifier alone"
+    if case.kind == "misdated" and complaint is None:
+        return "the verifier takes the date for one"
+    for what, expected, actual in zip(["layer", "fault", "offset", "field"],
+                                      [case.layer, case.fault, case.offset, case.field], found):
+        if expected is not None and expected != actual:
+            return f"{what} {expected} expected"
+    return None
+
+
+def main(verdicts):
+    corpus = list(cases())
+    findings = receivers_findings(os.path.abspath(verdicts), corpus)
+    wrong = 0
+    kinds, outcomes = collections.Counter(), collections.Counter()
+    for case, found in zip(corpus, findings):
+        kinds[case.kind] += 1
+        outcomes[f"{found[0]} {found[1]}"] += 1
+        problem = disagreement(case, found)
+        if problem:
+            wrong += 1
+            print(f"{case.kind}, {case.name}: {problem}; found {found}: {case.data[:400]!r}")
+    for kind, least in LEAST.items():
+        if kinds[kind] < least:
+            wrong += 1
+            print(f"{kind}: {kinds[kind]} documents, there should be {least}")
+    print("made:  " + ", ".join(f"{count} {kind}" for kind, count in kinds.items()))
+    print("found: " + ", ".join(f"{count} {name}" for name, count in sorted(outcomes.items())))
+    print(f"{len(corpus)} documents, {wrong} on which something is wrong")
+    return 1 if wrong else 0
+
+
+sys.exit(main(sys.argv[1]))

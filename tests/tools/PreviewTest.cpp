@@ -1,0 +1,173 @@
+// Previews beside what is then recorded, on real files.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "Recording.h"
+#include "ToolPlatform.h"
+#include "cabi/Version.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/posix/TemporaryFolder.h"
+#include "probes/ClientVersion.h"
+#include "support/HostInstallation.h"
+
+namespace wenlolib::tests {
+namespace {
+
+using tools::RecordRequest;
+
+/// Every file and folder below a root: kind, mode and bytes.
+std::map<std::string, std::string> treeOf(const std::string& root) {
+  std::map<std::string, std::string> tree;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    const bool folder = entry.is_directory();
+    const auto mode = static_cast<unsigned>(entry.status().permissions());
+    tree[entry.path().string()] =
+        std::to_string(mode) + " " + (folder ? "folder" : readFile(entry.path().string()));
+  }
+  return tree;
+}
+
+const std::string marchFile = applicationFolder + "/Quillmere_Log_App_2403.ALM";
+
+/// Real files below a root of the test's own, with a host on it that may record; the clock stands
+/// still. No identifier is stored at first.
+class Preview : public testing::Test {
+ protected:
+  Preview() {
+    services.system = &memory.system;
+    services.clock = &memory.clock;
+    services.user = &memory.user;
+    services.bundles = &bundles;
+    memory.user.container = {true, container};
+    for (const std::string& folder : {printerLogFolder, applicationFolder, configurationFolder}) {
+      std::filesystem::create_directories(real(folder));
+    }
+    writeList(preferencePath, agreedPreferences(memory.clock.time, 100));
+  }
+
+  [[nodiscard]] std::string real(const std::string& path) const { return root.path() + path; }
+
+  void writeList(const std::string& path, const Dictionary& list) {
+    writeFile(real(path), services.propertyLists->asXml(list).value());
+  }
+
+  void storeIdentifier() { writeList(identifierPath, {{"WENLIBUUID", identifier}, {"Other", 7}}); }
+
+  static RecordRequest application(std::string contents, std::uint32_t option = 1) {
+    return {tools::RecordKind::application, "App", option, {}, std::move(contents)};
+  }
+  static RecordRequest printerLog(Dictionary printer, std::string contents = "jobs=3") {
+    return {tools::RecordKind::printerLog, "App", 0, std::move(printer), std::move(contents)};
+  }
+
+  const std::string identifier = "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}";
+  TemporaryFolder root;
+  MemoryPlatform memory;
+  platform::gnulinux::LinuxPlatform port{root.path()};
+  tools::BuildBundles bundles{*port.services().bundles};
+  platform::Platform services = port.services();
+};
+
+TEST_F(Preview, IsByteForByteWhatIsThenRecorded) {
+  storeIdentifier();
+  std::string large;
+  for (int i = 0; i < 100000; ++i) large += "Größe A4, 印刷 " + std::to_string(i) + "\n";
+  const Dictionary identity = {{"DeviceID", "MFG:Orvan;MDL:QX 200;"}, {"SN", "4711"}};
+  const RecordRequest requests[] = {
+      application("pages=12"),
+      application("", 0),
+      application(large, 2),
+      application(std::string("a\0b", 3), 17),
+      printerLog({}),
+      printerLog(identity),
+      printerLog(identity, large),
+      printerLog({{"NEWTAGTYPE", true}, {"SN", "<b>"}}),
+      printerLog({{"SN", "A&B < C"}}),  // mended in both
+  };
+  for (const RecordRequest& request : requests) {
+    const auto before = treeOf(root.path());
+    const auto shown = tools::preview(services, request);
+    EXPECT_EQ(treeOf(root.path()), before);
+    ASSERT_TRUE(shown);
+    EXPECT_FALSE(shown->exampleIdentifier);
+    const auto recorded = tools::record(services, request);
+    ASSERT_TRUE(recorded.answer);
+    ASSERT_TRUE(recorded.document && recorded.document->written);
+    EXPECT_EQ(shown->path, recorded.document->path);
+    EXPECT_EQ(shown->bytes.size(), recorded.document->size);
+    EXPECT_TRUE(shown->bytes == readFile(real(shown->path))) << shown->path;
+    EXPECT_NE(shown->bytes.find(identifier), std::string::npos);
+  }
+}
+
+TEST_F(Preview, CarriesTheVersionOfThisBuildInApplicationUsage) {
+  const std::string version = twoComponents(productVersion);
+  ASSERT_FALSE(version.empty());
+  const auto shown = tools::preview(services, application("x"));
+  ASSERT_TRUE(shown);
+  EXPECT_NE(shown->bytes.find("<Version>" + version + "</Version>"), std::string::npos)
+      << shown->bytes;
+}
+
+TEST_F(Preview, WithoutAStoredIdentifierShowsAnExampleAndMakesNone) {
+  const Dictionary files[] = {{}, {{"WENLIBUUID", "NOTDETERMINED"}}, {{"Other", 7}}};
+  for (const Dictionary& file : files) {
+    if (!file.empty()) writeList(identifierPath, file);
+    const auto before = treeOf(root.path());
+    const auto shown = tools::preview(services, application("x"));
+    EXPECT_EQ(treeOf(root.path()), before);
+    ASSERT_TRUE(shown);
+    EXPECT_TRUE(shown->exampleIdentifier);
+    EXPECT_NE(shown->bytes.find(std::string("<ID>{") + tools::exampleUuid + "}</ID>"),
+              std::string::npos);
+  }
+}
+
+TEST_F(Preview, NeedsNoFolderAndMakesNone) {
+  std::filesystem::remove_all(real(container));
+  const auto before = treeOf(root.path());
+  for (const RecordRequest& request : {application("x"), printerLog({})}) {
+    EXPECT_TRUE(tools::preview(services, request));
+  }
+  EXPECT_EQ(treeOf(root.path()), before);
+}
+
+TEST_F(Preview, LeavesTheModeOfAnOlderFileAlone) {
+  writeFile(real(marchFile), "older");
+  std::filesystem::permissions(real(marchFile), std::filesystem::perms(0600));
+  const auto before = treeOf(root.path());
+  ASSERT_TRUE(tools::preview(services, application("x")));
+  EXPECT_EQ(treeOf(root.path()), before);
+}
+
+TEST_F(Preview, TakesTheNumberThatIsFree) {
+  writeFile(real(printerLogFolder + "/App_1.PLM"), "");
+  const auto shown = tools::preview(services, printerLog({}));
+  ASSERT_TRUE(shown);
+  EXPECT_EQ(shown->path, printerLogFolder + "/App_2.PLM");
+}
+
+TEST_F(Preview, OfAValueThatCannotBeMendedIsNothingAndSoIsTheRecord) {
+  const RecordRequest request = printerLog({{"SN", "<b>"}});
+  EXPECT_FALSE(tools::preview(services, request));
+  const auto recorded = tools::record(services, request);
+  EXPECT_TRUE(recorded.answer);
+  EXPECT_FALSE(recorded.document);
+}
+
+TEST_F(Preview, ARefusedRecordHasNoDocumentAndAFailedOneHasItsPath) {
+  const auto refused = tools::record(services, application("x", 3));
+  EXPECT_FALSE(refused.answer);
+  EXPECT_FALSE(refused.document);
+  std::filesystem::remove_all(real(applicationFolder));
+  const auto failed = tools::record(services, application("x"));
+  EXPECT_FALSE(failed.answer);
+  ASSERT_TRUE(failed.document);
+  EXPECT_FALSE(failed.document->written);
+  EXPECT_EQ(failed.document->path, marchFile);
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

@@ -1,0 +1,52 @@
+// The line that tells how far a long run has come.
+#include "Progress.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace wenlolib::tools {
+namespace {
+
+TEST(Progress, BarAndCounts) {
+  EXPECT_EQ(progressText(0, 1000, 0, 80),
+            "[                ]   0 %  0 of 1,000 documents, 0 a second");
+  EXPECT_EQ(progressText(400, 1000, 90, 80),
+            "[######          ]  40 %  400 of 1,000 documents, 90 a second");
+  EXPECT_EQ(progressText(1000000, 1000000, 160000, 80),
+            "[################] 100 %  1,000,000 of 1,000,000 documents, 160,000 a second");
+}
+
+TEST(Progress, NoBarWhileTheTotalIsNotKnown) {
+  EXPECT_EQ(progressText(1, std::nullopt, 5, 80), "1 document, 5 a second");
+  EXPECT_EQ(progressText(2, 0, 5, 80), "2 documents, 5 a second");
+}
+
+TEST(Progress, DocumentsThatHaveComeSinceDoNotExceedTheTotal) {
+  EXPECT_EQ(progressText(11, 10, 1, 80),
+            "[################] 100 %  10 of 10 documents, 1 a second");
+}
+
+TEST(Progress, KeepsWithinItsColumns) {
+  EXPECT_EQ(progressText(400, 1000, 90, 20), "[######          ]  ");
+}
+
+TEST(DocumentCount, CountsWhatIsFoundAndWhatIsNamed) {
+  std::string folder = testing::TempDir() + "wenlolib-count-XXXXXX";
+  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  std::filesystem::create_directory(folder + "/below");
+  for (const char* name : {"/a.PLM", "/b.txt", "/below/c.ALM", "/below/.wenlolib-1.tmp"}) {
+    std::ofstream(folder + name) << "x";
+  }
+  const DocumentCount count({folder, folder + "/b.txt"});
+  for (int i = 0; i < 10000 && !count.total(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_EQ(count.total(), 3U);
+  std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace wenlolib::tools

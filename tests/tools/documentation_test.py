@@ -1,0 +1,231 @@
+#!/usr/bin/env python3
+"""Holds man page and completions against what `wenlolib --help` says. Argument: the command's path.
+
+Every option of a call has to be in all of them, and nothing else may be. Likewise what the scripts
+of tests tell of themselves: which tests they skipped."""
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.dont_write_bytecode = True
+sys.path.insert(0, HERE)
+TOOLS = os.path.join(HERE, "..", "..", "tools")
+
+import skips
+
+SIMPLE = ["verify", "decode", "diff", "doctor", "init"]
+WITH_KINDS = ["explain", "preview", "record"]
+CALLS = SIMPLE + [f"{call} {kind}" for call in WITH_KINDS for kind in ["app", "printer"]]
+EVERYWHERE = {"--root", "--help"}
+COMMAND = ""
+
+
+def text_of(name):
+    with open(os.path.join(TOOLS, name), encoding="utf-8") as file:
+        return file.read()
+
+
+def helped(call):
+    """The options that the help of a call lists, long and short, but for those of every call."""
+    told = subprocess.run([COMMAND, *call.split(), "--help"], capture_output=True, text=True,
+                          check=True).stdout
+    options = set()
+    for line in told.split("\nOptions:\n")[1].split("\n\n")[0].splitlines():
+        names = re.match(r" {1,4}((?:--?[a-z][a-z-]*,?)+)", line)
+        if names:
+            options.update(names[1].split(","))
+    assert "--help" in options, told
+    return options - EVERYWHERE - {"-h"}
+
+
+def flags(line):
+    """The options of a line of the man page's source."""
+    found = set()
+    macro = ""
+    for word in line.lstrip(".").split():
+        if re.fullmatch("[A-Z][a-z]", word):
+            macro = word
+        elif macro == "Fl" and word.strip("|,"):
+            found.add("-" + word)
+    return found
+
+
+def on_the_man_page():
+    """call: its options."""
+    page = text_of("man/wenlolib.1")
+    items = page.split(".Bl -tag -width Ds\n", 1)[1].split(".El", 1)[0].splitlines()
+    found, heads = {}, []
+    for line in items:
+        if line.startswith(".It Cm "):
+            if heads and heads[-1][1]:
+                heads = []
+            call = " ".join(re.match(r"\.It Cm ((?:[a-z]+ ?)+)", line)[1].split())
+            heads.append([call, False])
+            found[call] = flags(line)
+        else:
+            for head in heads:
+                head[1] = True
+                found[head[0]] |= flags(line)
+    return found
+
+
+def from_bash(call, current="--"):
+    """What bash offers behind a call."""
+    words = ["wenlolib", *call.split(), current]
+    script = ('source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _wenlolib;'
+              ' printf "%s\\n" "${COMPREPLY[@]}"')
+    source = os.path.join(TOOLS, "completion/wenlolib.bash")
+    told = subprocess.run(["bash", "-c", script, "bash", source, *words], capture_output=True,
+                          text=True, check=True, cwd="/")
+    assert told.stderr == "", told.stderr
+    return set(told.stdout.split())
+
+
+def from_zsh():
+    """call: what its branch in the completion for zsh offers."""
+    source = text_of("completion/_wenlolib").replace("\\\n", " ")
+    lists = {name: set(re.findall(r"'(--[a-z-]+)\[", body))
+             for name, body in re.findall(r"(\w+)=\((.*?)\)\n", source, re.DOTALL)}
+    found = {}
+    for call, body in re.findall(r"'([a-z]+ (?:app|printer)?)'\*?\) _arguments (.*?) ;;", source):
+        options = set(re.findall(r"'(--[a-z-]+)\[", body))
+        for name in re.findall(r"\$(\w+)", body):
+            options |= lists[name]
+        found[call.strip()] = options
+    return found
+
+
+def gate_names():
+    """(reason, gate), in the order of the gates, as the command has them."""
+    body = re.search(r"names\[\] = \{\n(.*?)\n\};", text_of("GateNames.cpp"), re.DOTALL)[1]
+    words = re.findall(r'"([^"]*)"', body)  # code, title, reason
+    return list(zip(words[2::3], words[::3], strict=True))
+
+
+def state_codes():
+    body = re.search(r"codes\[\] = \{(.*?)\}", text_of("ExplanationText.cpp"), re.DOTALL)[1]
+    return re.findall(r'"(\w*)"', body)
+
+
+def table_on_the_man_page(head):
+    """The rows of the table whose first column is called so, without its head."""
+    page = text_of("man/wenlolib.1")
+    rows = page.split(f".It Sy {head} Ta ", 1)[1].split("\n.El\n", 1)[0].splitlines()[1:]
+    return [tuple(row.removeprefix(".It ").split(" Ta ")) for row in rows]
+
+
+class Documentation(unittest.TestCase):
+    maxDiff = None
+
+    def test_the_man_page_has_every_option_and_no_other(self):
+        found = on_the_man_page()
+        self.assertEqual(sorted(found), sorted(CALLS))
+        for call in CALLS:
+            self.assertEqual(found[call], helped(call), call)
+
+    def test_the_man_page_has_what_every_call_takes(self):
+        synopsis = text_of("man/wenlolib.1").split("SYNOPSIS\n", 1)[1].split(".Sh", 1)[0]
+        named = set().union(*map(flags, synopsis.splitlines()))
+        self.assertEqual(named, EVERYWHERE | {"--version"})
+
+    def test_bash_offers_every_option_and_no_other(self):
+        for call in CALLS:
+            long = {option for option in helped(call) if option.startswith("--")}
+            self.assertEqual(from_bash(call), long | EVERYWHERE, call)
+        self.assertEqual(from_bash(""), EVERYWHERE | {"--version"})
+
+    def test_bash_offers_calls_and_kinds(self):
+        calls = {call.split()[0] for call in CALLS}
+        self.assertEqual({word for word in from_bash("", "") if word[0] != "-"}, calls)
+        for call in WITH_KINDS:
+            self.assertEqual(from_bash(call, ""), {"app", "printer"} | EVERYWHERE)
+            self.assertEqual(from_bash(call, "p"), {"printer"})
+        self.assertIn("tmp", from_bash("verify", "t"))
+
+    def test_zsh_offers_every_option_and_no_other(self):
+        found = from_zsh()
+        self.assertEqual(sorted(found), sorted(CALLS))
+        for call in CALLS:
+            long = {option for option in helped(call) if option.startswith("--")}
+            self.assertEqual(found[call], long | EVERYWHERE, call)
+
+    def test_the_man_page_has_every_code_of_explain_and_no_other(self):
+        gates = table_on_the_man_page("reason")
+        self.assertEqual([row[:2] for row in gates], gate_names())
+        states = table_on_the_man_page("state")
+        self.assertEqual([row[0] for row in states], state_codes())
+        for row in gates + states:
+            self.assertTrue(row[-1].strip(), row)
+        self.assertEqual({len(row) for row in gates}, {3})
+        self.assertEqual({len(row) for row in states}, {2})
+
+    def test_calls_that_take_paths_as_they_stand_say_so(self):
+        page = " ".join(text_of("man/wenlolib.1").split())
+        self.assertIn(".Cm verify , .Cm decode and .Cm diff take their paths as they stand, "
+                      "whatever .Fl -root is.", page)
+        for call in CALLS:
+            told = subprocess.run([COMMAND, *call.split(), "--help"], capture_output=True,
+                                  text=True, check=True).stdout
+            said = "Paths are taken as they stand, whatever --root is." in " ".join(told.split())
+            self.assertEqual(said, call in ["verify", "decode", "diff"], call)
+
+    def test_the_first_screen_names_every_call(self):
+        told = subprocess.run([COMMAND, "--help"], capture_output=True, text=True,
+                              check=True).stdout
+        named = set(re.findall(r"^  wenlolib ([a-z]+)", told, re.MULTILINE))
+        self.assertEqual(named, {call.split()[0] for call in CALLS})
+
+
+SOME_SKIPPED = """
+import unittest, skips
+
+class Some(unittest.TestCase):
+    def test_a(self):
+        self.skipTest("no\\n  printer")
+
+    @unittest.skip("no ink")
+    def test_b(self):
+        pass
+
+    def test_c(self):
+        with self.subTest(paper="A4"):
+            self.skipTest("no paper")
+
+    def test_d(self):
+        self.assertEqual(4, %d)
+
+skips.main()
+"""
+
+
+class Skips(unittest.TestCase):
+    def test_each_is_told_on_a_line_and_the_exit_status_stays(self):
+        for number, status in [(4, 0), (5, 1)]:
+            with tempfile.TemporaryDirectory() as folder:
+                script = os.path.join(folder, "some_test.py")
+                with open(script, "w", encoding="utf-8") as file:
+                    file.write(SOME_SKIPPED % number)
+                finished = subprocess.run(
+                    [sys.executable, script], capture_output=True, text=True,
+                    env={**os.environ, "PYTHONPATH": HERE, "PYTHONDONTWRITEBYTECODE": "1"})
+            self.assertEqual(finished.returncode, status, finished.stderr)
+            self.assertEqual(finished.stdout, "SKIPPED some_test.test_a: no printer\n"
+                                              "SKIPPED some_test.test_b: no ink\n"
+                                              "SKIPPED some_test.test_c (paper='A4'): no paper\n")
+
+    def test_every_script_here_tells_them(self):
+        for name in sorted(os.listdir(HERE)):
+            if name.endswith("_test.py"):
+                with open(os.path.join(HERE, name), encoding="utf-8") as file:
+                    source = file.read()
+                self.assertTrue(source.endswith("    skips.main()\n"), name)
+
+
+if __name__ == "__main__":
+    COMMAND = os.path.abspath(sys.argv.pop())
+    skips.main()

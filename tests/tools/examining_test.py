@@ -1,0 +1,388 @@
+#!/usr/bin/env python3
+"""Tests of `wenlolib explain` and `doctor`. Argument: the path of the wenlolib command."""
+
+import json
+import os
+import plistlib
+import subprocess
+import sys
+import time
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.dont_write_bytecode = True
+sys.path.insert(0, HERE)
+
+import skips
+from tool_world import (CONFIGURATION, HOST_BUNDLE, IDENTIFIER, PREFERENCES, VERSION_LIST, ToolTest,
+                       days_ago, tree)
+
+GATES = ["os_version", "library_version", "support_list", "mode", "preferences",
+         "installation_date", "period", "preferences", "agreement"]
+
+
+class Explain(ToolTest):
+    def explained(self, status, *call):
+        """What a call with --json says, which has to be one object on a line."""
+        finished = self.expect(status, "explain", *call, "--json")
+        self.assertEqual(finished.stderr, b"")
+        self.assertEqual(finished.stdout.count(b"\n"), 1)
+        return json.loads(finished.stdout)
+
+    def reason(self, status, *call):
+        explanation = self.explained(status, *call)
+        self.assertEqual(explanation["allowed"], status == 0)
+        refused = [step for step in explanation["steps"] if step["state"] == "refused"]
+        self.assertEqual(len(refused), status)
+        return explanation["reason"]
+
+    def test_every_reason_has_its_code_and_status(self):
+        self.install()
+        new = ["--os", "10.17.0"]
+        self.write(VERSION_LIST, {"1001.0": "10.17.0"})
+        for reason, call in [
+                ("allowed", ["app", "--option", "1"]),
+                ("allowed", ["app"]),
+                ("allowed", ["app", "--option", "2"]),
+                ("allowed", ["app", "--option", "2", *new]),
+                ("allowed", ["printer"]),
+                ("os_version_unknown", ["app", "--os", "unknown"]),
+                ("os_version_unknown", ["printer", "--os", "unknown"]),
+                ("library_version_unknown", ["app", *new, "--library-version", "x"]),
+                ("library_version_unknown", ["printer", *new]),
+                ("allowed", ["printer", *new, "--library-version", "1.0.0"]),
+                ("not_in_support_list", ["printer", *new, "--library-version", "1.1.0"]),
+                ("not_in_support_list", ["app", "--option", "2", "--os", "10.17.1"]),
+                ("mode_refused", ["app", "--option", "3"]),
+                ("mode_refused", ["app", "--option", "4294967295"])]:
+            self.assertEqual(self.reason(0 if reason == "allowed" else 1, *call), reason, call)
+
+    def test_preferences_decide_as_they_are(self):
+        self.install()
+        for reason, preferences in [
+                ("no_preferences", None),
+                ("no_preferences", b"broken"),
+                ("no_installation_date", {"LatestSelectedAgreement": True}),
+                ("no_installation_date", {"InstalledDate": "2026-01-01"}),
+                ("period_over", {"InstalledDate": days_ago(1441)}),
+                ("no_agreement", {"InstalledDate": days_ago(1439)}),
+                ("no_agreement",
+                 {"InstalledDate": days_ago(1), "LatestSelectedAgreement": "YES"}),
+                ("allowed", {"InstalledDate": days_ago(1439), "LatestSelectedAgreement": 2})]:
+            os.remove(self.path(PREFERENCES))
+            if preferences is not None:
+                self.write(PREFERENCES, preferences)
+            for option in ["0", "1", "17"]:
+                self.assertEqual(self.reason(0 if reason == "allowed" else 1, "app", "--option",
+                                             option), reason)
+            if preferences is None:
+                self.write(PREFERENCES, b"")
+
+    def test_files_from_elsewhere_are_replayed(self):
+        file = self.write("/elsewhere/Pref.plist", {"InstalledDate": days_ago(1),
+                                                    "LatestSelectedAgreement": True})
+        self.assertEqual(self.reason(1, "app", "--option", "1"), "no_preferences")
+        explanation = self.explained(0, "app", "--option", "1", "--preferences", file)
+        sources = [step["source"] for step in explanation["steps"] if step.get("key")]
+        self.assertEqual(sources, [file, file])
+        later = (days_ago(-1500)).isoformat() + "Z"
+        self.assertEqual(self.reason(1, "app", "--preferences", file, "--date", later),
+                         "period_over")
+        self.assertEqual(self.reason(0, "printer", "--preferences", file, "--date", later),
+                         "allowed")
+        versions = self.write("/elsewhere/List.plist", {"1003.1": "10.17.2"})
+        call = ["app", "--option", "2", "--library-version", "3.1.9", "--support-list", versions]
+        self.assertEqual(self.reason(0, *call, "--os", "10.17.2"), "allowed")
+        self.assertEqual(self.reason(1, *call, "--os", "10.17.3"), "not_in_support_list")
+
+    def test_steps_say_what_was_read_expected_and_found(self):
+        self.install(agreement="YES")
+        explanation = self.explained(1, "app", "--option", "16")
+        self.assertEqual([explanation[key] for key in ["record", "option", "mode"]],
+                         ["application", 16, 0])
+        steps = explanation["steps"]
+        self.assertEqual([step["gate"] for step in steps], GATES)
+        self.assertEqual([step["state"] for step in steps],
+                         ["passed", "not_needed", "not_needed"] + ["passed"] * 5 + ["refused"])
+        self.assertEqual([step["reading"] for step in steps if "reading" in step], [1, 2])
+        self.assertEqual(steps[-1]["source"], self.path(PREFERENCES))
+        self.assertEqual(steps[-1]["key"], "LatestSelectedAgreement")
+        self.assertEqual(steps[-1]["found"], 'text "YES"')
+        self.assertIn("agree", steps[-1]["remedy"])
+        installed = steps[5]["found"]
+        self.assertRegex(installed, r"^date \d{4}-\d\d-\d\d \d\d:\d\d:\d\d \+09:00$")
+
+    def test_the_text_names_outcome_and_folder_and_stays_within_its_lines(self):
+        self.install(agreement=False)
+        text = self.expect(1, "explain", "app", "--option", "1").stdout.decode()
+        lines = text.splitlines()
+        self.assertEqual(lines[0], "Application usage, option 1 (mode 1)")
+        self.assertEqual(lines[1], "refused: Agreement (no_agreement)")
+        self.assertEqual(lines[3], "QMR is " + self.path())
+        self.assertLessEqual(max(map(len, lines[4:])), 80)
+        self.assertIn(f"      read      QMR/{PREFERENCES}\n"
+                      "      key       LatestSelectedAgreement\n", text)
+        self.assertNotIn("\x1b", text)
+
+    def test_nothing_is_written(self):
+        self.install()
+        before = tree(self.root)
+        self.expect(0, "explain", "app")
+        self.expect(0, "explain", "printer", "--json")
+        self.assertEqual(tree(self.root), before)
+
+    def test_colours_are_for_a_terminal_and_not_with_no_color(self):
+        self.install()
+        status, output = self.on_terminal("explain", "app")
+        self.assertEqual(status, 0, output)
+        self.assertIn(b"\x1b[", output)
+        self.environment["NO_COLOR"] = "1"
+        _, output = self.on_terminal("explain", "app")
+        self.assertIn(b"allowed", output)
+        self.assertNotIn(b"\x1b[", output)
+
+    def test_wrong_usage(self):
+        for word, call in [("app or printer", []),
+                           ("no OS version", ["app", "--os", "ten"]),
+                           ("no date", ["app", "--date", "2026-02-30"]),
+                           ("no file that can be read", ["app", "--preferences", "/none"]),
+                           ("no file that can be read", ["app", "--support-list", self.root]),
+                           ("no option word", ["app", "--option", "one"]),
+                           ("--option", ["printer", "--option", "1"]),
+                           ("more", ["app", "more"])]:
+            self.expect_usage_error(word, "explain", *call)
+
+
+class Doctor(ToolTest):
+    def examined(self, status=0, **others):
+        """Findings by check and subject; every line has to be one object with the known keys."""
+        finished = self.expect(status, "doctor", "--json", **others)
+        self.assertEqual(finished.stderr, b"")
+        findings = [json.loads(line) for line in finished.stdout.splitlines()]
+        for finding in findings:
+            keys = list(finding)
+            self.assertEqual(keys[:4], ["level", "check", "subject", "message"])
+            self.assertIn(finding["level"], ["ok", "warning", "error"])
+            self.assertEqual(keys[4:], [] if finding["level"] == "ok" else ["remedy"], finding)
+            self.assertTrue(finding.get("remedy", "none needed"), finding)
+        levels = [finding["level"] for finding in findings]
+        self.assertEqual("error" in levels, status == 1)
+        return findings
+
+    def faults(self, status=0, **others):
+        """Level and check of everything that is not well."""
+        return [(finding["level"], finding["check"]) for finding in self.examined(status, **others)
+                if finding["level"] != "ok"]
+
+    def one(self, check, status=0):
+        found = [finding for finding in self.examined(status) if finding["check"] == check]
+        self.assertEqual(len(found), 1, found)
+        return found[0]
+
+    def test_a_sound_installation_has_no_faults(self):
+        self.install(LatestSelectedLanguage="de_DE")
+        before = tree(self.root)
+        self.assertEqual(self.faults(), [])
+        self.assertEqual(tree(self.root), before)
+        text = self.expect(0, "doctor").stdout.decode()
+        self.assertTrue(text.endswith("\nAll is well.\n"), text)
+        self.assertNotIn(IDENTIFIER, text)
+        self.assertNotIn("\x1b", text)
+
+    def test_after_init_only_the_preferences_are_missed(self):
+        self.expect(0, "init")
+        self.assertEqual(set(self.faults()), {("warning", "preferences"), ("warning", "decision")})
+        self.expect(0, "init", "--sample-preferences")
+        self.assertEqual(self.faults(), [])
+
+    def test_without_folders_there_are_errors(self):
+        faults = self.faults(1)
+        self.assertEqual(faults[:3], [("error", "folder")] * 3)
+        text = self.expect(1, "doctor").stdout.decode()
+        self.assertIn("error    QMR/PLM: is not there\n"
+                      "         remedy: wenlolib init makes it.\n", text)
+        self.assertRegex(text, r"\n3 errors, \d warnings\.\n$")
+        long = [line for line in text.splitlines()[1:] if len(line) > 80 and self.root not in line]
+        self.assertEqual(long, [])
+
+    def test_permissions_of_folders(self):
+        self.install()
+        for mode, word in [(0o755, "look in"), (0o770, "write in it"), (0o702, "write in it"),
+                           (0o701, "look in")]:
+            os.chmod(self.path("PLM"), mode)
+            finding = [f for f in self.examined() if f["subject"] == self.path("PLM")][0]
+            self.assertEqual(finding["level"], "warning")
+            self.assertIn(word, finding["message"])
+            self.assertIn(f"mode 0{mode:o}", finding["message"])
+
+    def test_folders_that_are_none(self):
+        self.install()
+        os.rmdir(self.path("ALM"))
+        self.write("ALM", b"")
+        self.assertIn(("error", "folder"), self.faults(1))
+
+    def test_a_folder_that_this_user_cannot_use(self):
+        self.install()
+        for folder, _, _ in os.walk(self.root):
+            os.chmod(folder, 0o755)
+        os.chmod(self.path("PLM"), 0o500)
+        self.addCleanup(os.chmod, self.path("PLM"), 0o700)
+        self.assertIn(("error", "folder"), self.faults(1, **self.unprivileged()))
+
+    def test_files_in_a_folder_that_cannot_be_searched(self):
+        self.install()
+        for folder, _, _ in os.walk(self.root):
+            os.chmod(folder, 0o755)
+        os.chmod(self.path("Config"), 0o600)
+        self.addCleanup(os.chmod, self.path("Config"), 0o700)
+        findings = {f["check"]: f for f in self.examined(1, **self.unprivileged())}
+        self.assertEqual(findings["preferences"]["level"], "error")
+        self.assertIn("cannot be looked at: Permission denied", findings["preferences"]["message"])
+
+    def test_preferences_of_the_wrong_types(self):
+        self.install()
+        for check, level, change in [
+                ("preferences", "error", b"broken"),
+                ("preferences", "error", plistlib.dumps([1])),
+                ("installed_date", "error", {"InstalledDate": "2026-01-01"}),
+                ("installed_date", "error", {"InstalledDate": None}),
+                ("installed_date", "warning", {"InstalledDate": days_ago(-2)}),
+                ("agreement", "error", {"LatestSelectedAgreement": "YES"}),
+                ("agreement", "ok", {"LatestSelectedAgreement": False}),
+                ("agreement", "ok", {"LatestSelectedAgreement": None}),
+                ("language", "warning", {"LatestSelectedLanguage": 7}),
+                ("language", "ok", {"LatestSelectedLanguage": None})]:
+            if isinstance(change, dict):
+                sound = {"InstalledDate": days_ago(1), "LatestSelectedAgreement": True,
+                         "LatestSelectedLanguage": "de_DE", **change}
+                change = {key: value for key, value in sound.items() if value is not None}
+            self.write(PREFERENCES, change)
+            finding = self.one(check, 1 if level == "error" else 0)
+            self.assertEqual(finding["level"], level, finding)
+
+    def test_an_old_installation_is_told_by_the_decisions(self):
+        self.install(days=2000)
+        messages = {f["subject"]: f["message"] for f in self.examined() if f["check"] == "decision"}
+        self.assertEqual(messages, {"Application usage, mode 0": "refused now, period_over",
+                                    "Application usage, mode 1": "refused now, period_over",
+                                    "Application usage, mode 2": "allowed now",
+                                    "Printer logs": "allowed now"})
+
+    def test_entries_of_the_support_list(self):
+        self.install()
+        self.write(VERSION_LIST, {"1001.0": "10.17.3", "1001.1": 10.17, "1.0": "10.17.0",
+                                  "1001": "10.17.0", "1002.0": "soon"})
+        levels = {f["subject"]: f["level"] for f in self.examined()
+                  if f["check"] == "support_list_entry"}
+        self.assertEqual(levels, {"1001.0": "ok", "1001.1": "warning", "1.0": "warning",
+                                  "1001": "warning", "1002.0": "warning"})
+        self.write(VERSION_LIST, b"broken")
+        self.assertEqual(self.one("support_list")["level"], "warning")
+
+    def test_the_identifier(self):
+        self.install()
+        for level, word, configuration in [
+                ("ok", "is stored", {"WENLIBUUID": IDENTIFIER}),
+                ("ok", "no identifier yet", {"WENLIBUUID": "NOTDETERMINED"}),
+                ("ok", "no identifier yet", {"WENLIBUUID": 7}),
+                ("ok", "no identifier yet", {}),
+                ("warning", "is empty", {"WENLIBUUID": ""}),
+                ("warning", "usual form", {"WENLIBUUID": "mine"}),
+                ("warning", "no property list", b"broken")]:
+            self.write(CONFIGURATION, configuration)
+            finding = self.one("identifier")
+            self.assertEqual(finding["level"], level, finding)
+            self.assertIn(word, finding["message"])
+        os.remove(self.path(CONFIGURATION))
+        self.assertIn("no identifier yet", self.one("identifier")["message"])
+
+    def test_bundles_and_their_versions(self):
+        self.install()
+        self.assertEqual(self.one("host_bundle")["message"], "is not installed")
+        information = HOST_BUNDLE + "/Contents/Info.plist"
+        self.write(information, {"CFBundleShortVersionString": "2.1.4"})
+        self.assertEqual(self.one("host_bundle")["message"], "version 2.1.4")
+        self.assertEqual(self.one("printer_log_version")["message"], "2.1")
+        self.write(information, {"CFBundleVersion": "2.1.4"})
+        self.assertEqual(self.one("host_bundle")["level"], "warning")
+
+    def test_leftovers_are_told_by_their_age(self):
+        self.install()
+        self.assertEqual(self.one("leftover")["message"], "none")
+        os.mkdir(self.path("PLM/sub"))
+        old, new = "PLM/sub/.wenlolib-0123.tmp", "ALM/.wenlolib-4567.tmp"
+        for name in [old, new, "PLM/.wenlolib-89.txt", "PLM/A.tmp"]:
+            self.write(name, b"x" * 2048)
+        three_days = time.time() - 3 * 86400
+        os.utime(self.path(old), (three_days, three_days))
+        found = {f["subject"]: f for f in self.examined() if f["check"] == "leftover"}
+        self.assertEqual(set(found), {self.path(old), self.path(new)})
+        self.assertEqual(found[self.path(old)]["level"], "warning")
+        self.assertEqual(found[self.path(old)]["message"], "unfinished, 2.0 KiB, 3 days old")
+        self.assertEqual(found[self.path(new)]["level"], "ok")
+
+    def test_numbers_of_printer_logs_that_run_out(self):
+        self.install()
+        for number in range(1, 900):
+            self.write(f"PLM/A_{number}.PLM", b"")
+        for name in ["B_900.PLM", "A_1000.PLM", "A_0.PLM", "A_x.PLM", "A_900.ALM", "A_9 0.PLM"]:
+            self.write("PLM/" + name, b"")
+        self.assertEqual(self.one("printer_log_numbers")["level"], "ok")
+        self.write("PLM/A_900.PLM", b"")
+        finding = self.one("printer_log_numbers")
+        self.assertEqual(finding["level"], "warning")
+        self.assertEqual(finding["message"], "900 of 999 numbers are taken")
+
+    def test_room_on_the_disk_is_told(self):
+        self.install()
+        self.assertRegex(self.one("disk")["message"], r"^[\d.,]+ ([KMGT]i)?B of room")
+
+    def mounted(self, options):
+        """A small file system of its own in the place of the support folder."""
+        def mount(*call):
+            return subprocess.run(call, capture_output=True, text=True, check=False)
+
+        if os.geteuid() != 0:
+            self.skipTest("only root may mount a file system")
+        done = mount("mount", "-t", "tmpfs", "-o", options, "tmpfs", self.path())
+        if done.returncode != 0:
+            self.skipTest(f"no file system may be mounted here: mount ends with {done.returncode}")
+        self.addCleanup(mount, "umount", "--lazy", self.path())
+        return mount
+
+    def test_a_disk_with_little_room(self):
+        self.install()
+        for size, level in [("200m", "ok"), ("64m", "warning"), ("512k", "error")]:
+            mount = self.mounted(f"size={size},mode=0700")
+            for name in ["PLM", "ALM", "Config"]:
+                os.mkdir(self.path(name), 0o700)
+            finding = self.one("disk", 1 if level == "error" else 0)
+            self.assertEqual((finding["level"], finding["subject"]), (level, self.path()))
+            self.assertEqual(mount("umount", self.path()).returncode, 0)
+
+    def test_a_disk_without_room_for_another_file(self):
+        self.install()
+        self.mounted("size=200m,nr_inodes=4,mode=0700")
+        for name in ["PLM", "ALM", "Config"]:
+            os.mkdir(self.path(name), 0o700)
+        finding = self.one("disk", 1)
+        self.assertEqual(finding["level"], "error")
+        self.assertIn("not for another file", finding["message"])
+
+    def test_a_disk_that_is_read_only(self):
+        self.install()
+        mount = self.mounted("size=200m,mode=0700")
+        self.assertEqual(self.one("disk", 1)["level"], "ok")
+        self.assertEqual(mount("mount", "-o", "remount,ro", self.path()).returncode, 0)
+        finding = self.one("disk", 1)
+        self.assertEqual((finding["level"], finding["message"]),
+                         ("error", "is on a read-only file system"))
+
+    def test_wrong_usage(self):
+        self.expect_usage_error("more", "doctor", "more")
+        self.expect_usage_error("--fix", "doctor", "--fix")
+
+
+if __name__ == "__main__":
+    ToolTest.command = os.path.abspath(sys.argv.pop())
+    skips.main()

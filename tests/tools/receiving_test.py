@@ -1,0 +1,817 @@
+#!/usr/bin/env python3
+"""Tests of `wenlolib verify`, `decode` and `diff`. Argument: the path of the wenlolib command."""
+
+import fcntl
+import hashlib
+import json
+import os
+import pty
+import random
+import re
+import select
+import struct
+import subprocess
+import sys
+import tempfile
+import termios
+import threading
+import time
+import unittest
+
+sys.dont_write_bytecode = True  # the folder of the tests stays as it is
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, HERE)
+sys.path.insert(0, os.path.join(HERE, "..", "verifier"))
+EXAMPLES = os.path.join(HERE, "..", "..", "examples", "documents")
+
+import skips
+from rc4 import cycling_xor, rc4
+from survey_document import WRAPPERS, parse
+
+COMMAND = ""
+DATE = "2024-03-15T09:05:07+09:00"
+ID = "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}"
+PRINTER = {"DeviceID": "MFG:Orvan;MDL:QX 200;", "SN": "QX200-0004711", "ROMVER": "2.14"}
+
+
+def document(contents=b"jobs=3\n", layout="application", marker="R", date=DATE, **values):
+    """A document whose checksum holds, whatever is put into it."""
+    key = hashlib.md5(date.encode()).digest()
+    payload = (rc4 if marker == "R" else cycling_xor)(key, contents).hex().upper()
+    fields = {"Version": "1.0", "OSVersion": "M.6.1.55", "Date": date, "Locale": "en_US", "ID": ID}
+    if layout == "printer-older":
+        fields.update(PRINTER)
+    fields.update(values)
+    texts = [f"<{name}>{value}</{name}>" for name, value in fields.items()]
+    if layout == "printer-older":
+        content = "".join(texts[:5]) + "<Printer>" + "".join(texts[5:])
+        content += f'<PLI C="{marker}">{payload}</PLI></Printer>'
+    else:
+        content = "".join(texts) + f'<Encrypted C="{marker}">{payload}</Encrypted>'
+    return wrapped(content, layout)
+
+
+def wrapped(content, layout="application"):
+    name = WRAPPERS[layout].decode()
+    checksum = hashlib.md5(content.encode()).hexdigest().upper()
+    return f'<{name} SUM="{checksum}">{content}</{name}>'.encode()
+
+
+def edited(old, new, data=None):
+    """A document whose content was changed before its checksum was taken."""
+    text = (data or document()).decode()
+    content = text[text.index('">') + 2 : text.rindex("</")]
+    assert old in content
+    return wrapped(content.replace(old, new, 1))
+
+
+def repaired():
+    """What is stored where a value held an ampersand that began no reference."""
+    return document(Locale="a&b").replace(b"a&b", b"a&amp;b")
+
+
+SOUND = document()
+CHECKSUM_AT = SOUND.index(b'"') + 1
+PAYLOAD_AT = SOUND.index(b'C="R">') + 6
+
+# name: bytes, fault, layer
+BROKEN = {
+    "end missing": (SOUND[:-5], "truncated", "xml"),
+    "cut in a field": (SOUND[: SOUND.index(b"<Locale>") + 9], "truncated", "xml"),
+    "nothing": (b"", "truncated", "xml"),
+    "end tag broken": (SOUND.replace(b"</Version>", b"</Versi0n>"), "damaged", "xml"),
+    "not UTF-8": (SOUND.replace(b"en_US", b"en\xffUS"), "damaged", "xml"),
+    "line break behind": (SOUND + b"\n", "damaged", "white_space"),
+    "blank between": (edited("<Date>", " <Date>"), "damaged", "white_space"),
+    "field missing": (edited("<Locale>en_US</Locale>", ""), "damaged", "layout"),
+    "other XML": (b"<a><b></b></a>", "damaged", "layout"),
+    "marker": (edited('C="R"', 'C="Q"'), "damaged", "cipher_marker"),
+    "small digits": (edited('C="R">', 'C="R">ab'), "damaged", "hexadecimal"),
+    "odd digits": (edited('C="R">', 'C="R">A'), "damaged", "hexadecimal"),
+    "another payload": (
+        SOUND[:PAYLOAD_AT] + b"00" + SOUND[PAYLOAD_AT + 2 :],
+        "altered",
+        "checksum",
+    ),
+    "another checksum": (
+        SOUND[:CHECKSUM_AT] + bytes([SOUND[CHECKSUM_AT] ^ 1]) + SOUND[CHECKSUM_AT + 1 :],
+        "altered",
+        "checksum",
+    ),
+    "repaired": (repaired(), "repaired", "checksum"),
+    "contents not UTF-8": (document(b"a\xff\xfe"), "damaged", "contents"),
+    "no date": (document(b"\0\0", date=""), "none", "contents"),
+}
+
+
+def word_for(fault):
+    """What people are told: a document without a date has come to no harm, but is not sound."""
+    return "illegible" if fault == "none" else fault
+
+
+def run(*arguments, **options):
+    environment = dict(os.environ, TERM="xterm", **options.pop("environment", {}))
+    return subprocess.run(
+        [COMMAND, *arguments],
+        stdin=subprocess.DEVNULL,
+        stdout=options.pop("stdout", subprocess.PIPE),
+        stderr=subprocess.PIPE,
+        env=environment,
+        timeout=120,
+        **options,
+    )
+
+
+def start_on_terminal(*arguments, stdout=None, columns=80, **variables):
+    """Runs on a pseudo-terminal; answers the process and our end of the terminal."""
+    ours, theirs = pty.openpty()
+    fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+    environment = {name: value for name, value in os.environ.items() if name != "NO_COLOR"}
+    environment.update({"TERM": "xterm"}, **variables)
+    child = subprocess.Popen(
+        [COMMAND, *arguments], stdin=theirs, stdout=stdout or theirs, stderr=theirs, env=environment
+    )
+    os.close(theirs)
+    return child, ours
+
+
+def pieces_sent(ours):
+    """What the terminal is sent, piece by piece, to the end."""
+    deadline = time.monotonic() + 120
+    while time.monotonic() < deadline and select.select([ours], [], [], 120)[0]:
+        try:
+            yield os.read(ours, 65536)
+        except OSError:  # the other end is closed
+            break
+    os.close(ours)
+
+
+def shown(pieces):
+    return b"".join(pieces).decode("utf-8", "replace").replace("\r\n", "\n")
+
+
+def on_terminal(*arguments, pauses=0, **options):
+    """Runs on a pseudo-terminal, which is slow at first where there are pauses; answers the exit
+    status and what the terminal was sent."""
+    child, ours = start_on_terminal(*arguments, **options)
+    sent = []
+    for piece in pieces_sent(ours):
+        sent.append(piece)
+        if len(sent) <= pauses:
+            time.sleep(0.15)
+    return child.wait(timeout=120), shown(sent)
+
+
+def on_terminal_into_slow_pipe(*arguments, until):
+    """The same with the output in a pipe, which is read slowly until the terminal was sent what is
+    waited for: so no machine is too fast to show it."""
+    reading, writing = os.pipe()
+    child, ours = start_on_terminal(*arguments, stdout=writing)
+    os.close(writing)
+    seen = threading.Event()
+
+    def drain():
+        while os.read(reading, 65536):
+            seen.wait(0.15)
+        os.close(reading)
+
+    drained = threading.Thread(target=drain)
+    drained.start()
+    sent = []
+    for piece in pieces_sent(ours):
+        sent.append(piece)
+        if re.search(until, shown(sent)):
+            seen.set()
+    drained.join()
+    return child.wait(timeout=120), shown(sent)
+
+
+class ReceivingTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        os.chmod(self.folder, 0o755)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def write(self, name, data=SOUND):
+        path = self.path(name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "wb") as file:
+            file.write(data)
+        return path
+
+    def good(self, *arguments, status=0, **options):
+        """Runs and answers the output; nothing may be complained of."""
+        result = run(*arguments, **options)
+        self.assertEqual(result.stderr, b"")
+        self.assertEqual(result.returncode, status, result.stdout)
+        return result.stdout.decode()
+
+    def lines(self, *arguments, **options):
+        return self.good(*arguments, **options).split("\n")[:-1]
+
+    def objects(self, *arguments, **options):
+        return [json.loads(line) for line in self.lines(*arguments, **options)]
+
+    def refused(self, *arguments, message):
+        result = run(*arguments)
+        self.assertEqual(result.returncode, 2)
+        self.assertRegex(result.stderr.decode(), message)
+        return result.stdout.decode()
+
+    def many(self, number, data=SOUND, name="many"):
+        """A folder with so many documents, links to as few files as the file system allows. Their
+        names are of one length."""
+        original, folder = self.path("original"), self.path(name)
+        os.mkdir(folder)
+        place = os.open(folder, os.O_DIRECTORY)
+        for i in range(number):
+            if i % 60000 == 0:
+                self.write("original", data)
+            os.link(original, f"{i:06}.ALM", dst_dir_fd=place)
+            if i % 60000 == 59999 or i == number - 1:
+                os.unlink(original)
+        os.close(place)
+        return folder
+
+
+class VerifyTest(ReceivingTest):
+    def test_the_examples_are_sound(self):
+        output = self.good("verify", EXAMPLES)
+        lines = output.splitlines()
+        self.assertEqual(
+            sorted(lines[:-1]),
+            [f"sound      {EXAMPLES}/{name}" for name in sorted(os.listdir(EXAMPLES))],
+        )
+        self.assertEqual(lines[-1], "3 documents: 3 sound")
+
+    def test_documents_made_here_are_sound_to_both_readers(self):
+        for layout in WRAPPERS:
+            for marker in "RX":
+                for contents in (b"", b"x", "東京 🖨\r\n\0".encode(), bytes(range(128)) * 20):
+                    data = document(contents, layout, marker)
+                    self.assertEqual(parse(data).contents, contents)
+                    self.good("verify", self.write("a.PLM", data))
+
+    def test_every_kind_of_fault_in_json(self):
+        for name, (data, fault, layer) in BROKEN.items():
+            with self.subTest(name):
+                path = self.write("a.ALM", data)
+                (found,) = self.objects("verify", "--json", path, status=1)
+                self.assertEqual((found["fault"], found["layer"]), (fault, layer), found)
+                self.assertEqual((found["path"], found["bytes"]), (path, len(data)))
+                self.assertIs(found["sound"], False)
+                self.assertLessEqual(found["offset"], len(data))
+                self.assertTrue(found["explanation"])
+
+    def test_every_kind_of_fault_takes_one_line_for_a_person(self):
+        for name, (data, fault, layer) in BROKEN.items():
+            with self.subTest(name):
+                path = self.write("a.ALM", data)
+                line, summary = self.good("verify", path, status=1).splitlines()
+                word = word_for(fault)
+                self.assertTrue(line.startswith(f"{word:<11}{path}: "), line)
+                self.assertRegex(line, r" at byte \d+")
+                self.assertEqual(summary, f"1 document: 1 {word}")
+
+    def test_where_it_broke(self):
+        path = self.write("a.ALM", SOUND[:PAYLOAD_AT] + b"x" + SOUND[PAYLOAD_AT + 1 :])
+        (found,) = self.objects("verify", "--json", path, status=1)
+        self.assertEqual((found["offset"], found["field"]), (PAYLOAD_AT, "Encrypted"))
+        line = self.good("verify", path, status=1).splitlines()[0]
+        self.assertIn(f"bad hexadecimal at byte {PAYLOAD_AT}, Encrypted: ", line)
+
+    def test_a_sound_document_in_json(self):
+        path = self.write("a.ALM")
+        (found,) = self.objects("verify", "--json", path)
+        self.assertEqual(
+            found,
+            {"path": path, "bytes": len(SOUND), "sound": True, "fault": "none", "layer": "none",
+             "offset": None, "field": None, "explanation": None},
+        )  # fmt: skip
+
+    def test_quiet_shows_only_what_is_not_sound(self):
+        good, bad = self.write("a.ALM"), self.write("b.ALM", SOUND[:-1])
+        self.assertEqual(self.good("verify", "--quiet", good), "")
+        output = self.good("verify", "-q", good, bad, status=1)
+        self.assertEqual(len(output.splitlines()), 1)
+        self.assertIn(bad, output)
+        self.assertEqual(len(self.objects("verify", "-q", "--json", good, bad, status=1)), 1)
+
+    def test_the_summary_counts_each_kind(self):
+        data = {"1": SOUND, "2": SOUND, "3": SOUND[:-1], "4": SOUND + b" ", "5": repaired()}
+        paths = [self.write(f"{name}.ALM", bytes_) for name, bytes_ in data.items()]
+        summary = self.good("verify", *paths, status=1).splitlines()[-1]
+        self.assertEqual(summary, "5 documents: 2 sound, 1 truncated, 1 damaged, 1 repaired")
+
+    def test_a_folder_is_searched_with_all_that_is_in_it(self):
+        wanted = {self.write(name) for name in ("f/a.ALM", "f/b.PLM", "f/g/h/i/c.PLM", "f/.d.ALM")}
+        for other in ("f/notes.txt", "f/a.alm", "f/ALM", "f/.wenlolib-0123.tmp", "f/g/b.PLM.bak"):
+            self.write(other, b"no document")
+        found = self.objects("verify", "--json", self.path("f"))
+        self.assertEqual({one["path"] for one in found}, wanted)
+        found = self.objects("verify", "--json", self.path("f") + "/")
+        self.assertEqual({one["path"] for one in found}, wanted)
+
+    def test_a_named_file_is_examined_whatever_its_name(self):
+        self.good("verify", self.write("notes.txt"), self.write(".wenlolib-0123.tmp"))
+
+    def test_an_empty_folder(self):
+        self.assertEqual(self.good("verify", self.folder), "0 documents\n")
+        self.assertEqual(self.good("verify", "--json", self.folder), "")
+
+    def test_a_missing_path_keeps_nobody_else_from_being_examined(self):
+        good, missing = self.write("a.ALM"), self.path("missing")
+        output = self.refused(
+            "verify", missing, good, message=f"^wenlolib verify: {missing}: No such file or directory\n$"
+        )
+        self.assertIn(f"sound      {good}\n1 document: 1 sound; 1 could not be read\n", output)
+
+    def test_unreadable_outweighs_unsound(self):
+        bad, missing = self.write("a.ALM", b""), self.path("missing")
+        for paths in ((bad, missing), (missing, bad)):
+            self.refused("verify", *paths, message="No such file")
+
+    def test_a_file_and_a_folder_without_permission(self):
+        file, folder = self.write("a.ALM"), self.path("closed")
+        os.mkdir(folder)
+        os.chmod(file, 0)
+        os.chmod(folder, 0)
+        # As root everything can be read: somebody else has to try.
+        somebody = {"user": 65534} if os.geteuid() == 0 else {}
+        try:
+            result = run("verify", self.folder, **somebody)
+        except PermissionError:
+            self.skipTest("nobody else can run the command here")
+        self.assertEqual(result.returncode, 2)
+        for path in (file, folder):
+            self.assertIn(f"wenlolib verify: {path}: Permission denied", result.stderr.decode())
+
+    def test_pipes_and_devices_are_skipped_with_a_message(self):
+        fifo = self.path("f.PLM")
+        os.mkfifo(fifo)
+        good = self.write("a.ALM")
+        for path in (fifo, self.folder):
+            output = self.refused(
+                "verify", path, good, message=f"^wenlolib verify: {fifo}: skipped: it is a pipe"
+            )
+            self.assertIn(f"sound      {good}\n", output)
+        self.refused("verify", "/dev/zero", message="skipped: it is a device")
+
+    def test_whoever_writes_to_a_pipe_is_left_waiting_for_a_real_reader(self):
+        fifo = self.path("f.PLM")
+        os.mkfifo(fifo)
+        writer = subprocess.Popen(["sh", "-c", f"echo x > {fifo}"], stderr=subprocess.DEVNULL)
+        time.sleep(0.2)
+        self.assertEqual(run("verify", fifo, self.folder).returncode, 2)
+        time.sleep(0.2)
+        self.assertIsNone(writer.poll())
+        with open(fifo, "rb") as file:
+            self.assertEqual(file.read(), b"x\n")
+        self.assertEqual(writer.wait(timeout=10), 0)
+
+    def test_links_lead_to_documents_but_not_round_in_circles(self):
+        document_path = self.write("f/g/a.ALM")
+        os.symlink(document_path, self.path("f/link.ALM"))
+        os.symlink(self.path("f"), self.path("f/g/loop"))
+        os.symlink(self.path("f"), self.path("f/g/loop.ALM"))
+        found = self.objects("verify", "--json", self.path("f"))
+        self.assertEqual({one["path"] for one in found}, {document_path, self.path("f/link.ALM")})
+        os.symlink(self.path("f"), self.path("named"))
+        self.assertEqual(len(self.objects("verify", "--json", self.path("named"))), 2)
+
+    def test_a_link_that_leads_nowhere_is_told_of(self):
+        os.symlink("nowhere", self.path("a.ALM"))
+        self.refused("verify", self.folder, message="a.ALM: No such file")
+
+    def test_several_jobs_answer_in_the_same_order(self):
+        made = random.Random(4)
+        kinds = [SOUND] + [data for data, _, _ in BROKEN.values()]
+        for i in range(700):
+            padding = made.choice((0, 10, 3000))
+            data = made.choice(kinds) if padding == 0 else document(b"x" * padding)
+            self.write(f"{i % 7}/{i}.ALM", data)
+        os.mkfifo(self.path("3/pipe.ALM"))
+        for call in (["verify"], ["verify", "--json"], ["verify", "-q"], ["decode"],
+                     ["decode", "--json", "--redact"], ["decode", "--contents"]):  # fmt: skip
+            one = run(*call, self.folder)
+            self.assertEqual(one.returncode, 2)
+            self.assertGreater(len(one.stdout), 1000)
+            for jobs in ("4", "16"):
+                several = run(*call, "--jobs", jobs, self.folder)
+                self.assertEqual(several.returncode, 2)
+                self.assertEqual(several.stdout, one.stdout)
+                self.assertEqual(several.stderr, one.stderr)
+
+    def test_paths_are_taken_as_they_stand_whatever_the_root_is(self):
+        here, root = self.write("a.ALM", document(b"here")), self.path("root")
+        # Below the root the same path leads to another document, and a path of its own to one more.
+        self.write("root" + here, document(b"there")[:-1])
+        below = f"/{os.path.basename(self.folder)}.ALM"  # where nothing is without the root
+        self.write("root" + below)
+        for place in ([], ["--root", root]):
+            (found,) = self.objects(*place, "verify", "--json", here)
+            self.assertEqual((found["path"], found["sound"]), (here, True))
+            (found,) = self.objects("decode", "--json", here, *place)
+            self.assertEqual(found["contents"], "here")
+            self.good("diff", *place, here, here)
+            self.refused("verify", *place, below, message=f"^wenlolib verify: {below}: No such file")
+        (found,) = self.objects("--root", root, "verify", "--json", "a.ALM", cwd=self.folder)
+        self.assertEqual((found["path"], found["sound"]), ("a.ALM", True))
+
+    def test_wrong_usage_says_what_is_wrong(self):
+        path = self.write("a.ALM")
+        self.refused("verify", message="PATH is required")
+        self.refused("verify", "--jobs", "0", path, message="--jobs")
+        self.refused("verify", "--jobs", "many", path, message="--jobs")
+        self.refused("verify", "--nonsense", path, message="--nonsense")
+        self.refused("decode", message="PATH is required")
+        self.refused("decode", "--contents", "--json", path, message="--contents: goes with neither")
+        self.refused("decode", "--contents", "--redact", path, message="--contents: goes with neither")
+        self.refused("diff", path, message="B is required")
+        self.refused("diff", path, path, path, message="a.ALM: one argument too many")
+
+    def test_help_ends_with_examples_within_80_columns(self):
+        for call in ("verify", "decode", "diff"):
+            output = self.good(call, "--help")
+            self.assertRegex(output, rf"Examples:\n(  wenlolib {call} .*\n)+\n*$")
+            self.assertLessEqual(max(map(len, output.splitlines())), 80)
+
+    def test_a_full_disk_is_no_success(self):
+        with open("/dev/full", "wb") as full:
+            result = run("verify", self.write("a.ALM"), stdout=full)
+        self.assertEqual(result.returncode, 2)
+        self.assertIn(b"standard output: No space left", result.stderr)
+
+
+class TerminalTest(ReceivingTest):
+    def test_a_pipe_gets_neither_colours_nor_progress(self):
+        folder = self.many(30000)
+        for call in (["verify"], ["decode"], ["decode", "--json"]):
+            result = run(*call, folder)
+            self.assertEqual(result.stderr, b"")
+            self.assertNotIn(b"\x1b", result.stdout)
+
+    def test_a_terminal_gets_colours(self):
+        good, bad = self.write("a.ALM"), self.write("b.ALM", SOUND[:-1])
+        status, sent = on_terminal("verify", good, bad)
+        self.assertEqual(status, 1)
+        self.assertIn(f"\x1b[32msound      \x1b[0m{good}\n", sent)
+        self.assertIn("\x1b[31mtruncated  \x1b[0m", sent)
+        self.assertIn("\x1b[33mrepaired", on_terminal("verify", self.write("c.ALM", repaired()))[1])
+        self.assertIn("\x1b[", on_terminal("decode", good)[1])
+        self.assertIn("\x1b[31m- ", on_terminal("diff", good, self.write("d.ALM", repaired()))[1])
+
+    def test_no_color_and_terminals_without(self):
+        paths = [self.write("a.ALM"), self.write("b.ALM", repaired())]
+        for call in ("verify", "decode", "diff"):
+            for variables in ({"NO_COLOR": "1"}, {"TERM": "dumb"}):
+                sent = on_terminal(call, *paths, **variables)[1]
+                self.assertNotIn("\x1b[", sent)
+                self.assertIn("b.ALM", sent)
+            self.assertIn("\x1b[", on_terminal(call, *paths, NO_COLOR="")[1])
+
+    def test_lines_are_broken_for_the_terminal_alone(self):
+        path = self.write("a.ALM", SOUND[:-1])
+        self.assertEqual(len(self.good("verify", path, status=1).splitlines()), 2)
+        for columns in (50, 80):
+            for call in ("verify", "decode"):
+                sent = on_terminal(call, path, columns=columns, NO_COLOR="1")[1]
+                longest = max(
+                    (len(line) for line in sent.splitlines() if " " in line.strip()), default=0
+                )
+                room = max(columns, len(path) + 13)  # a path is never broken
+                self.assertLessEqual(longest, room, sent)
+
+    def test_progress_with_count_and_rate(self):
+        folder = self.many(20000, data=SOUND[:-1])
+        for call in (["verify", "--quiet"], ["decode", "--json"], ["verify", "--jobs", "2"]):
+            bar = r"\r\x1b\[K\[#* *\] +\d+ %  [\d,]+ of 20,000 documents, "
+            status, sent = on_terminal_into_slow_pipe(*call, folder, until=bar)
+            self.assertEqual(status, 1)
+            self.assertRegex(sent, bar)
+            self.assertRegex(sent, r"documents, [\d,]+ a second")
+            self.assertTrue(sent.endswith("\r\x1b[K"), sent[-100:])  # gone at the end
+
+    def test_progress_does_not_stand_between_the_lines(self):
+        folder = self.many(20000)
+        sent = on_terminal("verify", folder, pauses=5, NO_COLOR="1")[1]
+        self.assertRegex(sent, r"\r\x1b\[K[^\n]* a second")
+        left = re.sub(r"[^\n]*\r\x1b\[K", "", sent)
+        lines = left.splitlines()
+        self.assertEqual(len(lines), 20001)
+        self.assertEqual(lines[-1], "20,000 documents: 20,000 sound")
+        for line in lines[:-1]:
+            self.assertRegex(line, r"^sound      .*\.ALM$")
+
+    def test_names_cannot_steer_the_terminal(self):
+        path = self.write("a\x1b[31m\nb\u202e.ALM")
+        for call in ("verify", "decode"):
+            output = self.good(call, path)
+            self.assertIn(r"a\x1B[31m\nb\u{202E}.ALM", output)
+            self.assertNotIn("\x1b", output)
+        result = run("verify", self.path("\x1bmissing"))
+        self.assertIn(rb"\x1Bmissing: No such file", result.stderr)
+
+
+class DecodeTest(ReceivingTest):
+    def test_fields_and_contents_for_a_person(self):
+        path = self.write("a.PLM", document(b"ink C71\nM64\n", "printer-older", "X", Locale=""))
+        output = self.good("decode", path, environment={"TZ": "Asia/Tokyo"})
+        self.assertEqual(
+            output,
+            f"{path}\n"
+            "  Verdict    sound\n"
+            f"  Size       {os.path.getsize(path)} B\n"
+            "  Kind       printer log, older tag type\n"
+            "  Version    1.0\n"
+            "  OSVersion  M.6.1.55\n"
+            f"  Date       {DATE}\n"
+            "  Locale     (empty)\n"
+            f"  ID         {ID}\n"
+            "  DeviceID   MFG:Orvan;MDL:QX 200;\n"
+            "  SN         QX200-0004711\n"
+            "  ROMVER     2.14\n"
+            "  Cipher     XOR\n"
+            "  Contents   12 B\n"
+            "  | ink C71\n"
+            "  | M64\n"
+            "\n",
+        )
+
+    def test_dates_from_elsewhere_are_shown_in_local_time_too(self):
+        output = self.good("decode", self.write("a.ALM"), environment={"TZ": "America/St_Johns"})
+        self.assertIn(f"  Date       {DATE} (here 2024-03-14 21:35:07 -02:30)\n", output)
+        for odd in ("yesterday", "2024-13-01T00:00:00+00:00", "2024-03-15T09:05:07"):
+            output = self.good("decode", self.write("a.ALM", document(date=odd)))
+            self.assertIn(f"  Date       {odd}\n", output)
+        self.assertIn(
+            "(here 2024-03-15 00:05:07 +00:00)",
+            self.good("decode", self.write("a.ALM", document(date=DATE[:-3] + "00")),
+                      environment={"TZ": "UTC"}),
+        )  # fmt: skip
+
+    def test_control_characters_are_made_visible(self):
+        contents = b"a\x1b[31mred\x07\r\n\tb\x00c\x7f" + "\u202e\u009b\u200d東".encode()
+        output = self.good("decode", self.write("a.ALM", document(contents)))
+        self.assertIn("  | a\\x1B[31mred\\x07\\x0D\n", output)
+        self.assertIn("  | \tb\\x00c\\x7F\\u{202E}\\u{009B}\\u{200D}東\n", output)
+
+    def test_long_contents_are_whole(self):
+        lines = [f"line {i}: " + "x" * (i % 200) for i in range(20000)]
+        path = self.write("a.ALM", document("\n".join(lines).encode()))
+        output = self.good("decode", path).splitlines()
+        self.assertEqual([line[4:] for line in output if line.startswith("  | ")], lines)
+
+    def test_json_of_every_layout(self):
+        for layout in WRAPPERS:
+            data = document("Début\0 \u2028".encode(), layout, Version="A&amp;B")
+            path = self.write("a.PLM", data)
+            (found,) = self.objects("decode", "--json", path)
+            fields = {"version": "A&B", "os_version": "M.6.1.55", "date": DATE, "locale": "en_US",
+                      "id": ID}  # fmt: skip
+            if layout == "printer-older":
+                fields.update(device_id=PRINTER["DeviceID"], sn=PRINTER["SN"], romver="2.14")
+            expected = {"path": path, "bytes": len(data), "sound": True, "fault": "none",
+                        "layer": "none", "offset": None, "field": None, "explanation": None,
+                        "redacted": False, "layout": layout.replace("-older", "_older_tag"),
+                        "fields": fields, "cipher": "RC4", "contents": "Début\0 \u2028",
+                        "contents_bytes": 11}  # fmt: skip
+            self.assertEqual(found, expected)
+
+    def test_json_of_every_broken_document(self):
+        for name, (data, fault, layer) in BROKEN.items():
+            with self.subTest(name):
+                path = self.write("a.ALM", data)
+                (found,) = self.objects("decode", "--json", path, status=1)
+                self.assertEqual((found["fault"], found["layer"]), (fault, layer))
+                legible = layer in ("checksum", "contents")
+                self.assertEqual(found["layout"], "application" if legible else None)
+                self.assertIn(f"  Verdict    {word_for(fault)}: ", self.good("decode", path, status=1))
+
+    def test_what_an_unsound_document_says_is_shown(self):
+        (found,) = self.objects("decode", "--json", self.write("a.ALM", repaired()), status=1)
+        self.assertEqual((found["contents"], found["fields"]["locale"]), ("jobs=3\n", "a&b"))
+        (found,) = self.objects("decode", "--json", self.write("b.ALM", document(b"\xff!")), status=1)
+        self.assertEqual((found["contents"], found["contents_hex"]), (None, "FF21"))
+        path = self.write("c.ALM", document(b"\0\0", date=""))
+        (found,) = self.objects("decode", "--json", path, status=1)
+        self.assertEqual((found["contents"], found["contents_bytes"]), (None, 2))
+        self.assertIn("there is no date, and so no key", self.good("decode", path, status=1))
+
+    def test_a_name_that_is_no_utf8_in_json(self):
+        path = os.fsencode(self.folder) + b"/\xff.ALM"
+        with open(path, "wb") as file:
+            file.write(SOUND)
+        (found,) = self.objects("verify", "--json", self.folder)
+        self.assertEqual((found["path"], found["path_hex"]), (None, path.hex().upper()))
+
+    def test_contents_alone_to_the_byte(self):
+        all_contents = [b"", b"x", b"a\r\n\tb\n\n", "\ufeff東京 🖨\0".encode(), b"\n" * 70000]
+        paths = []
+        for i, contents in enumerate(all_contents):
+            for marker in "RX":
+                paths.append(self.write(f"{i}{marker}.ALM", document(contents, marker=marker)))
+                result = run("decode", "--contents", paths[-1])
+                self.assertEqual((result.returncode, result.stdout, result.stderr), (0, contents, b""))
+        result = run("decode", "--contents", *paths)
+        self.assertEqual(result.stdout, b"".join(c + c for c in all_contents))
+
+    def test_contents_alone_of_documents_that_are_not_sound(self):
+        for data, contents in ((repaired(), b"jobs=3\n"), (document(b"a\xff"), b"a\xff"), (b"", b"")):
+            path = self.write("a.ALM", data)
+            result = run("decode", "--contents", path)
+            self.assertEqual((result.returncode, result.stdout), (1, contents))
+            self.assertRegex(result.stderr.decode(), f"^wenlolib decode: {path}: [a-z]+: .*\n$")
+
+    def test_redaction_leaves_neither_value_anywhere(self):
+        bare = ID[1:-1]
+        data = document(
+            f"serial {PRINTER['SN']}, account {ID}, {bare.lower()}\n".encode(),
+            "printer-older",
+            DeviceID="MFG:Orvan;SERN:qx200-0004711;",
+        )
+        altered = data.replace(b"2.14", b"2.15")
+        broken = data.replace(b"</SN>", b"</SM>")
+        for document_ in (data, altered, broken, data[:-9]):
+            path = self.write("QX200-0004711_1.PLM", document_)
+            plain = run("decode", path).stdout.decode().lower()
+            for options in ([], ["--json"]):
+                result = run("decode", "--redact", *options, path)
+                output = (result.stdout + result.stderr).decode().lower()
+                if document_ in (data, altered):
+                    self.assertIn(bare.lower(), plain)
+                    self.assertIn("[redacted]_1.plm", output)
+                    self.assertNotIn(PRINTER["SN"].lower(), output)
+                else:
+                    self.assertNotIn("sn>", output)
+                self.assertNotIn(bare.lower(), output)
+                self.assertIn("verdict" if not options else "fault", output)
+        (found,) = self.objects("decode", "--redact", "--json", self.write("a.PLM", data))
+        self.assertIs(found["redacted"], True)
+        self.assertEqual((found["fields"]["id"], found["fields"]["sn"]), (None, None))
+        self.assertEqual(found["fields"]["device_id"], "MFG:Orvan;SERN:[redacted];")
+        self.assertEqual(
+            found["contents"], "serial [redacted], account {[redacted]}, [redacted]\n"
+        )
+
+    def test_redaction_of_values_too_short_to_search_for(self):
+        data = document(b"pages=12", "printer-older", SN="12", ID="")
+        (found,) = self.objects("decode", "--redact", "--json", self.write("a.PLM", data))
+        self.assertEqual((found["fields"]["id"], found["fields"]["sn"]), (None, None))
+        self.assertEqual(found["contents"], "pages=12")
+        self.assertIn("  SN         (redacted)\n", self.good("decode", "--redact", self.path("a.PLM")))
+
+    def test_memory_does_not_grow_with_the_number_of_documents(self):
+        with open(COMMAND, "rb") as program:
+            if b"__asan_init" in program.read():
+                self.skipTest("the address sanitizer keeps what was freed")
+        numbers = (10000, 200000)
+        folders = [self.many(number, name=f"{number:06}") for number in numbers]
+        for call in (["decode", "--json"], ["verify"]):
+            for options in ([], ["--jobs", "4"]):
+                peaks = [self.peak(number, *call, *options, folder)
+                         for number, folder in zip(numbers, folders)]  # fmt: skip
+                self.assertLess(abs(peaks[1] - peaks[0]), 1024, (call, options, peaks))
+
+    def peak(self, number, *arguments):
+        """The most memory, in KiB, that a run over so many documents takes: looked up while it
+        waits for somebody to read the last of its output, since what wait4 says would count this
+        process too."""
+        *call, folder = arguments
+        # All documents, and so all lines, are alike; what the summary says comes behind them.
+        line = self.lines(*call, f"{folder}/000000.ALM")[0] + "\n"
+        reading, writing = os.pipe()
+        fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
+        with (
+            open(reading, "rb") as output,
+            subprocess.Popen([COMMAND, *arguments], stdout=writing) as child,
+        ):
+            os.close(writing)
+            left = number * len(line) - 32768
+            while left > 0 and (piece := output.read(min(left, 1 << 20))):
+                left -= len(piece)
+            with open(f"/proc/{child.pid}/status") as status:
+                (peak,) = [int(line.split()[1]) for line in status if line.startswith("VmHWM:")]
+            rest = output.read().decode()
+        self.assertEqual(child.returncode, 0)
+        summary = f"{number:,} documents: {number:,} sound\n" if call[0] == "verify" else ""
+        self.assertEqual(len(rest), 32768 + len(summary))
+        self.assertTrue(rest.endswith(summary), rest[-200:])
+        return peak
+
+
+class DiffTest(ReceivingTest):
+    def differ(self, a, b, *options, status=1):
+        return self.good("diff", *options, self.write("a.PLM", a), self.write("b.PLM", b), status=status)
+
+    def test_the_same(self):
+        self.assertEqual(self.differ(SOUND, SOUND, status=0), "They say the same.\n")
+        found = json.loads(self.differ(SOUND, SOUND, "--json", status=0))
+        self.assertEqual(found["same"], True)
+        self.assertEqual((found["differences"], found["contents"]), ([], {"same": True, "changes": []}))
+
+    def test_field_by_field(self):
+        output = self.differ(document(Locale=""), document(layout="printer-older", marker="X"))
+        self.assertEqual(
+            output,
+            f"--- {self.path('a.PLM')}\n+++ {self.path('b.PLM')}\n"
+            "Layout\n- OrvanQXApplication\n+ OrvanQXPrinter\n"
+            "Locale\n- (empty)\n+ en_US\n"
+            "DeviceID\n- (not there)\n+ MFG:Orvan;MDL:QX 200;\n"
+            "SN\n- (not there)\n+ QX200-0004711\n"
+            "ROMVER\n- (not there)\n+ 2.14\n"
+            "Cipher\n- RC4\n+ XOR\n"
+            "Contents: the same, 7 B\n",
+        )
+        found = json.loads(self.differ(document(Locale=""), document(Locale="ja"), "--json"))
+        self.assertEqual(found["differences"], [{"name": "locale", "a": "", "b": "ja"}])
+
+    def test_contents_as_text(self):
+        lines = [f"line {i}\n" for i in range(30)]
+        changed = lines[:9] + ["new\x1b\n"] + lines[10:20] + lines[21:] + ["last"]
+        output = self.differ(document("".join(lines).encode()), document("".join(changed).encode()))
+        self.assertEqual(
+            output.split("Contents: ")[1],
+            "230 B and 224 B\n"
+            "@@ -7,7 +7,7 @@\n line 6\n line 7\n line 8\n-line 9\n+new\\x1B\n line 10\n line 11\n line 12\n"
+            "@@ -18,7 +18,6 @@\n line 17\n line 18\n line 19\n-line 20\n line 21\n line 22\n line 23\n"
+            "@@ -28,3 +27,4 @@\n line 27\n line 28\n line 29\n+last\n\\ no line break at the end\n",
+        )
+
+    def test_changes_lead_from_the_one_text_to_the_other(self):
+        made = random.Random(7)
+        sizes = []
+        for _ in range(60):
+            a = [made.choice("abcd") + "\n" for _ in range(made.randrange(40))]
+            b = [line for line in a if made.random() > 0.2]
+            for _ in range(made.randrange(6)):
+                b.insert(made.randrange(len(b) + 1), made.choice("abcde") + "\n")
+            same = a == b
+            found = json.loads(self.differ(document("".join(a).encode()), document("".join(b).encode()),
+                                           "--json", status=0 if same else 1))  # fmt: skip
+            changes = found["contents"]["changes"]
+            self.assertEqual(applied(a, changes), b)
+            edits = sum(len(change["removed"]) + len(change["added"]) for change in changes)
+            self.assertEqual(edits, len(a) + len(b) - 2 * common_length(a, b))
+            sizes.append(edits)
+        self.assertGreater(max(sizes), 10)
+
+    def test_texts_that_have_nothing_in_common(self):
+        a, b = ([f"{side}{i}\n" for i in range(20000)] for side in "ab")
+        found = json.loads(self.differ(document("".join(a).encode()), document("".join(b).encode()),
+                                       "--json"))  # fmt: skip
+        self.assertEqual(applied(a, found["contents"]["changes"]), b)
+
+    def test_repaired_differs_from_sound_only_in_the_verdict(self):
+        found = json.loads(self.differ(repaired(), document(Locale="a&amp;b"), "--json"))
+        self.assertEqual(found["differences"], [{"name": "verdict", "a": "repaired", "b": "sound"}])
+
+    def test_contents_that_nobody_can_decrypt(self):
+        unknown = document(b"\0\0", date="")
+        self.assertEqual(self.differ(unknown, unknown, status=0), "They say the same.\n")
+        for other, size in ((SOUND, 7), (document(b"\0\0\0", date=""), 3)):
+            expected = f"Contents: 2 B and {size} B, not both can be decrypted\n"
+            self.assertIn(expected, self.differ(unknown, other))
+
+    def test_what_cannot_be_compared_is_trouble(self):
+        good = self.write("a.ALM")
+        for bad in (SOUND[:-1], b"", b"<a>"):
+            path = self.write("b.ALM", bad)
+            for pair in ((good, path), (path, good), (path, path)):
+                output = self.refused("diff", *pair, message=f"^wenlolib diff: {path}: ")
+                self.assertEqual(output, "")
+        self.refused("diff", good, self.path("missing"), message="missing: No such file")
+        self.refused("diff", self.folder, good, message="it is a folder")
+
+
+def applied(a, changes):
+    """What becomes of `a` when the changes are made."""
+    result, at = [], 0
+    for change in changes:
+        first = change["a_line"] - 1
+        result += a[at:first] + change["added"]
+        assert a[first : first + len(change["removed"])] == change["removed"]
+        assert len(result) == change["b_line"] - 1 + len(change["added"])
+        at = first + len(change["removed"])
+    return result + a[at:]
+
+
+def common_length(a, b):
+    """The length of the longest common subsequence."""
+    row = [0] * (len(b) + 1)
+    for line in a:
+        before = row[:]
+        for j, other in enumerate(b):
+            row[j + 1] = before[j] + 1 if line == other else max(before[j + 1], row[j])
+    return row[-1]
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 2:
+        sys.exit("usage: receiving_test.py COMMAND [unittest's arguments]")
+    COMMAND = os.path.abspath(sys.argv.pop(1))
+    skips.main()

@@ -1,0 +1,142 @@
+"""A root folder for the command `wenlolib`, with a user's home in it, and ways to call it there."""
+
+import datetime
+import errno
+import os
+import plistlib
+import pty
+import select
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.dont_write_bytecode = True  # the folder of the tests stays as it is
+
+HOME = "/home/user"
+SUPPORT = HOME + "/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
+PREFERENCES = "Config/com.orvan.printing.Quillmere.Pref.plist"
+VERSION_LIST = "Config/com.orvan.printing.Quillmere.SupportVersionList.plist"
+CONFIGURATION = "Config/com.orvan.printing.WENLOLIB.Conf.plist"
+HOST_BUNDLE = "/Applications/Orvan Utilities/Quillmere/Quillmere.app"
+IDENTIFIER = "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}"
+NOBODY = 65534
+
+
+def days_ago(days):
+    now = datetime.datetime.now(datetime.timezone.utc).replace(tzinfo=None, microsecond=0)
+    return now - datetime.timedelta(days=days)
+
+
+def tree(folder):
+    """Everything below a folder: mode, and what is in it."""
+    found = {}
+    for parent, folders, files in os.walk(folder):
+        for name in folders + files:
+            path = os.path.join(parent, name)
+            status = os.lstat(path)
+            content = None
+            if os.path.isfile(path) and not os.path.islink(path) and status.st_size < 1 << 20:
+                with open(path, "rb") as file:
+                    content = file.read()
+            found[path] = (status.st_mode, content)
+    return found
+
+
+class ToolTest(unittest.TestCase):
+    """Every call runs in an empty working folder, and leaves it and the real HOME as they were."""
+
+    command = ""
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        os.chmod(folder.name, 0o755)
+        self.root = os.path.join(folder.name, "root")
+        self.outside = os.path.join(folder.name, "outside")
+        os.mkdir(self.root)
+        os.mkdir(self.outside)
+        self.home_was_there = os.path.lexists(SUPPORT)
+        self.environment = {"HOME": HOME, "TMPDIR": self.outside, "TZ": "EAST-9",
+                            "LANG": "de_DE.UTF-8", "TERM": "xterm"}
+
+    def tearDown(self):
+        self.assertEqual(os.listdir(self.outside), [])
+        self.assertEqual(os.path.lexists(SUPPORT), self.home_was_there)
+
+    def path(self, name=""):
+        """A path below the support folder, "" for itself; other absolute ones below the root."""
+        return self.root + os.path.join(SUPPORT, name).rstrip("/")
+
+    def arguments(self, call):
+        return [self.command, "--root", self.root, *call]
+
+    def call(self, *call, stdin=b"", **others):
+        try:
+            return subprocess.run(self.arguments(call), input=stdin, capture_output=True,
+                                  timeout=60, cwd=self.outside, env=self.environment, **others)
+        except PermissionError:
+            if "user" not in others:
+                raise
+            self.skipTest("the command lies where an unprivileged user cannot run it")
+
+    def expect(self, status, *call, **others):
+        """The finished call, whose exit status has to be this."""
+        finished = self.call(*call, **others)
+        told = finished.stdout.decode(errors="replace") + finished.stderr.decode(errors="replace")
+        self.assertEqual(finished.returncode, status, f"{call}: {told[-2000:]}")
+        return finished
+
+    def expect_usage_error(self, word, *call, **others):
+        """Exit status 2, nothing on standard output, and a complaint that says what is wrong."""
+        finished = self.expect(2, *call, **others)
+        self.assertEqual(finished.stdout, b"")
+        complaint = finished.stderr.decode(errors="replace")
+        self.assertTrue(complaint.startswith("wenlolib"), complaint)
+        self.assertIn(word, complaint)
+
+    def write(self, name, data):
+        path = self.path(name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "wb") as file:
+            file.write(data if isinstance(data, bytes) else plistlib.dumps(data))
+        return path
+
+    def install(self, agreement=True, days=100, **others):
+        """What a host provides, its user agreeing, and an identifier."""
+        for name in ["PLM", "ALM", "Config"]:
+            os.makedirs(self.path(name))
+            os.chmod(self.path(name), 0o700)
+        self.write(PREFERENCES, {"InstalledDate": days_ago(days),
+                                 "LatestSelectedAgreement": agreement, **others})
+        self.write(CONFIGURATION, {"WENLIBUUID": IDENTIFIER})
+
+    def on_terminal(self, *call):
+        """Exit status and output of a call with a terminal for all three streams."""
+        child, terminal = pty.fork()
+        if child == 0:
+            try:
+                os.chdir(self.outside)
+                os.execve(self.command, self.arguments(call), self.environment)
+            finally:
+                os._exit(127)
+        output = b""
+        while select.select([terminal], [], [], 30)[0]:
+            try:
+                piece = os.read(terminal, 65536)
+            except OSError as error:
+                if error.errno != errno.EIO:
+                    raise
+                break
+            if not piece:
+                break
+            output += piece
+        os.close(terminal)
+        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), output
+
+    def unprivileged(self):
+        """Arguments for a call as a user whom permissions bind."""
+        if os.geteuid() != 0:
+            return {}
+        return {"user": NOBODY, "group": NOBODY, "extra_groups": []}

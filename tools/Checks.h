@@ -1,0 +1,30 @@
+/// The examinations of an installation. Each works on the platform in use, which is to be
+/// `platform`, and changes nothing.
+#ifndef WENLOLIB_TOOLS_CHECKS_H
+#define WENLOLIB_TOOLS_CHECKS_H
+
+#include "Findings.h"
+#include "ToolPlatform.h"
+
+namespace wenlolib::tools {
+
+/// The folders of records and of configuration.
+void checkFolders(const ToolPlatform& platform, Findings& findings);
+
+/// The files in the configuration folder.
+void checkPreferences(const ToolPlatform& platform, Findings& findings);
+void checkSupportList(const ToolPlatform& platform, Findings& findings);
+void checkIdentifier(const ToolPlatform& platform, Findings& findings);
+
+/// The versions that records carry, and whether records are allowed.
+void checkVersions(const ToolPlatform& platform, Findings& findings);
+void checkDecisions(Findings& findings);
+
+/// Files that were left unfinished, numbers of printer logs that are taken, room on the disk.
+void checkLeftovers(const ToolPlatform& platform, Findings& findings);
+void checkNumbers(const ToolPlatform& platform, Findings& findings);
+void checkDisk(const ToolPlatform& platform, Findings& findings);
+
+}  // namespace wenlolib::tools
+
+#endif

@@ -1,0 +1,59 @@
+// `wenlolib doctor`: is the installation healthy?
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "Checks.h"
+#include "Output.h"
+#include "Session.h"
+#include "toolkit/Folders.h"
+
+namespace wenlolib::tools {
+namespace {
+
+Findings examine(const ToolPlatform& platform) {
+  Findings findings;
+  checkFolders(platform, findings);
+  if (supportFolder()) {
+    checkPreferences(platform, findings);
+    checkSupportList(platform, findings);
+    checkIdentifier(platform, findings);
+  }
+  checkVersions(platform, findings);
+  checkDecisions(findings);
+  if (supportFolder()) {
+    checkLeftovers(platform, findings);
+    checkNumbers(platform, findings);
+    checkDisk(platform, findings);
+  }
+  return findings;
+}
+
+void doctorTo(Session& session, bool json) {
+  const ToolPlatform platform(session.root);
+  const platform::Substitute substitute(platform.services());
+  const Findings findings = examine(platform);
+  const Text folder = supportFolder();
+  Output output("doctor");
+  output.write(json ? findingsJson(findings)
+                    : findingsText(findings, output.paint(),
+                                   folder ? platform.real(*folder) : std::string()));
+  output.finish();
+  session.exitStatus = hasErrors(findings) ? notGood : allGood;
+}
+
+}  // namespace
+
+void addDoctor(CLI::App& app, Session& session) {
+  const auto json = std::make_shared<bool>(false);
+  CLI::App& call = *app.add_subcommand("doctor", "Is the installation healthy, and if not, why?");
+  call.add_flag("--json", *json, "One JSON object for each finding");
+  call.footer(
+      "Looks at the user's folders and files and changes nothing. Exit status: 0 no\n"
+      "error, 1 at least one, 2 wrong usage.\n\nExamples:\n"
+      "  wenlolib doctor\n"
+      "  wenlolib doctor --json | grep -v '\"level\":\"ok\"'\n"
+      "  sudo -H -u ada wenlolib doctor");
+  call.callback([&session, json] { doctorTo(session, *json); });
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,123 @@
+// `wenlolib init`: the folders that a host provides, and preferences to start from.
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "Output.h"
+#include "Session.h"
+#include "Table.h"
+#include "ToolPlatform.h"
+#include "VisibleText.h"
+#include "WriteFailure.h"
+#include "probes/Locale.h"
+#include "toolkit/CommonTooWenlolib.h"
+#include "toolkit/Names.h"
+#include "toolkit/Paths.h"
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::uint32_t preferenceMode = 0600;
+
+struct Arguments {
+  bool samplePreferences = false;
+  bool agree = false;
+};
+
+enum class Made { now, before, failed };
+
+Made makeFolder(const std::string& path) {
+  platform::Files& files = *platform::current().files;
+  if (files.kindAt(path) == platform::Kind::folder) return Made::before;
+  // Something else in the folder's place counts as there for the library, but is of no use.
+  const bool made = CommonTooWenlolib::createDir(path);
+  return made && files.kindAt(path) == platform::Kind::folder ? Made::now : Made::failed;
+}
+
+Dictionary samplePreferences(bool agree) {
+  const platform::Platform& platform = platform::current();
+  Dictionary preferences;
+  preferences.emplace("InstalledDate", platform.clock->now());
+  preferences.emplace("LatestSelectedAgreement", agree);
+  const std::string language = normalisedLocale(platform.user->locale().value_or(""));
+  if (!language.empty()) preferences.emplace("LatestSelectedLanguage", language);
+  return preferences;
+}
+
+Made makePreferences(const std::string& path, const std::string& realPath, bool agree) {
+  std::error_code error;
+  // A link that leads nowhere is somebody's as well.
+  if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
+    return Made::before;
+  }
+  const platform::Platform& platform = platform::current();
+  const Text xml = platform.propertyLists->asXml(samplePreferences(agree));
+  if (!xml) return Made::failed;
+  switch (
+      platform.files->writeAtomically(path, *xml, preferenceMode, platform::Publication::asNew)) {
+    case platform::Outcome::written:
+      return Made::now;
+    case platform::Outcome::taken:
+      return Made::before;
+    default:
+      return Made::failed;
+  }
+}
+
+/// Says what became of one thing; answers whether it is there now.
+bool tell(Output& output, const std::string& realPath, Made made) {
+  if (made == Made::failed) {
+    const bool there = std::filesystem::exists(realPath);
+    output.complain(realPath, there ? "not made: something else is in its place"
+                                    : "not made: look at permissions and room above it");
+    return false;
+  }
+  const std::string word = made == Made::now ? "made         " : "was there    ";
+  output.write(word + visibleInLine(realPath) + "\n");
+  return true;
+}
+
+bool initialise(Output& output, const ToolPlatform& platform, const Arguments& arguments) {
+  bool good = true;
+  for (const Text& folder : {CommonTooWenlolib::pliDirPath(1), CommonTooWenlolib::almDirPath(),
+                             CommonTooWenlolib::confDirPath()}) {
+    if (!folder) {
+      output.complain("HOME", "the user has no home folder that is known");
+      return false;
+    }
+    good = tell(output, platform.real(*folder), makeFolder(*folder)) && good;
+  }
+  if (!arguments.samplePreferences) return good;
+  const std::string path = configurationPath(preferenceFile).value_or("");
+  const std::string real = platform.real(path);
+  return tell(output, real, makePreferences(path, real, arguments.agree)) && good;
+}
+
+void initTo(Session& session, const Arguments& arguments) {
+  const ToolPlatform platform(session.root);
+  const platform::Substitute substitute(platform.services());
+  Output output("init");
+  session.exitStatus = initialise(output, platform, arguments) ? allGood : notGood;
+  output.finish();
+}
+
+}  // namespace
+
+void addInit(CLI::App& app, Session& session) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& call = *app.add_subcommand("init", "Make the folders that a host provides");
+  CLI::Option* sample = call.add_flag("--sample-preferences", arguments->samplePreferences,
+                                      "A preference file too: installed now, no agreement");
+  call.add_flag("--agree", arguments->agree, "With the user's agreement in that file")
+      ->needs(sample);
+  call.footer(
+      "Makes what is missing, for the user who calls, and never overwrites anything.\n"
+      "Exit status: 0 all is there, 1 something is not, 2 wrong usage.\n\nExamples:\n"
+      "  wenlolib init\n"
+      "  wenlolib init --sample-preferences --agree\n"
+      "  mkdir trial && wenlolib init --root trial");
+  call.callback([&session, arguments] { initTo(session, *arguments); });
+}
+
+}  // namespace wenlolib::tools

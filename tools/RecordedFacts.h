@@ -1,0 +1,73 @@
+/// The facts behind a support decision, noted while it is made.
+#ifndef WENLOLIB_TOOLS_RECORDEDFACTS_H
+#define WENLOLIB_TOOLS_RECORDEDFACTS_H
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "base/Instant.h"
+#include "base/Text.h"
+#include "base/Value.h"
+#include "platform/Files.h"
+#include "policy/SupportFacts.h"
+
+namespace wenlolib::tools {
+
+/// A version as the decision got it, and the text that it was read from.
+struct FoundVersion {
+  std::int32_t number = -1;
+  Text text;
+  bool installed = false;  // of the library at its fixed path, not of the running one
+};
+
+/// A look into the support version list.
+struct ListLookup {
+  std::int32_t answer = -1;
+  Text key;
+  bool readable = false;       // there is a list
+  std::optional<Value> entry;  // under the key
+};
+
+/// One reading of the preference file.
+struct PreferenceReading {
+  Text path;
+  platform::Kind kind = platform::Kind::nothing;
+  std::optional<Dictionary> preferences;
+};
+
+/// What was asked, with the answers; what was not asked is absent.
+struct AskedFacts {
+  std::optional<std::int32_t> upperBound;
+  std::optional<FoundVersion> os;
+  std::optional<FoundVersion> library;
+  std::optional<ListLookup> list;
+  std::vector<PreferenceReading> readings;
+  std::optional<Instant> now;
+};
+
+/// Hands every question on and notes the answer. For a person it also notes what the answer was
+/// read from, which takes another look at the platform in use.
+class RecordedFacts : public SupportFacts {
+ public:
+  /// `facts` must outlive this object.
+  explicit RecordedFacts(SupportFacts& facts) : facts_(facts) {}
+
+  std::int32_t upperOSVersion() override;
+  std::int32_t osVersion() override;
+  std::int32_t runningLibraryVersion() override;
+  std::int32_t installedLibraryVersion() override;
+  std::int32_t listAnswer(std::int32_t libraryVersion) override;
+  std::optional<Dictionary> preferences() override;
+  Instant now() override;
+
+  [[nodiscard]] const AskedFacts& asked() const { return asked_; }
+
+ private:
+  SupportFacts& facts_;
+  AskedFacts asked_;
+};
+
+}  // namespace wenlolib::tools
+
+#endif

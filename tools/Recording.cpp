@@ -1,0 +1,99 @@
+#include "Recording.h"
+
+#include "front/WENLOLIB.h"
+#include "platform/Forwarding.h"
+#include "toolkit/Names.h"
+#include "toolkit/Paths.h"
+
+namespace wenlolib::tools {
+namespace {
+
+bool isConfiguration(const std::string& path) {
+  return Text(path) == configurationPath(configurationFile);
+}
+
+/// Notes where the last document went.
+class WatchedFiles : public platform::ForwardingFiles {
+ public:
+  using ForwardingFiles::ForwardingFiles;
+
+  std::optional<WrittenDocument> document;
+
+  platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
+                                    std::uint32_t mode,
+                                    platform::Publication publication) override {
+    const auto outcome = platform::ForwardingFiles::writeAtomically(path, bytes, mode, publication);
+    if (!isConfiguration(path)) {
+      document = {path, bytes.size(), outcome == platform::Outcome::written};
+    }
+    return outcome;
+  }
+};
+
+/// Keeps every change from the files, and the document that was to be written.
+class HeldBackFiles : public platform::ForwardingFiles {
+ public:
+  using ForwardingFiles::ForwardingFiles;
+
+  std::optional<PreviewedDocument> document;
+
+  platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
+                                    std::uint32_t /*mode*/,
+                                    platform::Publication /*publication*/) override {
+    if (!isConfiguration(path)) document = {path, std::string(bytes)};
+    return platform::Outcome::written;
+  }
+  bool setPermissions(const std::string& /*path*/, std::uint32_t /*mode*/) override { return true; }
+  bool createFolder(const std::string& /*path*/, std::uint32_t /*mode*/) override { return false; }
+};
+
+/// Is only asked where no identifier is stored.
+class ExampleUuids : public platform::Uuids {
+ public:
+  bool asked = false;
+
+  Text create() override {
+    asked = true;
+    return exampleUuid;
+  }
+};
+
+constexpr std::uint32_t fileTypeOf(RecordKind kind) {
+  return kind == RecordKind::printerLog ? 1 : 2;
+}
+
+}  // namespace
+
+RecordOutcome record(const platform::Platform& base, const RecordRequest& request) {
+  WatchedFiles files(*base.files);
+  platform::Platform services = base;
+  services.files = &files;
+  const platform::Substitute substitute(services);
+  RecordOutcome outcome;
+  outcome.answer =
+      request.kind == RecordKind::application
+          ? WENLOLIB::writeAppInfoWithContents(request.contents, request.name, request.option)
+          : WENLOLIB::writePrinterLogInfoWithContents(request.contents, request.name,
+                                                      request.option, request.printer);
+  outcome.document = files.document;
+  return outcome;
+}
+
+std::optional<PreviewedDocument> preview(const platform::Platform& base,
+                                         const RecordRequest& request) {
+  HeldBackFiles files(*base.files);
+  ExampleUuids uuids;
+  platform::Platform services = base;
+  services.files = &files;
+  services.uuids = &uuids;
+  const platform::Substitute substitute(services);
+  const auto record = WENLOLIB::initWithContents(request.contents, request.name, request.option);
+  if (record == nullptr) return std::nullopt;
+  record->setFileType(fileTypeOf(request.kind));
+  if (request.kind == RecordKind::printerLog) record->serOtherInfo(request.printer);
+  if (!record->writeAppInfo()) return std::nullopt;
+  if (files.document) files.document->exampleIdentifier = uuids.asked;
+  return std::move(files.document);
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,102 @@
+// What a person types for a version and a date.
+#include <time.h>
+
+#include <charconv>
+#include <cmath>
+
+#include "Replay.h"
+
+namespace wenlolib::tools {
+namespace {
+
+/// Takes texts apart from the front; once something is missing it has failed for good.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view rest) : rest_(rest) {}
+
+  [[nodiscard]] bool sound() const { return sound_; }
+  [[nodiscard]] bool done() const { return sound_ && rest_.empty(); }
+  [[nodiscard]] char next() const { return rest_.empty() ? '\0' : rest_.front(); }
+
+  Scanner& expect(char character) {
+    if (next() == character && !rest_.empty()) {
+      rest_.remove_prefix(1);
+    } else {
+      sound_ = false;
+    }
+    return *this;
+  }
+
+  /// A number from `least` to `most`; of exactly `digits` digits where that is not 0.
+  std::int32_t number(std::int32_t least, std::int32_t most, std::size_t digits) {
+    std::int32_t value = 0;
+    const std::string_view text = digits == 0 ? rest_ : rest_.substr(0, digits);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto length = static_cast<std::size_t>(end - text.data());
+    const bool sized = digits == 0 || length == digits;
+    sound_ = sound_ && error == std::errc() && sized && value >= least && value <= most;
+    if (sound_) rest_.remove_prefix(length);
+    return value;
+  }
+
+ private:
+  std::string_view rest_;
+  bool sound_ = true;
+};
+
+/// Seconds from GMT as "Z", "+09:00" or "-0330"; nothing when the text says none of that.
+std::optional<std::int32_t> offset(Scanner& scanner) {
+  if (scanner.next() == 'Z') {
+    scanner.expect('Z');
+    return 0;
+  }
+  const char sign = scanner.next();
+  if (sign != '+' && sign != '-') return std::nullopt;
+  scanner.expect(sign);
+  const std::int32_t hours = scanner.number(0, 23, 2);
+  if (scanner.next() == ':') scanner.expect(':');
+  const std::int32_t minutes = scanner.number(0, 59, 2);
+  return (sign == '-' ? -1 : 1) * (hours * 3600 + minutes * 60);
+}
+
+/// The date of fields that a calendar has; nothing for 30 February and the like.
+std::optional<Instant> dateOf(const tm& fields, std::optional<std::int32_t> secondsFromGMT) {
+  tm normal = fields;
+  normal.tm_isdst = -1;
+  const time_t time = secondsFromGMT ? ::timegm(&normal) : ::mktime(&normal);
+  if (normal.tm_mday != fields.tm_mday || normal.tm_mon != fields.tm_mon) return std::nullopt;
+  return Instant(Seconds(static_cast<double>(time) - secondsFromGMT.value_or(0)));
+}
+
+}  // namespace
+
+std::optional<OSVersion> osVersionFromText(std::string_view text) {
+  OSVersion version;
+  version.known = text != "unknown";
+  if (!version.known) return version;
+  constexpr std::int32_t most = 99999;
+  Scanner scanner(text);
+  version.major = scanner.number(0, most, 0);
+  version.minor = scanner.expect('.').number(0, most, 0);
+  if (scanner.next() == '.') version.bugFix = scanner.expect('.').number(0, most, 0);
+  return scanner.done() ? std::optional(version) : std::nullopt;
+}
+
+std::optional<Instant> dateFromText(std::string_view text) {
+  tm fields{};
+  std::optional<std::int32_t> secondsFromGMT;
+  Scanner scanner(text);
+  fields.tm_year = scanner.number(0, 9999, 4) - 1900;
+  fields.tm_mon = scanner.expect('-').number(1, 12, 2) - 1;
+  fields.tm_mday = scanner.expect('-').number(1, 31, 2);
+  if (scanner.next() == 'T' || scanner.next() == ' ') {
+    fields.tm_hour = scanner.expect(scanner.next()).number(0, 23, 2);
+    fields.tm_min = scanner.expect(':').number(0, 59, 2);
+    if (scanner.next() == ':') fields.tm_sec = scanner.expect(':').number(0, 60, 2);
+    secondsFromGMT = offset(scanner);
+  }
+  if (!scanner.done()) return std::nullopt;
+  return dateOf(fields, secondsFromGMT);
+}
+
+}  // namespace wenlolib::tools
