@@ -1,0 +1,83 @@
+#include "platform/apple/AppleSystemCalls.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/param.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <string>
+
+#include "platform/apple/Offered.h"
+#include "platform/posix/StandardDescriptors.h"
+
+namespace wenlolib::platform::apple {
+namespace {
+
+/// Both halves came with 10.10.
+bool takesFolders() {
+  return isOffered("openat") && isOffered("renameat");
+}
+
+/// The path of `name` in an open folder; "" where the system cannot tell.
+std::string pathOf(int folder, const char* name) {
+  std::array<char, MAXPATHLEN> path{};
+  if (::fcntl(folder, F_GETPATH, path.data()) != 0) return "";
+  return std::string(path.data()) + "/" + name;
+}
+
+}  // namespace
+
+int AppleSystemCalls::create(int folder, const char* name) {
+  if (takesFolders()) return SystemCalls::create(folder, name);
+  const std::string path = pathOf(folder, name);
+  const int created =
+      ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+  const int file = posix::aboveStandard(created);
+  if (created >= 0 && file < 0) {
+    static_cast<void>(::unlink(path.c_str()));
+    errno = EMFILE;
+  }
+  return file;
+}
+
+int AppleSystemCalls::flush(int file) {
+  // Here fsync leaves the bytes in the drive's own cache, from where they may reach the disk after
+  // the new name does. File systems that have no fuller flush have this one.
+  const int flushed = ::fcntl(file, F_FULLFSYNC);
+  return flushed == 0 || errno == EINTR ? flushed : SystemCalls::flush(file);
+}
+
+int AppleSystemCalls::rename(int folder, const char* from, const char* to) {
+  if (takesFolders()) return SystemCalls::rename(folder, from, to);
+  return ::rename(pathOf(folder, from).c_str(), pathOf(folder, to).c_str());
+}
+
+int AppleSystemCalls::renameWithoutReplacing(int folder, const char* from, const char* to) {
+  // This one is younger, from 10.12.
+  if (isOffered("renameatx_np")) return SystemCalls::renameWithoutReplacing(folder, from, to);
+  errno = ENOSYS;
+  return -1;
+}
+
+int AppleSystemCalls::link(int folder, const char* from, const char* to) {
+  if (takesFolders()) return SystemCalls::link(folder, from, to);
+  return ::link(pathOf(folder, from).c_str(), pathOf(folder, to).c_str());
+}
+
+int AppleSystemCalls::remove(int folder, const char* name) {
+  if (takesFolders()) return SystemCalls::remove(folder, name);
+  return ::unlink(pathOf(folder, name).c_str());
+}
+
+bool AppleSystemCalls::isDanglingLink(int folder, const char* name) {
+  if (takesFolders()) return SystemCalls::isDanglingLink(folder, name);
+  const std::string path = pathOf(folder, name);
+  struct stat status {};
+  return ::stat(path.c_str(), &status) != 0 && ::lstat(path.c_str(), &status) == 0 &&
+         S_ISLNK(status.st_mode);
+}
+
+}  // namespace wenlolib::platform::apple

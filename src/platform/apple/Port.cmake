@@ -1,0 +1,12 @@
+# The macOS port. It needs nothing that the system does not bring.
+enable_language(OBJCXX)
+include(${CMAKE_CURRENT_LIST_DIR}/Sources.cmake)
+
+add_library(wenlolib_port OBJECT
+  ${apple_posix_sources} ${apple_sources} ${apple_foundation_sources})
+# Some of what the records need is out of date on newer systems. The port asks before it calls.
+target_compile_options(wenlolib_port PRIVATE -Wno-deprecated-declarations
+  $<$<COMPILE_LANGUAGE:OBJCXX>:-std=gnu++20>)
+target_link_libraries(wenlolib_port PUBLIC wenlolib_core
+  "-framework CoreFoundation" "-framework Foundation"
+  "-weak_framework CoreServices" "-weak_framework Security")

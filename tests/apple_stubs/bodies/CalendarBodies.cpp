@@ -1,0 +1,51 @@
+#include <cmath>
+#include <cstdarg>
+#include <cstring>
+#include <ctime>
+
+#include "apple_stubs/bodies/Objects.h"
+#include "apple_stubs/bodies/Stubs.h"
+
+using namespace wenlolib::tests::stubs;
+
+const CFStringRef kCFGregorianCalendar = stubConstantString("gregorian");
+
+CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef /*allocator*/, CFStringRef identifier) {
+  if (refused("CFCalendarCreateWithIdentifier") || identifier != kCFGregorianCalendar) {
+    return nullptr;
+  }
+  return reference<CFCalendarRef>(new PlainObject(calendarType));
+}
+
+void CFCalendarSetTimeZone(CFCalendarRef calendar, CFTimeZoneRef zone) {
+  behind<PlainObject>(calendar, calendarType)->number = behind<PlainObject>(zone, zoneType)->number;
+}
+
+Boolean CFCalendarDecomposeAbsoluteTime(CFCalendarRef calendar, CFAbsoluteTime time,
+                                        const char* components, ...) {
+  if (refused("CFCalendarDecomposeAbsoluteTime") || std::strcmp(components, "yMdHms") != 0) {
+    return 0;
+  }
+  const double offset = behind<PlainObject>(calendar, calendarType)->number;
+  const auto local =
+      static_cast<time_t>(std::floor(time + kCFAbsoluteTimeIntervalSince1970 + offset));
+  tm fields{};
+  gmtime_r(&local, &fields);
+  va_list places;
+  va_start(places, components);
+  for (const int value : {fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday, fields.tm_hour,
+                          fields.tm_min, fields.tm_sec}) {
+    *va_arg(places, int*) = value;
+  }
+  va_end(places);
+  return 1;
+}
+
+CFTimeZoneRef CFTimeZoneCopyDefault() {
+  if (refused("CFTimeZoneCopyDefault")) return nullptr;
+  return reference<CFTimeZoneRef>(new PlainObject(zoneType, world().gmtOffset));
+}
+
+CFTimeInterval CFTimeZoneGetSecondsFromGMT(CFTimeZoneRef zone, CFAbsoluteTime /*time*/) {
+  return behind<PlainObject>(zone, zoneType)->number;
+}

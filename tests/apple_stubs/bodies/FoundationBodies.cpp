@@ -1,0 +1,39 @@
+#include "apple_stubs/bodies/Stubs.h"
+#include "platform/apple/Foundation.h"
+#include "platform/linux/ExpatXml.h"
+#include "platform/posix/CalendarFormat.h"
+#include "platform/posix/PosixTime.h"
+
+// In place of the port's Objective-C, which has tests of its own on another Foundation.
+
+namespace wenlolib::platform::apple::foundation {
+
+using tests::stubs::world;
+
+Text userName() {
+  return world().userName;
+}
+
+Text homeFolder() {
+  return world().homeFolder;
+}
+
+Text libraryFolder() {
+  return world().libraryFolder;
+}
+
+Container groupContainer(std::string_view groupIdentifier) {
+  world().askedContainer = groupIdentifier;
+  return world().container;
+}
+
+Text calendarFormatted(Instant date, std::string_view format) {
+  if (!world().offersCalendarFormat) return std::nullopt;
+  return "by the system: " + *posix::PosixCalendar().formatted(date, format);
+}
+
+Text tidied(std::string_view document) {
+  return gnulinux::ExpatXml().serialised(std::string(document), {});
+}
+
+}  // namespace wenlolib::platform::apple::foundation

@@ -1,0 +1,97 @@
+/// What stands behind Core Foundation's references in the tests.
+#ifndef WENLOLIB_TESTS_APPLE_STUBS_BODIES_OBJECTS_H
+#define WENLOLIB_TESTS_APPLE_STUBS_BODIES_OBJECTS_H
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wenlolib::tests::stubs {
+
+enum Type : CFTypeID {
+  stringType = 1,
+  dataType,
+  arrayType,
+  dictionaryType,
+  booleanType,
+  numberType,
+  dateType,
+  urlType,
+  bundleType,
+  errorType,
+  uuidType,
+  calendarType,
+  zoneType,
+  keyType,
+  transformType,
+  uidType  // no public call makes or opens one
+};
+
+/// Counted while it lives, unless it is a constant.
+struct Object {
+  explicit Object(Type of, bool forEver = false);
+  virtual ~Object();
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  const Type type;
+  const bool constant;
+  long references = 1;
+};
+
+struct StringObject : Object {
+  explicit StringObject(std::string characters, bool forEver = false)
+      : Object(stringType, forEver), text(std::move(characters)) {}
+  const std::string text;
+};
+
+struct DataObject : Object {
+  DataObject(const UInt8* first, CFIndex length) : Object(dataType), bytes(first, first + length) {}
+  std::vector<UInt8> bytes;
+};
+
+/// Holds a reference to each of its items; a dictionary's keys and values take turns.
+struct Container : Object {
+  explicit Container(Type of) : Object(of) {}
+  ~Container() override;
+  std::vector<const void*> items;
+};
+
+struct NumberObject : Object {
+  NumberObject() : Object(numberType) {}
+  bool isReal = false, isUnsigned = false;
+  double real = 0;
+  int64_t integer = 0;
+  uint64_t natural = 0;
+};
+
+/// Booleans, dates, and everything whose only secret is a number or a text.
+struct PlainObject : Object {
+  explicit PlainObject(Type of, double held = 0, bool forEver = false)
+      : Object(of, forEver), number(held) {}
+  PlainObject(Type of, std::string held) : Object(of), text(std::move(held)) {}
+  double number = 0;
+  std::string text;
+  const void* other = nullptr;  // one more reference, given back with this object
+  ~PlainObject() override;
+};
+
+/// The object behind a reference; ends the test program where it is of another type.
+Object* object(const void* reference, Type type);
+
+template <class Kind>
+Kind* behind(const void* reference, Type type) {
+  return static_cast<Kind*>(object(reference, type));
+}
+
+/// The reference to a new object.
+template <class Reference, class Made>
+Reference reference(Made* made) {
+  return reinterpret_cast<Reference>(static_cast<Object*>(made));
+}
+
+}  // namespace wenlolib::tests::stubs
+
+#endif

@@ -1,0 +1,58 @@
+#include <cstring>
+
+#include "apple_stubs/bodies/Objects.h"
+#include "apple_stubs/bodies/Stubs.h"
+#include "base/Utf8.h"
+
+using namespace wenlolib::tests::stubs;
+
+CFTypeID CFStringGetTypeID() {
+  return stringType;
+}
+
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex count,
+                                    CFStringEncoding /*encoding*/, Boolean /*mark*/) {
+  std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
+  if (refused("CFStringCreateWithBytes") || !wenlolib::isUtf8(text)) return nullptr;
+  return reference<CFStringRef>(new StringObject(std::move(text)));
+}
+
+// Counted in bytes here, which the callers cannot tell from UTF-16 units. A string with half of a
+// surrogate pair in it is one whose bytes are no UTF-8.
+CFIndex CFStringGetLength(CFStringRef string) {
+  return static_cast<CFIndex>(behind<StringObject>(string, stringType)->text.size());
+}
+
+CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding /*encoding*/,
+                         UInt8 /*lossByte*/, Boolean /*mark*/, UInt8* buffer, CFIndex room,
+                         CFIndex* used) {
+  const std::string& text = behind<StringObject>(string, stringType)->text;
+  if (!wenlolib::isUtf8(text)) return range.length - 1;
+  if (buffer != nullptr) std::memcpy(buffer, text.data(), static_cast<std::size_t>(room));
+  *used = range.length;
+  return range.length;
+}
+
+CFStringRef stubConstantString(const char* text) {
+  static auto& constants = *new std::map<std::string, StringObject*>;  // for ever, like they
+  StringObject*& constant = constants[text];
+  if (constant == nullptr) constant = new StringObject(text, true);
+  return reference<CFStringRef>(constant);
+}
+
+CFTypeID CFDataGetTypeID() {
+  return dataType;
+}
+
+CFDataRef CFDataCreate(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex length) {
+  if (refused("CFDataCreate")) return nullptr;
+  return reference<CFDataRef>(new DataObject(bytes, length));
+}
+
+CFIndex CFDataGetLength(CFDataRef data) {
+  return static_cast<CFIndex>(behind<DataObject>(data, dataType)->bytes.size());
+}
+
+const UInt8* CFDataGetBytePtr(CFDataRef data) {
+  return behind<DataObject>(data, dataType)->bytes.data();
+}

@@ -1,0 +1,71 @@
+/// The system that the macOS port is tested on: objects that are counted, calls that are written
+/// down, and a refusal wherever a test wants one.
+#ifndef WENLOLIB_TESTS_APPLE_STUBS_BODIES_STUBS_H
+#define WENLOLIB_TESTS_APPLE_STUBS_BODIES_STUBS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "base/Instant.h"
+#include "base/Value.h"
+#include "platform/User.h"
+
+namespace wenlolib::tests::stubs {
+
+/// How a call fails that hands out an object and has an error slot.
+enum class Refusal { noObject, noObjectAndError, objectAndError };
+
+struct World {
+  /// Calls that make, ask or change something, in order. Those that only read an object and its
+  /// releases are left out.
+  std::vector<std::string> calls;
+
+  /// Fails the call that is the n-th to come (from 0), whatever it is.
+  std::optional<std::size_t> refusedCall;
+  Refusal refusal = Refusal::noObject;
+
+  std::set<std::string> absent;  // functions that the system does not have
+
+  std::map<std::uint32_t, std::int32_t> gestalt;             // answers; any other selector fails
+  std::map<std::string, std::optional<Dictionary>> bundles;  // by path; perhaps without information
+  Dictionary preferences;
+  double now = 1710461107.25;  // 15 March 2024, 00:05:07 GMT
+  int gmtOffset = 0;
+
+  bool attributeAnswer = true;          // what SecTransformSetAttribute answers
+  std::size_t resultLength = SIZE_MAX;  // a result that is cut to this length
+  bool resultIsData = true;
+  std::string keyParameters;  // what SecKeyCreateFromData was given: "key=value" entries
+
+  Text userName, homeFolder, libraryFolder;
+  platform::Container container;
+  std::string askedContainer;
+  bool offersCalendarFormat = true;
+
+  bool flushesFully = true;  // whether the file system knows F_FULLFSYNC
+  std::size_t fullFlushes = 0;
+};
+
+/// The world of the test that is running.
+World& world();
+
+/// From the first test on.
+extern bool isWorldReady;
+
+/// A new world for the next test. Constants stay.
+void reset();
+
+/// Objects that have been made and not given back, constants left out.
+long liveObjects();
+
+/// Writes the call down, and answers whether it is to fail.
+bool refused(const char* call);
+
+}  // namespace wenlolib::tests::stubs
+
+#endif

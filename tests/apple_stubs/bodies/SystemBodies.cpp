@@ -1,0 +1,82 @@
+#include <CommonCrypto/CommonDigest.h>
+#include <CoreServices/CoreServices.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/param.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <string>
+
+#include "apple_stubs/bodies/Stubs.h"
+
+using namespace wenlolib::tests::stubs;
+
+OSErr Gestalt(OSType selector, SInt32* response) {
+  const auto found = world().gestalt.find(selector);
+  if (refused("Gestalt") || found == world().gestalt.end()) {
+    *response = 12345;  // a failing call may leave anything behind
+    return -5551;
+  }
+  *response = found->second;
+  return noErr;
+}
+
+int CC_MD5_Init(CC_MD5_CTX* context) {
+  md5_init(context);
+  return 1;
+}
+
+int CC_MD5_Update(CC_MD5_CTX* context, const void* data, CC_LONG length) {
+  md5_update(context, length, static_cast<const uint8_t*>(data));
+  return 1;
+}
+
+int CC_MD5_Final(unsigned char* digest, CC_MD5_CTX* context) {
+  md5_digest(context, MD5_DIGEST_SIZE, digest);
+  return 1;
+}
+
+unsigned char* CC_MD5(const void* data, CC_LONG length, unsigned char* digest) {
+  refused("CC_MD5");
+  CC_MD5_CTX context;
+  CC_MD5_Init(&context);
+  CC_MD5_Update(&context, data, length);
+  CC_MD5_Final(digest, &context);
+  return digest;
+}
+
+// The linker sends the port's calls of these here, and ours of the real ones on.
+extern "C" {
+
+void* __real_dlsym(void* handle, const char* name);
+
+/// A system that has nothing by the names in `World::absent`. A sanitizer asks before it, or the
+/// world, is ready: it gets the real answer, from code that it does not watch.
+__attribute__((no_sanitize("address"))) void* __wrap_dlsym(void* handle, const char* name) {
+  if (!isWorldReady) return __real_dlsym(handle, name);
+  return world().absent.contains(name) ? nullptr : __real_dlsym(handle, name);
+}
+
+int __real_fcntl(int file, int command, ...);
+
+int __wrap_fcntl(int file, int command, ...) {
+  va_list arguments;
+  va_start(arguments, command);
+  auto* argument = va_arg(arguments, char*);
+  va_end(arguments);
+  if (command == F_FULLFSYNC) {
+    ++world().fullFlushes;
+    if (world().flushesFully) return 0;
+    errno = ENOTSUP;
+    return -1;
+  }
+  if (command != F_GETPATH) return __real_fcntl(file, command, argument);
+  const std::string link = "/proc/self/fd/" + std::to_string(file);
+  const ssize_t length = readlink(link.c_str(), argument, MAXPATHLEN - 1);
+  if (refused("fcntl F_GETPATH") || length < 0) return -1;
+  argument[length] = '\0';
+  return 0;
+}
+}

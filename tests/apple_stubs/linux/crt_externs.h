@@ -1,0 +1,11 @@
+/* A library's way to the environment on macOS. */
+#ifndef WENLOLIB_STUB_CRT_EXTERNS_H
+#define WENLOLIB_STUB_CRT_EXTERNS_H
+
+#include <unistd.h>
+
+static inline char*** _NSGetEnviron(void) {
+  return &environ;
+}
+
+#endif

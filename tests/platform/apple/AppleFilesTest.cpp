@@ -1,0 +1,84 @@
+#include "platform/apple/AppleSystemCalls.h"
+#include "platform/apple/StubTest.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/TemporaryFolder.h"
+
+namespace wenlolib::tests {
+namespace {
+
+using platform::Outcome;
+using platform::Publication;
+
+/// On a system that takes names relative to an open folder, and on one from before that.
+class AppleFiles : public StubTest, public testing::WithParamInterface<bool> {
+ protected:
+  AppleFiles() {
+    if (!GetParam()) world.absent = {"openat", "renameat"};
+  }
+  TemporaryFolder folder;
+  platform::posix::Root root{folder.path()};
+  platform::apple::AppleSystemCalls calls;
+  platform::posix::PosixFiles files{root, calls};
+
+  Outcome write(const std::string& name, std::string_view bytes, Publication publication) {
+    return files.writeAtomically("/" + name, bytes, 0666, publication);
+  }
+  [[nodiscard]] bool askedForPaths() const { return !world.calls.empty(); }
+};
+
+TEST_P(AppleFiles, AreReplacedWhole) {
+  EXPECT_EQ(write("file", "old", Publication::replacing), Outcome::written);
+  EXPECT_EQ(write("file", "new", Publication::replacing), Outcome::written);
+  EXPECT_EQ(readFile(folder / "file"), "new");
+  EXPECT_EQ(modeOf(folder / "file"), mode_t{0666});
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"file"});
+  EXPECT_EQ(askedForPaths(), !GetParam());
+}
+
+TEST_P(AppleFiles, AreFlushedThroughTheDrivesOwnCacheWhereTheFileSystemCan) {
+  for (const bool can : {true, false}) {
+    world.flushesFully = can;
+    world.fullFlushes = 0;
+    EXPECT_EQ(write("file", "new", Publication::replacing), Outcome::written);
+    EXPECT_EQ(world.fullFlushes, 1U);
+    EXPECT_EQ(readFile(folder / "file"), "new");
+  }
+}
+
+TEST_P(AppleFiles, AreNewOnlyWhereTheNameIsFree) {
+  EXPECT_EQ(write("file", "first", Publication::asNew), Outcome::written);
+  EXPECT_EQ(write("file", "second", Publication::asNew), Outcome::taken);
+  EXPECT_EQ(readFile(folder / "file"), "first");
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"file"});
+}
+
+TEST_P(AppleFiles, TakeTheNameOfADanglingLink) {
+  ASSERT_EQ(::symlink("nowhere", (folder / "link").c_str()), 0);
+  ASSERT_EQ(::symlink("link target", (folder / "good").c_str()), 0);
+  writeFile(folder / "link target", "kept");
+  EXPECT_EQ(write("link", "new", Publication::asNew), Outcome::written);
+  EXPECT_EQ(readFile(folder / "link"), "new");
+  EXPECT_EQ(write("good", "new", Publication::asNew), Outcome::taken);
+  EXPECT_EQ(readFile(folder / "link target"), "kept");
+}
+
+TEST_P(AppleFiles, AreNotThereWithoutAFolder) {
+  EXPECT_EQ(write("missing/file", "x", Publication::replacing), Outcome::failed);
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>());
+}
+
+TEST_P(AppleFiles, LeaveNothingWhereTheFoldersPathCannotBeTold) {
+  writeFile(folder / "file", "old");
+  refusingEachCall([&](const std::string& refused) {
+    const Outcome outcome = write("file", "old", Publication::replacing);
+    EXPECT_EQ(outcome, refused.empty() ? Outcome::written : Outcome::failed);
+    EXPECT_EQ(readFile(folder / "file"), "old");
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(, AppleFiles, testing::Bool(), [](const auto& each) {
+  return each.param ? "Today" : "BeforeRelativeNames";
+});
+
+}  // namespace
+}  // namespace wenlolib::tests

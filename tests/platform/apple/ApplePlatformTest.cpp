@@ -1,0 +1,72 @@
+#include "platform/apple/ApplePlatform.h"
+
+#include <filesystem>
+
+#include "codec/codec.h"
+#include "front/WENLOLIB.h"
+#include "platform/apple/StubTest.h"
+#include "platform/posix/TemporaryFolder.h"
+#include "support/HostInstallation.h"
+
+namespace wenlolib::tests {
+namespace {
+
+/// A host on the port as a whole, below a root folder of the test's own.
+class ApplePlatform : public StubTest {
+ protected:
+  ApplePlatform() {
+    world.gestalt = {{0x73797331, 10}, {0x73797332, 8}, {0x73797333, 5}};
+    world.container = {true, container};
+    world.preferences = {{"AppleLocale", "de_DE"}};
+    const Dictionary information = {{"CFBundleShortVersionString", "2.1.4"}};
+    world.bundles = {{root.path() + hostBundle, information}};
+    for (const std::string& folder : {printerLogFolder, applicationFolder, configurationFolder}) {
+      std::filesystem::create_directories(root.path() + folder);
+    }
+    const Dictionary preferences = agreedPreferences(services.clock->now(), 100);
+    writeFile(root.path() + preferencePath, services.propertyLists->asXml(preferences).value());
+  }
+
+  TemporaryFolder root;
+  platform::apple::ApplePlatform port{root.path()};
+  const platform::Platform& services = port.services();
+
+ private:
+  platform::Substitute substitute_{services};
+};
+
+std::string between(const std::string& text, const std::string& start, const std::string& end) {
+  const std::size_t before = text.find(start);
+  if (before == std::string::npos) return "(missing)";
+  const std::size_t at = before + start.size();
+  return text.substr(at, text.find(end, at) - at);
+}
+
+TEST_F(ApplePlatform, RecordsFromEndToEnd) {
+  EXPECT_TRUE(WENLOLIB::writePrinterLogInfoWithContents("hello", "App", 0, std::nullopt));
+  const std::string document = readFile(root.path() + printerLogFolder + "/App_1.PLM");
+  EXPECT_EQ(between(document, "<Version>", "<"), "2.1");
+  EXPECT_EQ(between(document, "<OSVersion>", "<"), "M.10.8.5");
+  EXPECT_EQ(between(document, "<Locale>", "<"), "de_DE");
+  EXPECT_EQ(between(document, "<ID>", "<"), "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}");
+  EXPECT_EQ(between(document, "<Date>", ":"), "by the system");  // 10.8 is before the new layout
+  EXPECT_EQ(between(document, "<PLI C=\"", "\""), "R");
+  EXPECT_EQ(between(document, "<PLI C=\"R\">", "<").size(), 10U);
+  EXPECT_TRUE(std::filesystem::exists(root.path() + identifierPath));
+}
+
+TEST_F(ApplePlatform, RecordsByTheOtherCipherWhereTheServiceRefuses) {
+  world.absent = {"SecKeyCreateFromData"};
+  EXPECT_TRUE(WENLOLIB::writePrinterLogInfoWithContents("hello", "App", 0, std::nullopt));
+  const std::string document = readFile(root.path() + printerLogFolder + "/App_1.PLM");
+  EXPECT_EQ(between(document, "<PLI C=\"", "\""), "X");
+}
+
+TEST_F(ApplePlatform, RefusesWhereTheVersionIsUnknown) {
+  world.gestalt.clear();
+  EXPECT_FALSE(WENLOLIB::writePrinterLogInfoWithContents("hello", "App", 0, std::nullopt));
+  EXPECT_TRUE(namesIn(root.path() + printerLogFolder).empty());
+}
+
+}  // namespace
+}  // namespace wenlolib::tests

@@ -1,0 +1,26 @@
+/// What the tests change in this system's Foundation.
+#ifndef WENLOLIB_TESTS_PLATFORM_APPLE_FOUNDATIONDOUBLES_H
+#define WENLOLIB_TESTS_PLATFORM_APPLE_FOUNDATIONDOUBLES_H
+
+#include "base/Text.h"
+
+namespace wenlolib::tests {
+
+/// From the first call on, the file manager offers the container lookup, with this answer.
+void offerContainer(const Text& path);
+
+/// The group that was last looked up.
+Text askedContainer();
+
+/// Whether dates deny that they know calendar-format directives.
+void hideCalendarFormat(bool hidden);
+
+/// Makes a zone so many seconds east of GMT the default one.
+void useTimeZone(int secondsFromGMT);
+
+/// The options with which a document was last parsed.
+unsigned long askedXmlOptions();
+
+}  // namespace wenlolib::tests
+
+#endif

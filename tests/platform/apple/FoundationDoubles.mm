@@ -1,0 +1,83 @@
+#include "platform/apple/FoundationDoubles.h"
+
+#import <Foundation/Foundation.h>
+#include <objc/runtime.h>
+
+namespace wenlolib::tests {
+namespace {
+
+Text containerPath;
+Text askedGroup;
+bool calendarFormatHidden = false;
+unsigned long xmlOptions = 0;
+
+/// The runtime calls it by the types that it really has.
+template <class Function>
+IMP implementation(Function* function) {
+  return reinterpret_cast<IMP>(reinterpret_cast<void*>(function));
+}
+
+Text textOf(NSString* string) {
+  return string == nil ? Text() : Text([string UTF8String]);
+}
+
+NSURL* findContainer(id /*manager*/, SEL /*selector*/, NSString* group) {
+  askedGroup = textOf(group);
+  if (!containerPath) return nil;
+  return [NSURL fileURLWithPath:[NSString stringWithUTF8String:containerPath->c_str()]];
+}
+
+BOOL responds(id date, SEL /*selector*/, SEL asked) {
+  const bool isHidden =
+      calendarFormatHidden && sel_isEqual(asked, @selector(descriptionWithCalendarFormat:
+                                                                                timeZone:locale:));
+  return !isHidden && class_respondsToSelector(object_getClass(date), asked);
+}
+
+using Parse = id (*)(id, SEL, NSString*, NSUInteger, NSError**);
+Parse parse = nullptr;
+
+/// This Foundation reads other meanings into the options: it is handed none.
+id parseWatched(id document, SEL selector, NSString* text, NSUInteger options, NSError** error) {
+  xmlOptions = options;
+  return parse(document, selector, text, 0, error);
+}
+
+}  // namespace
+
+void offerContainer(const Text& path) {
+  containerPath = path;
+  class_addMethod([NSFileManager class],
+                  @selector(containerURLForSecurityApplicationGroupIdentifier:),
+                  implementation(findContainer), "@@:@");
+}
+
+Text askedContainer() {
+  return askedGroup;
+}
+
+void useTimeZone(int secondsFromGMT) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  [NSTimeZone setDefaultTimeZone:[NSTimeZone timeZoneForSecondsFromGMT:secondsFromGMT]];
+  [pool release];
+}
+
+void hideCalendarFormat(bool hidden) {
+  calendarFormatHidden = hidden;
+  class_addMethod([NSDate class], @selector(respondsToSelector:), implementation(responds), "C@::");
+}
+
+unsigned long askedXmlOptions() {
+  return xmlOptions;
+}
+
+/// Before any test.
+const bool watching = [] {
+  const SEL selector = @selector(initWithXMLString:options:error:);
+  const Method method = class_getInstanceMethod([NSXMLDocument class], selector);
+  parse = reinterpret_cast<Parse>(
+      reinterpret_cast<void*>(method_setImplementation(method, implementation(parseWatched))));
+  return true;
+}();
+
+}  // namespace wenlolib::tests

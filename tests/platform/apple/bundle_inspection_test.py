@@ -1,0 +1,141 @@
+#!/usr/bin/env python3
+"""Inspects the plug-in for macOS that scripts/build-macos has built: nothing of it is run.
+
+   bundle_inspection_test.py BUNDLE
+
+Ends with 77, for "skipped", where there is no bundle or one that is older than its sources."""
+import pathlib
+import plistlib
+import re
+import sys
+import unittest
+
+import macho
+from bundle_interface import (CLASSES, IMPORTED, LATE_CALLS, LIBRARIES, OWN_METHODS, SYSTEM)
+
+project = pathlib.Path(__file__).resolve().parents[3]
+bundle = None
+BOOLEAN = {"x86_64": "c", "arm64": "B"}
+OLDEST = {"x86_64": "10.7", "arm64": "11.0"}
+
+
+def compact(encoding):
+    """An encoding without offsets, receiver and selector."""
+    types = re.sub(r"[0-9]+", "", encoding)
+    result, _, arguments = types.partition("@:")
+    return result + arguments
+
+
+def executable():
+    return bundle / "Contents/MacOS/WENLOLIB"
+
+
+class Bundle(unittest.TestCase):
+    def test_has_apples_tree(self):
+        files = {str(path.relative_to(bundle)) for path in bundle.rglob("*") if not path.is_dir()}
+        self.assertEqual(files, {"Contents/Info.plist", "Contents/MacOS/WENLOLIB"})
+
+    def test_tells_what_it_is(self):
+        with open(bundle / "Contents/Info.plist", "rb") as file:
+            information = plistlib.load(file)
+        self.assertEqual(information["CFBundleExecutable"], "WENLOLIB")
+        self.assertEqual(information["CFBundlePackageType"], "BNDL")
+        self.assertEqual(information["CFBundleIdentifier"], "com.orvan.printing.WENLOLIB")
+        self.assertEqual(information["NSPrincipalClass"], "WENLOLIB")
+        for key in ("CFBundleShortVersionString", "CFBundleVersion"):
+            self.assertRegex(information[key], r"^[0-9]+\.[0-9]+\.[0-9]+$")
+
+
+class Executable(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.images = macho.slices(executable().read_bytes())
+
+    def each(self):
+        for architecture, image in self.images.items():
+            with self.subTest(architecture):
+                yield architecture, image
+
+    def test_is_a_bundle_for_both_architectures(self):
+        self.assertEqual(set(self.images), {"x86_64", "arm64"})
+        for architecture, image in self.each():
+            self.assertEqual(image.kind, macho.BUNDLE)
+            self.assertEqual(image.oldest, OLDEST[architecture])
+        self.assertTrue(self.images["arm64"].signed, "Arm runs nothing without a signature")
+
+    def test_exports_its_list(self):
+        lines = (project / "product/exports.txt").read_text().split("\n")
+        names = {"_" + line for line in lines if re.fullmatch(r"\w+", line)}
+        self.assertEqual(len(names), 11)
+        for name in CLASSES:
+            names |= {f"_OBJC_CLASS_$_{name}", f"_OBJC_METACLASS_$_{name}"}
+        for _, image in self.each():
+            self.assertEqual(image.exported(), names)
+
+    def test_loads_nothing_but_the_system(self):
+        for _, image in self.each():
+            self.assertEqual(dict(image.libraries), LIBRARIES)
+
+    def test_imports_what_is_meant(self):
+        for _, image in self.each():
+            for library, names in IMPORTED.items():
+                imported = {(name, weak) for name, path, weak in image.imported()
+                            if path == library}
+                self.assertEqual(imported,
+                                 {("_" + name, LIBRARIES[library]) for name in names.split()})
+
+    def test_imports_no_cxx(self):
+        for _, image in self.each():
+            names = {name for name, path, _ in image.imported() if path == SYSTEM}
+            self.assertGreater(len(names), 50)
+            self.assertEqual({name for name in names if name.startswith("__Z")}, set())
+
+    def test_can_do_without_what_came_late(self):
+        weak = {name for name, path, weak in self.images["x86_64"].imported()
+                if path == SYSTEM and weak}
+        self.assertEqual(weak, LATE_CALLS)
+
+    def test_has_its_classes(self):
+        for architecture, image in self.each():
+            classes = image.classes()
+            self.assertEqual(set(classes), set(CLASSES))
+            for name, expected in CLASSES.items():
+                self.assertEqual(classes[name]["variables"], expected["variables"])
+                for kind in "+-":
+                    self.assert_methods(classes[name][kind], expected[kind], architecture)
+
+    def test_groups_the_records_operations_in_a_category(self):
+        for _, image in self.each():
+            categories = image.classes()["WENLOLIB"]["categories"]
+            self.assertEqual(set(categories), {"WENLOLIBMethods"})
+            self.assertLessEqual(set(CLASSES["WENLOLIB"]["-"]), categories["WENLOLIBMethods"])
+
+    def assert_methods(self, methods, expected, architecture):
+        found = {selector: compact(types) for selector, types in methods.items()
+                 if OWN_METHODS.get(selector) != compact(types)}
+        wanted = {selector: types.replace("Z", BOOLEAN[architecture])
+                  for selector, types in expected.items()}
+        self.assertEqual(found, wanted)
+
+
+def main():
+    global bundle
+    bundle = pathlib.Path(sys.argv.pop(1))
+    if not executable().exists():
+        print("skipped: nothing is built for macOS here; scripts/build-macos does that")
+        return 77
+    built = executable().stat().st_mtime
+    sources = [project / "CMakeLists.txt"]
+    for folder in ("src", "product", "cmake", "tests/apple_stubs"):
+        sources += (path for path in (project / folder).rglob("*") if path.is_file())
+    newer = [path for path in sources if path.stat().st_mtime > built]
+    if newer and "--whatever-its-age" not in sys.argv:
+        print(f"skipped: the plug-in for macOS is older than {newer[0].relative_to(project)}; "
+              "scripts/build-macos builds it")
+        return 77
+    sys.argv = [argument for argument in sys.argv if argument != "--whatever-its-age"]
+    return unittest.main()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
