@@ -1,0 +1,154 @@
+/* What stands between the Objective-C classes and the core.
+ *
+ * Values cross in plain C. Objects that a host passes are read in Objective-C alone, where what
+ * they raise can be caught; the core is called in C++ alone, where what it throws can be caught. So
+ * neither an object nor an exception of one side ever stands in a frame of the other. */
+#ifndef WENLOLIB_OBJC_PRIVATE_H
+#define WENLOLIB_OBJC_PRIVATE_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef enum PlainKind {
+  plainNothing,  /* null, and what cannot be converted */
+  plainShortage, /* what there was no memory to convert */
+  plainBoolean,
+  plainInteger,
+  plainNatural,
+  plainReal,
+  plainDate,
+  plainText,
+  plainData,
+  plainArray,
+  plainDictionary
+} PlainKind;
+
+/* A value. What it points to is its own, from malloc or calloc, until plainFree. */
+typedef struct Plain {
+  PlainKind kind;
+  size_t count; /* of characters, bytes or items; each entry of a dictionary is two items */
+  union {
+    int64_t integer; /* a boolean too */
+    uint64_t natural;
+    double real;     /* a date too, in seconds since 1970 */
+    uint16_t* units; /* a text's characters, in UTF-16 */
+    uint8_t* bytes;
+    struct Plain* items;
+  } as;
+} Plain;
+
+/* Gives back what the value holds, all the way down, and makes it nothing. */
+void plainFree(Plain* plain);
+
+/* The core's operations. Arguments stay the caller's; answers are the caller's to free. Nothing is
+ * thrown; a text that is no Unicode counts as nothing. */
+
+/* A record's fields, lent for one operation. */
+typedef struct CoreRecord {
+  Plain contents, applicationName, otherInfo;
+  Plain identifier, document; /* the operation may replace these two */
+  uint32_t options, fileType;
+} CoreRecord;
+
+void coreTraceEntry(Plain name);
+uint8_t coreIsSupported(uint32_t option);
+uint8_t coreIsSupportedPlm(uint32_t option);
+int32_t coreCreateTask(Plain path, Plain arguments, uint8_t wait);
+uint8_t coreCreateXMLDocument(CoreRecord* record);
+uint8_t coreWriteAppInfo(CoreRecord* record);
+Plain coreCliantVersion(void);
+Plain coreCliantVersionforALM(void);
+Plain coreMarkedOSVersion(void);
+Plain coreLocale(uint32_t options);
+Plain coreIdentifier(void);
+Plain coreDevId(Plain otherInfo);
+Plain coreSerialNum(Plain otherInfo);
+Plain coreRomVersion(Plain otherInfo);
+uint8_t coreIsNewTagTypePrinter(Plain otherInfo);
+
+Plain coreSystemVersion(void);
+int32_t coreSystemVersionNum(void);
+int32_t coreSystemBugFixVersion(void);
+int32_t coreSupportUpperOSVersion(void);
+Plain coreOsVersion(void);
+ptrdiff_t coreCompareSystemVersionNumber(int32_t major, int32_t minor, int32_t otherMajor,
+                                         int32_t otherMinor);
+int32_t coreSystemArchitecture(void);
+
+Plain coreGroupIdentifier(void);
+Plain coreGroupContainerDirPath(void);
+Plain coreAppSupportDirPath(void);
+Plain corePrefDirPath(void);
+Plain coreCacheDirPath(void);
+Plain corePliDirPath(uint8_t flag);
+Plain coreAlmDirPath(void);
+Plain coreConfDirPath(void);
+Plain coreWENLOLIBDirPath(uint8_t flag);
+Plain corePrinterListPath(void);
+Plain coreSurveyInfoPath(void);
+Plain corePrinterListDictionary(void);
+Plain coreSurveyInfoDictionary(void);
+uint8_t coreCreateDir(Plain path);
+
+/* Dates are values of their own kind; any other value gives nothing. */
+Plain coreCalendarFormatString(Plain date, uint8_t isNeedDay);
+Plain coreCalendarWithTimeZoneFormatString(Plain date);
+Plain coreDateFormatWithHourMinSec(Plain date);
+Plain coreReplaceString(Plain string, Plain before, Plain after);
+
+int32_t coreConvertVersionStrToNum(Plain version);
+Plain coreConvertVersionNumToStr(int32_t version);
+Plain coreConvertVersionNumToBiasStr(int32_t version);
+Plain coreConvertVersionStrToBiasStr(Plain version, uint8_t* outOfRange);
+Plain coreConvertBiasVersionStrToVerStr(Plain bias);
+int32_t coreModuleVersion(void);
+int32_t coreModuleVersionFromBundle(void);
+int32_t coreGetandcompLocalSupportVersion(int32_t version);
+
+#ifdef __cplusplus
+}
+#endif
+
+#ifdef __OBJC__
+#import <Foundation/Foundation.h>
+
+/* From a host. Nothing for nil, for an object of another class, and for one that raises; a shortage
+ * where memory runs out. */
+Plain textFrom(id string);
+Plain dateFrom(id date);
+Plain arrayFrom(id array);           /* an item that cannot be converted is nothing */
+Plain dictionaryFrom(id dictionary); /* an entry that cannot be converted is left out */
+Plain dataFrom(id data);
+
+/* For a host: frees the value and answers an autoreleased object; nil for another kind of value. */
+NSString* stringTaking(Plain text);
+NSDictionary* dictionaryTaking(Plain dictionary);
+NSData* dataTaking(Plain data);
+
+/* The host's own object, good until the pool drains; nil for one that raises. */
+id stillGood(id object);
+#endif
+
+#ifdef __cplusplus
+#include "base/Text.h"
+#include "base/Value.h"
+
+namespace wenlolib::objc {
+
+/// What C++ makes of plain values. These need memory and throw where there is none.
+Text textIn(const Plain& plain);
+std::optional<Dictionary> dictionaryIn(const Plain& plain);
+
+/// And back; nothing where there is no memory.
+Plain plain(const Text& text) noexcept;
+Plain plain(const std::optional<Dictionary>& dictionary) noexcept;
+Plain plainBytes(std::string_view bytes) noexcept;
+
+}  // namespace wenlolib::objc
+#endif
+
+#endif

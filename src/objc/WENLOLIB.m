@@ -1,0 +1,287 @@
+#import "objc/WENLOLIB.h"
+
+#import "objc/Private.h"
+
+/* Only for the library's own developers: see base/Trace.h. */
+static void traceEntry(NSString* name) {
+#ifdef WENLOLIB_TRACE_POINTS
+  Plain text = textFrom(name);
+  coreTraceEntry(text);
+  plainFree(&text);
+#else
+  (void)name;
+#endif
+}
+
+/* Whether an identity that the record was given got lost on the way for lack of memory. */
+static BOOL isLost(NSDictionary* given, NSDictionary* held) {
+  Plain again;
+  BOOL lost;
+  if (held != nil) return NO;
+  again = dictionaryFrom(given);
+  lost = again.kind != plainNothing;
+  plainFree(&again);
+  return lost;
+}
+
+@implementation WENLOLIB
+
++ (BOOL)writeAppInfoWithContents:(NSString*)contents
+                            name:(NSString*)name
+                          option:(unsigned int)option {
+  WENLOLIB* record;
+  BOOL written;
+  traceEntry(name);
+  if (![self isSupported:option]) return NO;
+  if (contents == nil || name == nil) return NO;
+  record = [[self alloc] initWithContents:contents name:name option:option];
+  [record setFileType:2];
+  written = [record writeAppInfo];
+  [record autorelease];
+  return written;
+}
+
++ (BOOL)writePrinterLogInfoWithContents:(NSString*)contents
+                                   name:(NSString*)name
+                                 option:(unsigned int)option
+                              otherInfo:(NSDictionary*)otherInfo {
+  WENLOLIB* record;
+  BOOL written;
+  if (![self isSupportedPlm:option]) return NO;
+  if (contents == nil || name == nil) return NO;
+  record = [[self alloc] initWithContents:contents name:name option:option];
+  [record setFileType:1];
+  if (otherInfo != nil) [record serOtherInfo:otherInfo];
+  written = !isLost(otherInfo, record->_otherInfoDict) && [record writeAppInfo];
+  [record autorelease];
+  return written;
+}
+
++ (BOOL)isSupported:(unsigned int)option {
+  return coreIsSupported(option) != 0;
+}
+
+@end
+
+/* A text of the record's own in the place of `held`, unless it is that very object. */
+static void replaceText(NSString** held, NSString* string) {
+  NSString* taken;
+  if (string == *held) return;
+  taken = [stringTaking(textFrom(string)) retain];
+  [*held release];
+  *held = taken;
+}
+
+/* Never nil. */
+static NSString* known(Plain text) {
+  NSString* string = stringTaking(text);
+  return string != nil ? string : @"";
+}
+
+/* What a probe says of the printer's identity. */
+static NSString* identityText(NSDictionary* otherInfo, Plain (*probe)(Plain)) {
+  Plain identity = dictionaryFrom(otherInfo);
+  NSString* text = known(probe(identity));
+  plainFree(&identity);
+  return text;
+}
+
+@implementation WENLOLIB (WENLOLIBMethods)
+
+/* Lets go of everything that the record holds. */
+static void clear(WENLOLIB* self) {
+  [self->_applicationName release];
+  [self->_xmlContents release];
+  [self->_pathToPrefFile release];
+  [self->_prefDictionary release];
+  [self->_xmlDocment release];
+  [self->_libUUID release];
+  [self->_otherInfoDict release];
+  self->_applicationName = self->_xmlContents = self->_pathToPrefFile = self->_libUUID = nil;
+  self->_prefDictionary = self->_otherInfoDict = nil;
+  self->_xmlDocment = nil;
+}
+
+- (id)init {
+  self = [super init];
+  if (self != nil) {
+    clear(self);
+    _options = 0;
+    _fileType = 1;
+  }
+  return self;
+}
+
+- (id)initWithContents:(NSString*)contents {
+  return [self initWithContents:contents name:nil option:0];
+}
+
+- (id)initWithContents:(NSString*)contents name:(NSString*)name {
+  return [self initWithContents:contents name:name option:0];
+}
+
+- (id)initWithContents:(NSString*)contents name:(NSString*)name option:(unsigned int)option {
+  self = [self init];
+  if (self != nil) {
+    [self setContents:contents];
+    [self setApplicationName:name];
+    _options = option;
+  }
+  return self;
+}
+
+- (void)dealloc {
+  clear(self);
+  [super dealloc];
+}
+
+- (void)setContents:(NSString*)contents {
+  replaceText(&_xmlContents, contents);
+}
+
+- (void)setApplicationName:(NSString*)name {
+  replaceText(&_applicationName, name);
+}
+
+- (NSString*)contents {
+  return [[_xmlContents retain] autorelease];
+}
+
+- (NSString*)applicationName {
+  return [[_applicationName retain] autorelease];
+}
+
+- (void)setFileType:(unsigned int)fileType {
+  if (fileType == 1 || fileType == 2) _fileType = fileType;
+}
+
+- (unsigned int)fileType {
+  return _fileType;
+}
+
+- (void)serOtherInfo:(NSDictionary*)otherInfo {
+  NSDictionary* taken = dictionaryTaking(dictionaryFrom(otherInfo));
+  if (taken == nil) return;
+  [taken retain];
+  [_otherInfoDict release];
+  _otherInfoDict = taken;
+}
+
+static CoreRecord lent(WENLOLIB* self) {
+  CoreRecord fields = {.options = self->_options, .fileType = self->_fileType};
+  fields.contents = textFrom(self->_xmlContents);
+  fields.applicationName = textFrom(self->_applicationName);
+  fields.otherInfo = dictionaryFrom(self->_otherInfoDict);
+  fields.identifier = textFrom(self->_libUUID);
+  fields.document = dataFrom(self->_xmlDocment);
+  return fields;
+}
+
+/* No field may get lost on the way for lack of memory: the document would say something else. And
+ * there is no document for a record of an unknown type. */
+static BOOL isWhole(WENLOLIB* self, const CoreRecord* fields) {
+  return (fields->contents.kind == plainText || self->_xmlContents == nil) &&
+         (fields->otherInfo.kind == plainDictionary || self->_otherInfoDict == nil) &&
+         (fields->identifier.kind == plainText || self->_libUUID == nil) &&
+         (fields->document.kind == plainData || self->_xmlDocment == nil) &&
+         (self->_fileType == 1 || self->_fileType == 2);
+}
+
+/* What the operation left becomes the record's. NO where there is no memory for its document: the
+ * record then keeps the one that it had. */
+static BOOL takeBack(WENLOLIB* self, CoreRecord* fields) {
+  const BOOL hasDocument = fields->document.kind == plainData;
+  NSData* document = dataTaking(fields->document);
+  fields->document = (Plain){.kind = plainNothing};
+  if (self->_libUUID == nil) {
+    self->_libUUID = [stringTaking(fields->identifier) retain];
+    fields->identifier = (Plain){.kind = plainNothing};
+  }
+  if (hasDocument && document == nil) return NO;
+  [document retain];
+  [self->_xmlDocment release];
+  self->_xmlDocment = document;
+  return YES;
+}
+
+/* Lets `operation` work on the record's fields. */
+static BOOL performed(WENLOLIB* self, uint8_t (*operation)(CoreRecord*)) {
+  CoreRecord fields = lent(self);
+  BOOL answer = NO;
+  if (isWhole(self, &fields)) {
+    answer = operation(&fields) != 0;
+    answer = takeBack(self, &fields) && answer;
+  }
+  plainFree(&fields.contents);
+  plainFree(&fields.applicationName);
+  plainFree(&fields.otherInfo);
+  plainFree(&fields.identifier);
+  plainFree(&fields.document);
+  return answer;
+}
+
+- (BOOL)WENLOLIBCreateXMLDocument {
+  return performed(self, coreCreateXMLDocument);
+}
+
+- (BOOL)writeAppInfo {
+  return performed(self, coreWriteAppInfo);
+}
+
+- (NSString*)getCliantVersion {
+  return known(coreCliantVersion());
+}
+
+- (NSString*)getCliantVersionforALM {
+  return known(coreCliantVersionforALM());
+}
+
+- (NSString*)getOSVersion {
+  return known(coreMarkedOSVersion());
+}
+
+- (NSString*)getLocale {
+  return known(coreLocale(_options));
+}
+
+- (NSString*)getWENLOLIBId {
+  if (_libUUID == nil) _libUUID = [stringTaking(coreIdentifier()) retain];
+  return _libUUID != nil ? [[_libUUID retain] autorelease] : @"";
+}
+
+- (NSString*)getDevId {
+  return identityText(_otherInfoDict, coreDevId);
+}
+
+- (NSString*)getSerialNum {
+  return identityText(_otherInfoDict, coreSerialNum);
+}
+
+- (NSString*)getRomVersion {
+  return identityText(_otherInfoDict, coreRomVersion);
+}
+
+- (BOOL)isNewTagTypePrinter {
+  Plain identity = dictionaryFrom(_otherInfoDict);
+  const BOOL newer = coreIsNewTagTypePrinter(identity) != 0;
+  plainFree(&identity);
+  return newer;
+}
+
++ (BOOL)isSupportedPlm:(unsigned int)option {
+  return coreIsSupportedPlm(option) != 0;
+}
+
++ (int)createTask:(NSString*)path args:(NSArray*)args wait:(unsigned char)wait {
+  Plain executable = textFrom(path);
+  Plain arguments = arrayFrom(args);
+  int status = 0;
+  if (args == nil || arguments.kind == plainArray) {
+    status = coreCreateTask(executable, arguments, wait);
+  }
+  plainFree(&executable);
+  plainFree(&arguments);
+  return status;
+}
+
+@end

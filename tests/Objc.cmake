@@ -1,0 +1,18 @@
+# The Objective-C bundle, through a host that loads it and sends messages.
+add_executable(objc_host objc/ConversionTest.m objc/EntryPointsTest.m objc/HostileObjects.m
+  objc/HostileTest.m objc/Host.m objc/InterfaceTest.m objc/LifetimeTest.m objc/RecordTest.m
+  objc/ToolkitTest.m)
+target_include_directories(objc_host PRIVATE ${PROJECT_SOURCE_DIR}/src)
+target_link_libraries(objc_host PRIVATE wenlolib_warnings wenlolib_foundation)
+add_dependencies(objc_host WENLOLIB_objc)
+
+set(objc_bundle ${PROJECT_BINARY_DIR}/objc/WENLOLIB.bundle)
+add_test(NAME objc.host COMMAND objc_host ${objc_bundle})
+add_test(NAME objc.check_exports
+  COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB_objc>
+    ${PROJECT_SOURCE_DIR}/product/objc-exports.txt)
+add_test(NAME objc.example
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/objc/example_test.py
+    $<TARGET_FILE:example_objc_host> ${objc_bundle} ${PROJECT_SOURCE_DIR}/examples
+    $<$<TARGET_EXISTS:wenlolib>:$<TARGET_FILE:wenlolib>>)
+set_tests_properties(objc.host objc.example PROPERTIES TIMEOUT 600)

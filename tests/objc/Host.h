@@ -1,0 +1,57 @@
+/* What the test cases share: the classes as they were loaded, a home to record to, and checks. */
+#ifndef WENLOLIB_TESTS_OBJC_HOST_H
+#define WENLOLIB_TESTS_OBJC_HOST_H
+
+#import <Foundation/Foundation.h>
+
+#import "objc/CommonTooWenlolib.h"
+#import "objc/WENLOLIB.h"
+
+/* The bundle is loaded at run time: there is no class to link to, only these. */
+extern Class recordClass;
+extern Class toolkitClass;
+extern NSBundle* bundle;
+
+typedef struct Case {
+  const char* name;
+  void (*run)(void);
+} Case;
+
+extern const Case interfaceCases[], recordCases[], entryPointCases[], toolkitCases[],
+    conversionCases[], hostileCases[], lifetimeCases[];
+
+/* A failed check is printed and fails its case, which goes on. */
+#define CHECK(condition) checked((condition) ? YES : NO, #condition, __FILE__, __LINE__)
+#define CHECK_EQUAL(found, expected) checkedEqual(found, expected, #found, __FILE__, __LINE__)
+#define CHECK_RAISES_NOTHING(statement)                      \
+  do {                                                       \
+    @try {                                                   \
+      statement;                                             \
+    } @catch (...) {                                         \
+      checked(NO, #statement " raised", __FILE__, __LINE__); \
+    }                                                        \
+  } while (0)
+void checked(BOOL holds, const char* what, const char* file, int line);
+void checkedEqual(id found, id expected, const char* what, const char* file, int line);
+
+/* A new home, with the folders and the preferences of a host that was installed 100 days ago and
+ * whose user agreed and chose fr_FR_EURO. Every case begins with one. */
+void useNewHome(void);
+NSString* inSupportFolder(NSString* name); /* "ALM", "PLM/App_1.PLM", ... */
+void writePropertyList(NSDictionary* dictionary, NSString* path);
+void writePreferences(NSDictionary* preferences);
+NSMutableDictionary* agreedPreferences(double daysAgo);
+
+/* A file's text, nil where there is none; names in a folder, in order. */
+NSString* textAt(NSString* path);
+NSArray* namesIn(NSString* folder);
+
+/* What stands between the tags of an element of this name; nil where there is no such element. */
+NSString* elementIn(NSString* document, NSString* name);
+
+/* This month's file of application usage. */
+NSString* monthFile(NSString* application);
+
+NSString* repeated(NSString* text, int times);
+
+#endif
