@@ -1,0 +1,50 @@
+// The document of a large record, against the work that nobody can avoid.
+#include <nettle/arcfour.h>
+#include <nettle/md5.h>
+
+#include <string>
+#include <vector>
+
+#include "Pairs.h"
+#include "TemporaryInstallation.h"
+#include "front/WENLOLIB.h"
+
+namespace wenlolib::bench {
+namespace {
+
+constexpr std::size_t contentsSize = std::size_t{16} << 20;
+
+/// RC4 over n bytes and MD5 over 2n, straight through nettle.
+void bareWork(const std::string& contents, std::vector<std::uint8_t>& buffer) {
+  const std::uint8_t key[16] = {1, 2, 3};
+  arcfour_ctx cipher;
+  arcfour_set_key(&cipher, sizeof key, key);
+  arcfour_crypt(&cipher, contents.size(), buffer.data(),
+                reinterpret_cast<const std::uint8_t*>(contents.data()));
+  md5_ctx context;
+  std::uint8_t digest[MD5_DIGEST_SIZE];
+  md5_init(&context);
+  md5_update(&context, buffer.size(), buffer.data());
+  md5_digest(&context, sizeof digest, digest);
+  benchmark::DoNotOptimize(digest[0]);
+}
+
+void documentOf16MiB(benchmark::State& state) {
+  const TemporaryInstallation installation(WENLOLIB_BENCH_DISK);
+  const std::string contents(contentsSize, 'x');
+  std::vector<std::uint8_t> buffer(2 * contentsSize);
+  const auto record = WENLOLIB::initWithContents(contents, "App", 1);
+  record->setFileType(2);
+  const Pairs pairs(
+      state,
+      [&] {
+        if (!record->WENLOLIBCreateXMLDocument()) state.SkipWithError("no document");
+      },
+      [&] { bareWork(contents, buffer); });
+  state.counters["speed_of_bare"] = 1 / pairs.timesBare();
+  state.counters["at_least"] = 0.5;
+}
+BENCHMARK(documentOf16MiB)->UseManualTime()->Iterations(15)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace wenlolib::bench

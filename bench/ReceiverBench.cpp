@@ -1,0 +1,71 @@
+// Reading a large document, against the work that nobody can avoid.
+#include <nettle/arcfour.h>
+#include <nettle/md5.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Pairs.h"
+#include "RecordedDocument.h"
+#include "TemporaryInstallation.h"
+#include "receiver/Receiver.h"
+
+namespace wenlolib::bench {
+namespace {
+
+constexpr std::size_t contentsSize = std::size_t{16} << 20;
+
+/// MD5 over the whole document and RC4 over as many bytes as there are contents, straight through
+/// nettle.
+void bareWork(const std::string& document, std::vector<std::uint8_t>& buffer) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(document.data());
+  md5_ctx context;
+  std::uint8_t digest[MD5_DIGEST_SIZE];
+  md5_init(&context);
+  md5_update(&context, document.size(), bytes);
+  md5_digest(&context, sizeof digest, digest);
+  arcfour_ctx cipher;
+  arcfour_set_key(&cipher, sizeof digest, digest);
+  arcfour_crypt(&cipher, buffer.size(), buffer.data(), bytes);
+  benchmark::DoNotOptimize(buffer[0]);
+}
+
+bool verify(const std::string& document) {
+  return receiver::examine(document).verdict.sound();
+}
+
+bool decode(const std::string& document) {
+  receiver::Report report = receiver::examine(document);
+  if (!report.document) return false;
+  const auto contents = receiver::contentsOf(std::move(*report.document));
+  return contents && contents->size() == contentsSize;
+}
+
+void readingOf16MiB(benchmark::State& state, bool (*read)(const std::string&)) {
+  const TemporaryInstallation installation(WENLOLIB_BENCH_DISK);
+  const std::string document = recordedDocument(contentsSize);
+  std::vector<std::uint8_t> buffer(contentsSize);
+  const Pairs pairs(
+      state,
+      [&] {
+        if (!read(document)) state.SkipWithError("not read");
+      },
+      [&] { bareWork(document, buffer); });
+  state.counters["speed_of_bare"] = 1 / pairs.timesBare();
+  state.counters["at_least"] = 0.5;
+}
+
+void verifyOf16MiB(benchmark::State& state) {
+  readingOf16MiB(state, verify);
+}
+BENCHMARK(verifyOf16MiB)->UseManualTime()->Iterations(15)->Unit(benchmark::kMillisecond);
+
+void decodeOf16MiB(benchmark::State& state) {
+  readingOf16MiB(state, decode);
+}
+BENCHMARK(decodeOf16MiB)->UseManualTime()->Iterations(15)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace wenlolib::bench
