@@ -2,6 +2,10 @@
 set(product_tests ${CMAKE_CURRENT_SOURCE_DIR}/product)
 
 add_test(NAME verifier COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/verifier/verify_document_test.py)
+add_test(NAME docs.document_format
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/document_format_test.py)
+add_test(NAME docs.examples
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/examples_test.py ${PROJECT_BINARY_DIR})
 
 foreach(part IN ITEMS plugin_library process_state)
   add_library(${part} OBJECT product/${part}.c)
