@@ -41,16 +41,25 @@ const std::string refused[] = {
     "\xFE",
     "\xFF",
     "\xC3",  // cut short
+    "\xE6",
     "\xE6\x97",
+    "\xF0",
+    "\xF0\x9F",
     "\xF0\x9F\x98",
     "\xC3"
     "a",  // not followed
     "\xE6"
+    "a",
+    "\xE6"
     "a\xA5",
     "\xE6\x97"
     "a",
+    "\xF0"
+    "a",
     "\xF0\x9F"
     "aa",
+    "\xF0\x9F"
+    "a\x80",
     "\xF0\x9F\x98"
     "a",
 };

@@ -29,6 +29,23 @@ class Plugin : public InstalledTest {
   std::string logWith(std::span<const WENLOLIBEntry> entries) {
     return logWith(entries.data(), entries.size());
   }
+
+  /// Lets each allocation of `record` fail in turn, until all of them succeed and `file` stands.
+  template <class Record>
+  void expectNoAtEveryShortage(Record record, const std::string& file) {
+    long k = 1;
+    for (bool struck = true; struck && k < 10'000; ++k) {
+      world.files.remove(file);
+      FailingAllocations failing(k);
+      const int answer = record();
+      failing.stop();
+      EXPECT_LE(answer, world.files.at(file) ? 1 : 0) << k;
+      struck = failing.struck();
+    }
+    EXPECT_GT(k, 20);
+    EXPECT_LT(k, 10'000);
+    EXPECT_TRUE(world.files.at(file));
+  }
 };
 
 /// The printer log of `install`'s platform, with these values.
@@ -150,20 +167,13 @@ TEST_F(Plugin, TagTypesAreReadAsTexts) {
 TEST_F(Plugin, MemoryThatRunsOutGivesNoAndNothingThrown) {
   const std::string longText(100, 'x');
   const WENLOLIBEntry entries[] = {{"SN", longText.c_str()}, {"ROMVER", "r"}};
-  const auto record = [&](long k) {
-    world.files.remove(firstLog);
-    FailingAllocations failing(k);
-    const int answer = WENLOLIB_writePrinterLogInfoWithContents(longText.c_str(), "App", 1, entries,
-                                                                std::size(entries));
-    failing.stop();
-    EXPECT_LE(answer, world.files.at(firstLog) ? 1 : 0) << k;
-    return failing.struck();
+  const auto usage = [&] { return WENLOLIB_writeAppInfoWithContents(longText.c_str(), "App", 2); };
+  const auto log = [&] {
+    return WENLOLIB_writePrinterLogInfoWithContents(longText.c_str(), "App", 1, entries,
+                                                    std::size(entries));
   };
-  long k = 1;
-  while (k < 10'000 && record(k)) ++k;
-  EXPECT_GT(k, 20);
-  EXPECT_LT(k, 10'000);
-  EXPECT_TRUE(world.files.at(firstLog));
+  expectNoAtEveryShortage(usage, month);
+  expectNoAtEveryShortage(log, firstLog);
 }
 
 TEST(PluginVersion, IsThreeNumbersAndStaysWhereItIs) {

@@ -117,6 +117,8 @@ TEST(DoRC4Encrypt, NullPointersAndNegativeLengthsFailAndWriteNothing) {
   EXPECT_EQ(DoRC4Encrypt(key, 16, source, -1, result, &length), -1);
   EXPECT_EQ(DoRC4Encrypt(key, 16, source, 4, nullptr, &length), -1);
   EXPECT_EQ(DoRC4Encrypt(key, 16, source, 4, result, nullptr), -1);
+  EXPECT_EQ(DoRC4Encrypt(key, 16, nullptr, 1, result, &length), -1);
+  EXPECT_EQ(DoRC4Encrypt(key, 16, source, 1, nullptr, &length), -1);
   EXPECT_EQ(length, -77);
   for (const std::uint8_t byte : result) EXPECT_EQ(byte, 9);
 }

@@ -26,6 +26,19 @@ TEST(DoEncryptXOR, UsesKeyBytesInACycleOfSixteen) {
   for (std::size_t i = 16; i < 20; ++i) EXPECT_EQ(result[i], source[i] ^ key[i - 16]);
 }
 
+TEST(DoEncryptXOR, WritesNothingBeyondItsCount) {
+  const Key key = countingKey();
+  const std::array<std::uint8_t, 20> source{};
+  for (std::size_t count = 1; count < source.size(); ++count) {
+    std::array<std::uint8_t, 20> result{};
+    result.fill(0x5A);
+    DoEncryptXOR(result.data(), nullptr, source.data(), static_cast<std::int32_t>(count),
+                 key.data());
+    EXPECT_EQ(result[count - 1], key[(count - 1) % 16]);
+    EXPECT_EQ(result[count], 0x5A) << count;
+  }
+}
+
 TEST(DoEncryptXOR, AppliedTwiceGivesTheSourceBackInOneBuffer) {
   const Key key = countingKey();
   std::array<std::uint8_t, 33> buffer{};

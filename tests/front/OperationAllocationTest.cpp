@@ -109,6 +109,27 @@ TEST_F(EveryOperation, DecisionsAreRightOrNo) {
   expectAnswerOr<bool>(false, [] { return WENLOLIB::isSupportedPlm(0); });
 }
 
+TEST_F(EveryOperation, ADecisionAgainstARecordStaysNo) {
+  const auto expectNo = [](const std::function<bool()>& decision) {
+    bool answer = false;
+    const long failed = failEach([&] { answer = decision(); }, [&](bool) { EXPECT_FALSE(answer); });
+    EXPECT_GT(failed, 0);
+  };
+  world.propertyLists.add(preferencePath, agreedPreferences(world.clock.time, 4000));
+  expectNo([] { return WENLOLIB::isSupported(1); });
+  expectNo([] { return WENLOLIB::isSupported(3); });
+  expectNo([] { return WENLOLIB::isSupportedPlm(1); });
+}
+
+TEST_F(EveryOperation, AnOlderTagTypeStaysOld) {
+  const auto record = WENLOLIB::init();
+  record->serOtherInfo(Dictionary{{"NEWTAGTYPE", "NO" + std::string(50, 'o')}});
+  bool answer = false;
+  const long failed = failEach([&] { answer = record->isNewTagTypePrinter(); },
+                               [&](bool) { EXPECT_FALSE(answer); });
+  EXPECT_GT(failed, 0);
+}
+
 TEST_F(EveryOperation, NumbersAreRightOrUnknown) {
   using Toolkit = CommonTooWenlolib;
   expectAnswerOr<std::int32_t>(-1, [] { return Toolkit::getandcompLocalSupportVersion(30100); });

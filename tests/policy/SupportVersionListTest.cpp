@@ -62,6 +62,7 @@ TEST_F(SupportVersionList, WithoutAUsableEntryNothingIsSupported) {
     list(entries);
     EXPECT_EQ(answer(), -1);
   }
+  EXPECT_EQ(world.journal.count("system.gestalt"), 0U);
 }
 
 TEST_F(SupportVersionList, AnUnknownOSVersionIsNotSupported) {
