@@ -11,7 +11,8 @@ build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev nettle-dev uuid-d
 test_packages=(libgtest-dev python3 libxml2-utils libplist-utils tidy binutils)
 
 # How the fuzzer and all that it runs is built; a test build of the same kind can share the folder.
-fuzzer_options=(-DCMAKE_BUILD_TYPE=None -DCMAKE_C_FLAGS="-O1 -g1" -DCMAKE_CXX_FLAGS="-O1 -g1"
+fuzzer_options=(-DCMAKE_BUILD_TYPE=None -DCMAKE_C_FLAGS="-O1 -g1"
+  -DCMAKE_CXX_FLAGS="-O1 -g1 -D_GLIBCXX_ASSERTIONS"
   -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DWENLOLIB_BUILD_FUZZERS=ON
   -DWENLOLIB_BUILD_OBJC=OFF -DWENLOLIB_WARNINGS_AS_ERRORS=ON)
 

@@ -29,7 +29,7 @@ Text majorMinorVersion() {
 
 Text fullOSVersion() {
   const Text version = majorMinorVersion();
-  const std::int32_t bugFix = CommonTooWenlolib::systemBugFixVersion();
+  const std::int32_t bugFix = asked(Selector::bugFixVersion).value_or(-1);
   if (!version || bugFix == -1) return std::nullopt;
   return *version + "." + decimal(bugFix);
 }

@@ -32,6 +32,7 @@ TEST_F(HomeExpanded, ReplacesOnlyALeadingTildeThatStandsForTheUsersHome) {
       {"~/a/b", "/Users/ada/a/b"},
       {"/a/~", "/a/~"},
       {"~bob/a", "~bob/a"},
+      {"~b", "~b"},
       {"/a", "/a"},
       {"", ""},
       {std::nullopt, std::nullopt},

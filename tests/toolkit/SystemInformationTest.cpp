@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <string>
 
 #include "support/PlatformTest.h"
 #include "toolkit/CommonTooWenlolib.h"
+#include "toolkit/SystemInformation.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -123,6 +125,45 @@ TEST_F(SystemInformation, PairsAreComparedMajorsFirst) {
         row.order);
   }
   EXPECT_TRUE(world.journal.lines().empty());
+}
+
+/// A system that has no memory for the answer to one of its questions.
+class ShortSystem : public platform::System {
+ public:
+  explicit ShortSystem(Selector lacking) : lacking_(lacking) {}
+  std::optional<std::int32_t> gestalt(Selector selector) override {
+    if (selector == lacking_) throw std::bad_alloc();
+    return 10;
+  }
+
+ private:
+  Selector lacking_;
+};
+
+TEST_F(SystemInformation, AShortageIsTheFailingAnswerForHosts) {
+  for (const Selector lacking :
+       {Selector::majorVersion, Selector::minorVersion, Selector::bugFixVersion}) {
+    ShortSystem system(lacking);
+    platform::Platform services = world.services;
+    services.system = &system;
+    const platform::Substitute substitute(services);
+    const bool bugFix = lacking == Selector::bugFixVersion;
+    EXPECT_EQ(Toolkit::systemVersion(), bugFix ? Text("10.10") : Text());
+    EXPECT_EQ(Toolkit::systemVersionNum(), -1);
+    EXPECT_EQ(Toolkit::systemBugFixVersion(), bugFix ? -1 : 10);
+    EXPECT_EQ(Toolkit::osVersion(), std::nullopt);
+    EXPECT_EQ(Toolkit::systemArchitecture(), 10);
+    // A document must fail for it, rather than say that the version is unknown.
+    EXPECT_THROW(static_cast<void>(fullOSVersion()), std::bad_alloc);
+  }
+}
+
+TEST_F(SystemInformation, AShortageLeavesTheArchitectureUnknown) {
+  ShortSystem system(Selector::systemArchitecture);
+  platform::Platform services = world.services;
+  services.system = &system;
+  const platform::Substitute substitute(services);
+  EXPECT_EQ(Toolkit::systemArchitecture(), -1);
 }
 
 }  // namespace
