@@ -28,7 +28,6 @@ class OpenFile {
     do {
       number_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     } while (number_ < 0 && errno == EINTR);
-    throwOnShortage(number_);
     number_ = aboveStandard(number_);
     throwOnShortage(number_);
   }

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <thread>
 
@@ -35,6 +36,30 @@ class AtomicFile : public testing::Test {
     return writeAtomically(calls, path, bytes, 0666, Publication::asNew);
   }
 };
+
+/// Opens no folder, but notes which was asked for.
+class AskedForFolder : public WatchedCalls {
+ public:
+  std::string asked;
+  int openFolder(const char* path) override {
+    asked = path;
+    errno = EACCES;
+    return -1;
+  }
+};
+
+TEST_F(AtomicFile, IsMadeInTheFolderOfItsTarget) {
+  const struct {
+    const char *path, *folder;
+  } table[] = {{"/a/b/file", "/a/b"}, {"/a/file", "/a"}, {"/file", "/"},
+               {"a/file", "a"},       {"file", "."},     {"//file", "/"}};
+  for (const auto& row : table) {
+    AskedForFolder asked;
+    EXPECT_EQ(writeAtomically(asked, row.path, "bytes", 0666, Publication::replacing),
+              Outcome::failed);
+    EXPECT_EQ(asked.asked, row.folder) << row.path;
+  }
+}
 
 /// What a power cut leaves depends on the order alone: a name is only given to what is on the disk.
 TEST_F(AtomicFile, IsFlushedBeforeItTakesItsName) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -75,6 +76,42 @@ TEST_F(BoundedRead, GivesAllOfAFileWhoseSizeIsNotToldBeforehand) {
   ASSERT_TRUE(status);
   EXPECT_NE(status->find("Pid:"), std::string::npos);
   EXPECT_EQ(readWhole("/proc/self/status", 16), std::nullopt);
+}
+
+/// Pages of changing protection: each is a line in the kernel's list of this process's memory.
+class ManyMappings {
+ public:
+  ManyMappings() {
+    start_ = ::mmap(nullptr, length, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    for (std::size_t at = 0; start_ != MAP_FAILED && at < length; at += 2 * page) {
+      EXPECT_EQ(::mprotect(static_cast<char*>(start_) + at, page, PROT_READ), 0);
+    }
+  }
+  ~ManyMappings() {
+    if (start_ != MAP_FAILED) ::munmap(start_, length);
+  }
+  ManyMappings(const ManyMappings&) = delete;
+  ManyMappings& operator=(const ManyMappings&) = delete;
+
+ private:
+  const std::size_t page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  const std::size_t length = 400 * page;
+  void* start_ = nullptr;
+};
+
+TEST_F(BoundedRead, ReadsOnWhereTheKernelHandsAFileOutInPieces) {
+  const ManyMappings many;
+  const auto maps = readWhole("/proc/self/maps", 1 << 20);
+  ASSERT_TRUE(maps);
+  EXPECT_GT(maps->size(), 400U * 20);
+  EXPECT_NE(maps->find("[stack]"), std::string::npos);  // among the last of its lines
+  EXPECT_EQ(maps->back(), '\n');
+  EXPECT_EQ(readWhole("/proc/self/maps", 4096), std::nullopt);
+  EXPECT_EQ(readWhole("/proc/self/maps", 10'000), std::nullopt);
+}
+
+TEST_F(BoundedRead, GivesNothingWhereReadingFails) {
+  EXPECT_EQ(readWhole("/proc/self/mem", 1 << 20), std::nullopt);
 }
 
 TEST_F(BoundedRead, GivesABeginningOfAFileThatGrows) {
