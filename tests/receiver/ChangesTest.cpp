@@ -240,6 +240,9 @@ TEST(ReceiverChanges, ATruncatedDocumentThatWasWrongBeforeIsEither) {
   EXPECT_EQ(findingOf(declared.substr(0, half)).fault, Fault::truncated);
   const std::string control = replaced(text, "3.1", "3\x01");
   EXPECT_EQ(findingOf(control.substr(0, half)).fault, Fault::damaged);
+  const std::size_t locale = text.find("<Locale>") + 8;
+  EXPECT_EQ(findingOf(text.substr(0, locale) + "f\x01r"),
+            (Finding{Layer::xml, Fault::damaged, locale + 1, "Locale"}));
   const std::string lastByte = text.substr(0, text.size() - 1) + "X";
   EXPECT_EQ(findingOf(lastByte),
             (Finding{Layer::xml, Fault::damaged, text.size() - 1, "OrvanQXApplication"}));

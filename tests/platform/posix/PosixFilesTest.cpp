@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <filesystem>
+#include <thread>
+#include <vector>
 
 #include "platform/posix/TemporaryFolder.h"
 
@@ -97,6 +100,19 @@ TEST_F(PosixFiles, AFolderThatIsThereKeepsItsPermissions) {
   EXPECT_TRUE(files.createFolder("/a//c", 0700));
   EXPECT_EQ(modeOf(folder / "a"), 0751U);
   EXPECT_EQ(namesIn(folder / "a"), (std::vector<std::string>{"b", "c"}));
+}
+
+TEST_F(PosixFiles, FoldersAreMadeByManyThreadsAtOnce) {
+  for (int round = 0; round < 50; ++round) {
+    const std::string path = "/" + std::to_string(round) + "/a/b/c/d";
+    std::atomic<int> made = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 8; ++thread) {
+      threads.emplace_back([&] { made += files.createFolder(path, 0700) ? 1 : 0; });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(made, 8);
+  }
 }
 
 TEST_F(PosixFiles, NoFolderIsMadeWhereAFileStands) {
