@@ -106,6 +106,18 @@ TEST(ReceiverRepair, EndsItsSearchWhereThereIsTooMuchToTry) {
   EXPECT_EQ(findingOf(six), checksumFault(six, Fault::repaired));
 }
 
+TEST(ReceiverRepair, EndsItsSearchWhereTooManyValuesHoldReferences) {
+  // One was a reference from the start, the others are stray ones that were escaped.
+  ExpectedDocument document = printerWith("R&D", "R&D");
+  document.version = "R&amp;D";
+  document.osVersion = document.locale = document.identifier = "R&D";
+  const std::string six = stored(document);
+  EXPECT_EQ(findingOf(six), checksumFault(six, Fault::repaired));
+  document.printer->romVersion = "R&D";
+  const std::string seven = stored(document);
+  EXPECT_EQ(findingOf(seven), checksumFault(seven, Fault::altered));
+}
+
 TEST(ReceiverRepair, TakesFewAttemptsAtALargeDocument) {
   ExpectedDocument document = printerWith("A&B", "R&amp;D");
   document.contents = std::string(std::size_t{6} << 20, 'x');

@@ -229,6 +229,14 @@ TEST(ExpatXml, WhatCannotBeMendedIsNull) {
   }
 }
 
+TEST(ExpatXml, AValueOfAnyLengthIsLookedAt) {
+  const std::string filler(200'000, 'x');
+  EXPECT_EQ(serialised(between(filler, 66, "")), between(filler, 66, "").text);
+  EXPECT_EQ(serialised(between(filler + "<b>", 66, "")), std::nullopt);
+  EXPECT_EQ(serialised(between("", 66, filler)), between("", 66, filler).text);
+  EXPECT_EQ(serialised(between("", 66, "<b>" + filler)), std::nullopt);
+}
+
 TEST(ExpatXml, ADoctypeIsNeverTaken) {
   EXPECT_EQ(serialised(between("<!DOCTYPE a [<!ENTITY e \"x\">]>", 2, "&e;")), std::nullopt);
 }
