@@ -1,7 +1,5 @@
 // Verifying a folder of many documents, against a bare pass over the same files.
 #include <fcntl.h>
-#include <nettle/arcfour.h>
-#include <nettle/md5.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -13,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "BareWork.h"
 #include "Pairs.h"
 #include "RecordedDocument.h"
 #include "TemporaryInstallation.h"
@@ -54,15 +53,8 @@ bool barePass(const std::string& path, std::vector<std::uint8_t>& buffer) {
   const ssize_t count = file < 0 ? -1 : read(file, buffer.data(), buffer.size());
   if (file >= 0) close(file);
   if (count < static_cast<ssize_t>(2 * contentsSize)) return false;
-  md5_ctx context;
-  std::uint8_t digest[MD5_DIGEST_SIZE];
-  md5_init(&context);
-  md5_update(&context, static_cast<std::size_t>(count), buffer.data());
-  md5_digest(&context, sizeof digest, digest);
-  arcfour_ctx cipher;
-  arcfour_set_key(&cipher, sizeof digest, digest);
-  arcfour_crypt(&cipher, contentsSize, buffer.data(), buffer.data());
-  benchmark::DoNotOptimize(buffer[0]);
+  bareMd5(buffer.data(), static_cast<std::size_t>(count));
+  bareRc4(buffer.data(), buffer.data(), contentsSize);
   return true;
 }
 

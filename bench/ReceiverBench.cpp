@@ -1,12 +1,10 @@
 // Reading a large document, against the work that nobody can avoid.
-#include <nettle/arcfour.h>
-#include <nettle/md5.h>
-
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "BareWork.h"
 #include "Pairs.h"
 #include "RecordedDocument.h"
 #include "TemporaryInstallation.h"
@@ -17,19 +15,10 @@ namespace {
 
 constexpr std::size_t contentsSize = std::size_t{16} << 20;
 
-/// MD5 over the whole document and RC4 over as many bytes as there are contents, straight through
-/// nettle.
+/// MD5 over the whole document and RC4 over as many bytes as there are contents.
 void bareWork(const std::string& document, std::vector<std::uint8_t>& buffer) {
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(document.data());
-  md5_ctx context;
-  std::uint8_t digest[MD5_DIGEST_SIZE];
-  md5_init(&context);
-  md5_update(&context, document.size(), bytes);
-  md5_digest(&context, sizeof digest, digest);
-  arcfour_ctx cipher;
-  arcfour_set_key(&cipher, sizeof digest, digest);
-  arcfour_crypt(&cipher, buffer.size(), buffer.data(), bytes);
-  benchmark::DoNotOptimize(buffer[0]);
+  bareMd5(document.data(), document.size());
+  bareRc4(document.data(), buffer.data(), buffer.size());
 }
 
 bool verify(const std::string& document) {

@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 project=$PWD
 
 # What it takes to build the library, on Debian 12.
-build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev nettle-dev uuid-dev libcli11-dev
+build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev libcli11-dev
   nlohmann-json3-dev)
 
 # What the tests need besides: GoogleTest, and second opinions from other programs.

@@ -12,6 +12,7 @@
 #include "Session.h"
 #include "VisibleText.h"
 #include "cabi/Version.h"
+#include "platform/linux/BuiltIn.h"
 
 namespace {
 
@@ -49,12 +50,19 @@ int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
   return wrongUsage;
 }
 
+/// Without its last line end, which is the parser's to print.
+std::string versionText() {
+  std::string text = std::string("wenlolib ") + wenlolib::productVersion + "\nbuilt in:\n" +
+                     wenlolib::platform::gnulinux::builtInLibraries();
+  text.pop_back();
+  return text;
+}
+
 int run(int count, char** arguments) {
   Session session;
   CLI::App app(firstScreen(), "wenlolib");
   app.set_help_flag("--help,-h", "Show help");
-  app.set_version_flag("--version", std::string("wenlolib ") + wenlolib::productVersion,
-                       "Show the version");
+  app.set_version_flag("--version", versionText(), "Show the version, and what is built in");
   app.add_option("--root", session.root, "Take DIR for the system's root folder")
       ->type_name("DIR")
       ->check(CLI::ExistingDirectory.description(""));

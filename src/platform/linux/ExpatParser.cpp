@@ -6,6 +6,13 @@
 #include <limits>
 #include <new>
 
+#include "platform/posix/Random.h"
+
+/// What the expat that is built in has in the place of `getenv`: see BuiltIn.cmake.
+extern "C" char* wenlolib_noEnvironment(const char* /*name*/) {
+  return nullptr;
+}
+
 namespace wenlolib::platform::gnulinux {
 namespace {
 
@@ -44,11 +51,23 @@ void* reallocate(void* block, std::size_t size) noexcept {
 
 const XML_Memory_Handling_Suite memorySuite = {allocate, reallocate, release};
 
+/// Against names made to collide in expat's tables. Left to itself expat takes it from a function
+/// of the C library that ends the process where the system has no randomness to give.
+unsigned long randomSalt() {
+  const auto bytes = posix::randomBytes();
+  unsigned long salt = 0;
+  if (bytes) std::memcpy(&salt, bytes->data(), sizeof salt);
+  return salt | 1;  // 0 would mean that there is none yet
+}
+
 }  // namespace
 
 ExpatParser::ExpatParser(const char* encoding, std::size_t piece)
-    : parser_(XML_ParserCreate_MM(encoding, &memorySuite, nullptr)),
-      piece_(std::min(piece, pieceBytes)) {}
+    : piece_(std::min(piece, pieceBytes)) {
+  const unsigned long salt = randomSalt();
+  parser_ = XML_ParserCreate_MM(encoding, &memorySuite, nullptr);
+  if (parser_ != nullptr) XML_SetHashSalt(parser_, salt);
+}
 
 ExpatParser::~ExpatParser() {
   XML_ParserFree(parser_);

@@ -51,7 +51,7 @@ class ExpatParser {
   void stop() noexcept;
   [[nodiscard]] bool feedPiece(std::string_view piece, bool final);
 
-  XML_Parser parser_;
+  XML_Parser parser_ = nullptr;
   std::size_t piece_;
   bool stopped_ = false;
   std::exception_ptr thrown_;

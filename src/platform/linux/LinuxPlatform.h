@@ -12,7 +12,7 @@
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/LinuxUser.h"
 #include "platform/linux/LinuxUuids.h"
-#include "platform/linux/NettleCrypto.h"
+#include "platform/linux/MbedCrypto.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixTime.h"
 #include "platform/posix/Root.h"
@@ -41,8 +41,8 @@ class LinuxPlatform {
   LinuxPropertyLists propertyLists_{root_};
   LinuxBundles bundles_{root_};
   LinuxUser user_;
-  NettleDigest digest_;
-  NettleCipher cipher_;
+  MbedDigest digest_;
+  MbedCipher cipher_;
   ExpatXml xml_;
   LinuxUuids uuids_;
   LinuxPrograms programs_{root_};

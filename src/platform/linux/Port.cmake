@@ -1,8 +1,5 @@
 # The Linux port, on libraries that can live in a host's process.
-find_package(EXPAT REQUIRED)
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(NETTLE REQUIRED IMPORTED_TARGET nettle)
-pkg_check_modules(UUID REQUIRED IMPORTED_TARGET uuid)
+include(linux/BuiltIn.cmake)
 
 add_library(wenlolib_port OBJECT
   posix/AtomicFile.cpp
@@ -16,6 +13,7 @@ add_library(wenlolib_port OBJECT
   linux/BinaryPropertyListObjects.cpp
   linux/BinaryPropertyListReader.cpp
   linux/BinaryPropertyListScalars.cpp
+  linux/BuiltIn.cpp
   linux/ExpatParser.cpp
   linux/ExpatXml.cpp
   linux/LinuxBundles.cpp
@@ -27,7 +25,7 @@ add_library(wenlolib_port OBJECT
   linux/LinuxUuids.cpp
   linux/LoadedFrom.cpp
   linux/MarkupRepair.cpp
-  linux/NettleCrypto.cpp
+  linux/MbedCrypto.cpp
   linux/PlainXml.cpp
   linux/PropertyListBuilder.cpp
   linux/PropertyListDates.cpp
@@ -40,4 +38,6 @@ add_library(wenlolib_port OBJECT
   linux/XmlText.cpp
 )
 target_link_libraries(wenlolib_port PUBLIC
-  wenlolib_core EXPAT::EXPAT PkgConfig::NETTLE PkgConfig::UUID ${CMAKE_DL_LIBS})
+  wenlolib_core wenlolib_built_in ${CMAKE_DL_LIBS})
+set_source_files_properties(linux/BuiltIn.cpp PROPERTIES COMPILE_DEFINITIONS
+  "WENLOLIB_EXPAT_PACKAGE=\"${expat_package}\";WENLOLIB_MBEDTLS_PACKAGE=\"${mbedtls_package}\"")

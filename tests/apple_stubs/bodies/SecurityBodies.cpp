@@ -1,5 +1,5 @@
 #include <Security/Security.h>
-#include <nettle/arcfour.h>
+#include <mbedtls/arc4.h>
 
 #include <algorithm>
 
@@ -64,9 +64,10 @@ CFTypeRef SecTransformExecute(SecTransformRef transform, CFErrorRef* error) {
   const auto& keyBytes = behind<DataObject>(key->other, dataType)->bytes;
   const auto& input = behind<DataObject>(items[1], dataType)->bytes;
   auto* output = new DataObject(input.data(), static_cast<CFIndex>(input.size()));
-  arcfour_ctx context;
-  arcfour_set_key(&context, keyBytes.size(), keyBytes.data());
-  arcfour_crypt(&context, input.size(), output->bytes.data(), input.data());
+  mbedtls_arc4_context context;
+  mbedtls_arc4_init(&context);
+  mbedtls_arc4_setup(&context, keyBytes.data(), static_cast<unsigned>(keyBytes.size()));
+  mbedtls_arc4_crypt(&context, input.size(), input.data(), output->bytes.data());
   output->bytes.resize(std::min(world().resultLength, input.size()));
   return reference<CFTypeRef>(output);
 }

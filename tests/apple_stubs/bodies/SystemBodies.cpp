@@ -24,18 +24,16 @@ OSErr Gestalt(OSType selector, SInt32* response) {
 }
 
 int CC_MD5_Init(CC_MD5_CTX* context) {
-  md5_init(context);
-  return 1;
+  mbedtls_md5_init(context);
+  return mbedtls_md5_starts_ret(context) == 0 ? 1 : 0;
 }
 
 int CC_MD5_Update(CC_MD5_CTX* context, const void* data, CC_LONG length) {
-  md5_update(context, length, static_cast<const uint8_t*>(data));
-  return 1;
+  return mbedtls_md5_update_ret(context, static_cast<const uint8_t*>(data), length) == 0 ? 1 : 0;
 }
 
 int CC_MD5_Final(unsigned char* digest, CC_MD5_CTX* context) {
-  md5_digest(context, MD5_DIGEST_SIZE, digest);
-  return 1;
+  return mbedtls_md5_finish_ret(context, digest) == 0 ? 1 : 0;
 }
 
 unsigned char* CC_MD5(const void* data, CC_LONG length, unsigned char* digest) {

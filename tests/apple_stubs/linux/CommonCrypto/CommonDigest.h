@@ -1,8 +1,8 @@
-/* The part of CommonCrypto that the port uses, over nettle. */
+/* The part of CommonCrypto that the port uses, over mbedTLS. */
 #ifndef WENLOLIB_STUB_COMMONDIGEST_H
 #define WENLOLIB_STUB_COMMONDIGEST_H
 
-#include <nettle/md5.h>
+#include <mbedtls/md5.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -10,7 +10,7 @@ extern "C" {
 #endif
 
 typedef uint32_t CC_LONG;
-typedef struct md5_ctx CC_MD5_CTX;
+typedef mbedtls_md5_context CC_MD5_CTX;
 int CC_MD5_Init(CC_MD5_CTX* context);
 int CC_MD5_Update(CC_MD5_CTX* context, const void* data, CC_LONG length);
 int CC_MD5_Final(unsigned char* digest, CC_MD5_CTX* context);

@@ -1,17 +1,17 @@
-/// MD5 and RC4 from nettle: no global state, no provider that may be missing, unloads cleanly.
-#ifndef WENLOLIB_PLATFORM_LINUX_NETTLECRYPTO_H
-#define WENLOLIB_PLATFORM_LINUX_NETTLECRYPTO_H
+/// MD5 and RC4 from mbedTLS: no global state, no environment, no memory of their own.
+#ifndef WENLOLIB_PLATFORM_LINUX_MBEDCRYPTO_H
+#define WENLOLIB_PLATFORM_LINUX_MBEDCRYPTO_H
 
 #include "platform/Crypto.h"
 
 namespace wenlolib::platform::gnulinux {
 
-class NettleDigest : public Digest {
+class MbedDigest : public Digest {
  public:
   Md5Digest md5(Bytes message) noexcept override;
 };
 
-class NettleCipher : public Cipher {
+class MbedCipher : public Cipher {
  public:
   bool rc4(Bytes key, Bytes source, std::uint8_t* destination) noexcept override;
 };

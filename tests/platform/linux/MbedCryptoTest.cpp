@@ -1,4 +1,4 @@
-#include "platform/linux/NettleCrypto.h"
+#include "platform/linux/MbedCrypto.h"
 
 #include <gtest/gtest.h>
 
@@ -10,11 +10,11 @@
 namespace wenlolib::tests {
 namespace {
 
-using platform::gnulinux::NettleCipher;
-using platform::gnulinux::NettleDigest;
+using platform::gnulinux::MbedCipher;
+using platform::gnulinux::MbedDigest;
 using Buffer = std::vector<std::uint8_t>;
 
-TEST(NettleDigest, GivesThePublishedDigests) {
+TEST(MbedDigest, GivesThePublishedDigests) {
   struct Case {
     const char* message;
     const char* digest;
@@ -29,14 +29,14 @@ TEST(NettleDigest, GivesThePublishedDigests) {
          "D174AB98D277D9F5A5611C2C9F419D9F"},
         {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
          "57EDF4A22BE3C955AC49DA2E2107B67A"}}) {
-    EXPECT_EQ(upperHex(NettleDigest().md5(bytesOf(each.message))), each.digest) << each.message;
+    EXPECT_EQ(upperHex(MbedDigest().md5(bytesOf(each.message))), each.digest) << each.message;
   }
 }
 
-TEST(NettleDigest, AgreesWithTheReferenceAtEveryLengthAroundABlock) {
+TEST(MbedDigest, AgreesWithTheReferenceAtEveryLengthAroundABlock) {
   std::string message;
   for (int length = 0; length < 200; ++length) {
-    EXPECT_EQ(NettleDigest().md5(bytesOf(message)), referenceMd5(bytesOf(message))) << length;
+    EXPECT_EQ(MbedDigest().md5(bytesOf(message)), referenceMd5(bytesOf(message))) << length;
     message += static_cast<char>(length * 37);
   }
 }
@@ -45,11 +45,11 @@ TEST(NettleDigest, AgreesWithTheReferenceAtEveryLengthAroundABlock) {
 std::string keystream(const std::string& key, std::size_t offset) {
   const Buffer zeros(offset + 16);
   Buffer stream(zeros.size());
-  EXPECT_TRUE(NettleCipher().rc4(bytesOf(key), zeros, stream.data()));
+  EXPECT_TRUE(MbedCipher().rc4(bytesOf(key), zeros, stream.data()));
   return upperHex(ByteView(stream).subspan(offset));
 }
 
-TEST(NettleCipher, GivesThePublishedKeystreams) {
+TEST(MbedCipher, GivesThePublishedKeystreams) {
   const std::string shorter = fromHex("0102030405");
   const std::string longer = fromHex("0102030405060708090A0B0C0D0E0F10");
   EXPECT_EQ(keystream(shorter, 0), "B2396305F03DC027CCC3524A0A1118A8");
@@ -60,7 +60,7 @@ TEST(NettleCipher, GivesThePublishedKeystreams) {
   EXPECT_EQ(keystream(longer, 4096), "A36A4C301AE8AC13610CCBC12256CACC");
 }
 
-TEST(NettleCipher, MayWriteOverItsSourceInAnyWay) {
+TEST(MbedCipher, MayWriteOverItsSourceInAnyWay) {
   const std::string key = "a key";
   std::string text;
   for (int i = 0; i < 1000; ++i) text += static_cast<char>(i * 11);
@@ -69,29 +69,29 @@ TEST(NettleCipher, MayWriteOverItsSourceInAnyWay) {
     Buffer buffer(4000);
     std::uint8_t* source = buffer.data() + 1500;
     std::ranges::copy(text, source);
-    ASSERT_TRUE(NettleCipher().rc4(bytesOf(key), {source, text.size()}, source + shift));
+    ASSERT_TRUE(MbedCipher().rc4(bytesOf(key), {source, text.size()}, source + shift));
     EXPECT_EQ(upperHex({source + shift, text.size()}), upperHex(bytesOf(expected))) << shift;
   }
 }
 
-TEST(NettleCipher, TakesKeysOf1To256BytesAndRefusesOthersUntouched) {
+TEST(MbedCipher, TakesKeysOf1To256BytesAndRefusesOthersUntouched) {
   for (const unsigned length : {1U, 5U, 16U, 255U, 256U}) {
     const std::string key(length, 'k');
     Buffer result(4);
-    EXPECT_TRUE(NettleCipher().rc4(bytesOf(key), bytesOf("text"), result.data())) << length;
+    EXPECT_TRUE(MbedCipher().rc4(bytesOf(key), bytesOf("text"), result.data())) << length;
     EXPECT_EQ(upperHex(result), upperHex(bytesOf(referenceRc4(bytesOf(key), "text"))));
   }
   for (const unsigned length : {0U, 257U, 1000U}) {
     const std::string key(length, 'k');
     Buffer result(4, 0xEE);
-    EXPECT_FALSE(NettleCipher().rc4(bytesOf(key), bytesOf("text"), result.data())) << length;
+    EXPECT_FALSE(MbedCipher().rc4(bytesOf(key), bytesOf("text"), result.data())) << length;
     EXPECT_EQ(result, Buffer(4, 0xEE));
   }
 }
 
-TEST(NettleCipher, EncryptsNothingWithoutABuffer) {
-  EXPECT_TRUE(NettleCipher().rc4(bytesOf("key"), {}, nullptr));
-  EXPECT_FALSE(NettleCipher().rc4({}, {}, nullptr));
+TEST(MbedCipher, EncryptsNothingWithoutABuffer) {
+  EXPECT_TRUE(MbedCipher().rc4(bytesOf("key"), {}, nullptr));
+  EXPECT_FALSE(MbedCipher().rc4({}, {}, nullptr));
 }
 
 }  // namespace
