@@ -4,15 +4,16 @@
 #include <span>
 #include <string>
 
-#include "base/Answered.h"
+#include "base/Trace.h"
 #include "base/Utf8.h"
 #include "cabi/Version.h"
+#include "front/EntryPoints.h"
 #include "front/WENLOLIB.h"
 
 namespace {
 
-using wenlolib::answered;
 using wenlolib::Dictionary;
+using wenlolib::RecordArguments;
 using wenlolib::Text;
 using wenlolib::WENLOLIB;
 
@@ -42,20 +43,19 @@ int WENLOLIB_isSupportedPlm(uint32_t option) {
 }
 
 int WENLOLIB_writeAppInfoWithContents(const char* contents, const char* name, uint32_t option) {
-  return answered(0, [&] {
-    return WENLOLIB::writeAppInfoWithContents(textFrom(contents), textFrom(name), option) ? 1 : 0;
-  });
+  WENLOLIB_TRACE(" writeAppInfoWithContents %s\n", name == nullptr ? "(null)" : name);
+  const auto given = [&] { return RecordArguments{textFrom(contents), textFrom(name), {}}; };
+  return wenlolib::recordApplicationUsage(option, given) ? 1 : 0;
 }
 
 int WENLOLIB_writePrinterLogInfoWithContents(const char* contents, const char* name,
                                              uint32_t option, const WENLOLIBEntry* otherInfo,
                                              size_t otherInfoCount) {
-  return answered(0, [&] {
-    return WENLOLIB::writePrinterLogInfoWithContents(textFrom(contents), textFrom(name), option,
-                                                     dictionaryFrom(otherInfo, otherInfoCount))
-               ? 1
-               : 0;
-  });
+  const auto given = [&] {
+    return RecordArguments{textFrom(contents), textFrom(name),
+                           dictionaryFrom(otherInfo, otherInfoCount)};
+  };
+  return wenlolib::recordPrinterLog(option, given) ? 1 : 0;
 }
 
 const char* WENLOLIB_version(void) {

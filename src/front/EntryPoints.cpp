@@ -1,32 +1,35 @@
+#include "front/EntryPoints.h"
+
 #include <utility>
 
-#include "base/Answered.h"
 #include "base/Trace.h"
-#include "front/WENLOLIB.h"
 #include "policy/SupportDecision.h"
 #include "policy/Task.h"
 
 namespace wenlolib {
 
+bool written(RecordArguments arguments, std::uint32_t option, std::uint32_t fileType) {
+  if (!arguments.contents || !arguments.name) return false;
+  const auto record =
+      WENLOLIB::initWithContents(std::move(arguments.contents), std::move(arguments.name), option);
+  if (!record) return false;
+  record->setFileType(fileType);
+  record->serOtherInfo(std::move(arguments.otherInfo));
+  return record->writeAppInfo();
+}
+
 bool WENLOLIB::writeAppInfoWithContents(Text contents, Text name, std::uint32_t option) noexcept {
   WENLOLIB_TRACE(" writeAppInfoWithContents %s\n", name ? name->c_str() : "(null)");
-  if (!isSupported(option)) return false;
-  if (!contents || !name) return false;
-  const auto record = initWithContents(std::move(contents), std::move(name), option);
-  if (!record) return false;
-  record->setFileType(2);
-  return record->writeAppInfo();
+  return recordApplicationUsage(option, [&] {
+    return RecordArguments{std::move(contents), std::move(name), std::nullopt};
+  });
 }
 
 bool WENLOLIB::writePrinterLogInfoWithContents(Text contents, Text name, std::uint32_t option,
                                                std::optional<Dictionary> otherInfo) noexcept {
-  if (!isSupportedPlm(option)) return false;
-  if (!contents || !name) return false;
-  const auto record = initWithContents(std::move(contents), std::move(name), option);
-  if (!record) return false;
-  record->setFileType(1);
-  record->serOtherInfo(std::move(otherInfo));
-  return record->writeAppInfo();
+  return recordPrinterLog(option, [&] {
+    return RecordArguments{std::move(contents), std::move(name), std::move(otherInfo)};
+  });
 }
 
 bool WENLOLIB::isSupported(std::uint32_t option) noexcept {

@@ -11,11 +11,10 @@
 #include "probes/Identifier.h"
 #include "probes/Locale.h"
 #include "probes/PrinterIdentity.h"
+#include "toolkit/Names.h"
 
 namespace wenlolib {
 namespace {
-
-constexpr std::uint32_t applicationFileType = 2;
 
 Layout layoutFor(std::uint32_t fileType, const std::optional<Dictionary>& otherInfo) {
   if (fileType == applicationFileType) return Layout::application;

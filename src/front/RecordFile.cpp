@@ -7,11 +7,10 @@
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
+#include "toolkit/OpenFiles.h"
 
 namespace wenlolib {
 namespace {
-
-constexpr std::uint32_t printerLogFileType = 1;
 
 /// Writes `document` to `target`. Where another writer has taken its number since it was found
 /// free, the next free one becomes the target: no record is lost to a race.
@@ -27,15 +26,6 @@ bool writeTo(RecordTarget& target, const Text& folder, const std::string& name,
     outcome = write();
   }
   return outcome == platform::Outcome::written;
-}
-
-/// Opens up whatever file is at `path`: after a failed write the older one, on purpose. Has no say
-/// in the answer.
-void openPermissions(const std::string& path) noexcept {
-  static_cast<void>(answered(false, [&] {
-    platform::Files& files = *platform::current().files;
-    return files.kindAt(path) == platform::Kind::other && files.setPermissions(path, openFileMode);
-  }));
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ class Files {
  public:
   virtual ~Files() = default;
 
+  /// Throws where the platform could not answer (for want of memory, say).
   virtual Kind kindAt(const std::string& path) = 0;
 
   /// Whether a program can be run from the file at `path`; false for a folder.
@@ -33,6 +34,9 @@ class Files {
   virtual Outcome writeAtomically(const std::string& path, std::string_view bytes,
                                   std::uint32_t mode, Publication publication) = 0;
 
+  /// Sets the permissions of the regular file at `path`. False, and nothing is changed, for
+  /// anything else, for a link, and for a file that has another name besides: opening that up could
+  /// open up a stranger's.
   virtual bool setPermissions(const std::string& path, std::uint32_t mode) = 0;
 
   /// Creates a folder and its missing parents, each with the permissions `mode`. True when the

@@ -14,6 +14,8 @@ namespace wenlolib::platform {
 class Clock {
  public:
   virtual ~Clock() = default;
+
+  /// Throws where the platform could not answer.
   virtual Instant now() = 0;
 };
 
@@ -33,7 +35,7 @@ class Calendar {
   virtual ~Calendar() = default;
 
   /// The local time of a date, the fraction of its second dropped; nothing for a date that the
-  /// calendar cannot show.
+  /// calendar cannot show. Throws where the platform could not find out the zone.
   virtual std::optional<LocalTime> localTime(Instant date) = 0;
 
   /// A date by calendar-format directives in the default time zone: %Y four-digit year, %y, %m, %d,

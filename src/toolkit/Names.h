@@ -23,6 +23,10 @@ inline constexpr std::string_view installedBundlePath =
 inline constexpr std::string_view shortVersionKey = "CFBundleShortVersionString";
 inline constexpr std::string_view bundleVersionKey = "CFBundleVersion";
 
+/// The types of record.
+inline constexpr std::uint32_t printerLogFileType = 1;
+inline constexpr std::uint32_t applicationFileType = 2;
+
 /// Read and write for owner, group and others: every file that the library writes.
 inline constexpr std::uint32_t openFileMode = 0666;
 

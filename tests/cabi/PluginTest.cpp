@@ -77,6 +77,22 @@ TEST_F(Plugin, PrinterLogsAreSupportedByTheInstallationDateAlone) {
   EXPECT_EQ(WENLOLIB_isSupportedPlm(1), 0);
 }
 
+/// Looking at any of it would end the process.
+TEST_F(Plugin, ARefusedCallLooksAtNothingThatItIsHanded) {
+  const auto* wild = reinterpret_cast<const char*>(std::uintptr_t{1});
+  const auto* entries = reinterpret_cast<const WENLOLIBEntry*>(std::uintptr_t{8});
+  EXPECT_EQ(WENLOLIB_writeAppInfoWithContents(wild, wild, 3), 0);
+  world.propertyLists.add(preferencePath, agreedPreferences(world.clock.time, 3614));
+  EXPECT_EQ(WENLOLIB_writePrinterLogInfoWithContents(wild, wild, 1, entries, 1000), 0);
+}
+
+TEST_F(Plugin, ARefusedCallCopiesNothing) {
+  const std::string contents(1 << 20, 'c');
+  const CountedAllocations counted;
+  EXPECT_EQ(WENLOLIB_writeAppInfoWithContents(contents.c_str(), "App", 3), 0);
+  EXPECT_LT(counted.largest(), contents.size());
+}
+
 TEST_F(Plugin, ApplicationUsageIsRecorded) {
   EXPECT_EQ(WENLOLIB_writeAppInfoWithContents("größer", "App", 2), 1);
   ExpectedDocument expected;

@@ -109,8 +109,9 @@ TEST_F(DocumentCreation, TheWholeOrderOfCalls) {
       // the probes
       "bundles.ownInformation", "system.gestalt sys1", "system.gestalt sys2", "system.gestalt sys3",
       "user.locale", "user.groupContainer K7MW2PL9QD.QX.common",
-      "propertyLists.read " + configuration, "uuids.create", "propertyLists.asXml",
-      "files.writeAtomically " + configuration + " replacing", "files.kindAt " + configuration,
+      "propertyLists.read " + configuration, "uuids.create", "files.kindAt " + configuration,
+      "propertyLists.asXml", "files.writeAtomically " + configuration + " asNew",
+      "files.kindAt " + configuration,
       // checksum and serialisation
       "digest.md5", "xml.serialised"};
   EXPECT_EQ(world.journal.lines(), expected);

@@ -1,6 +1,11 @@
 // How the identifier's file is written, and what becomes of it where that does not work out.
 #include "probes/IdentifierFile.h"
 
+#include <functional>
+#include <utility>
+
+#include "platform/Forwarding.h"
+
 namespace wenlolib::tests {
 namespace {
 
@@ -58,9 +63,58 @@ TEST_F(IdentifierFile, TheWholeSaveHappensInOrder) {
   static_cast<void>(ofNewRecord());
   EXPECT_EQ(world.journal.lines(),
             (Journal::Lines{"user.groupContainer K7MW2PL9QD.QX.common",
-                            "propertyLists.read " + path, "uuids.create", "propertyLists.asXml",
-                            "files.writeAtomically " + path + " replacing", "files.kindAt " + path,
-                            "files.setPermissions " + path + " 0666"}));
+                            "propertyLists.read " + path, "uuids.create", "files.kindAt " + path,
+                            "propertyLists.asXml", "files.writeAtomically " + path + " asNew",
+                            "files.kindAt " + path, "files.setPermissions " + path + " 0666"}));
+}
+
+/// Another process lays down its configuration between the look and the publication.
+class OvertakenFiles : public platform::ForwardingFiles {
+ public:
+  OvertakenFiles(platform::Files& target, std::function<void()> overtake)
+      : ForwardingFiles(target), overtake_(std::move(overtake)) {}
+  platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
+                                    std::uint32_t mode,
+                                    platform::Publication publication) override {
+    if (overtake_) std::exchange(overtake_, nullptr)();
+    return target_.writeAtomically(path, bytes, mode, publication);
+  }
+
+ private:
+  std::function<void()> overtake_;
+};
+
+TEST_F(IdentifierFile, WhereNoConfigurationStandsTheFirstWritersIdentifierIsEverybodys) {
+  OvertakenFiles overtaken(world.files, [&] {
+    world.propertyLists.add(identifierPath, {{"WENLIBUUID", "{FASTER}"}, {"a", 1}}, 0600);
+  });
+  platform::Platform services = world.services;
+  services.files = &overtaken;
+  const platform::Substitute substitute(services);
+  EXPECT_EQ(ofNewRecord(), "{FASTER}");
+  EXPECT_EQ(stored(), (Dictionary{{"WENLIBUUID", "{FASTER}"}, {"a", 1}}));
+  EXPECT_EQ(world.files.at(identifierPath)->mode, 0600U);
+}
+
+TEST_F(IdentifierFile, WhereTheFirstWriterLeftNoIdentifierItIsAddedToTheFile) {
+  OvertakenFiles overtaken(world.files, [&] {
+    world.propertyLists.add(identifierPath, {{"a", 1}}, 0600);
+  });
+  platform::Platform services = world.services;
+  services.files = &overtaken;
+  const platform::Substitute substitute(services);
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(stored(), (Dictionary{{"WENLIBUUID", firstMade}, {"a", 1}}));
+  EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U);
+}
+
+TEST_F(IdentifierFile, WhereTheFirstWriterLeftNoPropertyListItIsReplacedWhole) {
+  OvertakenFiles overtaken(world.files, [&] { world.files.addFile(identifierPath, "no list"); });
+  platform::Platform services = world.services;
+  services.files = &overtaken;
+  const platform::Substitute substitute(services);
+  EXPECT_EQ(ofNewRecord(), firstMade);
+  EXPECT_EQ(stored(), (Dictionary{{"WENLIBUUID", firstMade}}));
 }
 
 TEST_F(IdentifierFile, AContainerBelowTheTildeIsReadAndWrittenBelowTheHomeFolder) {
@@ -73,7 +127,7 @@ TEST_F(IdentifierFile, AContainerBelowTheTildeIsReadAndWrittenBelowTheHomeFolder
   EXPECT_EQ(world.propertyLists.at("/Users/ada" + inFolder),
             (Dictionary{{"WENLIBUUID", firstMade}}));
   // The permissions are those of the path as it was built, at which nothing stands.
-  EXPECT_EQ(world.journal.linesOf("files.kindAt"), (Journal::Lines{"files.kindAt ~" + inFolder}));
+  EXPECT_EQ(world.journal.linesOf("files.kindAt").back(), "files.kindAt ~" + inFolder);
   EXPECT_EQ(world.journal.count("files.setPermissions"), 0U);
 
   world.files.addFile("~" + inFolder, "", 0600);

@@ -35,11 +35,8 @@ struct Answer {
 class Pipe {
  public:
   Pipe() {
-    if (::pipe(ends_.data()) != 0) ends_ = {-1, -1};
-    for (int& end : ends_) {
-      end = posix::aboveStandard(end);
-      if (end >= 0) static_cast<void>(::fcntl(end, F_SETFD, FD_CLOEXEC));
-    }
+    if (!posix::pipeAboveStandard(ends_, ::pipe)) return;
+    for (const int end : ends_) static_cast<void>(::fcntl(end, F_SETFD, FD_CLOEXEC));
   }
   ~Pipe() {
     closeEnd(ends_[0]);

@@ -33,14 +33,15 @@ std::string pathOf(int folder, const char* name) {
 int AppleSystemCalls::create(int folder, const char* name) {
   if (takesFolders()) return SystemCalls::create(folder, name);
   const std::string path = pathOf(folder, name);
-  const int created =
-      ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-  const int file = posix::aboveStandard(created);
-  if (created >= 0 && file < 0) {
-    static_cast<void>(::unlink(path.c_str()));
-    errno = EMFILE;
-  }
-  return file;
+  constexpr int access = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  return posix::madeAboveStandard([&] { return ::open(path.c_str(), access, 0600); },
+                                  [&] { static_cast<void>(::unlink(path.c_str())); });
+}
+
+int AppleSystemCalls::open(int folder, const char* name) {
+  if (takesFolders()) return SystemCalls::open(folder, name);
+  constexpr int access = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  return posix::aboveStandard(::open(pathOf(folder, name).c_str(), access));
 }
 
 int AppleSystemCalls::flush(int file) {
@@ -72,12 +73,12 @@ int AppleSystemCalls::remove(int folder, const char* name) {
   return ::unlink(pathOf(folder, name).c_str());
 }
 
-bool AppleSystemCalls::isDanglingLink(int folder, const char* name) {
-  if (takesFolders()) return SystemCalls::isDanglingLink(folder, name);
+int AppleSystemCalls::status(int folder, const char* name, posix::Links links,
+                             struct stat& status) {
+  if (takesFolders()) return SystemCalls::status(folder, name, links, status);
   const std::string path = pathOf(folder, name);
-  struct stat status {};
-  return ::stat(path.c_str(), &status) != 0 && ::lstat(path.c_str(), &status) == 0 &&
-         S_ISLNK(status.st_mode);
+  return links == posix::Links::followed ? ::stat(path.c_str(), &status)
+                                         : ::lstat(path.c_str(), &status);
 }
 
 }  // namespace wenlolib::platform::apple

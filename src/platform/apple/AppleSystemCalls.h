@@ -11,12 +11,13 @@ namespace wenlolib::platform::apple {
 class AppleSystemCalls : public posix::SystemCalls {
  public:
   int create(int folder, const char* name) override;
+  int open(int folder, const char* name) override;
   int flush(int file) override;
   int rename(int folder, const char* from, const char* to) override;
   int renameWithoutReplacing(int folder, const char* from, const char* to) override;
   int link(int folder, const char* from, const char* to) override;
   int remove(int folder, const char* name) override;
-  bool isDanglingLink(int folder, const char* name) override;
+  int status(int folder, const char* name, posix::Links links, struct stat& status) override;
 };
 
 }  // namespace wenlolib::platform::apple

@@ -9,13 +9,18 @@
 #include "platform/linux/LinuxPropertyLists.h"
 #include "platform/linux/LoadedFrom.h"
 #include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {
 
 bool isFolder(const std::string& path) {
   struct stat status {};
-  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (posix::uninterrupted([&] { return ::stat(path.c_str(), &status); }) == 0) {
+    return S_ISDIR(status.st_mode);
+  }
+  posix::throwUnlessAnswer(errno);
+  return false;
 }
 
 std::optional<Dictionary> informationIn(const Text& bundle) {
@@ -29,7 +34,9 @@ std::optional<Dictionary> informationIn(const Text& bundle) {
 Text resolved(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr),
                                                          &std::free);
-  return real ? Text(real.get()) : Text();
+  if (real) return real.get();
+  posix::throwUnlessAnswer(errno);
+  return std::nullopt;
 }
 
 Text bundleByName(std::string_view sharedObject) {

@@ -29,8 +29,8 @@ namespace {
 class Pipe {
  public:
   Pipe() {
-    if (pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK) != 0) ends_ = {-1, -1};
-    for (int& end : ends_) end = posix::aboveStandard(end);
+    const auto make = [](int* ends) { return pipe2(ends, O_CLOEXEC | O_NONBLOCK); };
+    static_cast<void>(posix::pipeAboveStandard(ends_, make));
   }
   ~Pipe() {
     for (const int end : ends_) {

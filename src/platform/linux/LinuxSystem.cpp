@@ -4,6 +4,8 @@
 
 #include <charconv>
 
+#include "platform/posix/Errors.h"
+
 namespace wenlolib::platform::gnulinux {
 namespace {
 
@@ -41,9 +43,11 @@ std::optional<KernelVersion> kernelVersion(std::string_view release) noexcept {
   return KernelVersion{*major, *minor, patch.value_or(0)};
 }
 
-std::optional<KernelVersion> runningKernel() noexcept {
+std::optional<KernelVersion> runningKernel() {
   utsname names{};
-  return uname(&names) == 0 ? kernelVersion(names.release) : std::nullopt;
+  if (posix::uninterrupted([&] { return uname(&names); }) == 0) return kernelVersion(names.release);
+  posix::throwUnlessAnswer(errno);
+  return std::nullopt;
 }
 
 std::optional<std::int32_t> LinuxSystem::gestalt(Selector selector) {

@@ -20,8 +20,9 @@ struct KernelVersion {
 /// level is 0. Nothing when it does not begin with two numbers.
 [[nodiscard]] std::optional<KernelVersion> kernelVersion(std::string_view release) noexcept;
 
-/// The version of the running kernel; nothing when it cannot be told.
-[[nodiscard]] std::optional<KernelVersion> runningKernel() noexcept;
+/// The version of the running kernel; nothing when it cannot be told. Throws std::system_error
+/// where the system could not answer.
+[[nodiscard]] std::optional<KernelVersion> runningKernel();
 
 class LinuxSystem : public System {
  public:

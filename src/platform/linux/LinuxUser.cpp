@@ -12,6 +12,7 @@
 
 #include "base/Utf8.h"
 #include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {
@@ -40,8 +41,9 @@ Text passwordField(char* passwd::*field) {
   passwd* found = nullptr;
   for (std::vector<char> buffer(1024); buffer.size() <= largest; buffer.resize(2 * buffer.size())) {
     const int status = getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
-    if (status == EINTR) continue;
-    if (status != ERANGE) return found == nullptr ? Text() : usable(found->*field);
+    if (status == EINTR || status == ERANGE) continue;
+    if (status != 0) posix::throwUnlessAnswer(status);
+    return found == nullptr ? Text() : usable(found->*field);
   }
   return std::nullopt;
 }

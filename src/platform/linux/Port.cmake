@@ -14,6 +14,7 @@ add_library(wenlolib_port OBJECT
   linux/BinaryPropertyListReader.cpp
   linux/BinaryPropertyListScalars.cpp
   linux/BuiltIn.cpp
+  linux/ExceptionStorage.cpp
   linux/ExpatParser.cpp
   linux/ExpatXml.cpp
   linux/LinuxBundles.cpp
@@ -37,6 +38,13 @@ add_library(wenlolib_port OBJECT
   linux/XmlPropertyListReader.cpp
   linux/XmlText.cpp
 )
+# Descriptors for thread-local bytes are what Arm has anyway; on Intel they have to be asked for.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-mtls-dialect=gnu2 WENLOLIB_TLS_DESCRIPTORS)
+if(WENLOLIB_TLS_DESCRIPTORS)
+  set_source_files_properties(linux/ExceptionStorage.cpp PROPERTIES
+    COMPILE_OPTIONS -mtls-dialect=gnu2)
+endif()
 target_link_libraries(wenlolib_port PUBLIC
   wenlolib_core wenlolib_built_in ${CMAKE_DL_LIBS})
 set_source_files_properties(linux/BuiltIn.cpp PROPERTIES COMPILE_DEFINITIONS

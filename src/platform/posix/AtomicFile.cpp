@@ -6,18 +6,22 @@
 #include <cerrno>
 #include <optional>
 
+#include "platform/posix/Errors.h"
 #include "platform/posix/Random.h"
+
+// How a file takes a name that must stay with whoever has it
+//
+// By a rename that does not replace; where the kernel or the file system has none, by a second
+// link; where there are no links either, under a claim: a hidden file made from the name, which
+// only one writer at a time can create, and under which the name is looked at once more. A claim
+// that was left behind by a process that was killed counts for a minute.
 
 namespace wenlolib::platform::posix {
 namespace {
 
-/// Repeats a call for as long as a signal interrupts it.
-template <class Call>
-auto uninterrupted(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
+constexpr std::string_view unfinishedSuffix = ".tmp";
+constexpr std::size_t longestName = 255;
+constexpr time_t claimSeconds = 60;
 
 class Descriptor {
  public:
@@ -61,14 +65,23 @@ std::optional<std::string> unguessableName() {
   for (const std::uint8_t byte : *bytes) {
     name.append({"0123456789abcdef"[byte >> 4], "0123456789abcdef"[byte & 15]});
   }
-  return name + ".tmp";
+  return name.append(unfinishedSuffix);
+}
+
+/// The same for every writer who is after `name`. Of a name without room for more its end, where a
+/// number stands, decides.
+std::string claimName(std::string_view name) {
+  constexpr std::size_t room = longestName - unfinishedPrefix.size() - unfinishedSuffix.size();
+  name.remove_prefix(name.size() - std::min(name.size(), room));
+  return std::string(unfinishedPrefix).append(name).append(unfinishedSuffix);
 }
 
 /// Writing past the process's limit would not only fail but raise a signal that ends the host.
 bool withinFileSizeLimit(std::size_t length) {
   rlimit limit{};
-  return getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY ||
-         length <= limit.rlim_cur;
+  // A sandbox that does not tell has no limit to speak of.
+  if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return isAnswer(errno);
+  return limit.rlim_cur == RLIM_INFINITY || length <= limit.rlim_cur;
 }
 
 bool writeWhole(SystemCalls& calls, int file, std::string_view bytes) {
@@ -90,26 +103,114 @@ bool fill(SystemCalls& calls, int number, std::string_view bytes, mode_t mode) {
   return file.close();
 }
 
-bool replaced(Unfinished& file, const std::string& name) {
-  if (file.calls.rename(file.folder, file.name.c_str(), name.c_str()) != 0) return false;
+bool renamed(Unfinished& file, const std::string& name) {
+  const int result = uninterrupted(
+      [&] { return file.calls.rename(file.folder, file.name.c_str(), name.c_str()); });
+  if (result != 0) return false;
   file.present = false;
   return true;
 }
 
+/// Whether nothing stands at a name. A link that leads nowhere is nothing.
+bool isFree(SystemCalls& calls, int folder, const std::string& name) {
+  struct stat status {};
+  const int result =
+      uninterrupted([&] { return calls.status(folder, name.c_str(), Links::followed, status); });
+  if (result != 0) throwUnlessAnswer(errno);
+  return result != 0;
+}
+
+/// What a name itself stands for; nothing where it stands for nothing.
+std::optional<struct stat> statusOf(SystemCalls& calls, int folder, const std::string& name) {
+  struct stat status {};
+  const int result =
+      uninterrupted([&] { return calls.status(folder, name.c_str(), Links::notFollowed, status); });
+  return result == 0 ? std::optional(status) : std::nullopt;
+}
+
+/// Whether the unfinished file has taken its other name although the call said no: over a network
+/// a request may be repeated whose first answer was lost.
+bool isLinked(const Unfinished& file) {
+  const auto status = statusOf(file.calls, file.folder, file.name);
+  return status && status->st_nlink == 2;
+}
+
+/// The right to take a name, as long as it lives. The claim itself is never in a reader's way.
+class Claim {
+ public:
+  Claim(const Unfinished& file, const std::string& name) : file_(file), name_(claimName(name)) {
+    state_ = made();
+    if (state_ == Outcome::taken && brokenStale()) state_ = made();
+  }
+  ~Claim() {
+    if (state_ == Outcome::written) {
+      static_cast<void>(file_.calls.remove(file_.folder, name_.c_str()));
+    }
+  }
+  Claim(const Claim&) = delete;
+  Claim& operator=(const Claim&) = delete;
+
+  /// `taken` while another writer has it; `failed` where none can be made.
+  [[nodiscard]] Outcome state() const { return state_; }
+
+ private:
+  Outcome made() {
+    const int number =
+        uninterrupted([&] { return file_.calls.create(file_.folder, name_.c_str()); });
+    if (number < 0) return errno == EEXIST ? Outcome::taken : Outcome::failed;
+    const Descriptor claim(file_.calls, number);
+    return Outcome::written;
+  }
+
+  /// By the clock of the file system, which wrote the unfinished file a moment ago.
+  bool isStale(const struct stat& claim) const {
+    const auto now = statusOf(file_.calls, file_.folder, file_.name);
+    return now && claim.st_mtime + claimSeconds < now->st_mtime;
+  }
+
+  /// Removes a claim that nobody holds any more. Only who has locked that very file may: two who
+  /// saw it would otherwise remove, one after the other, it and the fresh claim of the first.
+  bool brokenStale() {
+    const auto seen = statusOf(file_.calls, file_.folder, name_);
+    if (!seen || !isStale(*seen)) return false;
+    const Descriptor claim(
+        file_.calls, uninterrupted([&] { return file_.calls.open(file_.folder, name_.c_str()); }));
+    if (!claim.valid() || file_.calls.lock(claim.number()) != 0) return false;
+    const auto still = statusOf(file_.calls, file_.folder, name_);
+    if (!still || still->st_ino != seen->st_ino || !isStale(*still)) return false;
+    return file_.calls.remove(file_.folder, name_.c_str()) == 0;
+  }
+
+  const Unfinished& file_;
+  std::string name_;
+  Outcome state_;
+};
+
+Outcome publishUnderClaim(Unfinished& file, const std::string& name) {
+  const Claim claim(file, name);
+  if (claim.state() != Outcome::written) return claim.state();
+  if (!isFree(file.calls, file.folder, name)) return Outcome::taken;
+  return renamed(file, name) ? Outcome::written : Outcome::failed;
+}
+
 Outcome publishAsNew(Unfinished& file, const std::string& name) {
   SystemCalls& calls = file.calls;
-  if (calls.renameWithoutReplacing(file.folder, file.name.c_str(), name.c_str()) == 0) {
+  const auto taking = [&](auto call) {
+    return uninterrupted(
+        [&] { return (calls.*call)(file.folder, file.name.c_str(), name.c_str()); });
+  };
+  if (taking(&SystemCalls::renameWithoutReplacing) == 0) {
     file.present = false;
     return Outcome::written;
   }
-  // Old kernels and some file systems cannot do that; a second link has the same effect.
-  if (errno != EEXIST && calls.link(file.folder, file.name.c_str(), name.c_str()) == 0) {
-    return Outcome::written;
+  bool exists = errno == EEXIST;
+  if (!exists) {
+    if (taking(&SystemCalls::link) == 0) return Outcome::written;
+    exists = errno == EEXIST;
+    if (exists && isLinked(file)) return Outcome::written;
   }
-  // A link that leads nowhere counts as free, and so is replaced.
-  if (errno == EEXIST && !calls.isDanglingLink(file.folder, name.c_str())) return Outcome::taken;
-  // A dangling link, or a file system without links: no better way is left.
-  return replaced(file, name) ? Outcome::written : Outcome::failed;
+  if (exists && !isFree(calls, file.folder, name)) return Outcome::taken;
+  return publishUnderClaim(file, name);
 }
 
 }  // namespace
@@ -134,7 +235,7 @@ Outcome writeAtomically(SystemCalls& calls, const std::string& path, std::string
   file.present = true;
   if (!fill(calls, number, bytes, mode)) return Outcome::failed;
   if (publication == Publication::asNew) return publishAsNew(file, name);
-  return replaced(file, name) ? Outcome::written : Outcome::failed;
+  return renamed(file, name) ? Outcome::written : Outcome::failed;
 }
 
 }  // namespace wenlolib::platform::posix

@@ -6,30 +6,42 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
+#include <chrono>
+#include <thread>
 
+#include "platform/posix/Errors.h"
 #include "platform/posix/StandardDescriptors.h"
 
 namespace wenlolib::platform::posix {
 namespace {
 
-/// A lack of descriptors or memory says nothing about a file. It must not be taken for a broken
-/// one, which would be replaced.
-void throwOnShortage(ssize_t result) {
-  if (result >= 0) return;
-  if (errno == EMFILE || errno == ENFILE || errno == ENOMEM) {
-    throw std::system_error(errno, std::generic_category());
+int openOnce(const char* path) {
+  return uninterrupted([&] { return ::open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+}
+
+/// Whoever holds a lease on the file has been asked for it by the first call, and may be about to
+/// give it up.
+int openPatiently(const char* path) {
+  constexpr int waits = 100;  // of 10 ms
+  int file = openOnce(path);
+  for (int i = 0; i < waits && file < 0 && errno == EAGAIN; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    file = openOnce(path);
   }
+  return file;
+}
+
+/// A socket or a device, whatever kept it from being opened.
+bool isSpecial(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
 class OpenFile {
  public:
-  explicit OpenFile(const std::string& path) {
-    do {
-      number_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    } while (number_ < 0 && errno == EINTR);
-    number_ = aboveStandard(number_);
-    throwOnShortage(number_);
+  explicit OpenFile(const std::string& path) : number_(aboveStandard(openPatiently(path.c_str()))) {
+    const int error = errno;
+    if (number_ < 0 && !isAnswer(error) && !isSpecial(path)) throwUnlessAnswer(error);
   }
   ~OpenFile() {
     if (number_ >= 0) static_cast<void>(::close(number_));
@@ -45,16 +57,21 @@ class OpenFile {
 /// The size of a regular file, or nothing.
 std::optional<std::size_t> regularSize(int file) {
   struct stat status {};
-  if (file < 0 || ::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if (file < 0) return std::nullopt;
+  if (uninterrupted([&] { return ::fstat(file, &status); }) != 0) {
+    throwUnlessAnswer(errno);
+    return std::nullopt;
+  }
+  if (!S_ISREG(status.st_mode)) return std::nullopt;
   return static_cast<std::size_t>(status.st_size);
 }
 
-ssize_t readSome(int file, char* bytes, std::size_t length) {
-  ssize_t count = 0;
-  do {
-    count = ::read(file, bytes, length);
-  } while (count < 0 && errno == EINTR);
-  throwOnShortage(count);
+/// At a place of its own in the file: for a moment its descriptor may have had the number of a
+/// closed standard stream, and a thread of the host's that read there has moved on in it.
+ssize_t readAt(int file, std::size_t place, char* bytes, std::size_t length) {
+  const auto offset = static_cast<off_t>(place);
+  const ssize_t count = uninterrupted([&] { return ::pread(file, bytes, length, offset); });
+  if (count < 0) throwUnlessAnswer(errno);
   return count;
 }
 
@@ -71,7 +88,8 @@ std::optional<std::string> readWhole(const std::string& path, std::size_t bound)
   std::string bytes(std::min(std::max(*size + 1, least), bound + 1), '\0');
   std::size_t length = 0;
   while (true) {
-    const ssize_t count = readSome(file.number(), bytes.data() + length, bytes.size() - length);
+    const ssize_t count =
+        readAt(file.number(), length, bytes.data() + length, bytes.size() - length);
     if (count < 0) return std::nullopt;
     if (count == 0) break;
     length += static_cast<std::size_t>(count);

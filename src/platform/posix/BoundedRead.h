@@ -9,8 +9,9 @@
 namespace wenlolib::platform::posix {
 
 /// All of a regular file of at most `bound` bytes, links followed. Nothing for anything else: no
-/// file, a larger one, a folder, a device, a pipe (which is not waited for), a failed read.
-/// Throws std::system_error where the process or the system is short of descriptors or memory.
+/// file, a larger one, a folder, a device, a pipe (which is not waited for), one that this user may
+/// not read. Throws std::system_error where the system could not answer (see Errors.h): a lack of
+/// memory or descriptors, a failed read, a lease on the file that was not given up in a second.
 [[nodiscard]] std::optional<std::string> readWhole(const std::string& path, std::size_t bound);
 
 }  // namespace wenlolib::platform::posix

@@ -7,15 +7,22 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "base/Integer.h"
 #include "platform/posix/AtomicFile.h"
 #include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
+#include "platform/posix/StandardDescriptors.h"
 
 namespace wenlolib::platform::posix {
 namespace {
 
+/// Throws where the system could not answer: what is at the path would pass for nothing.
 Kind kindOf(const std::string& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return Kind::nothing;
+  if (uninterrupted([&] { return ::stat(path.c_str(), &status); }) != 0) {
+    throwUnlessAnswer(errno);
+    return Kind::nothing;
+  }
   return S_ISDIR(status.st_mode) ? Kind::folder : Kind::other;
 }
 
@@ -28,18 +35,41 @@ bool canBeRun(const std::string& path) {
 #endif
 }
 
-/// Asks first: setting the mode that a file has would still write to the file system's journal.
-bool changeMode(const std::string& path, std::uint32_t mode) {
+/// A file that stands at its path alone: another name of it may be anybody's.
+bool hasOneName(const struct stat& status) {
+  return S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+/// Changes the mode of what is at the path itself, never of what a link there leads to.
+#ifdef __APPLE__
+bool changeModeThere(const std::string& path, mode_t mode) {
+  return ::lchmod(path.c_str(), mode) == 0;
+}
+#else
+bool changeModeThere(const std::string& path, mode_t mode) {
+  const int file = aboveStandard(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  if (file < 0) return false;
   struct stat status {};
-  if (::stat(path.c_str(), &status) == 0 && (status.st_mode & 07777) == mode) return true;
-  return ::chmod(path.c_str(), static_cast<mode_t>(mode)) == 0;
+  const std::string opened = "/proc/self/fd/" + decimal(file);
+  const bool changed =
+      ::fstat(file, &status) == 0 && hasOneName(status) && ::chmod(opened.c_str(), mode) == 0;
+  static_cast<void>(::close(file));
+  return changed;
+}
+#endif
+
+/// Asks first: setting the mode that a file has would still write to the file system's journal.
+bool openUp(const std::string& path, mode_t mode) {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0 || !hasOneName(status)) return false;
+  return (status.st_mode & 07777) == mode || changeModeThere(path, mode);
 }
 
 /// One level. Its mode is set afterwards too, so that the file-creation mask has no say in it; some
 /// file systems know no permissions, and there it stays as it is.
 bool createLevel(const std::string& path, std::uint32_t mode) {
   if (::mkdir(path.c_str(), static_cast<mode_t>(mode)) == 0) {
-    static_cast<void>(changeMode(path, mode));
+    static_cast<void>(::chmod(path.c_str(), static_cast<mode_t>(mode)));
     return true;
   }
   return errno == EEXIST && kindOf(path) == Kind::folder;
@@ -70,7 +100,7 @@ Outcome PosixFiles::writeAtomically(const std::string& path, std::string_view by
 bool PosixFiles::setPermissions(const std::string& path, std::uint32_t mode) {
   const CancellationHold hold;
   const Text real = root_.below(path);
-  return real && changeMode(*real, mode);
+  return real && openUp(*real, static_cast<mode_t>(mode));
 }
 
 bool PosixFiles::createFolder(const std::string& path, std::uint32_t mode) {

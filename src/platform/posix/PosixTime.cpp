@@ -2,15 +2,89 @@
 
 #include <time.h>
 
+#include <atomic>
 #include <cmath>
+#include <cstdlib>
+#include <new>
+#include <string>
 
+#include "platform/posix/BoundedRead.h"
 #include "platform/posix/CalendarFormat.h"
 #include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
+
+// The first use of local time
+//
+// The C library reads the zone's file once, when a local time is first asked for. Where that fails
+// for want of memory or descriptors it says nothing and shows GMT from then on, to the whole
+// process. So the first use here comes after a look at the file: where the system cannot even give
+// that, the question fails, and the C library has not been asked. What is left is a shortage that
+// begins between the two. It shows afterwards: the abbreviation that the C library shows then does
+// not stand in the file. The question fails then too, and the file is asked for once more, which
+// helps where the zone does not come from the environment.
 
 namespace wenlolib::platform::posix {
+namespace {
+
+/// What is known of the C library's zone. The only thing that is remembered between calls, since
+/// the C library remembers it as well.
+enum class Zone : std::uint8_t { notAsked, known, lost };
+std::atomic<Zone> zone{Zone::notAsked};
+
+/// Whether nobody in this process has used local time yet. (A zone that is called GMT all the year
+/// looks the same, and costs a look at its file.)
+bool isFirstUse() {
+  return std::string_view(tzname[0]) == "GMT" && std::string_view(tzname[1]) == "GMT";
+}
+
+/// Where the C library looks for the zone's rules. No file is there where the variable holds the
+/// rules themselves.
+std::string zoneFile() {
+  const char* name = std::getenv("TZ");
+  if (name == nullptr) return "/etc/localtime";
+  if (*name == ':') ++name;
+  if (*name == '/') return name;
+  const char* folder = std::getenv("TZDIR");
+  const bool given = folder != nullptr && *folder != '\0';
+  return std::string(given ? folder : "/usr/share/zoneinfo") + "/" + name;
+}
+
+bool shown(time_t date, struct tm& fields) {
+  return ::localtime_r(&date, &fields) != nullptr;
+}
+
+/// Local time where the zone's file has not been read for certain. Throws where it cannot be.
+bool shownWithCare(time_t date, struct tm& fields) {
+  constexpr std::size_t longestFile = std::size_t{1} << 20;
+  const auto file = readWhole(zoneFile(), longestFile);
+  const auto isLost = [&] {
+    return file && file->starts_with("TZif") && file->find(fields.tm_zone) == std::string::npos;
+  };
+  if (!shown(date, fields)) return false;
+  if (isLost()) {
+    zone = Zone::lost;
+    ::tzset();
+    if (!shown(date, fields) || isLost()) throw std::bad_alloc();
+  }
+  zone = Zone::known;
+  return true;
+}
+
+bool localFields(time_t date, struct tm& fields) {
+  if (zone == Zone::known) return shown(date, fields);
+  if (zone == Zone::lost || isFirstUse()) return shownWithCare(date, fields);
+  zone = Zone::known;
+  return shown(date, fields);
+}
+
+}  // namespace
 
 Instant PosixClock::now() {
-  return std::chrono::system_clock::now();
+  timespec time{};
+  if (::clock_gettime(CLOCK_REALTIME, &time) != 0) {
+    throw std::system_error(errno, std::generic_category());
+  }
+  return Instant(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
 }
 
 std::optional<LocalTime> PosixCalendar::localTime(Instant date) {
@@ -21,7 +95,7 @@ std::optional<LocalTime> PosixCalendar::localTime(Instant date) {
   if (!(std::abs(seconds) < limit)) return std::nullopt;
   const auto whole = static_cast<time_t>(seconds);
   struct tm fields {};
-  if (::localtime_r(&whole, &fields) == nullptr) return std::nullopt;
+  if (!localFields(whole, fields)) return std::nullopt;
   LocalTime time;
   time.year = std::int64_t{fields.tm_year} + 1900;
   time.month = fields.tm_mon + 1;

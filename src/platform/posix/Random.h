@@ -10,8 +10,9 @@ namespace wenlolib::platform::posix {
 
 using RandomBytes = std::array<std::uint8_t, 16>;
 
-/// 16 unguessable bytes; nothing where the system has none to give.
-[[nodiscard]] std::optional<RandomBytes> randomBytes() noexcept;
+/// 16 unguessable bytes; nothing where the system has none to give to this process. Throws
+/// std::system_error where it could not answer.
+[[nodiscard]] std::optional<RandomBytes> randomBytes();
 
 }  // namespace wenlolib::platform::posix
 

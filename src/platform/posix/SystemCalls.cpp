@@ -2,7 +2,7 @@
 
 #include <fcntl.h>
 #include <stdio.h>
-#include <sys/stat.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,14 +21,14 @@ int SystemCalls::openFolder(const char* path) {
 }
 
 int SystemCalls::create(int folder, const char* name) {
-  const int created =
-      ::openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-  const int file = aboveStandard(created);
-  if (created >= 0 && file < 0) {
-    static_cast<void>(::unlinkat(folder, name, 0));
-    errno = EMFILE;
-  }
-  return file;
+  constexpr int access = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  return madeAboveStandard([&] { return ::openat(folder, name, access, 0600); },
+                           [&] { static_cast<void>(::unlinkat(folder, name, 0)); });
+}
+
+int SystemCalls::open(int folder, const char* name) {
+  constexpr int access = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  return aboveStandard(::openat(folder, name, access));
 }
 
 ssize_t SystemCalls::write(int file, const void* bytes, std::size_t length) {
@@ -41,6 +41,10 @@ int SystemCalls::changeMode(int file, mode_t mode) {
 
 int SystemCalls::flush(int file) {
   return ::fsync(file);
+}
+
+int SystemCalls::lock(int file) {
+  return ::flock(file, LOCK_EX | LOCK_NB);
 }
 
 int SystemCalls::close(int file) {
@@ -71,10 +75,8 @@ int SystemCalls::remove(int folder, const char* name) {
   return ::unlinkat(folder, name, 0);
 }
 
-bool SystemCalls::isDanglingLink(int folder, const char* name) {
-  struct stat status {};
-  return ::fstatat(folder, name, &status, 0) != 0 &&
-         ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+int SystemCalls::status(int folder, const char* name, Links links, struct stat& status) {
+  return ::fstatat(folder, name, &status, links == Links::followed ? 0 : AT_SYMLINK_NOFOLLOW);
 }
 
 }  // namespace wenlolib::platform::posix

@@ -2,11 +2,16 @@
 #ifndef WENLOLIB_PLATFORM_POSIX_SYSTEMCALLS_H
 #define WENLOLIB_PLATFORM_POSIX_SYSTEMCALLS_H
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 
 namespace wenlolib::platform::posix {
+
+/// Whether a link at the end of a path is followed.
+enum class Links : std::uint8_t { followed, notFollowed };
 
 /// One to one with the calls of the same names, results and `errno` included. They stand in a class
 /// so that a test can watch their order and break each of them. `folder` is a descriptor. Those
@@ -17,16 +22,17 @@ class SystemCalls {
 
   virtual int openFolder(const char* path);
   virtual int create(int folder, const char* name);  // new, for writing, no link followed
+  virtual int open(int folder, const char* name);    // for reading, no link followed
   virtual ssize_t write(int file, const void* bytes, std::size_t length);
   virtual int changeMode(int file, mode_t mode);
   virtual int flush(int file);
+  virtual int lock(int file);  // for itself alone; does not wait
   virtual int close(int file);
   virtual int rename(int folder, const char* from, const char* to);
   virtual int renameWithoutReplacing(int folder, const char* from, const char* to);
   virtual int link(int folder, const char* from, const char* to);
   virtual int remove(int folder, const char* name);
-
-  virtual bool isDanglingLink(int folder, const char* name);
+  virtual int status(int folder, const char* name, Links links, struct stat& status);
 };
 
 }  // namespace wenlolib::platform::posix

@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
+#include <set>
 #include <thread>
 
 #include "platform/posix/Child.h"
@@ -207,11 +209,134 @@ TEST_F(AtomicFile, AsNewALinkServesWhereRenamingCannot) {
   }
 }
 
-TEST_F(AtomicFile, AsNewAFileSystemWithoutEitherRenamesPlainly) {
-  calls.failing = {{"renameWithoutReplacing", EINVAL}, {"link", EPERM}};
+/// Over a network a request may be repeated whose first answer was lost.
+class RepeatedLink : public WatchedCalls {
+ public:
+  int link(int folder, const char* from, const char* to) override {
+    static_cast<void>(WatchedCalls::link(folder, from, to));
+    return WatchedCalls::link(folder, from, to);
+  }
+};
+
+TEST_F(AtomicFile, AsNewALinkThatWasMadeIsNoOtherWriters) {
+  RepeatedLink repeated;
+  repeated.failing = {{"renameWithoutReplacing", EINVAL}};
+  EXPECT_EQ(writeAtomically(repeated, path, "new", 0666, Publication::asNew), Outcome::written);
+  EXPECT_EQ(readFile(path), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+  EXPECT_EQ(writeAtomically(repeated, path, "newer", 0666, Publication::asNew), Outcome::taken);
+  EXPECT_EQ(readFile(path), "new");
+}
+
+/// A file system that knows neither an exclusive rename nor links.
+class AtomicFileUnderClaims : public AtomicFile {
+ protected:
+  AtomicFileUnderClaims() { calls.failing = {{"renameWithoutReplacing", EINVAL}, {"link", EPERM}}; }
+
+  const std::string claim = folder / ".wenlolib-file.tmp";
+
+  void leaveClaim(long seconds) const {
+    writeFile(claim, "");
+    const timespec then{::time(nullptr) - seconds, 0};
+    const timespec times[] = {then, then};
+    ASSERT_EQ(::utimensat(AT_FDCWD, claim.c_str(), times, 0), 0);
+  }
+};
+
+TEST_F(AtomicFileUnderClaims, AsNewAFileIsRenamedAndTheClaimIsGone) {
+  Names seen;
+  calls.beforePublishing = [&] { seen = namesIn(folder.path()); };
   EXPECT_EQ(publish(), Outcome::written);
   EXPECT_EQ(readFile(path), "new");
   EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+  EXPECT_EQ(seen.size(), 2U);
+  EXPECT_EQ(std::ranges::count(seen, ".wenlolib-file.tmp"), 1);
+}
+
+TEST_F(AtomicFileUnderClaims, AsNewATakenNameStaysWithWhoeverHasIt) {
+  writeFile(path, "old");
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(readFile(path), "old");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFileUnderClaims, AsNewANameTakenAtTheLastMomentIsTaken) {
+  calls.beforePublishing = [&] { writeFile(path, "faster"); };
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(readFile(path), "faster");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFileUnderClaims, ANameThatAnotherWriterHasClaimedIsTaken) {
+  leaveClaim(55);
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(namesIn(folder.path()), Names{".wenlolib-file.tmp"});
+}
+
+TEST_F(AtomicFileUnderClaims, AClaimOfMoreThanAMinuteCountsAsNone) {
+  leaveClaim(65);
+  EXPECT_EQ(publish(), Outcome::written);
+  EXPECT_EQ(readFile(path), "new");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
+}
+
+TEST_F(AtomicFileUnderClaims, AnOldClaimThatAnotherWriterIsJustRemovingIsLeftToHim) {
+  leaveClaim(65);
+  calls.failing["lock"] = EWOULDBLOCK;
+  EXPECT_EQ(publish(), Outcome::taken);
+  EXPECT_EQ(namesIn(folder.path()), Names{".wenlolib-file.tmp"});
+}
+
+/// A claim that cannot be made must not look like one that another writer has: each number would,
+/// and in the end the last record would be replaced.
+class UnclaimableNames : public WatchedCalls {
+ public:
+  int create(int folder, const char* name) override {
+    if (std::string_view(name) != ".wenlolib-file.tmp") return WatchedCalls::create(folder, name);
+    errno = ENOSPC;
+    return -1;
+  }
+};
+
+TEST_F(AtomicFileUnderClaims, AClaimThatCannotBeMadeFails) {
+  UnclaimableNames unclaimable;
+  unclaimable.failing = calls.failing;
+  EXPECT_EQ(writeAtomically(unclaimable, path, "new", 0666, Publication::asNew), Outcome::failed);
+  EXPECT_EQ(namesIn(folder.path()), Names{});
+}
+
+TEST_F(AtomicFileUnderClaims, AsNewTheLongestNameIsWrittenToo) {
+  for (const std::size_t length : {240U, 241U, 242U, 255U}) {
+    path = folder / (std::string(length - 2, 'n') + "_1");
+    EXPECT_EQ(publish(), Outcome::written) << length;
+    EXPECT_EQ(publish(), Outcome::taken) << length;
+  }
+  EXPECT_EQ(namesIn(folder.path()).size(), 4U);
+}
+
+TEST_F(AtomicFileUnderClaims, NoRecordOfManyWritersIsLost) {
+  constexpr int writers = 8, each = 40;
+  std::vector<std::thread> threads;
+  for (int writer = 0; writer < writers; ++writer) {
+    threads.emplace_back([&, writer] {
+      WatchedCalls own;
+      own.failing = calls.failing;
+      int number = 0;
+      for (int i = 0; i < each; ++i) {
+        const std::string bytes = std::to_string(writer) + "." + std::to_string(i);
+        Outcome outcome = Outcome::taken;
+        while (outcome == Outcome::taken) {
+          outcome = writeAtomically(own, folder / std::to_string(++number), bytes, 0666,
+                                    Publication::asNew);
+        }
+        EXPECT_EQ(outcome, Outcome::written);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  std::set<std::string> found;
+  for (const std::string& name : namesIn(folder.path())) found.insert(readFile(folder / name));
+  EXPECT_EQ(found.size(), std::size_t{writers * each});
 }
 
 TEST_F(AtomicFile, AsNewADanglingLinkIsReplaced) {
@@ -329,6 +454,45 @@ TEST_F(AtomicFile, HoldsNothingOfWhatAHostPrintsToItsClosedStreams) {
     EXPECT_EQ(readFile(path), "new");
     EXPECT_EQ(namesIn(folder.path()), Names{"file"});
   }
+}
+
+/// What a host prints all the time, to streams that it has closed.
+class PrintingThread {
+ public:
+  PrintingThread() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(number);
+  }
+  ~PrintingThread() {
+    done_ = true;
+    thread_.join();
+  }
+  PrintingThread(const PrintingThread&) = delete;
+  PrintingThread& operator=(const PrintingThread&) = delete;
+
+ private:
+  std::atomic<bool> done_ = false;
+  std::thread thread_{[this] {
+    while (!done_) {
+      for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        static_cast<void>(!::write(stream, "JUNK", 4));
+      }
+    }
+  }};
+};
+
+TEST_F(AtomicFile, HoldsNothingOfWhatAHostPrintsToItsClosedStreamsAllTheTime) {
+  const std::string answer = inChild([&] {
+    const PrintingThread printing;
+    platform::posix::SystemCalls plain;
+    int torn = 0;
+    for (int i = 0; i < 300; ++i) {
+      const auto outcome = writeAtomically(plain, path, "new", 0666, Publication::replacing);
+      if (outcome != Outcome::written || readFile(path) != "new") ++torn;
+    }
+    return std::to_string(torn) + " torn";
+  });
+  EXPECT_EQ(answer, "0 torn");
+  EXPECT_EQ(namesIn(folder.path()), Names{"file"});
 }
 
 TEST_F(AtomicFile, LeavesNothingWhereOnlyAStandardDescriptorIsFree) {

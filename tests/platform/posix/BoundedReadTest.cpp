@@ -2,9 +2,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -110,8 +113,69 @@ TEST_F(BoundedRead, ReadsOnWhereTheKernelHandsAFileOutInPieces) {
   EXPECT_EQ(readWhole("/proc/self/maps", 10'000), std::nullopt);
 }
 
-TEST_F(BoundedRead, GivesNothingWhereReadingFails) {
-  EXPECT_EQ(readWhole("/proc/self/mem", 1 << 20), std::nullopt);
+TEST_F(BoundedRead, ThrowsWhereReadingFails) {
+  EXPECT_THROW(static_cast<void>(readWhole("/proc/self/mem", 1 << 20)), std::system_error);
+}
+
+TEST_F(BoundedRead, GivesNothingForASocket) {
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  EXPECT_EQ(readWhole(path, 10), std::nullopt);
+  ::close(socket);
+}
+
+/// Another process that holds a lease on a file: whoever opens it is told to come back.
+class Lease {
+ public:
+  /// Given up `seconds` after it was asked for.
+  Lease(const std::string& path, double seconds) {
+    int ready[2];
+    if (::pipe(ready) != 0) return;
+    holder_ = ::fork();
+    if (holder_ == 0) {
+      // The signal that asks for it only ends the first wait.
+      ::signal(SIGIO, [](int) {});
+      const int file = ::open(path.c_str(), O_RDWR);
+      const char held = ::fcntl(file, F_SETLEASE, F_WRLCK) == 0 ? 'y' : 'n';
+      static_cast<void>(!::write(ready[1], &held, 1));
+      ::usleep(10'000'000);
+      ::usleep(static_cast<useconds_t>(seconds * 1e6));
+      ::_exit(0);
+    }
+    char held = 'n';
+    static_cast<void>(!::read(ready[0], &held, 1));
+    held_ = held == 'y';
+    ::close(ready[0]);
+    ::close(ready[1]);
+  }
+  ~Lease() {
+    ::kill(holder_, SIGKILL);
+    ::waitpid(holder_, nullptr, 0);
+  }
+  Lease(const Lease&) = delete;
+  Lease& operator=(const Lease&) = delete;
+  [[nodiscard]] bool held() const { return held_; }
+
+ private:
+  pid_t holder_ = -1;
+  bool held_ = false;
+};
+
+TEST_F(BoundedRead, WaitsForALeaseThatIsGivenUp) {
+  writeFile(path, "bytes");
+  const Lease lease(path, 0.2);
+  if (!lease.held()) GTEST_SKIP() << "no lease is to be had on this file system";
+  EXPECT_EQ(readWhole(path, 10), "bytes");
+}
+
+TEST_F(BoundedRead, ThrowsWhereALeaseIsNotGivenUp) {
+  writeFile(path, "bytes");
+  const Lease lease(path, 60);
+  if (!lease.held()) GTEST_SKIP() << "no lease is to be had on this file system";
+  EXPECT_THROW(static_cast<void>(readWhole(path, 10)), std::system_error);
 }
 
 TEST_F(BoundedRead, GivesABeginningOfAFileThatGrows) {

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/posix/Child.h"
 #include "platform/posix/TemporaryFolder.h"
 
 namespace wenlolib::tests {
@@ -131,6 +132,41 @@ TEST_F(PosixFiles, PermissionsAreSetAsAsked) {
   EXPECT_EQ(modeOf(folder / "file"), 0640U);
   EXPECT_FALSE(files.setPermissions("/missing", 0666));
   EXPECT_FALSE(files.setPermissions("/file\0"s, 0666));
+}
+
+/// A stranger may have put a name of a file of his own, or of anybody's, where a record was meant
+/// to be.
+TEST_F(PosixFiles, PermissionsAreSetOnAFileWithOneNameThatNoLinkLeadsToAlone) {
+  writeFile(folder / "target", "");
+  writeFile(folder / "twice", "");
+  for (const char* name : {"target", "twice"}) {
+    ASSERT_EQ(::chmod((folder / name).c_str(), 0600), 0);
+  }
+  std::filesystem::create_symlink("target", folder / "link");
+  std::filesystem::create_hard_link(folder / "twice", folder / "second name");
+  std::filesystem::create_directory(folder / "folder");
+  ASSERT_EQ(::chmod((folder / "folder").c_str(), 0700), 0);
+  for (const char* path : {"/link", "/twice", "/second name", "/folder"}) {
+    EXPECT_FALSE(files.setPermissions(path, 0666)) << path;
+  }
+  EXPECT_EQ(modeOf(folder / "target"), 0600U);
+  EXPECT_EQ(modeOf(folder / "twice"), 0600U);
+  EXPECT_EQ(modeOf(folder / "folder"), 0700U);
+}
+
+TEST_F(PosixFiles, PermissionsAreSetOnAFileThatItsOwnerMayNotOpen) {
+  writeFile(folder / "file", "");
+  const std::string answer = inChild([&] {
+    if (::chmod((folder / "file").c_str(), 0) != 0 ||
+        ::chown(folder.path().c_str(), nobody, 0) != 0 ||
+        ::chown((folder / "file").c_str(), nobody, 0) != 0 || !becomeUnprivileged()) {
+      return notPermitted;
+    }
+    return std::string(files.setPermissions("/file", 0666) ? "set" : "not set");
+  });
+  if (answer == notPermitted) GTEST_SKIP() << "giving up rights is not permitted";
+  EXPECT_EQ(answer, "set");
+  EXPECT_EQ(modeOf(folder / "file"), 0666U);
 }
 
 TEST_F(PosixFiles, APathWithANulIsNeverWritten) {

@@ -62,6 +62,14 @@ class WatchedCalls : public platform::posix::SystemCalls {
   int remove(int folder, const char* name) override {
     return strikes("remove") ? -1 : SystemCalls::remove(folder, name);
   }
+  int open(int folder, const char* name) override {
+    return strikes("open") ? -1 : SystemCalls::open(folder, name);
+  }
+  int lock(int file) override { return strikes("lock") ? -1 : SystemCalls::lock(file); }
+  int status(int folder, const char* name, platform::posix::Links links,
+             struct stat& status) override {
+    return strikes("status") ? -1 : SystemCalls::status(folder, name, links, status);
+  }
 
  private:
   bool strikes(const std::string& name) {
