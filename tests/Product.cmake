@@ -21,6 +21,13 @@ endforeach()
 add_test(NAME product.plugin_host
   COMMAND ${PYTHON} ${product_tests}/plugin_host_test.py
     $<TARGET_FILE:plugin_host> $<TARGET_FILE:WENLOLIB>)
+add_executable(shortage_host product/shortage_host.c)
+target_link_libraries(shortage_host PRIVATE wenlolib_warnings ${CMAKE_DL_LIBS})
+# Its malloc stands in for the C library's in everything that it loads.
+set_target_properties(shortage_host PROPERTIES ENABLE_EXPORTS ON)
+add_test(NAME product.shortage
+  COMMAND ${PYTHON} ${product_tests}/shortage_test.py
+    $<TARGET_FILE:shortage_host> $<TARGET_FILE:WENLOLIB>)
 add_test(NAME product.own_bundle
   COMMAND ${PYTHON} ${product_tests}/own_bundle_test.py
     $<TARGET_FILE:plugin_host> $<TARGET_FILE:WENLOLIB>)

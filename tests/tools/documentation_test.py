@@ -133,6 +133,14 @@ class Documentation(unittest.TestCase):
         named = set().union(*map(flags, synopsis.splitlines()))
         self.assertEqual(named, EVERYWHERE | {"--version"})
 
+    def test_the_version_names_what_is_built_in(self):
+        lines = subprocess.run([COMMAND, "--version"], capture_output=True, text=True,
+                               check=True).stdout.splitlines()
+        self.assertRegex(lines[0], r"^wenlolib \d+\.\d+\.\d+$")
+        self.assertEqual(lines[1], "built in:")
+        self.assertEqual([re.sub(r" \d+\.\d+\.\d+( \(.+\))?$", "", line) for line in lines[2:]],
+                         ["expat", "mbedTLS"])
+
     def test_bash_offers_every_option_and_no_other(self):
         for call in CALLS:
             long = {option for option in helped(call) if option.startswith("--")}

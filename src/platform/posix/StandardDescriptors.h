@@ -77,15 +77,18 @@ template <class Make, class Drop>
   return -1;
 }
 
-/// Both ends of a pipe by `make` (0 for success), above 2 in the same way. False where there is
-/// none; the ends are then -1.
+/// Both ends of a pipe by `make` (0 for success), above 2 too. False where there is none; the ends
+/// are then -1. The free numbers are held before: a host that prints into a pipe that nobody reads
+/// is ended by a signal.
 template <class Make>
 [[nodiscard]] bool pipeAboveStandard(std::array<int, 2>& ends, const Make& make) {
   StandardHold hold;
-  for (int round = 0; round < standardRounds && make(ends.data()) == 0; ++round) {
-    if (ends[0] > STDERR_FILENO && ends[1] > STDERR_FILENO) return true;
-    for (const int end : ends) static_cast<void>(::close(end));
+  for (int round = 0; round < standardRounds; ++round) {
     hold.occupy();
+    if (make(ends.data()) != 0) break;
+    if (ends[0] > STDERR_FILENO && ends[1] > STDERR_FILENO) return true;
+    static_cast<void>(::close(ends[1]));  // the writing end first
+    static_cast<void>(::close(ends[0]));
   }
   ends = {-1, -1};
   return false;

@@ -367,5 +367,25 @@ TEST(CreateTask, AnswersZeroForWhatIsNoProgram) {
   EXPECT_EQ(WENLOLIB::createTask(folder.path(), std::nullopt, 1), 0);
 }
 
+TEST(LinuxPrograms, TellTheirOwnStatusWhateverAHostPrintsToItsClosedStreams) {
+  const std::string answer = inChild([] {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(number);
+    std::atomic<bool> done = false;
+    std::thread printing([&] {
+      while (!done) {
+        for (int stream = 0; stream <= 2; ++stream) static_cast<void>(!::write(stream, "JUNK", 4));
+      }
+    });
+    int wrong = 0;
+    for (int i = 0; i < 200; ++i) {
+      if (runShell("exit 7") != 7) ++wrong;
+    }
+    done = true;
+    printing.join();
+    return std::to_string(wrong) + " wrong";
+  });
+  EXPECT_EQ(answer, "0 wrong");
+}
+
 }  // namespace
 }  // namespace wenlolib::tests

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include "platform/posix/Child.h"
 #include "platform/posix/Environment.h"
 
 namespace wenlolib::tests {
@@ -123,6 +125,24 @@ TEST(LinuxUser, TheLoginNameIsThePasswordDatabasesWhateverTheEnvironmentSays) {
   const Variable login("LOGNAME", "somebody-else");
   const passwd* entry = ::getpwuid(::geteuid());
   EXPECT_EQ(LinuxUser().loginName(), entry == nullptr ? Text() : Text(entry->pw_name));
+}
+
+/// A missing entry and a database that cannot be opened for the moment are not the same.
+TEST(LinuxUser, APasswordDatabaseThatCannotBeAskedIsNoAnswer) {
+  const std::string answer = inChild([]() -> std::string {
+    ::unsetenv("HOME");
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none{0, limit.rlim_max};
+    try {
+      ::setrlimit(RLIMIT_NOFILE, &none);
+      return LinuxUser().homeFolder().value_or("null");
+    } catch (const std::exception&) {
+      ::setrlimit(RLIMIT_NOFILE, &limit);
+      return LinuxUser().homeFolder() ? "no answer, then a home" : "no answer, then null";
+    }
+  });
+  EXPECT_EQ(answer, "no answer, then a home");
 }
 
 }  // namespace
