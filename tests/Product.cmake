@@ -41,3 +41,5 @@ add_test(NAME product.check_exports
   COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB>
     ${PROJECT_SOURCE_DIR}/product/exports.txt)
 set_tests_properties(product.plugin_hygiene PROPERTIES TIMEOUT 900 RUN_SERIAL ON)
+
+include(Hosts.cmake)

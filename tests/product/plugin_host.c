@@ -67,6 +67,7 @@ static void record(const PluginLibrary* library, const char* contents) {
   const WENLOLIBEntry older[] = {{"DeviceID", "QX 200"}, {"SN", "4711"}, {"ROMVER", "2.14"},
                                  {NULL, "ignored"},      {"SN", NULL},   {"ROMVER", "\xff"}};
   const WENLOLIBEntry newer[] = {{"NEWTAGTYPE", "YES"}};
+  const WENLOLIBEntry beyond[] = {{"DeviceID", "Größe &amp; &#233;"}};
   expect(library->isSupported(askAgreement) == 1, "application usage is supported");
   expect(library->isSupportedPlm(askAgreement) == 1, "printer logs are supported");
   expect(library->writeAppInfo(contents, "Host", askAgreement) == 1, "application recorded");
@@ -76,6 +77,8 @@ static void record(const PluginLibrary* library, const char* contents) {
          "older printer recorded");
   expect(library->writePrinterLogInfo("", "Host", askAgreement, NULL, 0) == 1,
          "printer without identity recorded");
+  expect(library->writePrinterLogInfo(contents, "Host", askAgreement, beyond, 1) == 1,
+         "printer beyond ASCII recorded");
 }
 
 int main(int count, char** arguments) {

@@ -71,9 +71,13 @@ class PluginHost(unittest.TestCase):
         document = self.document("PLM/Host_3.PLM", "printer-older", b"")
         self.assertEqual(document.values["DeviceID"], b"")
 
+    def test_printer_log_of_an_identity_beyond_ascii(self):
+        document = self.document("PLM/Host_4.PLM", "printer-older")
+        self.assertEqual(document.values["DeviceID"], "Größe &amp; &#233;".encode())
+
     def test_nothing_else_is_left(self):
         self.assertEqual(sorted(os.listdir(self.path("PLM"))),
-                         ["Host_1.PLM", "Host_2.PLM", "Host_3.PLM"])
+                         [f"Host_{number}.PLM" for number in range(1, 5)])
         self.assertEqual(len(os.listdir(self.path("Config"))), 2)
         self.assertEqual(sorted(os.listdir(self.world.support)), ["ALM", "Config", "PLM"])
 

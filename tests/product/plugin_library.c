@@ -16,7 +16,7 @@ static const char* resolve(void* handle, const Binding* binding) {
   return NULL;
 }
 
-const char* openPlugin(const char* path, PluginLibrary* library) {
+const char* openPluginIn(const char* path, int scope, PluginLibrary* library) {
   const Binding bindings[] = {
       {"WENLOLIB_isSupported", &library->isSupported},
       {"WENLOLIB_isSupportedPlm", &library->isSupportedPlm},
@@ -31,13 +31,17 @@ const char* openPlugin(const char* path, PluginLibrary* library) {
       {"hexPrint", &library->hexPrint},
   };
   size_t i;
-  library->handle = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  library->handle = dlopen(path, RTLD_NOW | scope);
   if (library->handle == NULL) return dlerror();
   for (i = 0; i < sizeof bindings / sizeof *bindings; ++i) {
     const char* problem = resolve(library->handle, &bindings[i]);
     if (problem != NULL) return problem;
   }
   return NULL;
+}
+
+const char* openPlugin(const char* path, PluginLibrary* library) {
+  return openPluginIn(path, RTLD_LOCAL, library);
 }
 
 const char* closePlugin(PluginLibrary* library) {

@@ -24,6 +24,9 @@ typedef struct PluginLibrary {
  * wrong; the text is good until the next call of the dynamic loader. */
 const char* openPlugin(const char* path, PluginLibrary* library);
 
+/* The same with a scope: RTLD_LOCAL, which the other takes, or RTLD_GLOBAL. */
+const char* openPluginIn(const char* path, int scope, PluginLibrary* library);
+
 /* Unloads it. Null on success, else what went wrong. */
 const char* closePlugin(PluginLibrary* library);
 

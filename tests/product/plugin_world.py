@@ -36,13 +36,24 @@ class PluginWorld:
         with open(self.path(name), "rb") as file:
             return file.read()
 
-    def run(self, host, shared_object):
-        """Runs the host to its end. Nothing of the caller's environment leaks in."""
+    def write_preferences(self, encoding):
+        """The same preferences in another encoding of XML, such as UTF-16."""
+        name = "Config/com.orvan.printing.Quillmere.Pref.plist"
+        text = self.read(name).decode().replace("UTF-8", encoding)
+        self.write(name, text.encode(encoding))
+
+    def run(self, *command, variables=None):
+        """Runs the host to its end, with a file of contents as its last argument."""
         contents = os.path.join(self.home, "contents")
         self.write(contents, CONTENTS)
+        return self.launch(*command, contents, variables=variables)
+
+    def launch(self, *command, variables=None):
+        """Runs a program to its end. Nothing of the caller's environment leaks in."""
         environment = {"HOME": self.home, "TZ": "EAST-5:45", "LANG": "de_DE.UTF-8"}
-        return subprocess.run([host, shared_object, contents], env=environment, timeout=120,
-                              capture_output=True, umask=0o077)
+        environment.update(variables or {})
+        return subprocess.run(command, env=environment, timeout=120, capture_output=True,
+                              umask=0o077)
 
     def application_file(self):
         """The name of the one file with application usage."""
