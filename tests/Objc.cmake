@@ -11,6 +11,10 @@ add_test(NAME objc.host COMMAND objc_host ${objc_bundle})
 add_test(NAME objc.check_exports
   COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB_objc>
     ${PROJECT_SOURCE_DIR}/product/objc-exports.txt)
+add_test(NAME objc.check_bindings
+  COMMAND ${product_tests}/check_bindings.sh $<TARGET_FILE:WENLOLIB_objc>
+    libgnustep-base.so.1.28 libobjc.so.4 libstdc++.so.6 libm.so.6 libgcc_s.so.1 libc.so.6
+    ld-linux-x86-64.so.2)
 add_test(NAME objc.example
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/objc/example_test.py
     $<TARGET_FILE:example_objc_host> ${objc_bundle} ${PROJECT_SOURCE_DIR}/examples

@@ -40,6 +40,9 @@ add_test(NAME product.install_and_consume
 add_test(NAME product.check_exports
   COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB>
     ${PROJECT_SOURCE_DIR}/product/exports.txt)
+add_test(NAME product.check_bindings
+  COMMAND ${product_tests}/check_bindings.sh $<TARGET_FILE:WENLOLIB>
+    libstdc++.so.6 libm.so.6 libgcc_s.so.1 libc.so.6 ld-linux-x86-64.so.2)
 set_tests_properties(product.plugin_hygiene PROPERTIES TIMEOUT 900 RUN_SERIAL ON)
 
 include(Hosts.cmake)

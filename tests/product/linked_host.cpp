@@ -1,0 +1,44 @@
+// A host in C++ that is linked with the library and records what plugin_host records:
+//
+//   linked_host CONTENTS_FILE
+//
+// It says on standard error what did not go as it should; exit status 0 means that nothing did.
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+#include "front/WENLOLIB.h"
+
+namespace {
+
+using wenlolib::Dictionary;
+using wenlolib::WENLOLIB;
+
+constexpr std::uint32_t askAgreement = 1;
+int failures = 0;
+
+void expect(bool holds, const char* what) {
+  if (holds) return;
+  std::cerr << "not so: " << what << "\n";
+  ++failures;
+}
+
+void recordPrinter(const std::string& contents, const Dictionary& identity, const char* what) {
+  expect(WENLOLIB::writePrinterLogInfoWithContents(contents, "Host", askAgreement, identity), what);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 2) return 2;
+  std::ifstream file(arguments[1], std::ios::binary);
+  const std::string contents(std::istreambuf_iterator<char>(file), {});
+  expect(WENLOLIB::writeAppInfoWithContents(contents, "Host", askAgreement), "usage recorded");
+  recordPrinter(contents, {{"NEWTAGTYPE", "YES"}}, "newer printer recorded");
+  recordPrinter(contents, {{"DeviceID", "QX 200"}, {"SN", "4711"}, {"ROMVER", "2.14"}},
+                "older printer recorded");
+  recordPrinter("", {}, "printer without identity recorded");
+  recordPrinter(contents, {{"DeviceID", "Größe &amp; &#233;"}}, "printer beyond ASCII recorded");
+  return failures == 0 ? 0 : 1;
+}
