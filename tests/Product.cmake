@@ -7,16 +7,7 @@ add_test(NAME docs.document_format
 add_test(NAME docs.examples
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/examples_test.py ${PROJECT_BINARY_DIR})
 
-foreach(part IN ITEMS plugin_library process_state)
-  add_library(${part} OBJECT product/${part}.c)
-  target_include_directories(${part} PUBLIC ${PROJECT_SOURCE_DIR}/src product)
-  target_link_libraries(${part} PUBLIC wenlolib_warnings)
-endforeach()
-foreach(program IN ITEMS plugin_host plugin_hygiene)
-  add_executable(${program} product/${program}.c)
-  target_link_libraries(${program} PRIVATE plugin_library process_state ${CMAKE_DL_LIBS})
-  add_dependencies(${program} WENLOLIB)
-endforeach()
+include(product/Hosts.cmake)
 
 add_test(NAME product.plugin_host
   COMMAND ${PYTHON} ${product_tests}/plugin_host_test.py
@@ -45,4 +36,19 @@ add_test(NAME product.check_bindings
     libstdc++.so.6 libm.so.6 libgcc_s.so.1 libc.so.6 ld-linux-x86-64.so.2)
 set_tests_properties(product.plugin_hygiene PROPERTIES TIMEOUT 900 RUN_SERIAL ON)
 
-include(Hosts.cmake)
+foreach(kind IN ITEMS shared static static_exporting)
+  add_test(NAME product.range_error_${kind} COMMAND range_error_${kind})
+endforeach()
+add_test(NAME product.plugin_copies
+  COMMAND ${PYTHON} ${product_tests}/plugin_copies_test.py $<TARGET_FILE:plugin_copies>
+    $<TARGET_FILE:plugin_copies_linked> $<TARGET_FILE:WENLOLIB>)
+add_test(NAME product.environment
+  COMMAND ${PYTHON} ${product_tests}/environment_test.py
+    $<TARGET_FILE:plugin_host> $<TARGET_FILE:WENLOLIB>)
+foreach(host IN ITEMS host_own_inside host_own_library host_brought_inside host_brought_library)
+  add_test(NAME product.loading_${host}
+    COMMAND ${PYTHON} ${product_tests}/foreign_functions_test.py
+      $<TARGET_FILE:WENLOLIB> $<TARGET_FILE:loading_${host}>)
+  add_test(NAME product.linked_${host}
+    COMMAND ${PYTHON} ${product_tests}/foreign_functions_test.py $<TARGET_FILE:linked_${host}>)
+endforeach()
