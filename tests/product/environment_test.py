@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the host in C with every variable set that a library brought along might read. Nothing may be
-printed, and the documents are the same.
+"""Runs the host in C with every variable set that a library brought along might read. Nothing may
+be printed, and the documents are the same.
 
     environment_test.py HOST SHARED_OBJECT
 """

@@ -48,11 +48,11 @@ class PluginWorld:
         self.write(contents, CONTENTS)
         return self.launch(*command, contents, variables=variables)
 
-    def launch(self, *command, variables=None):
+    def launch(self, *command, variables=None, timeout=120):
         """Runs a program to its end. Nothing of the caller's environment leaks in."""
         environment = {"HOME": self.home, "TZ": "EAST-5:45", "LANG": "de_DE.UTF-8"}
         environment.update(variables or {})
-        return subprocess.run(command, env=environment, timeout=120, capture_output=True,
+        return subprocess.run(command, env=environment, timeout=timeout, capture_output=True,
                               umask=0o077)
 
     def application_file(self):

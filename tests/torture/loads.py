@@ -1,0 +1,16 @@
+"""Loading, recording and unloading, again and again: nothing of the process grows or changes."""
+
+import subprocess
+
+from campaign import Row
+from crowd_world import plugin
+
+
+def rows(campaign):
+    rounds = 20000 if campaign.long else 500
+    finished = subprocess.run([campaign.build / "tests" / "hosts" / "plugin_hygiene",
+                               plugin(campaign), campaign.scratch, str(rounds)],
+                              capture_output=True)
+    if finished.returncode != 0 or finished.stdout:
+        campaign.report(f"loads: {finished.returncode}, {finished.stdout!r}, {finished.stderr!r}")
+    yield Row("loads, records and unloads", rounds, int(finished.returncode != 0))
