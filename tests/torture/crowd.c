@@ -27,7 +27,7 @@
 
 #include "product/plugin_library.h"
 
-enum { longestContents = 8192, needsNoAgreement = 2 };
+enum { longestContents = 2048, needsNoAgreement = 2 };
 
 typedef struct Crowd {
   const char* kind;
@@ -76,7 +76,7 @@ static int write_one(const Writer* writer, long record, const char* name, int pr
   const PluginLibrary* library = &writer->crowd->library;
   const int length =
       snprintf(contents, sizeof contents, "writer %ld record %ld ", writer->number, record);
-  const size_t dots = (size_t)(record * 37 + writer->number * 613) % 6000;
+  const size_t dots = (size_t)(record * 37 + writer->number * 613) % 1500;
   memset(contents + length, '.', dots);
   contents[(size_t)length + dots] = '\0';
   return printer_log ? library->writePrinterLogInfo(contents, name, 0, NULL, 0)

@@ -25,7 +25,7 @@ def interrupted(campaign, records, programs):
         world = new_world(folder, "interrupted")
         refused, other, signals = numbers_from(campaign, world, "interrupted", str(records),
                                                str(programs)) or (records, programs, 0)
-        missing = abs(records - len(names_in(world)))
+        missing = abs(records - refused - len(names_in(world)))
         unsound = unsound_documents(campaign, world)
     if refused or missing or unsound or other or signals == 0:
         campaign.report(f"{refused} records refused, {missing} missing, {unsound} not sound, "
@@ -96,7 +96,7 @@ def closed_streams(campaign, records):
             world = new_world(folder, "streams")
             refused, opened = numbers_from(campaign, world, "streams", plugin(campaign), closed,
                                            str(records)) or (records, 0)
-            missing = abs(records - len(names_in(world)))
+            missing = abs(records - refused - len(names_in(world)))
             unsound = unsound_documents(campaign, world)
         if refused or opened or missing or unsound:
             campaign.report(f"closed '{closed}': {refused} of {records} refused, {missing} "
