@@ -1,6 +1,7 @@
 #include <string>
 
 #include "base/Answered.h"
+#include "base/Path.h"
 #include "platform/Platform.h"
 #include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Folders.h"

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "base/Path.h"
 #include "platform/Platform.h"
-#include "toolkit/Paths.h"
 
 namespace wenlolib {
 

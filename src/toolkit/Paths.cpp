@@ -2,19 +2,12 @@
 
 #include <string>
 
+#include "base/Path.h"
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
 
 namespace wenlolib {
-
-Text joined(Text base, std::string_view part) {
-  if (!base) return std::nullopt;
-  while (base->ends_with('/')) base->pop_back();
-  while (part.starts_with('/')) part.remove_prefix(1);
-  base->append("/").append(part);
-  return base;
-}
 
 Text configurationPath(std::string_view nameAfterPrefix) {
   return joined(configurationFolder(), std::string(VendorPrefix).append(nameAfterPrefix));

@@ -8,9 +8,6 @@
 
 namespace wenlolib {
 
-/// `base` and `part` with exactly one "/" between them; null where `base` is.
-[[nodiscard]] Text joined(Text base, std::string_view part);
-
 /// The path of a file in the configuration folder, its name the vendor prefix followed by
 /// `nameAfterPrefix`; null where the folder is not known.
 [[nodiscard]] Text configurationPath(std::string_view nameAfterPrefix);

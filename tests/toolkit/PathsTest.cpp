@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/Path.h"
 #include "support/PlatformTest.h"
 #include "toolkit/Entries.h"
 #include "toolkit/HostPreferences.h"
@@ -18,6 +19,8 @@ TEST(Joined, PutsOneSlashBetweenBaseAndPart) {
   } table[] = {
       {"/a", "b", "/a/b"}, {"/a/", "b", "/a/b"},  {"/a", "b/c", "/a/b/c"},
       {"/", "b", "/b"},    {"/a/", "/b", "/a/b"}, {std::nullopt, "b", std::nullopt},
+      {"", "b", "b"},      {"", "b/c", "b/c"},    {"", "/b", "/b"},
+      {"", "", ""},        {"//", "b", "/b"},     {std::nullopt, "", std::nullopt},
   };
   for (const auto& row : table) EXPECT_EQ(joined(row.base, row.part), row.result);
 }

@@ -10,18 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "base/Path.h"
 #include "base/Utf8.h"
 #include "platform/posix/CancellationHold.h"
 #include "platform/posix/Errors.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {
-
-Text joinedTo(Text base, std::string_view part) {
-  if (!base) return std::nullopt;
-  while (base->ends_with('/')) base->pop_back();
-  return base->append("/").append(part);
-}
 
 Text usable(const char* text) {
   return text == nullptr ? Text() : utf8OrNull(Text(text));
@@ -69,12 +64,12 @@ Text LinuxUser::homeFolder() {
 }
 
 Text LinuxUser::libraryFolder() {
-  return joinedTo(homeFolder(), "Library");
+  return joined(homeFolder(), "Library");
 }
 
 Container LinuxUser::groupContainer(std::string_view groupIdentifier) {
   const std::string part = std::string("Library/Group Containers/").append(groupIdentifier);
-  return {true, joinedTo(homeFolder(), part)};
+  return {true, joined(homeFolder(), part)};
 }
 
 Text LinuxUser::locale() {
