@@ -130,7 +130,7 @@ WENLOLIB_NONNULL_BEGIN
 /**
  * The printer's identity: texts under "DeviceID", "SN" and "ROMVER"; under "NEWTAGTYPE" a boolean,
  * a number (true unless it is zero) or a text (true where it begins with Y, y, T, t or a digit 1 to
- * 9 after blanks, a sign and zeros). Other keys are ignored.
+ * 9 after white space, a sign and zeros). Other keys are ignored.
  *
  * The record makes a dictionary of its own, all the way down; later changes to the host's objects
  * do not reach it. Entries whose key is no text or whose value is no text, number, date, data (of a

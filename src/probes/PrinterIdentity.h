@@ -20,8 +20,8 @@ inline constexpr std::string_view newTagTypeKey = "NEWTAGTYPE";
                                        std::string_view key);
 
 /// Whether the printer uses the newer document layout: the boolean reading of "NEWTAGTYPE". A text
-/// is true when after leading blanks, one sign and zeros it begins with Y, y, T, t or a digit 1 to
-/// 9. False where the entry is absent, or neither boolean, number nor text.
+/// is true when after leading white space, one sign and zeros it begins with Y, y, T, t or a digit
+/// 1 to 9. False where the entry is absent, or neither boolean, number nor text.
 [[nodiscard]] bool hasNewTagType(const std::optional<Dictionary>& otherInfo);
 
 }  // namespace wenlolib

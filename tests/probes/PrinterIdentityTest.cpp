@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "front/WENLOLIB.h"
 
@@ -90,7 +92,10 @@ const Value readAsFalse[] = {
     "- 1",
     "0 1",
     "0x1",
-    "\xC2\xA0"
+    "+\u00A0"
+    "1",
+    "\u3000",
+    "\xA0"
     "1",
     Instant(Seconds(1)),
     Value::Data{1},
@@ -109,6 +114,28 @@ TEST(NewTagType, IsTheBooleanReadingOfItsEntry) {
     EXPECT_FALSE(recordWith(Dictionary{{"NEWTAGTYPE", value}})->isNewTagTypePrinter()) << row;
     ++row;
   }
+}
+
+/// A character beyond ASCII of at most three bytes, in UTF-8.
+std::string encoded(char32_t character) {
+  const auto byte = [](char32_t bits) { return static_cast<char>(bits); };
+  const char last = byte(0x80 | (character & 0x3F));
+  if (character < 0x800) return {byte(0xC0 | (character >> 6)), last};
+  return {byte(0xE0 | (character >> 12)), byte(0x80 | ((character >> 6) & 0x3F)), last};
+}
+
+TEST(NewTagType, WhiteSpaceBeforeItsTextIsThatOfFoundation) {
+  std::vector<char32_t> found;
+  const auto mayStandBefore = [](const std::string& text) {
+    return hasNewTagType(Dictionary{{"NEWTAGTYPE", text + " " + text + "-01"}});
+  };
+  for (char32_t character = 0x80; character <= 0xFFFF; ++character) {
+    if (mayStandBefore(encoded(character))) found.push_back(character);
+  }
+  const std::vector<char32_t> known = {0x0085, 0x00A0, 0x1680, 0x2000, 0x2001, 0x2002, 0x2003,
+                                       0x2004, 0x2005, 0x2006, 0x2007, 0x2008, 0x2009, 0x200A,
+                                       0x2028, 0x2029, 0x202F, 0x205F, 0x3000};
+  EXPECT_EQ(found, known);
 }
 
 }  // namespace
