@@ -12,7 +12,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#include "../base/Export.h"
+/* Visible to hosts. Said here as well, so that this header needs no other one. */
+#define WENLOLIB_EXPORT __attribute__((visibility("default")))
 
 #ifdef __cplusplus
 extern "C" {

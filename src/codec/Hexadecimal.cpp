@@ -36,9 +36,10 @@ int32_t ConvertHexToCharData(const uint8_t* source, char* text, int32_t count, u
 }
 
 int32_t ConvertCharDataToHex(const char* text, uint8_t* bytes, uint8_t radixFlag) {
-  if (text == nullptr || bytes == nullptr) return 1;
-  const bool hexadecimal = radixFlag != 0;
+  if (text == nullptr) return 1;
   const std::size_t length = std::strlen(text);
+  if (length > 0 && bytes == nullptr) return 1;
+  const bool hexadecimal = radixFlag != 0;
   for (std::size_t i = 0; i < length; i += 2) {
     // A text of odd length ends in half a pair: its other half reads as the terminating NUL, which
     // is no digit.

@@ -17,7 +17,8 @@
 
 #include <stdint.h>
 
-#include "../base/Export.h"
+/* Visible to hosts. Said here as well, so that this header needs no other one. */
+#define WENLOLIB_EXPORT __attribute__((visibility("default")))
 
 #ifdef __cplusplus
 extern "C" {
@@ -35,7 +36,7 @@ WENLOLIB_EXPORT int32_t ConvertHexToCharData(const uint8_t* source, char* text, 
  * hexadecimal, in either case; with zero it is a decimal number of two digits (12 gives the byte
  * 12). Returns 0 when every pair was valid, 1 at the first invalid one: then the bytes before it
  * are written and nothing after them. The last character of a text of odd length is half a pair,
- * and so invalid. Returns 1 for a null pointer. */
+ * and so invalid. Returns 1 for a null pointer; an empty text needs no `bytes`. */
 WENLOLIB_EXPORT int32_t ConvertCharDataToHex(const char* text, uint8_t* bytes, uint8_t radixFlag);
 
 /* The MD5 digest (RFC 1321) of the NUL-terminated `text`, without its NUL: 16 bytes to `digest`.
@@ -51,10 +52,10 @@ WENLOLIB_EXPORT int32_t DoEncryptXOR(uint8_t* destination, int32_t* unused, cons
 
 /* RC4 (also known as ARCFOUR; test vectors in RFC 6229) from the first byte of its keystream:
  * writes exactly `sourceLength` bytes to `destination` and that length to `outputLength`. Applied
- * twice with the same key it gives the source back. `destination` may overlap `source` in any way.
- * Returns 0; returns -1 and writes nothing, not even the length, for a null pointer, a negative
- * length, a key the cipher does not take (it takes 1 to 256 bytes) or a cipher that is refused.
- * Encrypting zero bytes succeeds, also with null buffers. */
+ * twice with the same key it gives the source back. `destination` may overlap `source` and `key` in
+ * any way: both are used as they were. Returns 0; returns -1 and writes nothing, not even the
+ * length, for a null pointer, a negative length, a key the cipher does not take (it takes 1 to 256
+ * bytes) or a cipher that is refused. Encrypting zero bytes succeeds, also with null buffers. */
 WENLOLIB_EXPORT int32_t DoRC4Encrypt(const uint8_t* key, int32_t keyLength, const uint8_t* source,
                                      int32_t sourceLength, uint8_t* destination,
                                      int32_t* outputLength);

@@ -107,6 +107,14 @@ TEST(ConvertCharDataToHex, NullPointersFail) {
   EXPECT_EQ(ConvertCharDataToHex(nullptr, &byte, 1), 1);
   EXPECT_EQ(byte, untouched);
   EXPECT_EQ(ConvertCharDataToHex("11", nullptr, 1), 1);
+  EXPECT_EQ(ConvertCharDataToHex(nullptr, nullptr, 1), 1);
+}
+
+TEST(ConvertCharDataToHex, AnEmptyTextNeedsNoRoom) {
+  for (const int flag : {0, 1}) {
+    EXPECT_EQ(ConvertCharDataToHex("", nullptr, static_cast<std::uint8_t>(flag)), 0);
+  }
+  EXPECT_EQ(ConvertCharDataToHex("1", nullptr, 1), 1);
 }
 
 TEST(ConvertCharDataToHex, GivesBackWhatTheOtherConversionWrote) {

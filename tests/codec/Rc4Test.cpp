@@ -99,6 +99,24 @@ TEST(DoRC4Encrypt, BuffersMayOverlapInAnyWay) {
   }
 }
 
+TEST(DoRC4Encrypt, UsesTheKeyAsItWasWhereverItLies) {
+  std::string bytes;
+  for (int i = 0; i < 100; ++i) bytes += static_cast<char>(i * 7);
+  for (std::size_t from = 0; from <= 20; from += 4) {
+    for (std::size_t to = 0; to <= 20; to += 4) {
+      for (std::size_t keyAt = 0; keyAt <= 84; keyAt += 4) {
+        std::string memory = bytes;
+        auto* start = reinterpret_cast<std::uint8_t*>(memory.data());
+        const std::string expected =
+            referenceRc4(bytesOf(bytes.substr(keyAt, 16)), bytes.substr(from, 80));
+        std::int32_t length = 0;
+        EXPECT_EQ(DoRC4Encrypt(start + keyAt, 16, start + from, 80, start + to, &length), 0);
+        EXPECT_EQ(memory.substr(to, 80), expected) << from << " to " << to << " key " << keyAt;
+      }
+    }
+  }
+}
+
 TEST(DoRC4Encrypt, ZeroBytesSucceedWithNullBuffersToo) {
   const std::uint8_t key[16] = {};
   std::int32_t length = -77;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "codec/codec.h"
 #include "support/ReferenceCrypto.h"
 
 namespace wenlolib::tests {
@@ -71,6 +72,23 @@ TEST(MbedCipher, MayWriteOverItsSourceInAnyWay) {
     std::ranges::copy(text, source);
     ASSERT_TRUE(MbedCipher().rc4(bytesOf(key), {source, text.size()}, source + shift));
     EXPECT_EQ(upperHex({source + shift, text.size()}), upperHex(bytesOf(expected))) << shift;
+  }
+}
+
+TEST(MbedCipher, UsesTheKeyAsItWasWhereItLiesInTheDestination) {
+  std::string bytes;
+  for (int i = 0; i < 120; ++i) bytes += static_cast<char>(i * 7);
+  for (std::size_t to = 0; to <= 32; to += 4) {
+    for (std::size_t keyAt = 0; keyAt <= 104; keyAt += 4) {
+      std::string memory = bytes;
+      auto* start = reinterpret_cast<std::uint8_t*>(memory.data());
+      std::int32_t length = 0;
+      // Through the codec: what a host calls, on this port's cipher.
+      EXPECT_EQ(DoRC4Encrypt(start + keyAt, 16, start + 16, 80, start + to, &length), 0);
+      EXPECT_EQ(memory.substr(to, 80),
+                referenceRc4(bytesOf(bytes.substr(keyAt, 16)), bytes.substr(16, 80)))
+          << to << " key " << keyAt;
+    }
   }
 }
 
