@@ -21,8 +21,9 @@ class Xml {
   virtual ~Xml() = default;
 
   /// Parses `document` (UTF-8), repairing what the tidy option repairs (a stray "&", a "<" that
-  /// begins no tag), and serialises it again: no declaration, no white space added, empty elements
-  /// kept open. Null when it cannot be made a well-formed document.
+  /// begins no tag, a "]]>" that ends no section), and serialises it again: no declaration, no
+  /// white space added, empty elements kept open. Null when it cannot be made a well-formed
+  /// document.
   virtual Text serialised(std::string document, DigitRun digits) = 0;
 };
 

@@ -15,9 +15,9 @@ namespace {
 /// What a repair writes, and what it has written it for.
 struct Escape {
   std::string_view text;
-  char original;
+  std::string_view original;
 };
-constexpr std::array<Escape, 2> escapes = {{{"&lt;", '<'}, {"&amp;", '&'}}};
+constexpr std::array<Escape, 3> escapes = {{{"&lt;", "<"}, {"&amp;", "&"}, {"]]&gt;", "]]>"}}};
 
 const Escape* escapeAt(std::string_view text) {
   const auto* found = std::ranges::find_if(
@@ -35,7 +35,7 @@ void eachPart(std::string_view value, const Plain& plain, const Escaped& escaped
       value.remove_prefix(escape->text.size());
       continue;
     }
-    const std::size_t length = std::min(value.find('&', 1), value.size());
+    const std::size_t length = std::min(value.find_first_of("&]", 1), value.size());
     plain(value.substr(0, length));
     value.remove_prefix(length);
   }
@@ -85,11 +85,7 @@ std::string takenBack(const Walk& walk, const Units& units, std::uint64_t chosen
     eachPart(
         value, [&](std::string_view part) { text.append(part); },
         [&](const Escape& escape) {
-          if ((chosen & 1) != 0) {
-            text.push_back(escape.original);
-          } else {
-            text.append(escape.text);
-          }
+          text.append((chosen & 1) != 0 ? escape.original : escape.text);
           if (units.singly) chosen >>= 1;
         });
     if (!units.singly) chosen >>= 1;

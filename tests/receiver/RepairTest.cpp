@@ -45,6 +45,10 @@ TEST(ReceiverRepair, IsRecognised) {
       {"&&&&&&&&&&", "R&amp;D"},         // those of one value stray, those of the other not
       {"&lt;&lt;&lt;&lt;&lt;&lt;&lt;&lt;", "A&B"},
       {std::string(100000, '&'), ""},
+      {"]]>", ""},
+      {"a]]>b & c", "]]]>"},
+      {"]]&gt; and ]]>", "&lt;]]>"},  // a reference and a stray one
+      {"]]>]]>]]>]]>]]>]]>]]>]]>", "]]&gt;"},
   };
   for (const Values& values : all) {
     const std::string text = stored(printerWith(values.deviceId, values.serialNumber));
@@ -57,11 +61,11 @@ TEST(ReceiverRepair, IsRecognised) {
 }
 
 TEST(ReceiverRepair, GivesTheValueBack) {
-  const std::string text = stored(printerWith("A&B", "a < b"));
+  const std::string text = stored(printerWith("A&B", "a < b ]]> c"));
   const receiver::Report report = receiver::examine(text);
   ASSERT_TRUE(report.document);
   EXPECT_EQ(report.document->value("DeviceID"), "A&B");
-  EXPECT_EQ(report.document->value("SN"), "a < b");
+  EXPECT_EQ(report.document->value("SN"), "a < b ]]> c");
 }
 
 TEST(ReceiverRepair, InEveryValueOfEveryLayout) {
@@ -74,7 +78,7 @@ TEST(ReceiverRepair, InEveryValueOfEveryLayout) {
          {&ExpectedDocument::version, &ExpectedDocument::osVersion, &ExpectedDocument::locale,
           &ExpectedDocument::identifier}) {
       ExpectedDocument document = sample(layout);
-      document.*field = "A&B < C";
+      document.*field = "A&B < C ]]>";
       check(document);
     }
   }
@@ -94,6 +98,9 @@ TEST(ReceiverRepair, IsNotMistakenForAnything) {
   const std::string sound = printerWith("A>B", "C").text();
   const std::string escaped = replaced(sound, "A>B", "A&gt;B");
   EXPECT_EQ(findingOf(escaped), checksumFault(escaped, Fault::altered));
+  const std::string bracket = replaced(printerWith("A]>B", "C").text(), "A]>B", "A]&gt;B");
+  EXPECT_EQ(findingOf(bracket), checksumFault(bracket, Fault::altered));
+  EXPECT_EQ(findingOf(stored(printerWith("]]&gt;", "]]"))), Finding{});
   const std::string numbered = replaced(printerWith("A&B", "C").text(), "A&B", "A&#38;B");
   EXPECT_EQ(findingOf(numbered), checksumFault(numbered, Fault::altered));
 }

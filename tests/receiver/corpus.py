@@ -240,12 +240,13 @@ def repaired():
         for name in {**HEADER, **(IDENTITY if layout == "older" else {})}:
             if name == "Date":
                 continue
-            for stray in ["A&B", "a < b", "&&", "&amp; & <", "x &lt;&"]:
+            for stray in ["A&B", "a < b", "&&", "&amp; & <", "x &lt;&", "]]]>&"]:
                 plan = Plan(layout)
                 before = content(plan.having(**{name: stray}))
-                # The first reference of the last two was one from the start.
+                # The first reference of two of them was one from the start.
                 kept = 5 if stray.startswith("&amp;") else 6 if stray.startswith("x &lt;") else 0
                 mended = stray[kept:].replace("&", "&amp;").replace("<", "&lt;")
+                mended = mended.replace("]]>", "]]&gt;")
                 after = content(plan.having(**{name: stray[:kept] + mended}))
                 data = sealed(layout, after, before)
                 yield Case("repaired", f"{layout} {name} {stray}", data, "checksum", "repaired",

@@ -126,6 +126,17 @@ class Recording(ToolTest):
             self.assertEqual(finished.stdout, b"")
         self.assertEqual(tree(self.root), before)
 
+    def test_a_value_that_can_be_mended_is_and_reads_as_it_was(self):
+        self.install()
+        serial = "a ]]> b & c < d"
+        finished = self.expect(0, "record", "printer", "--name", "A", "--sn", serial, stdin=b"x")
+        path = re.search(r"^recorded in (.*)$", finished.stdout.decode(), re.MULTILINE).group(1)
+        with open(path, "rb") as file:
+            self.assertIn(b"<SN>a ]]&gt; b &amp; c &lt; d</SN>", file.read())
+        told = self.expect(1, "decode", "--json", path).stdout.decode()
+        self.assertIn(f'"{serial}"', told)
+        self.assertIn("repaired", told)
+
     def test_contents_that_will_not_do_are_usage_errors(self):
         self.install()
         before = tree(self.root)

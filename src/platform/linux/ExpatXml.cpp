@@ -34,12 +34,13 @@ DigitRun shown(DigitRun digits) {
 /// The document with what can be mended outside its digits mended; `digits` moves along.
 std::string repaired(std::string_view document, DigitRun& digits) {
   const std::size_t end = digits.offset + digits.length;
-  std::string text = withStrayMarkupEscaped(document.substr(0, digits.offset));
-  const std::size_t offset = text.size();
-  text.append(document.substr(digits.offset, digits.length));
-  text.append(withStrayMarkupEscaped(document.substr(end)));
+  MarkupRepair repair;
+  repair.add(document.substr(0, digits.offset));
+  const std::size_t offset = repair.text.size();
+  repair.text.append(document.substr(digits.offset, digits.length));
+  repair.add(document.substr(end));
   digits.offset = offset;
-  return text;
+  return std::move(repair.text);
 }
 
 /// Takes every event: the form is all that is asked about.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "base/Integer.h"
 
@@ -47,24 +48,60 @@ bool beginsTag(std::string_view rest) {
   return !rest.empty() && isNameCharacter(rest.front());
 }
 
+/// What encloses text that is no content.
+struct Enclosure {
+  std::string_view begin, end;
+};
+constexpr Enclosure enclosures[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+
+/// The character that begins `text`, which is one of "&<]", escaped unless it has a meaning there.
+std::string_view mended(std::string_view text) {
+  const std::string_view rest = text.substr(1);
+  if (text.front() == '&') return beginsReference(rest) ? "&" : "&amp;";
+  if (text.front() == '<') return beginsTag(rest) ? "<" : "&lt;";
+  return "]";
+}
+
 }  // namespace
 
-std::string withStrayMarkupEscaped(std::string_view text) {
-  std::string escaped;
-  while (!text.empty()) {
-    const std::size_t plain = std::min(text.find_first_of("&<"), text.size());
-    escaped.append(text.substr(0, plain));
-    text.remove_prefix(plain);
-    if (text.empty()) break;
-    const std::string_view rest = text.substr(1);
-    if (text.front() == '&') {
-      escaped.append(beginsReference(rest) ? "&" : "&amp;");
-    } else {
-      escaped.append(beginsTag(rest) ? "<" : "&lt;");
-    }
-    text = rest;
+/// Adds the plain text that `piece` begins with and one markup behind it; answers their length.
+std::size_t MarkupRepair::addContent(std::string_view piece) {
+  constexpr std::string_view strayEnd = "]]>";
+  const std::size_t plain = std::min(piece.find_first_of("&<]"), piece.size());
+  text.append(piece.substr(0, plain));
+  piece.remove_prefix(plain);
+  if (piece.empty()) return plain;
+  for (const Enclosure& each : enclosures) {
+    if (!piece.starts_with(each.begin)) continue;
+    text.append(each.begin);
+    _end = each.end;
+    return plain + each.begin.size();
   }
-  return escaped;
+  const bool stray = piece.starts_with(strayEnd);
+  text.append(stray ? "]]&gt;" : mended(piece));
+  return plain + (stray ? strayEnd.size() : 1);
+}
+
+/// Adds what is enclosed up to its end, or all of `piece`; answers its length.
+std::size_t MarkupRepair::addEnclosed(std::string_view piece) {
+  const std::size_t end = piece.find(_end);
+  const bool ends = end != std::string_view::npos;
+  const std::size_t length = ends ? end + _end.size() : piece.size();
+  text.append(piece.substr(0, length));
+  if (ends) _end = {};
+  return length;
+}
+
+void MarkupRepair::add(std::string_view piece) {
+  while (!piece.empty()) {
+    piece.remove_prefix(_end.empty() ? addContent(piece) : addEnclosed(piece));
+  }
+}
+
+std::string withStrayMarkupEscaped(std::string_view text) {
+  MarkupRepair repair;
+  repair.add(text);
+  return std::move(repair.text);
 }
 
 }  // namespace wenlolib::platform::gnulinux

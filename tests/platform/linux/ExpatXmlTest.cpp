@@ -210,6 +210,29 @@ TEST(ExpatXml, StrayMarkupIsMendedOnBothSidesOfTheDigits) {
   }
 }
 
+TEST(ExpatXml, TheEndOfASectionThatNothingBeganIsMendedOnBothSidesOfTheDigits) {
+  for (const std::size_t length : lengths) {
+    const std::string digits = payloadOf(length).digits;
+    EXPECT_EQ(serialised(between("]]>", length, "a]]]>b")),
+              Text("<a>]]&gt;<p C=\"R\">" + digits + "</p>a]]]&gt;b</a>"));
+  }
+}
+
+TEST(ExpatXml, WhatValuesOpenBeforeTheDigitsAndCloseBehindThemIsNoContentToMend) {
+  for (const std::size_t length : lengths) {
+    const std::string digits = payloadOf(length).digits;
+    for (const auto& [open, close] : {std::pair("<![CDATA[ < & ", " < & ]]>"),
+                                      {"<!-- ]]> < & ", " ]]> < & -->"},
+                                      {"<?p ]]> < & ", " ]]> < & ?>"}}) {
+      const std::string kept = "<p C=\"R\">" + digits + "</p>" + close;
+      EXPECT_EQ(serialised(between(std::string("]]>").append(open), length,
+                                   std::string(close).append(" & ]]>"))),
+                Text(std::string("<a>]]&gt;").append(open) + kept + " &amp; ]]&gt;</a>"))
+          << open;
+    }
+  }
+}
+
 TEST(ExpatXml, TheDigitsAreFoundAgainBehindMuchThatWasMended) {
   std::string strays;
   std::string mended;
@@ -224,7 +247,7 @@ TEST(ExpatXml, TheDigitsAreFoundAgainBehindMuchThatWasMended) {
 
 TEST(ExpatXml, WhatCannotBeMendedIsNull) {
   for (const char* value : {"<b>", "</b>", "<b c=\"", "<!--", "<![CDATA[", "<?pi", "\x01", "\xFF",
-                            "&#0;", "& <b>", "]]>"}) {
+                            "&#0;", "& <b>", "]]>\x01"}) {
     EXPECT_EQ(serialised(between(value, 66, "")), std::nullopt) << value;
   }
 }

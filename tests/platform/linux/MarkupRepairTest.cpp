@@ -57,6 +57,31 @@ const std::vector<Case>& cases() {
       {">", ">"},
       {"\"'", "\"'"},
       {"a<b&c", "a<b&amp;c"},
+      {"]]>", "]]&gt;"},
+      {"a]]>b", "a]]&gt;b"},
+      {"]", "]"},
+      {"]]", "]]"},
+      {"]] >", "]] >"},
+      {"]>", "]>"},
+      {"]]&gt;", "]]&gt;"},
+      {"]]]>", "]]]&gt;"},
+      {"]]>]]>", "]]&gt;]]&gt;"},
+      {"<b c=\"]]>\">]]></b>", "<b c=\"]]&gt;\">]]&gt;</b>"},
+      // What a section, a comment or an instruction holds is no content, and ends where it ends.
+      {"<![CDATA[x]]>", "<![CDATA[x]]>"},
+      {"<![CDATA[x]]>]]>", "<![CDATA[x]]>]]&gt;"},
+      {"<![CDATA[x & y < z]]>&", "<![CDATA[x & y < z]]>&amp;"},
+      {"<![CDATA[]]]]>]]>", "<![CDATA[]]]]>]]&gt;"},
+      {"<![CDATA[<!--]]>]]>", "<![CDATA[<!--]]>]]&gt;"},
+      {"<!-- a]]>b & < -->]]>", "<!-- a]]>b & < -->]]&gt;"},
+      {"<!-- <![CDATA[ -->]]>", "<!-- <![CDATA[ -->]]&gt;"},
+      {"<!-->]]>-->]]>", "<!-->]]>-->]]&gt;"},
+      {"<?p a]]>b & < ?>]]>", "<?p a]]>b & < ?>]]&gt;"},
+      {"<?>]]>?>]]>", "<?>]]>?>]]&gt;"},
+      {"<!x & ]]>", "<!x &amp; ]]&gt;"},
+      {"<![CDATA[x & ]] >", "<![CDATA[x & ]] >"},  // never ends
+      {"<!-- & ->", "<!-- & ->"},
+      {"<?p & >", "<?p & >"},
   };
   return all;
 }
@@ -77,6 +102,11 @@ TEST(MarkupRepair, TakesTimeByTheLengthOfItsTextAlone) {
   // Strays without end: a search through the rest for each of them would not come to an end here.
   const std::string text(2'000'000, '&');
   EXPECT_EQ(withStrayMarkupEscaped(text).size(), 5 * text.size());
+  for (const std::string piece : {"]", "<?", "<!--", "<![CDATA["}) {
+    std::string many;
+    for (int i = 0; i < 1'000'000; ++i) many += piece;
+    EXPECT_EQ(withStrayMarkupEscaped(many), many) << piece;
+  }
 }
 
 /// What the tidy command makes of a document with `value` in it; nothing where it refuses it.
@@ -87,15 +117,36 @@ std::string tidied(const TemporaryFolder& folder, const std::string& value) {
   const int status = ::system(command.c_str());
   if (status == -1 || WEXITSTATUS(status) > 1) return "(refused)";
   std::string text = readFile(folder / "out");
-  while (text.ends_with('\n')) text.pop_back();
+  std::erase(text, '\n');  // it gives sections, comments and elements lines of their own
   return text;
 }
 
 TEST(MarkupRepair, TheTidyCommandMendsStrayCharactersAlike) {
   if (::system("command -v tidy >/dev/null 2>&1") != 0) GTEST_SKIP() << "tidy is not installed";
   const TemporaryFolder folder;
-  for (const char* value : {"A & B", "A&B", "a < b", "&&", "x <= y", "R&D < 1", "&amp;", "&lt;",
-                            "plain", "a & b & c"}) {
+  for (const char* value : {"A & B",
+                            "A&B",
+                            "a < b",
+                            "&&",
+                            "x <= y",
+                            "R&D < 1",
+                            "&amp;",
+                            "&lt;",
+                            "plain",
+                            "a & b & c",
+                            "]]>",
+                            "a]]>b",
+                            "]]]>",
+                            "]]]]>",
+                            "]]&gt;",
+                            "<![CDATA[x]]>]]>",
+                            "<![CDATA[x & y < z]]>&",
+                            "<b>]]></b>",
+                            "<![CDATA[]]]]>]]>",
+                            "<![CDATA[<!--]]>]]>",
+                            "<!-- a]]>b & < -->]]>",
+                            "<!-- <![CDATA[ -->]]>",
+                            "<?p a]]>b & < ?>]]>"}) {
     EXPECT_EQ(tidied(folder, value), "<a>" + withStrayMarkupEscaped(value) + "</a>") << value;
   }
   EXPECT_EQ(tidied(folder, "<open>"), "(refused)");
