@@ -49,7 +49,8 @@ WENLOLIB_EXPORT int WENLOLIB_isSupportedPlm(uint32_t option);
  * held; after a failed write its mode is opened to 0666 all the same.
  *
  * 1 when the file is written, and also, on purpose, when the record has come to no document and so
- * to no file: a value with markup in it that cannot be mended does that. */
+ * to no file: a value does that which holds markup that cannot be mended, or a character that XML
+ * does not have, such as U+0001 or U+FFFE, which is never mended. */
 WENLOLIB_EXPORT int WENLOLIB_writeAppInfoWithContents(const char* contents, const char* name,
                                                       uint32_t option);
 

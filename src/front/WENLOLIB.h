@@ -34,7 +34,8 @@ class WENLOLIB_EXPORT WENLOLIB {
   static std::shared_ptr<WENLOLIB> initWithContents(Text contents, Text name = {},
                                                     std::uint32_t option = 0) noexcept;
 
-  /// The payload and the name used in the file's name; null clears the field.
+  /// The payload and the name used in the file's name; null clears the field, and so do bytes that
+  /// are not UTF-8: what was there does not stay.
   void setContents(Text contents) noexcept;
   void setApplicationName(Text name) noexcept;
 
@@ -53,8 +54,10 @@ class WENLOLIB_EXPORT WENLOLIB {
   // --- Writing it ---
 
   /// Makes the survey document from the record and keeps it for `writeAppInfo`. False when memory
-  /// runs out and for contents of 2 GiB and more. True does not mean that there is a document: a
-  /// value with markup in it that cannot be mended leaves the record without one.
+  /// runs out and for contents of 2 GiB and more. True does not mean that there is a new document:
+  /// there is none where a value holds markup that cannot be mended or a character that XML does
+  /// not have, such as U+0001 or U+FFFE, which is never mended. Whenever no new document is made
+  /// the record keeps the one that an earlier call has made, if any.
   bool WENLOLIBCreateXMLDocument() noexcept;
 
   /// Makes the document and writes it, with mode 0666, to the first free number in the folder of
@@ -64,8 +67,9 @@ class WENLOLIB_EXPORT WENLOLIB {
   /// False without contents or name, for contents of 2 GiB and more, when memory runs out, and when
   /// the file could not be written. An earlier file then holds what it held; after a failed write
   /// its mode is opened to 0666 all the same, on purpose. True when the file is written, and also,
-  /// on purpose, when the record has come to no document (see above) and so to no file. Once a
-  /// write was tried the record holds no document any more.
+  /// on purpose, when the record holds no document (see above) and so comes to no file. Where no
+  /// new document can be made, but an earlier call has made one, that one is written, whatever the
+  /// record was changed to since. Once a write was tried the record holds no document any more.
   bool writeAppInfo() noexcept;
 
   // --- The values that a document carries; "" where a value is unknown ---

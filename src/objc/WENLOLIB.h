@@ -143,8 +143,10 @@ WENLOLIB_NONNULL_BEGIN
 
 /**
  * Makes the survey document from the record and keeps it for writeAppInfo. NO when memory runs out
- * and for contents of 2 GiB and more. YES does not mean that there is a document: a value with
- * markup in it that cannot be mended leaves the record without one.
+ * and for contents of 2 GiB and more. YES does not mean that there is a new document: there is none
+ * where a value holds markup that cannot be mended or a character that XML does not have, such as
+ * U+0001 or U+FFFE, which is never mended. Whenever no new document is made the record keeps the
+ * one that an earlier call has made, if any.
  */
 - (BOOL)WENLOLIBCreateXMLDocument;
 
@@ -153,8 +155,10 @@ WENLOLIB_NONNULL_BEGIN
  * printer logs or to this month's file in the folder of application usage. NO without contents or
  * name, when there is no document for lack of memory, and when the file could not be written. An
  * earlier file then holds what it held; after a failed write its mode is opened to 0666 all the
- * same, on purpose. YES when the file is written, and also, on purpose, when the record has come to
- * no document (see above) and so to no file. Once a write was tried the record holds no document.
+ * same, on purpose. YES when the file is written, and also, on purpose, when the record holds no
+ * document (see above) and so comes to no file. Where no new document can be made, but an earlier
+ * call has made one, that one is written, whatever the record was changed to since. Once a write was
+ * tried the record holds no document.
  */
 - (BOOL)writeAppInfo;
 

@@ -42,6 +42,20 @@ TEST_F(DocumentCreation, ARefusedDocumentLeavesTheEarlierOneOfTheRecord) {
   EXPECT_EQ(world.files.bytesAt(path), "<earlier/>");
 }
 
+TEST_F(DocumentCreation, ARefusedDocumentLeavesTheEarlierOneWhateverTheRecordWasChangedTo) {
+  ASSERT_TRUE(record->WENLOLIBCreateXMLDocument());
+  const std::string earlier = world.xml.seen;
+  record->setContents("other contents");
+  record->setApplicationName("Other");
+  record->setFileType(2);
+  record->serOtherInfo(Dictionary{{"SN", "<b>"}});
+  world.faults.failAlways("xml.serialised");
+  EXPECT_TRUE(record->WENLOLIBCreateXMLDocument());
+  EXPECT_TRUE(record->writeAppInfo());
+  EXPECT_EQ(world.files.bytesAt(applicationFolder + "/Quillmere_Log_Other_2403.ALM"), earlier);
+  EXPECT_EQ(contentsOf(earlier), "contents");
+}
+
 TEST_F(DocumentCreation, ALackOfMemoryLeavesTheEarlierOneOfTheRecord) {
   world.xml.replacement = "<earlier/>";
   EXPECT_TRUE(record->WENLOLIBCreateXMLDocument());

@@ -52,6 +52,15 @@ TEST(Record, TakesOnlyFileTypesOneAndTwo) {
   EXPECT_EQ(record->fileType(), 1U);
 }
 
+TEST(Record, SettingBytesThatAreNotUtf8ClearsWhatWasThere) {
+  const auto record = WENLOLIB::initWithContents("contents", "App");
+  record->setContents("\xFF");
+  EXPECT_EQ(record->contents(), std::nullopt);
+  EXPECT_EQ(record->applicationName(), Text("App"));
+  record->setApplicationName("\xC3");
+  EXPECT_EQ(record->applicationName(), std::nullopt);
+}
+
 TEST(Record, SettingTheTextsThatItHoldsKeepsThem) {
   const auto record = WENLOLIB::initWithContents("contents", "App");
   record->setContents(record->contents());

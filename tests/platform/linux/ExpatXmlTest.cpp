@@ -247,7 +247,7 @@ TEST(ExpatXml, TheDigitsAreFoundAgainBehindMuchThatWasMended) {
 
 TEST(ExpatXml, WhatCannotBeMendedIsNull) {
   for (const char* value : {"<b>", "</b>", "<b c=\"", "<!--", "<![CDATA[", "<?pi", "\x01", "\xFF",
-                            "&#0;", "& <b>", "]]>\x01"}) {
+                            "&#0;", "& <b>", "]]>\x01", "\xEF\xBF\xBE", "&\uFFFF"}) {
     EXPECT_EQ(serialised(between(value, 66, "")), std::nullopt) << value;
   }
 }
