@@ -1,5 +1,5 @@
 /// The examinations of an installation. Each works on the platform in use, which is to be
-/// `platform`, and changes nothing.
+/// `platform`, and changes nothing that it is not asked to.
 #ifndef WENLOLIB_TOOLS_CHECKS_H
 #define WENLOLIB_TOOLS_CHECKS_H
 
@@ -20,8 +20,10 @@ void checkIdentifier(const ToolPlatform& platform, Findings& findings);
 void checkVersions(const ToolPlatform& platform, Findings& findings);
 void checkDecisions(Findings& findings);
 
-/// Files that were left unfinished, numbers of printer logs that are taken, room on the disk.
-void checkLeftovers(const ToolPlatform& platform, Findings& findings);
+/// Files that were left unfinished; with `clean` those that are a day old are removed.
+void checkLeftovers(const ToolPlatform& platform, bool clean, Findings& findings);
+
+/// Numbers of printer logs that are taken, room on the disk.
 void checkNumbers(const ToolPlatform& platform, Findings& findings);
 void checkDisk(const ToolPlatform& platform, Findings& findings);
 

@@ -1,11 +1,8 @@
-// What lies in the folders of records, and the room that is left for more.
-#include <sys/stat.h>
+// The numbers of printer logs that are taken, and the room that is left for more.
 #include <sys/statvfs.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <ctime>
 #include <filesystem>
 #include <map>
 #include <system_error>
@@ -13,7 +10,6 @@
 #include "Checks.h"
 #include "DiskRoom.h"
 #include "Format.h"
-#include "platform/posix/AtomicFile.h"
 #include "toolkit/Folders.h"
 
 namespace wenlolib::tools {
@@ -21,45 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t anHour = 3600;
-constexpr std::size_t mostListed = 20;
 constexpr int lastNumber = 999;
 constexpr int manyNumbers = 900;
-
-std::string agoText(std::int64_t seconds) {
-  if (seconds < 2 * anHour) return counted(static_cast<std::uint64_t>(seconds / 60), "minute");
-  if (seconds < 48 * anHour) return counted(static_cast<std::uint64_t>(seconds / anHour), "hour");
-  return counted(static_cast<std::uint64_t>(seconds / (24 * anHour)), "day");
-}
-
-bool isUnfinished(const std::string& name) {
-  return name.starts_with(platform::posix::unfinishedPrefix) && name.ends_with(".tmp");
-}
-
-/// Every unfinished file below `folder`, in the sub-folders as well: a "/" in a name leads there.
-void addUnfinished(const std::string& folder, std::vector<std::string>& paths) {
-  std::error_code error;
-  fs::recursive_directory_iterator entries(folder, fs::directory_options::skip_permission_denied,
-                                           error);
-  for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error)) {
-    if (isUnfinished(entries->path().filename().string()))
-      paths.push_back(entries->path().string());
-  }
-}
-
-Finding leftoverFinding(const std::string& path) {
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) {
-    return {Level::ok, "leftover", path, "was being written just now", ""};
-  }
-  const std::int64_t age = std::max<std::int64_t>(std::time(nullptr) - status.st_mtime, 0);
-  const std::string message = "unfinished, " +
-                              sizeText(static_cast<std::uint64_t>(status.st_size)) + ", " +
-                              agoText(age) + " old";
-  if (age < anHour) return {Level::ok, "leftover", path, message + ": being written, perhaps", ""};
-  return {Level::warning, "leftover", path, message,
-          "A program was killed while writing; delete it."};
-}
 
 /// The name of a printer log whose file name ends in "_NUMBER.PLM", or nothing.
 std::optional<std::string> numberedName(const std::string& file) {
@@ -84,22 +43,6 @@ std::string nearestFolder(const std::string& path) {
 }
 
 }  // namespace
-
-void checkLeftovers(const ToolPlatform& platform, Findings& findings) {
-  std::vector<std::string> paths;
-  for (const Text& folder : {printerLogFolder(), applicationLogFolder(), configurationFolder()}) {
-    if (folder) addUnfinished(platform.real(*folder), paths);
-  }
-  std::ranges::sort(paths);
-  for (std::size_t i = 0; i < std::min(paths.size(), mostListed); ++i) {
-    findings.push_back(leftoverFinding(paths[i]));
-  }
-  if (paths.empty()) findings.push_back({Level::ok, "leftover", "Unfinished files", "none", ""});
-  if (paths.size() > mostListed) {
-    findings.push_back({Level::warning, "leftover", "More unfinished files",
-                        grouped(paths.size() - mostListed), "Delete what is hours old."});
-  }
-}
 
 void checkNumbers(const ToolPlatform& platform, Findings& findings) {
   const std::string folder = platform.real(printerLogFolder().value_or(""));

@@ -14,8 +14,8 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, HERE)
 
 import skips
-from tool_world import (CONFIGURATION, HOST_BUNDLE, IDENTIFIER, PREFERENCES, VERSION_LIST, ToolTest,
-                       days_ago, tree)
+from tool_world import (CONFIGURATION, HOME, HOST_BUNDLE, IDENTIFIER, PREFERENCES, VERSION_LIST,
+                       ToolTest, days_ago, tree)
 
 GATES = ["os_version", "library_version", "support_list", "mode", "preferences",
          "installation_date", "period", "preferences", "agreement"]
@@ -320,6 +320,144 @@ class Doctor(ToolTest):
         self.assertEqual(found[self.path(old)]["level"], "warning")
         self.assertEqual(found[self.path(old)]["message"], "unfinished, 2.0 KiB, 3 days old")
         self.assertEqual(found[self.path(new)]["level"], "ok")
+
+    def leftover(self, name, hours):
+        """A file that was changed so many hours ago."""
+        path = self.write(name, b"x" * 2048)
+        moment = time.time() - hours * 3600
+        os.utime(path, (moment, moment))
+        return path
+
+    def cleaned(self, status=0, **others):
+        """What --clean says of leftovers: level, check and message by subject."""
+        finished = self.expect(status, "doctor", "--json", "--clean", **others)
+        findings = [json.loads(line) for line in finished.stdout.splitlines()]
+        return {found["subject"]: (found["level"], found["check"], found["message"])
+                for found in findings if found["check"].startswith("leftover")}
+
+    def expect_gone(self, before, paths):
+        """Of all that was there, these files are gone and everything else is as it was."""
+        left = {path: kept for path, kept in before.items() if path not in paths}
+        self.assertEqual(len(left), len(before) - len(paths))
+        self.assertEqual(tree(self.root), left)
+
+    def test_clean_removes_what_killed_programs_have_left_a_day_ago(self):
+        self.install()
+        os.mkdir(self.path("PLM/sub"))
+        old = [self.leftover(name, 25) for name in [
+            "PLM/.wenlolib-0123456789abcdef0123456789abcdef.tmp", "ALM/.wenlolib-4567.tmp",
+            "Config/.wenlolib-89ab.tmp", "PLM/sub/.wenlolib-cdef.tmp", "PLM/.wenlolib-.tmp",
+            "PLM/.wenlolib-QX200_7.PLM.tmp", "ALM/.wenlolib- \n\u00e9\x1b[31m.tmp"]]
+        before = tree(self.root)
+        found = self.cleaned()
+        self.expect_gone(before, old)
+        self.assertEqual(set(found), set(old))
+        for path in old:
+            self.assertEqual(found[path], ("ok", "leftover_removed",
+                                           "unfinished, 2.0 KiB, 25 hours old: removed"))
+        after = tree(self.root)
+        finding = ("ok", "leftover", "none")
+        self.assertEqual(self.cleaned(), {"Unfinished files": finding})
+        self.assertEqual(tree(self.root), after)
+
+    def test_clean_says_what_it_has_removed(self):
+        self.install()
+        self.leftover("PLM/.wenlolib-0.tmp", 72)
+        self.leftover("PLM/.wenlolib-1.tmp", 5)
+        def told(*options):
+            return " ".join(self.expect(0, "doctor", *options).stdout.decode().split())
+
+        remedy = "remedy: A program was killed while writing; wenlolib doctor --clean removes it"
+        self.assertEqual(told().count(remedy), 2)
+        cleaned = told("--clean")
+        self.assertIn("PLM/.wenlolib-0.tmp: unfinished, 2.0 KiB, 3 days old: removed", cleaned)
+        self.assertIn("PLM/.wenlolib-1.tmp unfinished, 2.0 KiB, 5 hours old: left, it is not a day "
+                      f"old {remedy} once it is a day old.", cleaned)
+
+    def test_clean_leaves_what_is_not_a_day_old(self):
+        self.install()
+        ages = {"0.02": "ok", "0.9": "ok", "1.1": "warning", "23.9": "warning", "-1000": "ok"}
+        paths = {self.leftover(f"PLM/.wenlolib-{age}.tmp", float(age)): level
+                 for age, level in ages.items()}
+        before = tree(self.root)
+        found = self.cleaned()
+        self.assertEqual(tree(self.root), before)
+        for path, level in paths.items():
+            self.assertEqual(found[path][:2], (level, "leftover"), path)
+            self.assertIn(": left, ", found[path][2])
+
+    def test_clean_touches_nothing_else(self):
+        self.install()
+        for name in ["PLM/.wenlolib-0.txt", "PLM/A.tmp", "PLM/wenlolib-0.tmp", "PLM/A_1.PLM",
+                     "PLM/.wenlolib-0.tmp.bak", "PLM/.wenlolib-0.TMP", "ALM/x.wenlolib-0.tmp",
+                     ".wenlolib-0.tmp", "PlugIns/.wenlolib-0.tmp", "/away/.wenlolib-0.tmp",
+                     "/linked/.wenlolib-0.tmp"]:
+            self.leftover(name, 100)
+        os.symlink(self.path("/away"), self.path("PLM/away"))
+        before = tree(self.root)
+        self.assertEqual(self.cleaned(), {"Unfinished files": ("ok", "leftover", "none")})
+        self.assertEqual(tree(self.root), before)
+
+    def test_clean_leaves_what_is_no_regular_file_and_says_so(self):
+        self.install()
+        target = self.leftover("/away/.wenlolib-0.tmp", 100)
+        os.symlink(target, self.path("PLM/.wenlolib-link.tmp"))
+        os.symlink("nowhere", self.path("PLM/.wenlolib-dangling.tmp"))
+        os.symlink(self.path("/away"), self.path("PLM/.wenlolib-way.tmp"))
+        os.mkdir(self.path("ALM/.wenlolib-folder.tmp"))
+        os.mkfifo(self.path("Config/.wenlolib-pipe.tmp"))
+        others = ["PLM/.wenlolib-link.tmp", "PLM/.wenlolib-dangling.tmp", "PLM/.wenlolib-way.tmp",
+                  "ALM/.wenlolib-folder.tmp", "Config/.wenlolib-pipe.tmp"]
+        for name in others:
+            os.utime(self.path(name), (0, 0), follow_symlinks=False)
+        os.link(self.leftover("/other-name", 100), self.path("PLM/.wenlolib-hard.tmp"))
+        before = tree(self.root)
+        found = self.cleaned()
+        self.expect_gone(before, [self.path("PLM/.wenlolib-hard.tmp")])
+        for name in others:
+            self.assertEqual(found[self.path(name)],
+                             ("warning", "leftover", "is no regular file: left"), name)
+        self.assertEqual(len(found), len(others) + 1)
+
+    def test_clean_tells_what_it_could_not_remove(self):
+        self.install()
+        path = self.leftover("PLM/.wenlolib-0.tmp", 100)
+        for folder, _, _ in os.walk(self.path(HOME)):
+            os.chmod(folder, 0o555)
+        self.addCleanup(lambda: [os.chmod(f, 0o755) for f, _, _ in os.walk(self.path(HOME))])
+        before = tree(self.root)
+        found = self.cleaned(1, **self.unprivileged())
+        self.assertEqual(found, {path: ("error", "leftover", "unfinished, 2.0 KiB, 4 days old: "
+                                        "cannot be removed: Permission denied")})
+        self.assertEqual(tree(self.root), before)
+
+    def test_clean_removes_more_than_it_lists(self):
+        self.install()
+        paths = [self.leftover(f"PLM/.wenlolib-{number:02}.tmp", 30) for number in range(40)]
+        kept = [self.leftover(f"PLM/.wenlolib-{number:02}.tmp", 2) for number in range(40, 47)]
+        told = self.one_more()
+        self.assertEqual(told, [("warning", "leftover", "27")])
+        before = tree(self.root)
+        self.assertEqual(self.one_more("--clean"), [("ok", "leftover_removed", "20 removed"),
+                                                    ("warning", "leftover", "7 left")])
+        self.expect_gone(before, paths)
+        self.assertTrue(all(os.path.exists(path) for path in kept))
+
+    def one_more(self, *options):
+        """What is said of the leftovers that are too many to list."""
+        findings = [json.loads(line) for line in
+                    self.expect(0, "doctor", "--json", *options).stdout.splitlines()]
+        return [(found["level"], found["check"], found["message"]) for found in findings
+                if found["subject"] == "More unfinished files"]
+
+    def test_nothing_is_removed_unless_clean_is_asked_for(self):
+        self.install()
+        self.leftover("PLM/.wenlolib-0.tmp", 100)
+        before = tree(self.root)
+        self.assertEqual(self.faults(), [("warning", "leftover")])
+        for wrong in [["--clean", "more"], ["--clean=maybe"], ["--cleanup"], ["clean"]]:
+            self.expect(2, "doctor", *wrong)
+        self.assertEqual(tree(self.root), before)
 
     def test_numbers_of_printer_logs_that_run_out(self):
         self.install()

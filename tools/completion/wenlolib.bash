@@ -12,7 +12,8 @@ _wenlolib_options() {
     ' '*) echo 'verify decode diff explain preview record doctor init --version' ;;
     'verify '*) echo '--json --quiet --jobs' ;;
     'decode '*) echo '--json --contents --redact --jobs' ;;
-    'diff '* | 'doctor '*) echo '--json' ;;
+    'diff '*) echo '--json' ;;
+    'doctor '*) echo '--json --clean' ;;
     'explain app') echo "--option $replay" ;;
     'explain printer') echo "$replay" ;;
     'preview app') echo "$record --bytes" ;;
