@@ -3,9 +3,9 @@
 #include <cmath>
 #include <new>
 
+#include "platform/CalendarFormat.h"
 #include "platform/apple/Foundation.h"
 #include "platform/apple/Owned.h"
-#include "platform/posix/CalendarFormat.h"
 
 namespace wenlolib::platform::apple {
 
@@ -33,7 +33,7 @@ std::optional<LocalTime> AppleCalendar::localTime(Instant date) {
 Text AppleCalendar::formatted(Instant date, std::string_view format) {
   if (Text text = foundation::calendarFormatted(date, format)) return text;
   const auto time = localTime(date);
-  return time ? Text(posix::calendarText(*time, format)) : std::nullopt;
+  return time ? Text(calendarText(*time, format)) : std::nullopt;
 }
 
 }  // namespace wenlolib::platform::apple

@@ -4,7 +4,6 @@ include(linux/BuiltIn.cmake)
 add_library(wenlolib_port OBJECT
   posix/AtomicFile.cpp
   posix/BoundedRead.cpp
-  posix/CalendarFormat.cpp
   posix/PosixFiles.cpp
   posix/PosixTime.cpp
   posix/Random.cpp

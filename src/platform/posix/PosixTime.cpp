@@ -8,8 +8,8 @@
 #include <new>
 #include <string>
 
+#include "platform/CalendarFormat.h"
 #include "platform/posix/BoundedRead.h"
-#include "platform/posix/CalendarFormat.h"
 #include "platform/posix/CancellationHold.h"
 #include "platform/posix/Errors.h"
 

@@ -1,7 +1,7 @@
 #include "apple_stubs/bodies/Stubs.h"
+#include "platform/CalendarFormat.h"
 #include "platform/apple/Foundation.h"
 #include "platform/linux/ExpatXml.h"
-#include "platform/posix/CalendarFormat.h"
 #include "platform/posix/PosixTime.h"
 
 // In place of the port's Objective-C, which has tests of its own on another Foundation.

@@ -1,8 +1,8 @@
-#include "platform/posix/CalendarFormat.h"
+#include "platform/CalendarFormat.h"
 
 #include "base/Integer.h"
 
-namespace wenlolib::platform::posix {
+namespace wenlolib::platform {
 namespace {
 
 std::string zoneText(std::int64_t seconds) {
@@ -50,4 +50,4 @@ std::string calendarText(const LocalTime& time, std::string_view format) {
   return text;
 }
 
-}  // namespace wenlolib::platform::posix
+}  // namespace wenlolib::platform

@@ -1,4 +1,4 @@
-#include "platform/posix/CalendarFormat.h"
+#include "platform/CalendarFormat.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 namespace wenlolib::tests {
 namespace {
 
+using platform::calendarText;
 using platform::LocalTime;
-using platform::posix::calendarText;
 
 TEST(CalendarFormat, FillsInDirectivesAndNothingElse) {
   const LocalTime time{2024, 3, 5, 9, 8, 7, 32400};
