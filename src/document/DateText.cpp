@@ -14,16 +14,15 @@ std::string dateFormat(const Text& zone) {
   return format + zone->substr(0, head) + ":" + zone->substr(head);
 }
 
-Text currentDateText() {
-  const platform::Platform& platform = platform::current();
+Text currentDateText(platform::Calendar& calendar) {
   const std::int32_t system = CommonTooWenlolib::systemVersionNum();
-  const Instant now = platform.clock->now();
+  const Instant now = platform::current().clock->now();
   if (system == -1 || system >= componentDatesOSVersion) {
-    return zonedDate(now);
+    return zonedDate(calendar, now);
   }
   // One instant for both readings: the offset is the one in force at the date it stands beside.
-  const Text zone = platform.calendar->formatted(now, "%z");
-  return platform.calendar->formatted(now, dateFormat(zone));
+  const Text zone = calendar.formatted(now, "%z");
+  return calendar.formatted(now, dateFormat(zone));
 }
 
 }  // namespace wenlolib

@@ -3,6 +3,7 @@
 #define WENLOLIB_DOCUMENT_DATETEXT_H
 
 #include "base/Text.h"
+#include "platform/Time.h"
 
 namespace wenlolib {
 
@@ -12,8 +13,8 @@ namespace wenlolib {
 [[nodiscard]] std::string dateFormat(const Text& zone);
 
 /// The current date with its offset from GMT, such as "2024-03-15T09:05:07+09:00"; null when the
-/// platform cannot show it.
-[[nodiscard]] Text currentDateText();
+/// calendar cannot show it.
+[[nodiscard]] Text currentDateText(platform::Calendar& calendar);
 
 }  // namespace wenlolib
 

@@ -3,6 +3,7 @@
 #include "base/Answered.h"
 #include "base/Utf8.h"
 #include "front/WENLOLIB.h"
+#include "platform/Platform.h"
 
 namespace wenlolib {
 
@@ -47,6 +48,10 @@ Text WENLOLIB::applicationName() const noexcept {
 
 std::uint32_t WENLOLIB::fileType() const noexcept {
   return _fileType;
+}
+
+platform::Calendar& WENLOLIB::calendar() const noexcept {
+  return _calendar != nullptr ? *_calendar : *platform::current().calendar;
 }
 
 }  // namespace wenlolib

@@ -46,7 +46,7 @@ bool WENLOLIB::WENLOLIBCreateXMLDocument() noexcept {
     const std::string_view contents = _xmlContents ? std::string_view(*_xmlContents) : "";
     std::optional<WorkingBuffers> buffers = WorkingBuffers::allocate(contents.size());
     if (!buffers) return false;
-    const Text date = currentDateText();
+    const Text date = currentDateText(calendar());
     Payload payload = protect(*std::move(buffers), date, contents);
     const Layout layout = layoutFor(_fileType, _otherInfoDict);
     const Header header = gather(layout, date, _options, _otherInfoDict, _libUUID);

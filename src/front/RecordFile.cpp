@@ -36,7 +36,7 @@ bool WENLOLIB::writeAppInfo() noexcept {
     const bool printerLog = _fileType == printerLogFileType;
     const Text folder = printerLog ? printerLogFolder() : applicationLogFolder();
     RecordTarget target = printerLog ? printerLogTarget(folder, *_applicationName, 1)
-                                     : applicationTarget(folder, *_applicationName);
+                                     : applicationTarget(folder, *_applicationName, calendar());
     if (!WENLOLIBCreateXMLDocument()) return false;
     if (!_xmlDocment) return true;  // no document, and so no file: true on purpose
     // A write that ran out of memory is a failed write: what follows one follows it as well.

@@ -22,14 +22,13 @@ std::string printerLogPath(const Text& folder, const std::string& name, int numb
   return shown(folder) + "/" + name + "_" + decimal(number) + ".PLM";
 }
 
-Text currentYearMonth() {
-  const platform::Platform& platform = platform::current();
+Text currentYearMonth(platform::Calendar& calendar) {
   const std::int32_t system = CommonTooWenlolib::systemVersionNum();
-  const Instant now = platform.clock->now();
+  const Instant now = platform::current().clock->now();
   if (system == -1 || system >= componentDatesOSVersion) {
-    return shortDate(now, false);
+    return shortDate(calendar, now, false);
   }
-  return platform.calendar->formatted(now, "%y%m");
+  return calendar.formatted(now, "%y%m");
 }
 
 }  // namespace
@@ -45,8 +44,10 @@ RecordTarget printerLogTarget(const Text& folder, const std::string& name, int f
   return {printerLogPath(folder, name, lastNumber), platform::Publication::replacing, lastNumber};
 }
 
-RecordTarget applicationTarget(const Text& folder, const std::string& name) {
-  return {shown(folder) + "/Quillmere_Log_" + name + "_" + shown(currentYearMonth()) + ".ALM"};
+RecordTarget applicationTarget(const Text& folder, const std::string& name,
+                               platform::Calendar& calendar) {
+  return {shown(folder) + "/Quillmere_Log_" + name + "_" + shown(currentYearMonth(calendar)) +
+          ".ALM"};
 }
 
 }  // namespace wenlolib

@@ -6,6 +6,7 @@
 
 #include "base/Text.h"
 #include "platform/Files.h"
+#include "platform/Time.h"
 
 namespace wenlolib {
 
@@ -22,9 +23,10 @@ struct RecordTarget {
 [[nodiscard]] RecordTarget printerLogTarget(const Text& folder, const std::string& name,
                                             int firstNumber);
 
-/// "FOLDER/Quillmere_Log_NAME_YYMM.ALM" with the current year and month in local time: one file per
-/// application and month, which every record replaces.
-[[nodiscard]] RecordTarget applicationTarget(const Text& folder, const std::string& name);
+/// "FOLDER/Quillmere_Log_NAME_YYMM.ALM" with the current year and month in the calendar's local
+/// time: one file per application and month, which every record replaces.
+[[nodiscard]] RecordTarget applicationTarget(const Text& folder, const std::string& name,
+                                             platform::Calendar& calendar);
 
 }  // namespace wenlolib
 

@@ -14,6 +14,10 @@
 
 namespace wenlolib {
 
+namespace platform {
+class Calendar;
+}
+
 /// One record on its way into a file, and the class operations by which a host records.
 ///
 /// Most hosts need `writeAppInfoWithContents` and `writePrinterLogInfoWithContents` alone. A host
@@ -132,6 +136,7 @@ class WENLOLIB_EXPORT WENLOLIB {
  private:
   friend struct RecordFields;  // the Objective-C record lends its fields for an operation
   WENLOLIB() = default;
+  [[nodiscard]] platform::Calendar& calendar() const noexcept;
 
   Text _xmlContents;
   Text _applicationName;
@@ -141,7 +146,8 @@ class WENLOLIB_EXPORT WENLOLIB {
   std::optional<Dictionary> _prefDictionary;  // reserved: never assigned
   Text _xmlDocment;                           // from document creation until the file is written
   std::optional<Dictionary> _otherInfoDict;
-  Text _libUUID;  // the installation identifier, once asked for
+  Text _libUUID;                            // the installation identifier, once asked for
+  platform::Calendar* _calendar = nullptr;  // of the face that lent the fields; else the platform's
 };
 
 using SurveyRecord = WENLOLIB;

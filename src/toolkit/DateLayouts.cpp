@@ -13,11 +13,11 @@ namespace {
 
 using platform::LocalTime;
 
-std::optional<LocalTime> localTime(Instant date) {
+std::optional<LocalTime> localTime(platform::Calendar& calendar, Instant date) {
   // Older systems name the calendar's units differently, so the OS version is asked for on every
   // one of these calls. Both names stand for the same units: the answer changes nothing.
   static_cast<void>(CommonTooWenlolib::systemVersionNum());
-  return platform::current().calendar->localTime(date);
+  return calendar.localTime(date);
 }
 
 std::string dateText(const LocalTime& time, const char* separator) {
@@ -37,35 +37,36 @@ std::string offsetText(std::int64_t seconds) {
 
 }  // namespace
 
-Text shortDate(Instant date, bool withDay) {
-  const auto time = localTime(date);
+Text shortDate(platform::Calendar& calendar, Instant date, bool withDay) {
+  const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
   const std::string yearMonth = decimal(time->year - 2000, 2) + decimal(time->month, 2);
   return withDay ? yearMonth + decimal(time->day, 2) : yearMonth;
 }
 
-Text zonedDate(Instant date) {
-  const auto time = localTime(date);
+Text zonedDate(platform::Calendar& calendar, Instant date) {
+  const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
   return dateText(*time, "-") + "T" + clockText(*time) + offsetText(time->secondsFromGMT);
 }
 
-Text slashedDate(Instant date) {
-  const auto time = localTime(date);
+Text slashedDate(platform::Calendar& calendar, Instant date) {
+  const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
   return dateText(*time, "/") + " " + clockText(*time);
 }
 
 Text CommonTooWenlolib::calendarFormatString(Instant date, std::uint8_t isNeedDay) noexcept {
-  return answered(Text(), [&] { return shortDate(date, isNeedDay == 1); });
+  return answered(Text(),
+                  [&] { return shortDate(*platform::current().calendar, date, isNeedDay == 1); });
 }
 
 Text CommonTooWenlolib::calendarWithTimeZoneFormatString(Instant date) noexcept {
-  return answered(Text(), [&] { return zonedDate(date); });
+  return answered(Text(), [&] { return zonedDate(*platform::current().calendar, date); });
 }
 
 Text CommonTooWenlolib::dateFormatWithHourMinSec(Instant date) noexcept {
-  return answered(Text(), [&] { return slashedDate(date); });
+  return answered(Text(), [&] { return slashedDate(*platform::current().calendar, date); });
 }
 
 }  // namespace wenlolib
