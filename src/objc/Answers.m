@@ -74,13 +74,3 @@ NSDictionary* dictionaryTaking(Plain dictionary) {
 NSData* dataTaking(Plain data) {
   return taking(data, plainData);
 }
-
-id stillGood(id object) {
-  id volatile kept = nil;
-  @try {
-    kept = [[object retain] autorelease];
-  } @catch (...) {
-    kept = nil;
-  }
-  return kept;
-}

@@ -109,6 +109,10 @@ int32_t coreModuleVersion(void);
 int32_t coreModuleVersionFromBundle(void);
 int32_t coreGetandcompLocalSupportVersion(int32_t version);
 
+/* What the core asks of Foundation: the offset of the default time zone at a date, in seconds since
+ * 1970. 0 where Foundation cannot say. Raises nothing. */
+uint8_t foundationOffset(double date, int32_t* secondsFromGMT);
+
 #ifdef __cplusplus
 }
 #endif
@@ -128,6 +132,10 @@ Plain dataFrom(id data);
 NSString* stringTaking(Plain text);
 NSDictionary* dictionaryTaking(Plain dictionary);
 NSData* dataTaking(Plain data);
+
+/* A pool for the objects that come up on the way; nil where there is no memory for one. */
+NSAutoreleasePool* newPool(void);
+void drainPool(NSAutoreleasePool* pool);
 
 /* The host's own object, good until the pool drains; nil for one that raises. */
 id stillGood(id object);

@@ -7,6 +7,7 @@
 #include "base/Answered.h"
 #include "base/Trace.h"
 #include "front/WENLOLIB.h"
+#include "objc/FoundationCalendar.h"
 #include "objc/Private.h"
 
 namespace wenlolib {
@@ -18,6 +19,7 @@ struct RecordFields {
     auto record = WENLOLIB::initWithContents(objc::textIn(fields.contents),
                                              objc::textIn(fields.applicationName), fields.options);
     if (!record) return nullptr;
+    record->_calendar = &objc::foundationCalendar();
     record->setFileType(fields.fileType);
     record->serOtherInfo(objc::dictionaryIn(fields.otherInfo));
     record->_libUUID = objc::textIn(fields.identifier);

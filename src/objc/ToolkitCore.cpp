@@ -2,8 +2,10 @@
 #include <stdexcept>
 
 #include "base/Answered.h"
+#include "objc/FoundationCalendar.h"
 #include "objc/Private.h"
 #include "toolkit/CommonTooWenlolib.h"
+#include "toolkit/DateLayouts.h"
 
 namespace {
 
@@ -12,11 +14,13 @@ using Toolkit = CommonTooWenlolib;
 using objc::plain;
 using objc::textIn;
 
-/// What `work` makes of a date; nothing where there is none.
+/// A date in Foundation's calendar, in the layout that `work` makes; nothing where there is none.
 template <class Work>
 Plain shown(const Plain& date, Work work) {
   if (date.kind != plainDate) return Plain{};
-  return plain(work(Instant(Seconds(date.as.real))));
+  return answered(Plain{}, [&] {
+    return plain(work(objc::foundationCalendar(), Instant(Seconds(date.as.real))));
+  });
 }
 
 }  // namespace
@@ -107,15 +111,17 @@ uint8_t coreCreateDir(Plain path) {
 }
 
 Plain coreCalendarFormatString(Plain date, uint8_t isNeedDay) {
-  return shown(date, [&](Instant at) { return Toolkit::calendarFormatString(at, isNeedDay); });
+  return shown(date, [&](platform::Calendar& calendar, Instant at) {
+    return shortDate(calendar, at, isNeedDay == 1);
+  });
 }
 
 Plain coreCalendarWithTimeZoneFormatString(Plain date) {
-  return shown(date, Toolkit::calendarWithTimeZoneFormatString);
+  return shown(date, zonedDate);
 }
 
 Plain coreDateFormatWithHourMinSec(Plain date) {
-  return shown(date, Toolkit::dateFormatWithHourMinSec);
+  return shown(date, slashedDate);
 }
 
 Plain coreReplaceString(Plain string, Plain before, Plain after) {

@@ -123,8 +123,8 @@ static BOOL passes(const Case* one) {
 }
 
 static int runAll(void) {
-  const Case* suites[] = {interfaceCases,  recordCases,  entryPointCases, toolkitCases,
-                          conversionCases, hostileCases, lifetimeCases};
+  const Case* suites[] = {interfaceCases, recordCases,     entryPointCases, toolkitCases,
+                          timeZoneCases,  conversionCases, hostileCases,    lifetimeCases};
   int run = 0, failed = 0;
   for (size_t i = 0; i < sizeof suites / sizeof *suites; ++i) {
     for (const Case* one = suites[i]; one->name != NULL; ++one) {

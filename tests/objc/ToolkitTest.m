@@ -4,7 +4,6 @@
 #include <limits.h>
 #include <sys/stat.h>
 #include <sys/utsname.h>
-#include <time.h>
 
 static void theSystemIsKnownInAllItsForms(void) {
   int major = 0, minor = 0, bugFix = 0;
@@ -91,40 +90,6 @@ static void foldersAreMadeForTheirOwnerAlone(void) {
                  error:NULL];
   CHECK([toolkitClass createDir:[base stringByAppendingString:@"/file"]] == YES);
   CHECK([toolkitClass createDir:[base stringByAppendingString:@"/file/c"]] == NO);
-}
-
-static void useZone(const char* zone) {
-  setenv("TZ", zone, 1);
-  tzset();
-}
-
-static void datesAreShownInTheZoneInForce(void) {
-  NSDate* date = [NSDate dateWithTimeIntervalSince1970:1710461107.9]; /* 00:05:07 GMT */
-  useZone("TEST-9");
-  CHECK_EQUAL([toolkitClass calendarFormatString:date isNeedDay:0], @"2403");
-  CHECK_EQUAL([toolkitClass calendarFormatString:date isNeedDay:1], @"240315");
-  CHECK_EQUAL([toolkitClass calendarFormatString:date isNeedDay:2], @"2403");
-  CHECK_EQUAL([toolkitClass calendarFormatString:date isNeedDay:255], @"2403");
-  CHECK_EQUAL([toolkitClass calendarWithTimeZoneFormatString:date], @"2024-03-15T09:05:07+09:00");
-  CHECK_EQUAL([toolkitClass dateFormatWithHourMinSec:date], @"2024/03/15 09:05:07");
-  useZone("TEST3:30");
-  CHECK_EQUAL([toolkitClass calendarWithTimeZoneFormatString:date], @"2024-03-14T20:35:07-03:30");
-  useZone("TEST-5:45");
-  CHECK_EQUAL([toolkitClass calendarWithTimeZoneFormatString:date], @"2024-03-15T05:50:07+05:45");
-  unsetenv("TZ");
-  tzset();
-}
-
-static void theYearIsCountedFrom2000AndNeverCut(void) {
-  useZone("UTC0");
-  CHECK_EQUAL([toolkitClass calendarFormatString:[NSDate dateWithTimeIntervalSince1970:4102444800.]
-                                       isNeedDay:0],
-              @"10001");
-  CHECK_EQUAL([toolkitClass calendarFormatString:[NSDate dateWithTimeIntervalSince1970:1231113600.]
-                                       isNeedDay:1],
-              @"090105");
-  unsetenv("TZ");
-  tzset();
 }
 
 static void aDateThatCannotBeShownIsNull(void) {
@@ -243,8 +208,6 @@ const Case toolkitCases[] = {
     {"Toolkit.FoldersLieInTheContainer", foldersLieInTheContainer},
     {"Toolkit.FlagsAreTestedEachInItsWay", flagsAreTestedEachInItsWay},
     {"Toolkit.FoldersAreMadeForTheirOwnerAlone", foldersAreMadeForTheirOwnerAlone},
-    {"Toolkit.DatesAreShownInTheZoneInForce", datesAreShownInTheZoneInForce},
-    {"Toolkit.TheYearIsCountedFrom2000AndNeverCut", theYearIsCountedFrom2000AndNeverCut},
     {"Toolkit.ADateThatCannotBeShownIsNull", aDateThatCannotBeShownIsNull},
     {"Toolkit.TextIsReplacedUntilNoneIsLeft", textIsReplacedUntilNoneIsLeft},
     {"Toolkit.WhatHasNothingToReplaceComesBackItself", whatHasNothingToReplaceComesBackItself},

@@ -1,0 +1,78 @@
+#include "objc/FoundationCalendar.h"
+
+#ifdef __APPLE__
+
+#include "platform/Platform.h"
+
+namespace wenlolib::objc {
+
+platform::Calendar& foundationCalendar() {
+  return *platform::current().calendar;  // it asks Core Foundation, whose zone is Foundation's
+}
+
+}  // namespace wenlolib::objc
+
+#else
+
+#include <chrono>
+#include <cmath>
+#include <new>
+
+#include "objc/Private.h"
+#include "platform/CalendarFormat.h"
+
+namespace wenlolib::objc {
+namespace {
+
+using platform::LocalTime;
+using namespace std::chrono;
+
+/// The 400 years after which the Gregorian calendar repeats itself.
+using Cycles = duration<std::int64_t, std::ratio_multiply<days::period, std::ratio<146097>>>;
+
+LocalTime shown(sys_time<seconds> local, std::int32_t secondsFromGMT) {
+  // The standard's years end at 32767: it shows the date in the first cycle after 1970.
+  const auto cycles = floor<Cycles>(local.time_since_epoch());
+  const auto day = floor<days>(local - cycles);
+  const year_month_day date(day);
+  const hh_mm_ss clock(local - cycles - day);
+  LocalTime time;
+  time.year = 400 * cycles.count() + int{date.year()};
+  time.month = static_cast<int>(unsigned{date.month()});
+  time.day = static_cast<int>(unsigned{date.day()});
+  time.hour = static_cast<int>(clock.hours().count());
+  time.minute = static_cast<int>(clock.minutes().count());
+  time.second = static_cast<int>(clock.seconds().count());
+  time.secondsFromGMT = secondsFromGMT;
+  return time;
+}
+
+class FoundationCalendar : public platform::Calendar {
+ public:
+  std::optional<LocalTime> localTime(Instant date) override {
+    constexpr double limit = 8e12;  // beyond any date: a quarter of a million years
+    const double whole = std::floor(date.time_since_epoch().count());
+    if (!(std::abs(whole) < limit)) return std::nullopt;
+    std::int32_t offset = 0;
+    if (foundationOffset(whole, &offset) == 0) throw std::bad_alloc();
+    return shown(sys_time<seconds>(seconds(static_cast<std::int64_t>(whole) + offset)), offset);
+  }
+
+  Text formatted(Instant date, std::string_view format) override {
+    const auto time = localTime(date);
+    return time ? Text(platform::calendarText(*time, format)) : std::nullopt;
+  }
+};
+
+}  // namespace
+
+platform::Calendar& foundationCalendar() {
+  // Never destroyed: a host may still record while its process is ending.
+  alignas(FoundationCalendar) static unsigned char place[sizeof(FoundationCalendar)];
+  static auto* const calendar = new (place) FoundationCalendar;
+  return *calendar;
+}
+
+}  // namespace wenlolib::objc
+
+#endif

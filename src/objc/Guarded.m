@@ -1,0 +1,31 @@
+/* What Foundation may raise for lack of memory, and a host's class for any reason: an answer
+ * instead. */
+#import "objc/Private.h"
+
+NSAutoreleasePool* newPool(void) {
+  NSAutoreleasePool* volatile pool = nil;
+  @try {
+    pool = [[NSAutoreleasePool alloc] init];
+  } @catch (...) {
+    pool = nil;
+  }
+  return pool;
+}
+
+void drainPool(NSAutoreleasePool* pool) {
+  @try {
+    [pool release];
+  } @catch (...) {
+    /* The pool around it drains what is left. */
+  }
+}
+
+id stillGood(id object) {
+  id volatile kept = nil;
+  @try {
+    kept = [[object retain] autorelease];
+  } @catch (...) {
+    kept = nil;
+  }
+  return kept;
+}
