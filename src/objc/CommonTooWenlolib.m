@@ -14,6 +14,19 @@ static BOOL isEmpty(Plain text) {
   return text.kind != plainText || text.count == 0;
 }
 
+/* nil where there is no memory for one. */
+static NSException* rangeError(void) {
+  NSException* volatile error = nil;
+  @try {
+    error = [NSException exceptionWithName:NSRangeException
+                                    reason:@"A version needs two points"
+                                  userInfo:nil];
+  } @catch (...) {
+    error = nil;
+  }
+  return error;
+}
+
 @implementation CommonTooWenlolib
 
 + (NSString*)systemVersion {
@@ -121,7 +134,8 @@ static BOOL isEmpty(Plain text) {
 + (NSString*)replaceString:(NSString*)string before:(NSString*)before after:(NSString*)after {
   Plain texts[] = {textFrom(string), textFrom(before), textFrom(after)};
   NSString* answer = nil;
-  if (texts[0].kind == plainText) {
+  if (texts[0].kind == plainText && texts[1].kind != plainShortage &&
+      texts[2].kind != plainShortage) {
     const BOOL same = isEmpty(texts[0]) || isEmpty(texts[1]) || sameText(texts[1], texts[2]);
     answer =
         same ? stillGood(string) : stringTaking(coreReplaceString(texts[0], texts[1], texts[2]));
@@ -152,9 +166,7 @@ static BOOL isEmpty(Plain text) {
   uint8_t outOfRange = 0;
   NSString* bias = stringTaking(coreConvertVersionStrToBiasStr(text, &outOfRange));
   plainFree(&text);
-  if (outOfRange != 0) {
-    [NSException raise:NSRangeException format:@"A version needs two points"];
-  }
+  if (outOfRange != 0) [rangeError() raise];
   return bias;
 }
 

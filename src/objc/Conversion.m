@@ -167,6 +167,7 @@ static BOOL fillDictionary(Plain* plain, NSDictionary* dictionary, Bounds* bound
   NSEnumerator* keys = [dictionary keyEnumerator];
   size_t room = 0;
   id key;
+  if (keys == nil) return outOfMemory(bounds);
   plain->kind = plainDictionary;
   while ((key = [keys nextObject]) != nil) {
     Plain* entry;
@@ -204,18 +205,22 @@ static BOOL fill(Plain* plain, id object, Bounds* bounds) {
   if (--bounds->items < 0) return NO;
   @try {
     filled = fillAny(plain, object, bounds);
+  } @catch (NSException* raised) {
+    if (saysNoMemory(raised)) bounds->noMemory = YES;
   } @catch (...) {
     filled = NO;
-    bounds->depth = depth;
   }
   if (!filled) plainFree(plain);
+  bounds->depth = depth;
   return filled;
 }
 
-static BOOL isOfClass(id object, Class class) {
+static BOOL isOfClass(id object, Class class, Bounds* bounds) {
   volatile BOOL is = NO;
   @try {
     is = [object isKindOfClass:class];
+  } @catch (NSException* raised) {
+    if (saysNoMemory(raised)) bounds->noMemory = YES;
   } @catch (...) {
     is = NO;
   }
@@ -226,7 +231,7 @@ static Plain plainFrom(id object, Class class) {
   Plain plain = {.kind = plainNothing};
   Bounds bounds = {0, mostItems, NO};
   if (object == nil) return plain;
-  if (isOfClass(object, class)) (void)fill(&plain, object, &bounds);
+  if (isOfClass(object, class, &bounds)) (void)fill(&plain, object, &bounds);
   if (bounds.noMemory) {
     plainFree(&plain);
     plain.kind = plainShortage;
@@ -237,11 +242,12 @@ static Plain plainFrom(id object, Class class) {
 /* The enumerators on the way go at once, and not with the host's pool. */
 static Plain containerFrom(id object, Class class) {
   Plain plain = {.kind = plainNothing};
-  if (object != nil) {
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    plain = plainFrom(object, class);
-    [pool release];
-  }
+  NSAutoreleasePool* pool;
+  if (object == nil) return plain;
+  pool = newPool();
+  if (pool == nil) return (Plain){.kind = plainShortage};
+  plain = plainFrom(object, class);
+  drainPool(pool);
   return plain;
 }
 

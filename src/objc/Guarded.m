@@ -29,3 +29,13 @@ id stillGood(id object) {
   }
   return kept;
 }
+
+BOOL saysNoMemory(NSException* raised) {
+  volatile BOOL says = NO;
+  @try {
+    says = [[raised name] isEqual:NSMallocException];
+  } @catch (...) {
+    says = NO;
+  }
+  return says;
+}

@@ -137,6 +137,9 @@ NSData* dataTaking(Plain data);
 NSAutoreleasePool* newPool(void);
 void drainPool(NSAutoreleasePool* pool);
 
+/* Whether an exception tells of a lack of memory. */
+BOOL saysNoMemory(NSException* raised);
+
 /* The host's own object, good until the pool drains; nil for one that raises. */
 id stillGood(id object);
 #endif

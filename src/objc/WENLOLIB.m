@@ -13,31 +13,24 @@ static void traceEntry(NSString* name) {
 #endif
 }
 
-/* Whether an identity that the record was given got lost on the way for lack of memory. */
-static BOOL isLost(NSDictionary* given, NSDictionary* held) {
-  Plain again;
-  BOOL lost;
-  if (held != nil) return NO;
-  again = dictionaryFrom(given);
-  lost = again.kind != plainNothing;
-  plainFree(&again);
-  return lost;
-}
-
 @implementation WENLOLIB
 
+/* What a host's subclass raises ends here too: the answer is then NO. */
 + (BOOL)writeAppInfoWithContents:(NSString*)contents
                             name:(NSString*)name
                           option:(unsigned int)option {
-  WENLOLIB* record;
-  BOOL written;
+  volatile BOOL written = NO;
   traceEntry(name);
-  if (![self isSupported:option]) return NO;
-  if (contents == nil || name == nil) return NO;
-  record = [[self alloc] initWithContents:contents name:name option:option];
-  [record setFileType:2];
-  written = [record writeAppInfo];
-  [record autorelease];
+  @try {
+    WENLOLIB* record;
+    if (![self isSupported:option]) return NO;
+    if (contents == nil || name == nil) return NO;
+    record = [[[self alloc] initWithContents:contents name:name option:option] autorelease];
+    [record setFileType:2];
+    written = [record writeAppInfo];
+  } @catch (...) {
+    written = NO;
+  }
   return written;
 }
 
@@ -45,15 +38,18 @@ static BOOL isLost(NSDictionary* given, NSDictionary* held) {
                                    name:(NSString*)name
                                  option:(unsigned int)option
                               otherInfo:(NSDictionary*)otherInfo {
-  WENLOLIB* record;
-  BOOL written;
-  if (![self isSupportedPlm:option]) return NO;
-  if (contents == nil || name == nil) return NO;
-  record = [[self alloc] initWithContents:contents name:name option:option];
-  [record setFileType:1];
-  if (otherInfo != nil) [record serOtherInfo:otherInfo];
-  written = !isLost(otherInfo, record->_otherInfoDict) && [record writeAppInfo];
-  [record autorelease];
+  volatile BOOL written = NO;
+  @try {
+    WENLOLIB* record;
+    if (![self isSupportedPlm:option]) return NO;
+    if (contents == nil || name == nil) return NO;
+    record = [[[self alloc] initWithContents:contents name:name option:option] autorelease];
+    [record setFileType:1];
+    if (otherInfo != nil) [record serOtherInfo:otherInfo];
+    written = [record writeAppInfo];
+  } @catch (...) {
+    written = NO;
+  }
   return written;
 }
 
@@ -71,6 +67,10 @@ static void replaceText(NSString** held, NSString* string) {
   [*held release];
   *held = taken;
 }
+
+/* Stands for an identity that there was no memory to keep: it takes none itself, and is no
+ * dictionary, so that no document is made without the identity. */
+static NSString* const lostIdentity = @"lost for lack of memory";
 
 /* Never nil. */
 static NSString* known(Plain text) {
@@ -121,13 +121,19 @@ static void clear(WENLOLIB* self) {
 }
 
 - (id)initWithContents:(NSString*)contents name:(NSString*)name option:(unsigned int)option {
-  self = [self init];
-  if (self != nil) {
-    [self setContents:contents];
-    [self setApplicationName:name];
-    _options = option;
+  id volatile record = nil;
+  @try {
+    self = [self init];
+    if (self != nil) {
+      [self setContents:contents];
+      [self setApplicationName:name];
+      _options = option;
+    }
+    record = self;
+  } @catch (...) {
+    record = nil; /* a subclass has raised */
   }
-  return self;
+  return record;
 }
 
 - (void)dealloc {
@@ -144,11 +150,11 @@ static void clear(WENLOLIB* self) {
 }
 
 - (NSString*)contents {
-  return [[_xmlContents retain] autorelease];
+  return stillGood(_xmlContents);
 }
 
 - (NSString*)applicationName {
-  return [[_applicationName retain] autorelease];
+  return stillGood(_applicationName);
 }
 
 - (void)setFileType:(unsigned int)fileType {
@@ -160,8 +166,11 @@ static void clear(WENLOLIB* self) {
 }
 
 - (void)serOtherInfo:(NSDictionary*)otherInfo {
-  NSDictionary* taken = dictionaryTaking(dictionaryFrom(otherInfo));
-  if (taken == nil) return;
+  Plain read = dictionaryFrom(otherInfo);
+  const BOOL keepsWhatItHad = read.kind == plainNothing;
+  id taken = dictionaryTaking(read);
+  if (keepsWhatItHad) return;
+  if (taken == nil) taken = lostIdentity;
   [taken retain];
   [_otherInfoDict release];
   _otherInfoDict = taken;
@@ -245,8 +254,10 @@ static BOOL performed(WENLOLIB* self, uint8_t (*operation)(CoreRecord*)) {
 }
 
 - (NSString*)getWENLOLIBId {
+  NSString* identifier;
   if (_libUUID == nil) _libUUID = [stringTaking(coreIdentifier()) retain];
-  return _libUUID != nil ? [[_libUUID retain] autorelease] : @"";
+  identifier = stillGood(_libUUID);
+  return identifier != nil ? identifier : @"";
 }
 
 - (NSString*)getDevId {

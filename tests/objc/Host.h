@@ -18,7 +18,8 @@ typedef struct Case {
 } Case;
 
 extern const Case interfaceCases[], recordCases[], entryPointCases[], toolkitCases[],
-    timeZoneCases[], conversionCases[], hostileCases[], lifetimeCases[];
+    timeZoneCases[], conversionCases[], hostileCases[], lifetimeCases[], subclassCases[],
+    shortageCases[];
 
 /* A failed check is printed and fails its case, which goes on. */
 #define CHECK(condition) checked((condition) ? YES : NO, #condition, __FILE__, __LINE__)
