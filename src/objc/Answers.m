@@ -1,29 +1,26 @@
 /* From plain values to Foundation's objects: what a host is handed. */
+#include <stdlib.h>
+
 #import "objc/Private.h"
 
-static id objectFor(const Plain* plain);
+/* A container that is being filled, and which of its items comes next. What a file holds may be
+ * nested deeper than a stack goes. */
+typedef struct Level {
+  const Plain* plain;
+  id object;
+  size_t next;
+} Level;
 
-static id arrayFor(const Plain* plain) {
-  NSMutableArray* array = [NSMutableArray arrayWithCapacity:plain->count];
-  size_t i;
-  for (i = 0; i < plain->count; ++i) {
-    id item = objectFor(&plain->as.items[i]);
-    if (item != nil) [array addObject:item];
-  }
-  return array;
+typedef struct Levels {
+  Level* all;
+  size_t count, room;
+} Levels;
+
+static BOOL isContainer(const Plain* plain) {
+  return plain->kind == plainArray || plain->kind == plainDictionary;
 }
 
-static id dictionaryFor(const Plain* plain) {
-  NSMutableDictionary* dictionary = [NSMutableDictionary dictionaryWithCapacity:plain->count / 2];
-  size_t i;
-  for (i = 0; i + 1 < plain->count; i += 2) {
-    id key = objectFor(&plain->as.items[i]);
-    id value = objectFor(&plain->as.items[i + 1]);
-    if (key != nil && value != nil) [dictionary setObject:value forKey:key];
-  }
-  return dictionary;
-}
-
+/* A container is empty yet. */
 static id objectFor(const Plain* plain) {
   switch (plain->kind) {
     case plainBoolean:
@@ -41,24 +38,72 @@ static id objectFor(const Plain* plain) {
     case plainData:
       return [NSData dataWithBytes:plain->as.bytes length:plain->count];
     case plainArray:
-      return arrayFor(plain);
+      return [NSMutableArray arrayWithCapacity:plain->count];
     case plainDictionary:
-      return dictionaryFor(plain);
+      return [NSMutableDictionary dictionaryWithCapacity:plain->count / 2];
     default:
       return nil;
   }
 }
 
+/* NO where there is no memory. */
+static BOOL enter(Levels* levels, const Plain* plain, id object) {
+  if (object == nil) return NO;
+  if (levels->count == levels->room) {
+    const size_t room = levels->room * 2 + 8;
+    Level* all = realloc(levels->all, room * sizeof(Level));
+    if (all == NULL) return NO;
+    levels->all = all;
+    levels->room = room;
+  }
+  levels->all[levels->count++] = (Level){plain, object, 0};
+  return YES;
+}
+
+/* Puts the next item into the innermost container, and goes on in it where it is one itself. */
+static BOOL addNext(Levels* levels) {
+  Level* level = &levels->all[levels->count - 1];
+  const Plain* item = &level->plain->as.items[level->next++];
+  id object;
+  if (level->plain->kind == plainArray) {
+    object = objectFor(item);
+    if (object != nil) [level->object addObject:object];
+  } else {
+    id key = objectFor(item);
+    item = &level->plain->as.items[level->next++];
+    object = key != nil ? objectFor(item) : nil;
+    if (object != nil) [level->object setObject:object forKey:key];
+  }
+  return object == nil || !isContainer(item) || enter(levels, item, object);
+}
+
+/* nil where there is no memory. */
+static id filledObjectFor(const Plain* plain, Levels* levels) {
+  id object = objectFor(plain);
+  if (isContainer(plain) && !enter(levels, plain, object)) return nil;
+  while (levels->count > 0) {
+    const Level* level = &levels->all[levels->count - 1];
+    if (level->next == level->plain->count) {
+      --levels->count;
+    } else if (!addNext(levels)) {
+      return nil;
+    }
+  }
+  return object;
+}
+
 /* Foundation raises where it has no memory; the answer is then nil. */
 static id taking(Plain plain, PlainKind kind) {
   id volatile object = nil;
+  Levels levels = {NULL, 0, 0};
   if (plain.kind == kind) {
     @try {
-      object = objectFor(&plain);
+      object = filledObjectFor(&plain, &levels);
     } @catch (...) {
       object = nil;
     }
   }
+  free(levels.all);
   plainFree(&plain);
   return object;
 }
