@@ -10,6 +10,9 @@ build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev li
 # What the tests need besides: GoogleTest, and second opinions from other programs.
 test_packages=(libgtest-dev python3 libxml2-utils libplist-utils tidy binutils)
 
+# What the torture needs: names of the places that it finds, zones to read, namespaces.
+torture_packages=(python3 binutils tzdata util-linux)
+
 # How the fuzzer and all that it runs is built; a test build of the same kind can share the folder.
 fuzzer_options=(-DCMAKE_BUILD_TYPE=None -DCMAKE_C_FLAGS="-O1 -g1"
   -DCMAKE_CXX_FLAGS="-O1 -g1 -D_GLIBCXX_ASSERTIONS"

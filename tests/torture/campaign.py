@@ -1,0 +1,35 @@
+"""What the stages of the torture share with the program that runs them."""
+
+import collections
+import os
+import pathlib
+import sys
+import tempfile
+
+Row = collections.namedtuple("Row", "what count wrong")
+
+
+class Campaign:
+    """One run of the torture. `build` is the build folder, `long` tells the long form from the
+    short one."""
+
+    def __init__(self, build, long):
+        self.build = pathlib.Path(build).resolve()
+        self.long = long
+        self.scratch = None
+        self.skipped = []
+
+    def scratch_folder(self):
+        """A temporary folder, in memory where there is such a place: files come and go by the
+        thousand."""
+        memory = "/dev/shm"
+        usable = os.access(memory, os.W_OK | os.X_OK)
+        return tempfile.TemporaryDirectory(prefix="torture-", dir=memory if usable else None)
+
+    def report(self, text):
+        """The details of a wrong result."""
+        print(text, file=sys.stderr, flush=True)
+
+    def skip(self, text):
+        """Something that cannot be tried on this machine."""
+        self.skipped.append(text)
