@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <barrier>
 #include <cmath>
 #include <limits>
 #include <new>
 #include <optional>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
 #include "support/FailingAllocations.h"
+#include "support/SmallStack.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -102,6 +105,12 @@ TEST(Value, EqualityGoesAllTheWayDown) {
   EXPECT_TRUE(Value(Value::Array{1, 2}) == Value(Value::Array{1, 2}));
   EXPECT_FALSE(Value(Value::Array{1, 2}) == Value(Value::Array{2, 1}));
   EXPECT_FALSE(Value(Value::Array{1, 2}) == Value(Value::Array{1}));
+  EXPECT_FALSE(Value(Value::Array{1}) == Value(Value::Array{1, 2}));
+  EXPECT_FALSE(Value(Dictionary{{"a", 1}, {"b", 2}}) == Value(Dictionary{{"a", 1}}));
+  EXPECT_FALSE(Value(Dictionary{{"a", 1}}) == Value(Dictionary{{"a", 1}, {"b", 2}}));
+  EXPECT_FALSE(Value(Dictionary{{"a", 1}}) == Value(Dictionary{{"b", 1}}));
+  const Value noNumber(Value::Array{std::nan("")});
+  EXPECT_FALSE(noNumber == noNumber);
 }
 
 TEST(Value, ValuesOfDifferentTypesDiffer) {
@@ -128,19 +137,92 @@ TEST(Value, CopiesShareWhatTheyHold) {
   EXPECT_TRUE(copy == original);
 }
 
-TEST(Value, CopyingWithoutMemoryThrowsOrNeedsNone) {
+TEST(Value, CopyingNeedsNoMemory) {
   const std::vector<Value> values = {std::string(100, 'x'), Value::Data(100, 1), Value::Array{1, 2},
                                      Dictionary{{"a", 1}}};
   for (const Value& value : values) {
     std::optional<Value> copy;
-    const FailingAllocations failing(1);
-    try {
-      copy.emplace(value);
-    } catch (const std::bad_alloc&) {
-      continue;
-    }
+    FailingAllocations failing(1);
+    copy.emplace(value);
+    failing.stop();
+    EXPECT_FALSE(failing.struck());
     EXPECT_TRUE(*copy == value);
   }
+}
+
+TEST(Value, ComparingWithoutMemoryThrows) {
+  const Value value(Value::Array{1});
+  const FailingAllocations failing(1);
+  EXPECT_THROW(static_cast<void>(value == value), std::bad_alloc);
+}
+
+TEST(Value, TakesTheValueOfAnElementOfItself) {
+  Value value(Value::Array{Dictionary{{"a", Value::Array{"text"}}}});
+  value = value.array()->front();
+  value = value.dictionary()->at("a");
+  value = value.array()->front();
+  EXPECT_EQ(value, Value("text"));
+}
+
+/// `levels` arrays and dictionaries inside each other, by turns, around `value`.
+Value nested(int levels, Value value) {
+  for (int level = 0; level < levels; ++level) {
+    if (level % 2 == 0) {
+      value = Value::Array{std::move(value)};
+    } else {
+      value = Dictionary{{"k", std::move(value)}};
+    }
+  }
+  return value;
+}
+
+TEST(Value, AMillionLevelsTakeNoMoreStackThanOne) {
+  constexpr int levels = 1'000'000;
+  bool same = false;
+  bool other = true;
+  onStack(smallStack, [&] {
+    const Value value = nested(levels, "a");
+    const Value copy = value;
+    same = copy == nested(levels, "a");
+    other = copy == nested(levels, "b");
+  });
+  EXPECT_TRUE(same);
+  EXPECT_FALSE(other);
+}
+
+TEST(Value, ReleasingNeedsNoMemory) {
+  std::optional<Value> value = nested(1000, Value::Array{"a", Value::Array{1}, Dictionary{}});
+  const FailingAllocations failing(1, FailingAllocations::Span::onwards);
+  value.reset();
+  EXPECT_EQ(failing.seen(), 0);
+}
+
+/// Every part of the tree is owned by the part above it twice.
+Value branching(int levels) {
+  Value value("leaf");
+  for (int level = 0; level < levels; ++level) value = Value::Array{value, nested(3, value)};
+  return value;
+}
+
+TEST(Value, SeveralThreadsCopyAndReleaseWhatTheyShare) {
+  constexpr int threads = 4;
+  constexpr int copies = 1'000'000;
+  std::vector<Value> shares(threads, branching(8));
+  std::barrier together(threads);
+  std::vector<std::thread> running;
+  for (Value& share : shares) {
+    running.emplace_back([&] {
+      together.arrive_and_wait();
+      for (int i = 0; i < copies; ++i) {
+        const Value copy = share;
+        const Value part = copy.array()->front();
+      }
+      together.arrive_and_wait();
+      share = 0;
+    });
+  }
+  for (std::thread& thread : running) thread.join();
+  EXPECT_EQ(shares.front(), Value(0));
 }
 
 }  // namespace
