@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
+#include <vector>
 
 #include "platform/linux/Base64.h"
 #include "platform/linux/PropertyListBounds.h"
@@ -38,7 +40,9 @@ std::string integerText(Integer number) {
   return std::string(std::begin(buffer), result.ptr);
 }
 
-/// Writes one document. Each step answers false once the dictionary cannot be carried.
+/// Writes one document. Each step answers false once the dictionary cannot be carried. Arrays and
+/// dictionaries are begun where they stand and written from a stack of their own, so that no
+/// nesting of values becomes a nesting of calls.
 class Writer {
  public:
   [[nodiscard]] bool document(const Dictionary& dictionary);
@@ -60,14 +64,30 @@ class Writer {
   [[nodiscard]] bool line(std::string_view text);
   [[nodiscard]] bool element(std::string_view name, std::string_view text);
   [[nodiscard]] bool integer(std::string_view digits) { return element("integer", digits); }
-  [[nodiscard]] bool entries(const Dictionary& entries);
+
+  /// What is still to be written of an open array or dictionary.
+  struct Items {
+    Value::Array::const_iterator next, end;
+  };
+  struct Entries {
+    Dictionary::const_iterator next, end;
+  };
+  [[nodiscard]] bool open(std::string_view tag, std::variant<Items, Entries> held);
+  [[nodiscard]] bool step(Items& items);
+  [[nodiscard]] bool step(Entries& entries);
+  [[nodiscard]] bool close(std::string_view tag);
 
   std::string out_;
-  std::size_t level_ = 0;
+  std::vector<std::variant<Items, Entries>> open_;
 };
 
 bool Writer::document(const Dictionary& root) {
-  return put(propertyListPrologue) && put(opening) && (*this)(root) && put(closing);
+  if (!put(propertyListPrologue) || !put(opening) || !(*this)(root)) return false;
+  const auto next = [this](auto& innermost) { return step(innermost); };
+  while (!open_.empty()) {
+    if (!std::visit(next, open_.back())) return false;
+  }
+  return put(closing);
 }
 
 bool Writer::put(std::string_view text) {
@@ -83,13 +103,13 @@ bool Writer::indent(std::size_t tabs) {
 }
 
 bool Writer::line(std::string_view text) {
-  return indent(level_) && put(text) && put("\n");
+  return indent(open_.size()) && put(text) && put("\n");
 }
 
 bool Writer::element(std::string_view name, std::string_view text) {
   if (!isXmlText(text)) return false;
   const auto part = [this](std::string_view piece) { return put(piece); };
-  return indent(level_) && put("<") && put(name) && put(">") && eachEscapedPart(text, part) &&
+  return indent(open_.size()) && put("<") && put(name) && put(">") && eachEscapedPart(text, part) &&
          put("</") && put(name) && put(">\n");
 }
 
@@ -100,7 +120,7 @@ bool Writer::operator()(Instant value) {
 
 /// Base64 lines as wide as the indentation leaves room for, whole groups of three bytes each.
 bool Writer::operator()(const Value::Data& value) {
-  const std::size_t tabs = std::min(level_, deepestDataIndent);
+  const std::size_t tabs = std::min(open_.size(), deepestDataIndent);
   const std::size_t lineBytes = std::max(dataColumns - tabColumns * tabs, std::size_t{16}) / 4 * 3;
   if (!line("<data>")) return false;
   std::span<const std::uint8_t> rest(value);
@@ -116,30 +136,39 @@ bool Writer::operator()(const Value::Data& value) {
 }
 
 bool Writer::operator()(const Value::Array& items) {
-  if (level_ == propertyListBounds.levels) return false;
+  if (open_.size() == propertyListBounds.levels) return false;
   if (items.empty()) return line("<array/>");
-  if (!line("<array>")) return false;
-  ++level_;
-  for (const Value& item : items) {
-    if (!item.visit(*this)) return false;
-  }
-  --level_;
-  return line("</array>");
+  return open("<array>", Items{items.begin(), items.end()});
 }
 
-bool Writer::operator()(const Dictionary& held) {
-  if (level_ == propertyListBounds.levels) return false;
-  if (held.empty()) return line("<dict/>");
-  return line("<dict>") && entries(held) && line("</dict>");
+bool Writer::operator()(const Dictionary& entries) {
+  if (open_.size() == propertyListBounds.levels) return false;
+  if (entries.empty()) return line("<dict/>");
+  return open("<dict>", Entries{entries.begin(), entries.end()});
 }
 
-bool Writer::entries(const Dictionary& entries) {
-  ++level_;
-  for (const auto& [key, value] : entries) {
-    if (!element("key", key) || !value.visit(*this)) return false;
-  }
-  --level_;
+bool Writer::open(std::string_view tag, std::variant<Items, Entries> held) {
+  if (!line(tag)) return false;
+  open_.push_back(held);
   return true;
+}
+
+// A value that opens another level may move `items` or `entries`: they are not looked at after it.
+bool Writer::step(Items& items) {
+  if (items.next == items.end) return close("</array>");
+  const Value& item = *items.next++;
+  return item.visit(*this);
+}
+
+bool Writer::step(Entries& entries) {
+  if (entries.next == entries.end) return close("</dict>");
+  const auto& [key, value] = *entries.next++;
+  return element("key", key) && value.visit(*this);
+}
+
+bool Writer::close(std::string_view tag) {
+  open_.pop_back();
+  return line(tag);
 }
 
 }  // namespace

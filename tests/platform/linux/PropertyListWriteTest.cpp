@@ -12,6 +12,7 @@
 #include "platform/linux/PropertyListBounds.h"
 #include "platform/linux/PropertyListReader.h"
 #include "support/FailingAllocations.h"
+#include "support/SmallStack.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {
@@ -234,6 +235,19 @@ TEST(PropertyListWrite, AnswersNullBeyondTheBoundForLevels) {
     const Dictionary deepest = nested(propertyListBounds.levels, innermost);
     EXPECT_EQ(again(deepest), deepest);
     EXPECT_FALSE(propertyListXml(nested(propertyListBounds.levels + 1, innermost)));
+  }
+}
+
+TEST(PropertyListWrite, TheDeepestListsTakeNoMoreStackThanOthers) {
+  for (const bool arrays : {true, false}) {
+    Value value = true;
+    for (std::size_t level = 1; level < propertyListBounds.levels; ++level) {
+      value = arrays ? Value(Value::Array{value, 1}) : Value(Dictionary{{"a", value}, {"b", 1}});
+    }
+    const Dictionary deepest{{"k", value}};
+    std::optional<Dictionary> read;
+    tests::onStack(tests::smallStack, [&] { read = again(deepest); });
+    EXPECT_TRUE(read == deepest);
   }
 }
 
