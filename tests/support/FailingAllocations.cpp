@@ -11,6 +11,7 @@ bool strikes(std::size_t size) noexcept {
   auto& state = wenlolib::tests::allocationState;
   if (!state.counting || state.spared > 0) return false;
   state.largest = std::max(state.largest, size);
+  state.bytes += size;
   ++state.seen;
   if (state.failing == 0) return false;
   return state.onwards ? state.seen >= state.failing : state.seen == state.failing;

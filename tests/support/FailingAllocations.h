@@ -16,6 +16,7 @@ struct AllocationState {
   long failing = 0;         // 0: none fails
   long seen = 0;            // allocations since the scope began
   std::size_t largest = 0;  // the largest size asked for since then
+  std::size_t bytes = 0;    // all that was asked for since then
   int spared = 0;           // above zero: allocations are neither counted nor failed
 };
 inline thread_local AllocationState allocationState;
@@ -27,7 +28,7 @@ class FailingAllocations {
   enum class Span { once, onwards };
 
   explicit FailingAllocations(long k, Span span = Span::once) {
-    allocationState = {true, span == Span::onwards, k, 0, 0, 0};
+    allocationState = {true, span == Span::onwards, k, 0, 0, 0, 0};
   }
   ~FailingAllocations() { stop(); }
   FailingAllocations(const FailingAllocations&) = delete;
@@ -41,6 +42,7 @@ class FailingAllocations {
   }
   [[nodiscard]] long seen() const { return allocationState.seen; }
   [[nodiscard]] std::size_t largest() const { return allocationState.largest; }
+  [[nodiscard]] std::size_t bytes() const { return allocationState.bytes; }
 };
 
 /// Only counts.

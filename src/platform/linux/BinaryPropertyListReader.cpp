@@ -1,12 +1,12 @@
 #include "platform/linux/BinaryPropertyListReader.h"
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 
 #include "platform/linux/BinaryPropertyListObjects.h"
 #include "platform/linux/BinaryPropertyListScalars.h"
 #include "platform/linux/PropertyListBuilder.h"
-#include "platform/linux/PropertyListNumbers.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {
@@ -17,7 +17,7 @@ using Type = BinaryObject::Type;
 /// references run in a circle, the walk ends at the bound for levels.
 class Walk {
  public:
-  explicit Walk(const BinaryObjects& objects) : objects_(objects) {}
+  Walk(const BinaryObjects& objects, std::size_t bytes) : objects_(objects), builder_(bytes) {}
 
   std::optional<Dictionary> run();
 
@@ -31,7 +31,6 @@ class Walk {
   [[nodiscard]] bool step();
   [[nodiscard]] bool enter(std::uint64_t number);
   [[nodiscard]] bool key(std::uint64_t number);
-  [[nodiscard]] bool uid(const BinaryObject& object);
 
   const BinaryObjects& objects_;
   PropertyListBuilder builder_;
@@ -64,7 +63,9 @@ bool Walk::step() {
 bool Walk::enter(std::uint64_t number) {
   const auto object = objects_.object(number);
   if (!object) return false;
-  if (object->type == Type::uid) return uid(*object);
+  if (object->type == Type::uid) {
+    return object->content.size() <= 8 && builder_.addUid(bigEndian(object->content));
+  }
   if (object->type != Type::array && object->type != Type::dictionary) {
     auto value = binaryScalar(*object);
     return value && builder_.add(std::move(*value));
@@ -79,16 +80,11 @@ bool Walk::key(std::uint64_t number) {
   return text && builder_.key(*text);
 }
 
-bool Walk::uid(const BinaryObject& object) {
-  return object.content.size() <= 8 && builder_.openDictionary() && builder_.key("CF$UID") &&
-         builder_.add(naturalValue(bigEndian(object.content))) && builder_.close();
-}
-
 }  // namespace
 
 std::optional<Dictionary> readBinaryPropertyList(std::string_view bytes) {
   const auto objects = BinaryObjects::in(bytes);
-  return objects ? Walk(*objects).run() : std::nullopt;
+  return objects ? Walk(*objects, bytes.size()).run() : std::nullopt;
 }
 
 }  // namespace wenlolib::platform::gnulinux

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/linux/PropertyListNumbers.h"
+
 namespace wenlolib::platform::gnulinux {
 namespace {
 
@@ -50,6 +52,12 @@ bool PropertyListBuilder::add(Value value) {
   return !levels_.empty() && charge(contentSize(value)) && place(std::move(value));
 }
 
+bool PropertyListBuilder::addUid(std::uint64_t number) {
+  constexpr std::string_view name = "CF$UID";
+  if (levels_.empty() || levels_.size() == propertyListBounds.levels) return false;
+  return charge(name.size(), 3) && place(Dictionary{{std::string(name), naturalValue(number)}});
+}
+
 bool PropertyListBuilder::place(Value value) {
   Level& level = levels_.back();
   if (auto* array = std::get_if<Value::Array>(&level.held)) {
@@ -63,9 +71,10 @@ bool PropertyListBuilder::place(Value value) {
   return true;
 }
 
-bool PropertyListBuilder::charge(std::size_t contentBytes) {
-  if (nodesLeft_ == 0 || contentBytes > contentBytesLeft_) return false;
-  --nodesLeft_;
+bool PropertyListBuilder::charge(std::size_t contentBytes, std::size_t nodes) {
+  if (referencesLeft_ == 0 || nodesLeft_ < nodes || contentBytes > contentBytesLeft_) return false;
+  --referencesLeft_;
+  nodesLeft_ -= nodes;
   contentBytesLeft_ -= contentBytes;
   return true;
 }

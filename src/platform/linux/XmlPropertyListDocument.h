@@ -2,6 +2,7 @@
 #ifndef WENLOLIB_PLATFORM_LINUX_XMLPROPERTYLISTDOCUMENT_H
 #define WENLOLIB_PLATFORM_LINUX_XMLPROPERTYLISTDOCUMENT_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,9 @@ struct XmlPropertyListElement;
 /// out to be no property list, or beyond the bounds.
 class XmlPropertyListDocument : public XmlEvents {
  public:
+  /// `bytes` is the size of the file.
+  explicit XmlPropertyListDocument(std::size_t bytes) : builder_(bytes) {}
+
   [[nodiscard]] bool start(std::string_view name) override;
   [[nodiscard]] bool end(std::string_view name) override;
   [[nodiscard]] bool characters(std::string_view text) override;

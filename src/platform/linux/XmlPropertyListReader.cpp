@@ -14,7 +14,9 @@ namespace {
 /// Brings expat's events to the document.
 class Reader {
  public:
-  std::optional<Dictionary> read(std::string_view bytes);
+  explicit Reader(std::string_view bytes) : bytes_(bytes), document_(bytes.size()) {}
+
+  std::optional<Dictionary> read();
 
  private:
   static Reader& from(void* self) { return *static_cast<Reader*>(self); }
@@ -25,6 +27,7 @@ class Reader {
                                 const XML_Char* publicId, int hasInternalSubset);
   static void XMLCALL onSkippedEntity(void* self, const XML_Char* name, int isParameterEntity);
 
+  std::string_view bytes_;
   ExpatParser parser_{nullptr};
   XmlPropertyListDocument document_;
 };
@@ -54,14 +57,14 @@ void Reader::onSkippedEntity(void* self, const XML_Char*, int) {
   from(self).parser_.run([] { return false; });
 }
 
-std::optional<Dictionary> Reader::read(std::string_view bytes) {
+std::optional<Dictionary> Reader::read() {
   if (!parser_.valid()) throw std::bad_alloc();
   XML_SetUserData(parser_.handle(), this);
   XML_SetElementHandler(parser_.handle(), onStart, onEnd);
   XML_SetCharacterDataHandler(parser_.handle(), onCharacters);
   XML_SetStartDoctypeDeclHandler(parser_.handle(), onDoctype);
   XML_SetSkippedEntityHandler(parser_.handle(), onSkippedEntity);
-  if (!parser_.feed(bytes, true)) return std::nullopt;
+  if (!parser_.feed(bytes_, true)) return std::nullopt;
   return std::move(document_).finish();
 }
 
@@ -69,7 +72,7 @@ std::optional<Dictionary> Reader::read(std::string_view bytes) {
 /// itself up than to read them.
 std::optional<Dictionary> readPlain(std::string_view bytes) {
   if (!bytes.starts_with(propertyListPrologue)) return std::nullopt;
-  XmlPropertyListDocument document;
+  XmlPropertyListDocument document(bytes.size());
   bytes.remove_prefix(propertyListPrologue.size());
   if (!readPlainXml(bytes, document)) return std::nullopt;
   return std::move(document).finish();
@@ -79,7 +82,7 @@ std::optional<Dictionary> readPlain(std::string_view bytes) {
 
 std::optional<Dictionary> readXmlPropertyList(std::string_view bytes) {
   if (auto dictionary = readPlain(bytes)) return dictionary;
-  return Reader().read(bytes);
+  return Reader(bytes).read();
 }
 
 }  // namespace wenlolib::platform::gnulinux

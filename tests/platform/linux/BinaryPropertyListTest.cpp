@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/BinaryFile.h"
 #include "platform/linux/PropertyListBounds.h"
 #include "platform/linux/PropertyListReader.h"
 #include "support/FailingAllocations.h"
@@ -18,88 +19,6 @@ namespace wenlolib::platform::gnulinux {
 namespace {
 
 using namespace std::string_literals;
-
-/// `number` in `width` bytes, the highest first.
-std::string bytesOf(std::uint64_t number, std::size_t width) {
-  std::string bytes;
-  for (std::size_t i = width; i-- > 0;) {
-    bytes += i < 8 ? static_cast<char>(number >> (8 * i) & 0xFFU) : '\0';
-  }
-  return bytes;
-}
-
-std::string marker(unsigned type, unsigned detail) {
-  return std::string(1, static_cast<char>(type << 4 | detail));
-}
-
-/// The start of an object with `count` units, the count in a byte of its own from 15 on.
-std::string counted(unsigned type, std::size_t count) {
-  if (count < 15) return marker(type, static_cast<unsigned>(count));
-  return marker(type, 15) + marker(1, 2) + bytesOf(count, 4);
-}
-
-std::string ascii(std::string_view text) {
-  return counted(5, text.size()) + std::string(text);
-}
-
-/// What stands in a trailer; a test puts wrong numbers there.
-struct Trailer {
-  std::uint64_t offsetWidth = 4;
-  std::uint64_t referenceWidth = 2;
-  std::uint64_t count = 0;
-  std::uint64_t root = 0;
-  std::uint64_t tableOffset = 0;
-
-  [[nodiscard]] std::string bytes() const {
-    return std::string(6, '\0') + bytesOf(offsetWidth, 1) + bytesOf(referenceWidth, 1) +
-           bytesOf(count, 8) + bytesOf(root, 8) + bytesOf(tableOffset, 8);
-  }
-};
-
-/// A file of objects that a test spells byte by byte; object 0 is the root.
-struct BinaryFile {
-  std::vector<std::string> objects;
-  std::size_t referenceWidth = 2;
-  std::size_t offsetWidth = 4;
-
-  [[nodiscard]] std::string body() const {
-    std::string bytes = "bplist00";
-    for (const std::string& object : objects) bytes += object;
-    return bytes;
-  }
-
-  [[nodiscard]] Trailer trailer() const {
-    return {offsetWidth, referenceWidth, objects.size(), 0, body().size()};
-  }
-
-  [[nodiscard]] std::string table() const {
-    std::string bytes;
-    std::size_t offset = 8;
-    for (const std::string& object : objects) {
-      bytes += bytesOf(offset, offsetWidth);
-      offset += object.size();
-    }
-    return bytes;
-  }
-
-  [[nodiscard]] std::string bytes() const { return body() + table() + trailer().bytes(); }
-
-  [[nodiscard]] std::string container(unsigned type, std::size_t count,
-                                      const std::vector<std::uint64_t>& references) const {
-    std::string bytes = counted(type, count);
-    for (const auto reference : references) bytes += bytesOf(reference, referenceWidth);
-    return bytes;
-  }
-
-  [[nodiscard]] std::string array(const std::vector<std::uint64_t>& items) const {
-    return container(0xA, items.size(), items);
-  }
-
-  /// The references of all keys, then those of all values.
-  [[nodiscard]] std::string dictionary(const std::vector<std::uint64_t>& references) const {
-    return container(0xD, references.size() / 2, references);
-  }
-};
 
 /// A file whose root has the one entry "k" with `object` as its value.
 BinaryFile fileWith(const std::string& object) {
@@ -396,28 +315,68 @@ TEST(BinaryPropertyList, ReadsNestingUpToTheBoundAndRefusesItBeyond) {
   EXPECT_FALSE(readBinaryPropertyList(uid.bytes())) << "a UID is a dictionary and has a level too";
 }
 
-/// `depth` arrays, each holding the next one twice, with `object` at the end.
-std::string doubling(std::size_t depth, const std::string& object) {
+/// `depth` arrays, each holding the next one twice, with `object` at the end: 2^(depth+1) + 1 keys
+/// and values. Then something that nothing refers to, for the file to have `bytes` of them.
+std::string doubling(std::size_t depth, const std::string& object, std::size_t bytes = 0) {
   BinaryFile file = fileWith("");
   for (std::size_t number = 2; number < 2 + depth; ++number) {
     file.objects.resize(number);
     file.objects.push_back(file.array({number + 1, number + 1}));
   }
   file.objects.push_back(object);
+  const std::size_t size = file.bytes().size();
+  if (bytes > size) file.objects.back().append(bytes - size, '\0');
   return file.bytes();
 }
 
 TEST(BinaryPropertyList, CountsASharedObjectAtEachReference) {
-  EXPECT_TRUE(readBinaryPropertyList(doubling(10, marker(0, 9))));
-  EXPECT_TRUE(readBinaryPropertyList(doubling(20, marker(0, 9)))) << "two million values";
-  EXPECT_FALSE(readBinaryPropertyList(doubling(21, marker(0, 9)))) << "more than four million";
-  EXPECT_FALSE(readBinaryPropertyList(doubling(500, marker(0, 9))));
+  constexpr std::size_t large = propertyListBounds.nodes + (std::size_t{1} << 20);
+  EXPECT_TRUE(readBinaryPropertyList(doubling(20, marker(0, 9), large))) << "two million values";
+  EXPECT_FALSE(readBinaryPropertyList(doubling(21, marker(0, 9), large)))
+      << "more than four million";
+  EXPECT_FALSE(readBinaryPropertyList(doubling(500, marker(0, 9), large)));
   const std::string half(propertyListBounds.contentBytes / 8 - 1, 'x');
   EXPECT_TRUE(readBinaryPropertyList(doubling(3, ascii(half))));
   EXPECT_FALSE(readBinaryPropertyList(doubling(4, ascii(half))));
   const std::string data = counted(4, half.size()) + half;
   EXPECT_TRUE(readBinaryPropertyList(doubling(3, data)));
   EXPECT_FALSE(readBinaryPropertyList(doubling(4, data)));
+}
+
+TEST(BinaryPropertyList, RefersToNoMoreValuesThanTheFileHasBytes) {
+  const std::size_t values = (std::size_t{1} << 11) + 1;
+  EXPECT_FALSE(readBinaryPropertyList(doubling(10, marker(0, 9))));
+  EXPECT_FALSE(readBinaryPropertyList(doubling(10, marker(0, 9), values - 1)));
+  EXPECT_TRUE(readBinaryPropertyList(doubling(10, marker(0, 9), values)));
+}
+
+TEST(BinaryPropertyList, ASmallFileTakesLittleMemoryWhateverItRefersTo) {
+  for (const std::size_t depth : {std::size_t{7}, std::size_t{20}, std::size_t{21}}) {
+    BinaryFile file;
+    file.referenceWidth = file.offsetWidth = 1;
+    file.objects = {file.dictionary({1, 2}), ascii("k")};
+    for (std::uint64_t number = 2; number < 2 + depth; ++number) {
+      file.objects.push_back(file.array({number + 1, number + 1}));
+    }
+    file.objects.push_back(file.array({}));
+    const std::string bytes = file.bytes();
+    ASSERT_LT(bytes.size(), 234U);
+    const tests::CountedAllocations counted;
+    EXPECT_FALSE(readBinaryPropertyList(bytes)) << depth;
+    EXPECT_LT(counted.bytes(), std::size_t{1} << 20) << depth;
+    EXPECT_GT(counted.bytes(), bytes.size()) << "the allocations are counted";
+  }
+}
+
+TEST(BinaryPropertyList, ReadsWhatNamesItsScalarsAgainAndAgain) {
+  for (const std::string& object : {marker(0, 9), ascii("text"), marker(1, 0) + "\x01",
+                                    marker(4, 1) + "x", marker(8, 0) + "\x05"}) {
+    BinaryFile file = fileWith("");
+    file.referenceWidth = 1;
+    file.objects = {file.dictionary({1, 2}), ascii("k"),
+                    file.array(std::vector<std::uint64_t>(10'000, 3)), object};
+    EXPECT_TRUE(readBinaryPropertyList(file.bytes()));
+  }
 }
 
 TEST(BinaryPropertyList, CountsASharedKeyAtEachReference) {

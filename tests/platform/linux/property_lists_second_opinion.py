@@ -238,6 +238,19 @@ def for_plistutil(value):
     return value
 
 
+def check_sharing(tool):
+    """Writers of the binary form store equal scalars once, and refer to them again and again."""
+    row = {"name": "a name", "true": True, "data": b"data", "uid": plistlib.UID(7), "real": 1.5}
+    columns = [[item] * 20000 for item in row.values()]
+    for value in ({"rows": [dict(row) for _ in range(5000)]}, {"columns": columns}, {"k": [{}] * 9}):
+        content = dumped(value, True)
+        xml = tool.through(content)
+        if xml is None:
+            raise Failure(f"refused: {content!r:.200}")
+        expect_same(as_expected(value), plistlib.loads(xml), "shared values came back otherwise")
+    print("plistlib: lists that refer to their scalars again and again came back as they were")
+
+
 def check_plistutil(tool, rng):
     if shutil.which("plistutil") is None:
         print("SKIPPED property_lists_second_opinion.check_plistutil: plistutil is not installed")
@@ -477,6 +490,7 @@ def main():
         tool = Tool(os.path.abspath(paths[0]), folder, limited)
         try:
             check_random_documents(tool, rng)
+            check_sharing(tool)
             check_plistutil(tool, rng)
             check_mutations(tool, rng)
             check_hostile_files(tool)
