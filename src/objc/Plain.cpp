@@ -1,62 +1,43 @@
 // Plain values and the core's own, both ways.
 #include <cstdlib>
 #include <cstring>
-#include <span>
 #include <utility>
+#include <vector>
 
 #include "base/Answered.h"
 #include "base/Utf8.h"
 #include "objc/Private.h"
 #include "objc/Unicode.h"
 
+static bool nests(const Plain& plain) {
+  return plain.kind == plainArray || plain.kind == plainDictionary;
+}
+
+/// Goes down to the last item of what is left, and up again, without memory and without calls
+/// inside calls: values may lie inside each other 512 deep.
 void plainFree(Plain* plain) {
-  switch (plain->kind) {
-    case plainText:
-      std::free(plain->as.units);
-      break;
-    case plainData:
-      std::free(plain->as.bytes);
-      break;
-    case plainArray:
-    case plainDictionary:
-      for (std::size_t i = 0; i < plain->count; ++i) plainFree(&plain->as.items[i]);
-      std::free(plain->as.items);
-      break;
-    default:
-      break;
+  plain->around = nullptr;
+  while (plain != nullptr) {
+    if (nests(*plain) && plain->count > 0) {
+      Plain* last = &plain->as.items[--plain->count];
+      last->around = plain;
+      plain = last;
+      continue;
+    }
+    if (nests(*plain)) std::free(plain->as.items);
+    if (plain->kind == plainText) std::free(plain->as.units);
+    if (plain->kind == plainData) std::free(plain->as.bytes);
+    Plain* around = plain->around;
+    *plain = Plain{};
+    plain = around;
   }
-  *plain = Plain{};
 }
 
 namespace wenlolib::objc {
 namespace {
 
-std::optional<Value> valueIn(const Plain& plain);
-
-std::span<const Plain> itemsOf(const Plain& plain) {
-  return {plain.as.items, plain.count};
-}
-
-Value::Array arrayIn(const Plain& plain) {
-  Value::Array array;
-  for (const Plain& item : itemsOf(plain)) {
-    if (std::optional<Value> value = valueIn(item)) array.push_back(*std::move(value));
-  }
-  return array;
-}
-
-Dictionary entriesIn(const Plain& plain) {
-  Dictionary dictionary;
-  const std::span<const Plain> items = itemsOf(plain);
-  for (std::size_t i = 0; i + 1 < items.size(); i += 2) {
-    Text key = textIn(items[i]);
-    std::optional<Value> value = valueIn(items[i + 1]);
-    if (key && value) dictionary.insert_or_assign(*std::move(key), *std::move(value));
-  }
-  return dictionary;
-}
-
-std::optional<Value> valueIn(const Plain& plain) {
+/// The value of anything but an array or a dictionary.
+std::optional<Value> scalarIn(const Plain& plain) {
   switch (plain.kind) {
     case plainBoolean:
       return Value(plain.as.integer != 0);
@@ -74,19 +55,71 @@ std::optional<Value> valueIn(const Plain& plain) {
     }
     case plainData:
       return Value(Value::Data(plain.as.bytes, plain.as.bytes + plain.count));
-    case plainArray:
-      return Value(arrayIn(plain));
-    case plainDictionary:
-      return Value(entriesIn(plain));
     default:
       return std::nullopt;
   }
 }
 
-/// Fills one plain value. False where there is no memory; what was made until then is in it.
+/// An array or a dictionary whose values are being read, one after the other.
+class Reading {
+ public:
+  explicit Reading(const Plain& plain) : plain_(plain), perValue_(isArray() ? 1 : 2) {}
+
+  /// The next value; null where there is none left.
+  const Plain* next() {
+    if (plain_.count - taken_ < perValue_) return nullptr;
+    taken_ += perValue_;
+    return &plain_.as.items[taken_ - 1];
+  }
+  /// Keeps what has become of the value that came last.
+  void keep(Value value) {
+    if (isArray()) return array_.push_back(std::move(value));
+    if (Text key = textIn(plain_.as.items[taken_ - 2])) {
+      dictionary_.insert_or_assign(*std::move(key), std::move(value));
+    }
+  }
+  Value value() && { return isArray() ? Value(std::move(array_)) : Value(std::move(dictionary_)); }
+  Dictionary dictionary() && { return std::move(dictionary_); }
+
+ private:
+  [[nodiscard]] bool isArray() const { return plain_.kind == plainArray; }
+
+  const Plain& plain_;
+  std::size_t perValue_;
+  std::size_t taken_ = 0;
+  Value::Array array_;
+  Dictionary dictionary_;
+};
+
+/// What cannot be read is left out. The levels stand in a vector, so that no nesting of what a host
+/// passes becomes a nesting of calls.
+Dictionary entriesIn(const Plain& plain) {
+  std::vector<Reading> levels;
+  levels.emplace_back(plain);
+  for (;;) {
+    if (const Plain* next = levels.back().next()) {
+      if (nests(*next)) {
+        levels.emplace_back(*next);
+      } else if (std::optional<Value> value = scalarIn(*next)) {
+        levels.back().keep(*std::move(value));
+      }
+      continue;
+    }
+    if (levels.size() == 1) return std::move(levels.front()).dictionary();
+    Value value = std::move(levels.back()).value();
+    levels.pop_back();
+    levels.back().keep(std::move(value));
+  }
+}
+
+/// A value, and the plain one that it goes to.
+using Pair = std::pair<const Value*, Plain*>;
+
+/// Fills one plain value; the values inside it wait to be filled. False where there is no memory;
+/// what was made until then is in it.
 class Filling {
  public:
-  explicit Filling(Plain& plain) : plain_(plain) {}
+  Filling(Plain& plain, std::vector<Pair>& waiting) : plain_(plain), waiting_(waiting) {}
 
   bool operator()(bool value) const { return set(plainBoolean).integer = value, true; }
   bool operator()(std::int64_t value) const { return set(plainInteger).integer = value, true; }
@@ -113,16 +146,15 @@ class Filling {
   bool operator()(const Value::Array& array) const {
     Plain* item = items(plainArray, array.size());
     if (item == nullptr) return false;
-    for (const Value& value : array) {
-      if (!value.visit(Filling(*item++))) return false;
-    }
+    for (const Value& value : array) waiting_.emplace_back(&value, item++);
     return true;
   }
   bool operator()(const Dictionary& dictionary) const {
     Plain* item = items(plainDictionary, 2 * dictionary.size());
     if (item == nullptr) return false;
     for (const auto& [key, value] : dictionary) {
-      if (!Filling(*item++)(key) || !value.visit(Filling(*item++))) return false;
+      if (!Filling(*item++, waiting_)(key)) return false;
+      waiting_.emplace_back(&value, item++);
     }
     return true;
   }
@@ -144,12 +176,25 @@ class Filling {
   }
 
   Plain& plain_;
+  std::vector<Pair>& waiting_;
 };
+
+template <class Held>
+bool fillAll(Plain& plain, const Held& held) {
+  std::vector<Pair> waiting;
+  if (!Filling(plain, waiting)(held)) return false;
+  while (!waiting.empty()) {
+    const auto [value, place] = waiting.back();
+    waiting.pop_back();
+    if (!value->visit(Filling(*place, waiting))) return false;
+  }
+  return true;
+}
 
 template <class Held>
 Plain filled(const Held& held) noexcept {
   Plain plain{};
-  if (!Filling(plain)(held)) plainFree(&plain);
+  if (!answered(false, [&] { return fillAll(plain, held); })) plainFree(&plain);
   return plain;
 }
 

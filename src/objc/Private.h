@@ -39,6 +39,7 @@ typedef struct Plain {
     uint8_t* bytes;
     struct Plain* items;
   } as;
+  struct Plain* around; /* the array or dictionary that it lies in: plainFree's own, else nothing */
 } Plain;
 
 /* Gives back what the value holds, all the way down, and makes it nothing. */
