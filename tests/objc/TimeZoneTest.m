@@ -2,8 +2,14 @@
 #import "Host.h"
 
 #include <dlfcn.h>
-#include <stdio.h>
+#include <limits.h>
+#include <string.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <time.h>
+#include <unistd.h>
+
+#include "Allocations.h"
 
 /* A zone as a host might make one: says what it is told to, or raises. */
 @interface OwnZone : NSTimeZone {
@@ -202,6 +208,92 @@ static void aZoneThatRaisesOrSaysNoOffsetFailsTheRecord(void) {
   CHECK([recordClass writeAppInfoWithContents:@"c" name:@"App" option:1]);
 }
 
+/* As if Foundation had never been asked for its zone, which is this one: GNUstep keeps zones by
+ * name, so that each case takes another. */
+static NSDate* winter;
+
+static void forgetTheSystemsZone(NSString* zone) {
+  winter = dateAt(1704067200);
+  NSDictionary* defaults = [NSDictionary dictionaryWithObject:zone forKey:@"Local Time Zone"];
+  [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
+  [NSTimeZone resetSystemTimeZone];
+}
+
+static void useTheSystemsZoneAgain(void) {
+  [[NSUserDefaults standardUserDefaults] removeVolatileDomainForName:NSRegistrationDomain];
+  [NSTimeZone resetSystemTimeZone];
+}
+
+static NSString* shown(void) {
+  return [toolkitClass calendarWithTimeZoneFormatString:winter];
+}
+
+static void limitDescriptors(rlim_t most) {
+  struct rlimit limit;
+  getrlimit(RLIMIT_NOFILE, &limit);
+  limit.rlim_cur = most;
+  setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/* GNUstep takes a zone's file that it cannot open for GMT, and stays with that. */
+static void noDescriptorAtTheFirstLookIsNoZone(void) {
+  struct rlimit before;
+  const int next = dup(0);
+  NSString* withoutOne = @"";
+  getrlimit(RLIMIT_NOFILE, &before);
+  forgetTheSystemsZone(@"Asia/Tokyo");
+  close(next);
+  limitDescriptors((rlim_t)next);
+  CHECK_RAISES_NOTHING(withoutOne = shown());
+  limitDescriptors(before.rlim_cur);
+  CHECK_EQUAL(withoutOne, nil);
+  CHECK_EQUAL(shown(), @"2024-01-01T09:00:00+09:00");
+  useTheSystemsZoneAgain();
+}
+
+/* From then on without any: Foundation could not even raise. */
+static void noMemoryAtTheFirstLookIsNoZone(void) {
+  NSString* withoutMemory = @"";
+  forgetTheSystemsZone(@"Asia/Dubai");
+  CHECK_RAISES_NOTHING(shown()); /* the runtime has its tables, GNUstep the zone's name */
+  [NSTimeZone resetSystemTimeZone];
+  failAllocations(1, LONG_MAX);
+  withoutMemory = shown();
+  CHECK(endFailingAllocations());
+  CHECK_EQUAL(withoutMemory, nil);
+  CHECK_EQUAL(shown(), @"2024-01-01T04:00:00+04:00");
+  useTheSystemsZoneAgain();
+}
+
+enum { fine, broken, done };
+
+/* What becomes of the zone after a first look in which this allocation failed, and which said so.
+ */
+static int afterALookWithout(long number) {
+  NSString* answer;
+  forgetTheSystemsZone(@"America/Caracas");
+  failAllocations(number, 1);
+  answer = shown();
+  if (!endFailingAllocations()) return done;
+  return answer != nil || [shown() hasSuffix:@"-04:00"] ? fine : broken;
+}
+
+/* Each in a process of its own: GNUstep keeps a lock when it is broken off. */
+static void aFirstLookThatWasBrokenOffIsNotTheLast(void) {
+  int status = fine;
+  long number;
+  forgetTheSystemsZone(@"Asia/Karachi");
+  CHECK_EQUAL(shown(), @"2024-01-01T05:00:00+05:00"); /* the runtime has its tables */
+  for (number = 1; status == fine && number < 10000; ++number) {
+    const pid_t child = fork();
+    if (child == 0) _exit(afterALookWithout(number));
+    CHECK(waitpid(child, &status, 0) == child);
+    status = WIFEXITED(status) ? WEXITSTATUS(status) : broken;
+  }
+  CHECK(status == done && number > 20);
+  useTheSystemsZoneAgain();
+}
+
 const Case timeZoneCases[] = {
     {"TimeZone.DatesAreShownInTheDefaultZone", datesAreShownInTheDefaultZone},
     {"TimeZone.TheOffsetIsTheOneAtThatDate", theOffsetIsTheOneAtThatDate},
@@ -212,4 +304,7 @@ const Case timeZoneCases[] = {
     {"TimeZone.TheBundlesCFunctionsKeepTheCLibrarysZone", theBundlesCFunctionsKeepTheCLibrarysZone},
     {"TimeZone.AZoneThatRaisesOrSaysNoOffsetFailsTheRecord",
      aZoneThatRaisesOrSaysNoOffsetFailsTheRecord},
+    {"TimeZone.NoDescriptorAtTheFirstLookIsNoZone", noDescriptorAtTheFirstLookIsNoZone},
+    {"TimeZone.NoMemoryAtTheFirstLookIsNoZone", noMemoryAtTheFirstLookIsNoZone},
+    {"TimeZone.AFirstLookThatWasBrokenOffIsNotTheLast", aFirstLookThatWasBrokenOffIsNotTheLast},
     {NULL, NULL}};
