@@ -15,17 +15,42 @@
 /* A dictionary that holds itself, or far too much, has to come to an end. */
 enum { deepest = 512, mostItems = 1 << 20 };
 
-typedef struct Bounds {
-  int depth;
-  long items;
+/* A container that is being read. What a host passes may be nested deeper than its stack goes. */
+typedef struct Level {
+  Plain* plain;
+  id object;
+  NSEnumerator* keys; /* of a dictionary */
+  size_t room;        /* in its plain value */
+  NSUInteger next;    /* of an array's items */
+} Level;
+
+/* One reading of a host's object: the containers that are open, the innermost last. */
+typedef struct Reading {
+  Class class; /* which the outermost object has to be of */
+  Level* levels;
+  size_t depth, room;
+  long items;    /* so many more objects are read */
   BOOL noMemory; /* then the whole is nothing: a record with half of its entries would be wrong */
-} Bounds;
+} Reading;
 
-static BOOL fill(Plain* plain, id object, Bounds* bounds);
+typedef BOOL (*Step)(Reading* reading, Plain* plain, id object);
 
-static BOOL outOfMemory(Bounds* bounds) {
-  bounds->noMemory = YES;
+static BOOL outOfMemory(Reading* reading) {
+  reading->noMemory = YES;
   return NO;
+}
+
+/* NO, too, where the object raises. */
+static BOOL succeeds(Step step, Reading* reading, Plain* plain, id object) {
+  volatile BOOL done = NO;
+  @try {
+    done = step(reading, plain, object);
+  } @catch (NSException* raised) {
+    if (saysNoMemory(raised)) (void)outOfMemory(reading);
+  } @catch (...) {
+    done = NO;
+  }
+  return done;
 }
 
 /* How many of the first units are certainly no half of a surrogate pair, looked at four at once. */
@@ -52,12 +77,12 @@ static BOOL isUnicode(const uint16_t* units, size_t count) {
   return YES;
 }
 
-static BOOL fillText(Plain* plain, NSString* string, Bounds* bounds) {
+static BOOL fillText(Reading* reading, Plain* plain, NSString* string) {
   const NSUInteger count = [string length];
   if (count > INT32_MAX || count >= SIZE_MAX / sizeof(unichar)) return NO;
   /* Cleared: a string of the host's need not fill as much as it says it is long. */
   plain->as.units = calloc(count + 1, sizeof(unichar));
-  if (plain->as.units == NULL) return outOfMemory(bounds);
+  if (plain->as.units == NULL) return outOfMemory(reading);
   plain->kind = plainText;
   plain->count = count;
   [string getCharacters:plain->as.units range:NSMakeRange(0, count)];
@@ -107,31 +132,75 @@ static BOOL isSystemsOwn(NSData* data) {
 }
 #endif
 
-static BOOL fillData(Plain* plain, NSData* data, Bounds* bounds) {
+static BOOL fillData(Reading* reading, Plain* plain, NSData* data) {
   const NSUInteger count = [data length];
-  const BOOL inside =
-      bounds->depth > 0; /* of a host's dictionary; else the record's own document */
+  const BOOL inside = reading->depth > 0; /* of a container; else the record's own document */
   if (count == SIZE_MAX || !isSystemsOwn(data) || (inside && count > INT32_MAX)) return NO;
   plain->as.bytes = malloc(count + 1);
-  if (plain->as.bytes == NULL) return outOfMemory(bounds);
+  if (plain->as.bytes == NULL) return outOfMemory(reading);
   plain->kind = plainData;
   plain->count = count;
   [data getBytes:plain->as.bytes length:count];
   return YES;
 }
 
-static BOOL fillArray(Plain* plain, NSArray* array, Bounds* bounds) {
+static BOOL open(Reading* reading, Level level) {
+  if (reading->depth >= deepest) return NO;
+  if (reading->depth == reading->room) {
+    const size_t room = reading->room * 2 + 4;
+    Level* levels = realloc(reading->levels, room * sizeof(Level));
+    if (levels == NULL) return outOfMemory(reading);
+    reading->levels = levels;
+    reading->room = room;
+  }
+  reading->levels[reading->depth++] = level;
+  return YES;
+}
+
+static BOOL openArray(Reading* reading, Plain* plain, NSArray* array) {
   const NSUInteger count = [array count];
-  NSUInteger i;
   if (count > (NSUInteger)mostItems) return NO;
   plain->as.items = calloc(count + 1, sizeof(Plain));
-  if (plain->as.items == NULL) return outOfMemory(bounds);
+  if (plain->as.items == NULL) return outOfMemory(reading);
   plain->kind = plainArray;
   plain->count = count;
-  for (i = 0; i < count && bounds->items > 0; ++i) {
-    (void)fill(&plain->as.items[i], [array objectAtIndex:i], bounds);
+  return open(reading, (Level){.plain = plain, .object = array});
+}
+
+static BOOL openDictionary(Reading* reading, Plain* plain, NSDictionary* dictionary) {
+  NSEnumerator* keys = [dictionary keyEnumerator];
+  if (keys == nil) return outOfMemory(reading);
+  plain->kind = plainDictionary;
+  return open(reading, (Level){.plain = plain, .object = dictionary, .keys = keys});
+}
+
+static BOOL fillAny(Reading* reading, Plain* plain, id object) {
+  if ([object isKindOfClass:[NSString class]]) return fillText(reading, plain, object);
+  if ([object isKindOfClass:[NSNumber class]]) return fillNumber(plain, object);
+  if ([object isKindOfClass:[NSDate class]]) return fillDate(plain, object);
+  if ([object isKindOfClass:[NSData class]]) return fillData(reading, plain, object);
+  if ([object isKindOfClass:[NSArray class]]) return openArray(reading, plain, object);
+  if ([object isKindOfClass:[NSDictionary class]]) return openDictionary(reading, plain, object);
+  return NO;
+}
+
+/* A container is opened, and filled later. What could not be read is nothing afterwards. */
+static void begin(Reading* reading, Plain* plain, id object) {
+  if (--reading->items < 0) return;
+  if (!succeeds(fillAny, reading, plain, object)) plainFree(plain);
+}
+
+static BOOL addItem(Reading* reading, Plain* plain, id array) {
+  Level* level = &reading->levels[reading->depth - 1];
+  const NSUInteger i = level->next;
+  if (reading->items <= 0) return NO;
+  if (i == plain->count) {
+    --reading->depth;
+  } else {
+    ++level->next;
+    begin(reading, &plain->as.items[i], [array objectAtIndex:i]);
   }
-  return bounds->items > 0;
+  return YES;
 }
 
 /* Room for one more entry: the item of its key, the item of its value after it. */
@@ -149,90 +218,61 @@ static Plain* oneMoreEntry(Plain* dictionary, size_t* room) {
   return entry;
 }
 
-static void dropLastEntry(Plain* dictionary) {
+/* An entry whose key is no text or whose value could not be read. */
+static void dropLastEntryWithoutValue(Plain* dictionary) {
+  Plain* entry;
+  if (dictionary->count == 0) return;
+  entry = &dictionary->as.items[dictionary->count - 2];
+  if (entry[1].kind != plainNothing) return;
+  plainFree(&entry[0]);
   dictionary->count -= 2;
-  plainFree(&dictionary->as.items[dictionary->count]);
-  plainFree(&dictionary->as.items[dictionary->count + 1]);
 }
 
-/* The entry's value, bounded by itself where the dictionary is the outermost one: an entry beyond
- * all bounds then takes no other with it. */
-static BOOL fillEntry(Plain* entry, id key, id value, Bounds* bounds) {
-  if (bounds->depth == 1) bounds->items = mostItems;
-  return fill(&entry[0], key, bounds) && entry[0].kind == plainText &&
-         fill(&entry[1], value, bounds);
-}
-
-static BOOL fillDictionary(Plain* plain, NSDictionary* dictionary, Bounds* bounds) {
-  NSEnumerator* keys = [dictionary keyEnumerator];
-  size_t room = 0;
-  id key;
-  if (keys == nil) return outOfMemory(bounds);
-  plain->kind = plainDictionary;
-  while ((key = [keys nextObject]) != nil) {
-    Plain* entry;
-    if (plain->count >= 2 * (size_t)mostItems) return NO;
-    entry = oneMoreEntry(plain, &room);
-    if (entry == NULL) return outOfMemory(bounds);
-    if (!fillEntry(entry, key, [dictionary objectForKey:key], bounds)) dropLastEntry(plain);
-    if (bounds->items <= 0 && bounds->depth > 1) return NO;
-  }
+/* The outermost dictionary's entries are bounded each by itself: one beyond all bounds then takes
+ * no other with it. */
+static BOOL addEntry(Reading* reading, Plain* plain, id dictionary) {
+  const size_t depth = reading->depth;
+  Level* level = &reading->levels[depth - 1];
+  id key = nil, value;
+  Plain* entry;
+  dropLastEntryWithoutValue(plain);
+  if (depth == 1) reading->items = mostItems;
+  if (reading->items <= 0 || plain->count >= 2 * (size_t)mostItems) return NO;
+  key = [level->keys nextObject];
+  if (key == nil) return --reading->depth, YES;
+  value = [dictionary objectForKey:key];
+  entry = oneMoreEntry(plain, &level->room);
+  if (entry == NULL) return outOfMemory(reading);
+  begin(reading, &entry[0], key);
+  reading->depth = depth; /* a container is no key */
+  if (entry[0].kind == plainText) begin(reading, &entry[1], value);
   return YES;
 }
 
-static BOOL fillContainer(Plain* plain, id object, Bounds* bounds) {
-  BOOL filled = NO;
-  if (bounds->depth >= deepest) return NO;
-  ++bounds->depth;
-  if ([object isKindOfClass:[NSArray class]]) filled = fillArray(plain, object, bounds);
-  if ([object isKindOfClass:[NSDictionary class]]) filled = fillDictionary(plain, object, bounds);
-  --bounds->depth;
-  return filled;
-}
-
-static BOOL fillAny(Plain* plain, id object, Bounds* bounds) {
-  if ([object isKindOfClass:[NSString class]]) return fillText(plain, object, bounds);
-  if ([object isKindOfClass:[NSNumber class]]) return fillNumber(plain, object);
-  if ([object isKindOfClass:[NSDate class]]) return fillDate(plain, object);
-  if ([object isKindOfClass:[NSData class]]) return fillData(plain, object, bounds);
-  return fillContainer(plain, object, bounds);
-}
-
-/* What could not be filled is nothing afterwards. */
-static BOOL fill(Plain* plain, id object, Bounds* bounds) {
-  const int depth = bounds->depth;
-  volatile BOOL filled = NO;
-  if (--bounds->items < 0) return NO;
-  @try {
-    filled = fillAny(plain, object, bounds);
-  } @catch (NSException* raised) {
-    if (saysNoMemory(raised)) bounds->noMemory = YES;
-  } @catch (...) {
-    filled = NO;
+static void fill(Reading* reading, Plain* plain, id object) {
+  begin(reading, plain, object);
+  while (reading->depth > 0 && !reading->noMemory) {
+    const Level level = reading->levels[reading->depth - 1];
+    const Step add = level.plain->kind == plainArray ? addItem : addEntry;
+    const size_t depth = reading->depth;
+    if (succeeds(add, reading, level.plain, level.object)) continue;
+    plainFree(level.plain);
+    reading->depth = depth - 1;
   }
-  if (!filled) plainFree(plain);
-  bounds->depth = depth;
-  return filled;
 }
 
-static BOOL isOfClass(id object, Class class, Bounds* bounds) {
-  volatile BOOL is = NO;
-  @try {
-    is = [object isKindOfClass:class];
-  } @catch (NSException* raised) {
-    if (saysNoMemory(raised)) bounds->noMemory = YES;
-  } @catch (...) {
-    is = NO;
-  }
-  return is;
+static BOOL isOfClass(Reading* reading, Plain* plain, id object) {
+  (void)plain;
+  return [object isKindOfClass:reading->class];
 }
 
 static Plain plainFrom(id object, Class class) {
   Plain plain = {.kind = plainNothing};
-  Bounds bounds = {0, mostItems, NO};
+  Reading reading = {.class = class, .items = mostItems};
   if (object == nil) return plain;
-  if (isOfClass(object, class, &bounds)) (void)fill(&plain, object, &bounds);
-  if (bounds.noMemory) {
+  if (succeeds(isOfClass, &reading, &plain, object)) fill(&reading, &plain, object);
+  free(reading.levels);
+  if (reading.noMemory) {
     plainFree(&plain);
     plain.kind = plainShortage;
   }
