@@ -162,9 +162,11 @@ def stated(scenario, fault, result, before, after, reference):
     refused = GIVING_BACK.values() if fault.onwards else {GIVING_BACK.get(call_of(result))}
     if result.change in refused:
         return "signals or children that the system refuses to give back"
-    if result.change == "the time zone" and not fault.onwards and fault.kind != "descriptors":
+    if result.change != "the time zone":
+        return None
+    if result.insideZone:
         return "inside the C library's first reading of the zone"
-    return None
+    return "the zone's file said to be missing" if fault.onwards and is_answering(fault) else None
 
 
 def after_kill(before, after, reference):

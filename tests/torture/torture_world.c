@@ -19,11 +19,18 @@
 static const time_t now = 1773569107;
 static int64_t slept = 0; /* nanoseconds that somebody asked to sleep for */
 
+/* What the functions of this file stand before. */
 static int (*steadyTime)(clockid_t, struct timespec*); /* which needs no system call */
+static struct tm* (*realLocalTime)(const time_t*, struct tm*);
 
-__attribute__((constructor)) static void findSteadyTime(void) {
-  void* const found = dlsym(RTLD_NEXT, "clock_gettime");
-  memcpy(&steadyTime, &found, sizeof steadyTime);
+static void find(void* function, const char* name) {
+  void* const found = dlsym(RTLD_NEXT, name);
+  memcpy(function, &found, sizeof found);
+}
+
+__attribute__((constructor)) static void findAll(void) {
+  find(&steadyTime, "clock_gettime");
+  find(&realLocalTime, "localtime_r");
 }
 
 int clock_gettime(clockid_t clock, struct timespec* time) {
@@ -47,6 +54,20 @@ int gettimeofday(struct timeval* restrict time, void* restrict zone) {
   (void)zone;
   *time = (struct timeval){now, 0};
   return 0;
+}
+
+static volatile int* insideZone = NULL;
+
+void torture_watch_zone(volatile int* inside) {
+  insideZone = inside;
+}
+
+struct tm* localtime_r(const time_t* restrict moment, struct tm* restrict fields) {
+  struct tm* result;
+  if (insideZone != NULL) *insideZone = 1;
+  result = realLocalTime(moment, fields);
+  if (insideZone != NULL) *insideZone = 0;
+  return result;
 }
 
 /* Sleeping moves the steady clock on, and takes a thousandth of the time. */
@@ -125,6 +146,7 @@ static int strikes(void) {
   if (faults->failing == 0 || faults->seen < faults->failing) return 0;
   if (faults->seen > faults->failing) return faults->onwards;
   armed = NULL;
+  faults->insideZone = insideZone != NULL && *insideZone;
   faults->depth = backtrace(faults->places, tortureDepth);
   armed = faults;
   return 1;

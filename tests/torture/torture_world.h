@@ -15,13 +15,17 @@ typedef struct AllocationFaults {
   long failing; /* which one fails, counted from 1; 0 for none */
   int onwards;  /* and all that follow it */
   long seen;
-  int depth; /* of the first that failed: where it was asked for */
+  int insideZone; /* whether the first that failed was the C library's, for a local time */
+  int depth;      /* of the first that failed: where it was asked for */
   void* places[tortureDepth];
 } AllocationFaults;
 
 /* Until they are disarmed, allocations are counted, and fail as `faults` says. */
 void torture_arm(AllocationFaults* faults);
 void torture_disarm(void);
+
+/* From then on `*inside` is not 0 while the C library shows or reads a local time. */
+void torture_watch_zone(volatile int* inside);
 
 /* Other random bytes than in the first run, for a host that comes later. */
 void torture_other_bytes(void);

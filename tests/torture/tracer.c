@@ -161,7 +161,10 @@ static void onCall(Session* session, Tracee* tracee, const struct __ptrace_sysca
     const long seen = ++session->trace->helperCalls;
     if (plan->fault != errorInHelper || !isDue(plan, seen)) return;
   }
-  if (!session->trace->struck) note(session->trace, tracee->id, call);
+  if (!session->trace->struck) {
+    session->trace->insideZone = *plan->insideZone;
+    note(session->trace, tracee->id, call);
+  }
   if (plan->fault == killBefore) {
     kill(session->child, SIGKILL);
   } else {
