@@ -32,4 +32,5 @@ class Campaign:
 
     def skip(self, text):
         """Something that cannot be tried on this machine."""
-        self.skipped.append(text)
+        if text not in self.skipped:
+            self.skipped.append(text)

@@ -14,8 +14,11 @@ ERROR_NAMES = {number: name for name, number in ERRORS.items()}
 # The system has looked, and says what is there.
 ANSWERS = {ERRORS["EACCES"], ERRORS["ENOENT"]}
 
-Zone = collections.namedtuple("Zone", "variable winter summer command", defaults=((),))
-BERLIN = Zone("Europe/Berlin", 3600, 7200)
+# Where a host runs: the variable TZ, the offsets of the zone, a command before its own, and whether
+# that puts a password file with the host's home into the system's place; the host then has no HOME.
+Place = collections.namedtuple("Place", "zone winter summer command passwords",
+                               defaults=(3600, 7200, (), False))
+BERLIN = Place("Europe/Berlin")
 
 SECONDS = 15  # after which a call counts as hanging
 
@@ -37,15 +40,19 @@ class Result:
 class FaultyHost:
     """A running server: the `program` "host" loads the plug-in, "classes" is linked with it."""
 
-    def __init__(self, build, program, home, zone=BERLIN, shown=True):
+    def __init__(self, build, program, home, place=BERLIN, shown=True):
         folder = build / "tests" / "torture"
         plugin = build / "WENLOLIB.bundle/Contents/Linux/WENLOLIB"
-        environment = {"HOME": str(home), "LANG": "de_DE.UTF-8", "PATH": "/usr/bin:/bin"}
-        if zone.variable is not None:
-            environment["TZ"] = zone.variable
+        environment = {"LANG": "de_DE.UTF-8", "PATH": "/usr/sbin:/usr/bin:/sbin:/bin"}
+        if place.zone is not None:
+            environment["TZ"] = place.zone
+        if place.passwords:
+            environment["PASSWORDS"] = password_file(home)
+        else:
+            environment["HOME"] = str(home)
         self.process = subprocess.Popen(
-            [*zone.command, folder / f"torture_{program}", plugin, str(zone.winter),
-             str(zone.summer), "shown" if shown else "first"],
+            [*place.command, folder / f"torture_{program}", plugin, str(place.winter),
+             str(place.summer), "shown" if shown else "first"],
             env=environment, cwd=home, text=True, umask=0o027,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self.operations = self.process.stdout.readline().split()
@@ -65,6 +72,15 @@ class FaultyHost:
         self.process.stdin.close()
         self.process.wait(timeout=30)
         self.process.stdout.close()
+
+
+def password_file(home):
+    """A file beside `home` that names it as the home of the user."""
+    path = f"{home}.passwd"
+    with open(path, "w", encoding="ascii") as file:
+        file.write(f"daemon:x:1:1:::\nhost:x:0:0:Host:{home}:/bin/sh\n")
+    os.chmod(path, 0o644)
+    return path
 
 
 def call_of(result):

@@ -1,43 +1,33 @@
-"""The first time that the host's process shows a local time is within the library.
+"""Hosts in which the library is the first to ask the C library for something that it reads once.
 
-The C library reads the zone then, once and for all. Where it cannot, the record has to fail, and
-the host's zone must be right afterwards; only where a single fault strikes within that reading
-itself can nobody undo it."""
+A local time: the zone is read at the first use, and once for all. Where that cannot be, the record
+has to fail, and the host's zone must be right afterwards; only a fault that begins within that
+reading itself can nobody undo. The home, where HOME is not set: the password database."""
 
-import os
-import subprocess
-
-from faulty_host import BERLIN, ERRORS, Zone
+from faulty_host import ERRORS
+from places import homes, zones
 from scenarios import record
 from tries import Task, row
 
 SCENARIOS = [record("host", "WENLOLIB_writeAppInfoWithContents", "others"),
              record("classes", "WENLOLIB::writeAppInfo-printer", "others")]
+WORDS = {"error": "errors at system calls", "allocation": "failed allocations",
+         "descriptors": "no more descriptors"}
 
 
-def zones(campaign):
-    """TZ set, and TZ unset with the system's zone; that is changed for the host alone, in a
-    namespace of its own."""
-    yield BERLIN
-    mine = ["--mount"] if os.geteuid() == 0 else ["--mount", "--map-root-user"]
-    command = ["unshare", *mine, "sh", "-c", "mount --bind /usr/share/zoneinfo/Europe/Berlin "
-               "/etc/localtime && exec \"$@\"", "sh"]
-    if subprocess.run([*command, "true"], capture_output=True, check=False).returncode == 0:
-        yield Zone(None, 3600, 7200, tuple(command))
-    else:
-        campaign.skip("TZ unset and a zone other than GMT: no namespace for mounts, or no "
-                      "/etc/localtime")
+def tasks(campaign, places, kind, onwards, shown):
+    errors = ERRORS if kind == "error" else {"": 0}
+    return [Task(campaign.build, campaign.scratch, scenario, kind, error, onwards,
+                 1 if campaign.long else 3, place, shown)
+            for place in places for scenario in SCENARIOS
+            for name, error in errors.items() if not (onwards and name == "EINTR")]
 
 
 def first_uses(campaign, kind):
-    known = list(zones(campaign))
-    errors = {"error": ERRORS, "allocation": {"": 0}, "descriptors": {"": 0}}[kind]
-    for onwards in (True,) if kind == "descriptors" else (False, True):
-        tasks = [Task(campaign.build, campaign.scratch, scenario, kind, error, onwards,
-                      1 if campaign.long else 3, zone, False)
-                 for zone in known for scenario in SCENARIOS
-                 for name, error in errors.items() if not (onwards and name == "EINTR")]
-        what = {"error": "errors at system calls", "allocation": "failed allocations",
-                "descriptors": "no more descriptors"}[kind]
-        yield from row(campaign, f"first use of local time: {what}, "
-                       f"{'from then on' if onwards else 'once'}", tasks)
+    for what, places, shown in [("first use of local time", list(zones(campaign)), False),
+                                ("home from the password database", list(homes(campaign)), True)]:
+        for onwards in (True,) if kind == "descriptors" else (False, True):
+            if places:
+                yield from row(campaign, f"{what}: {WORDS[kind]}, "
+                               f"{'from then on' if onwards else 'once'}",
+                               tasks(campaign, places, kind, onwards, shown))

@@ -34,7 +34,7 @@ typedef struct Request {
 typedef struct Observation {
   int left;
   int answered;
-  volatile int insideZone;
+  volatile int inside;
   char answer[8192];
   char change[128];
   AllocationFaults allocations;
@@ -74,7 +74,7 @@ void enter(void) {
   takeState(&before);
   for (number = 0; number < mostDescriptors; ++number) openBefore[number] = isOpen(number);
   if (faultIs("descriptors")) limitDescriptors((rlim_t)request.index);
-  torture_watch_zone(&observation->insideZone);
+  torture_watch(&observation->inside);
   if (faultIs("later")) torture_other_bytes();
   if (isTraced()) {
     traceMe();
@@ -158,7 +158,7 @@ static void lookAtThread(void) {
 void leave(void) {
   const char* change;
   torture_disarm();
-  torture_watch_zone(NULL);
+  torture_watch(NULL);
   if (isTraced()) close(leavingMark);
   if (faultIs("descriptors")) limitDescriptors(usualLimit);
   sabotage();
@@ -218,8 +218,7 @@ static int waitPlainly(pid_t child) {
 }
 
 static TracePlan plan(void) {
-  TracePlan result = {noFault, request.index, request.error, request.onwards,
-                      &observation->insideZone};
+  TracePlan result = {noFault, request.index, request.error, request.onwards, &observation->inside};
   if (faultIs("kill")) result.fault = killBefore;
   if (faultIs("error")) result.fault = errorAt;
   if (faultIs("helper")) result.fault = errorInHelper;
@@ -251,8 +250,8 @@ static void report(int status, const Trace* trace) {
   printHexadecimal(seen->answer);
   printf("\",\"change\":\"%s\",\"printed\":%ld,\"calls\":%ld,\"helperCalls\":%ld,", seen->change,
          (long)length, trace->calls, trace->helperCalls);
-  printf("\"struck\":%d,\"insideZone\":%d,\"number\":%ld,\"path\":\"", trace->struck,
-         trace->insideZone || seen->allocations.insideZone, trace->number);
+  printf("\"struck\":%d,\"inside\":%d,\"number\":%ld,\"path\":\"", trace->struck,
+         trace->inside | seen->allocations.inside, trace->number);
   printHexadecimal(trace->path);
   memset(text, 0, sizeof text);
   if (pread(printed, text, sizeof text - 1, 0) < 0) text[0] = '?';

@@ -152,9 +152,14 @@ def of_answer(scenario, fault, result, reference):
 GIVING_BACK = {"rt_sigprocmask": "the blocked signals", "wait4": "a child is left"}
 
 
+AT_LOCAL_TIME, AT_PASSWORDS = 1, 2  # see torture_watch
+
+
 def stated(scenario, fault, result, before, after, reference):
     """Why something wrong with the host is no fault of the library's, or None."""
-    if result.late or result.signal or not result.left or not result.change:
+    if result.signal and result.inside == AT_PASSWORDS and not changed_paths(before, after):
+        return "crashes inside the C library's first reading of its name services"
+    if result.late or not result.left or not result.change:
         return None
     if (of_files(scenario, fault, result, before, after, reference)
             or of_answer(scenario, fault, result, reference)):
@@ -164,7 +169,7 @@ def stated(scenario, fault, result, before, after, reference):
         return "signals or children that the system refuses to give back"
     if result.change != "the time zone":
         return None
-    if result.insideZone:
+    if result.inside == AT_LOCAL_TIME:
         return "inside the C library's first reading of the zone"
     return "the zone's file said to be missing" if fault.onwards and is_answering(fault) else None
 

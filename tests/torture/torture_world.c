@@ -5,6 +5,7 @@
 #include <errno.h>
 #include <execinfo.h>
 #include <poll.h>
+#include <pwd.h>
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
@@ -22,6 +23,7 @@ static int64_t slept = 0; /* nanoseconds that somebody asked to sleep for */
 /* What the functions of this file stand before. */
 static int (*steadyTime)(clockid_t, struct timespec*); /* which needs no system call */
 static struct tm* (*realLocalTime)(const time_t*, struct tm*);
+static int (*realPasswords)(uid_t, struct passwd*, char*, size_t, struct passwd**);
 
 static void find(void* function, const char* name) {
   void* const found = dlsym(RTLD_NEXT, name);
@@ -31,6 +33,7 @@ static void find(void* function, const char* name) {
 __attribute__((constructor)) static void findAll(void) {
   find(&steadyTime, "clock_gettime");
   find(&realLocalTime, "localtime_r");
+  find(&realPasswords, "getpwuid_r");
 }
 
 int clock_gettime(clockid_t clock, struct timespec* time) {
@@ -54,20 +57,6 @@ int gettimeofday(struct timeval* restrict time, void* restrict zone) {
   (void)zone;
   *time = (struct timeval){now, 0};
   return 0;
-}
-
-static volatile int* insideZone = NULL;
-
-void torture_watch_zone(volatile int* inside) {
-  insideZone = inside;
-}
-
-struct tm* localtime_r(const time_t* restrict moment, struct tm* restrict fields) {
-  struct tm* result;
-  if (insideZone != NULL) *insideZone = 1;
-  result = realLocalTime(moment, fields);
-  if (insideZone != NULL) *insideZone = 0;
-  return result;
 }
 
 /* Sleeping moves the steady clock on, and takes a thousandth of the time. */
@@ -96,6 +85,35 @@ int poll(struct pollfd* files, nfds_t count, int milliseconds) {
   const struct timespec wanted = {milliseconds / 1000, milliseconds % 1000 * 1000000L};
   if (count == 0 && milliseconds > 0) return nanosleep(&wanted, NULL);
   return (int)syscall(SYS_poll, files, count, milliseconds);
+}
+
+/* --- What the C library reads but once --- */
+
+static volatile int* inside = NULL;
+
+void torture_watch(volatile int* place) {
+  inside = place;
+}
+
+static void setInside(int what) {
+  if (inside != NULL) *inside = what;
+}
+
+struct tm* localtime_r(const time_t* restrict moment, struct tm* restrict fields) {
+  struct tm* result;
+  setInside(atLocalTime);
+  result = realLocalTime(moment, fields);
+  setInside(0);
+  return result;
+}
+
+int getpwuid_r(uid_t user, struct passwd* entry, char* buffer, size_t length,
+               struct passwd** found) {
+  int result;
+  setInside(atPasswords);
+  result = realPasswords(user, entry, buffer, length, found);
+  setInside(0);
+  return result;
 }
 
 /* --- Chance: the system is asked, and may fail; the bytes are the same in every run. --- */
@@ -146,7 +164,7 @@ static int strikes(void) {
   if (faults->failing == 0 || faults->seen < faults->failing) return 0;
   if (faults->seen > faults->failing) return faults->onwards;
   armed = NULL;
-  faults->insideZone = insideZone != NULL && *insideZone;
+  faults->inside = inside == NULL ? 0 : *inside;
   faults->depth = backtrace(faults->places, tortureDepth);
   armed = faults;
   return 1;

@@ -15,8 +15,8 @@ typedef struct AllocationFaults {
   long failing; /* which one fails, counted from 1; 0 for none */
   int onwards;  /* and all that follow it */
   long seen;
-  int insideZone; /* whether the first that failed was the C library's, for a local time */
-  int depth;      /* of the first that failed: where it was asked for */
+  int inside; /* what the C library was at when the first one failed: see torture_watch */
+  int depth;  /* of the first that failed: where it was asked for */
   void* places[tortureDepth];
 } AllocationFaults;
 
@@ -24,8 +24,10 @@ typedef struct AllocationFaults {
 void torture_arm(AllocationFaults* faults);
 void torture_disarm(void);
 
-/* From then on `*inside` is not 0 while the C library shows or reads a local time. */
-void torture_watch_zone(volatile int* inside);
+/* From then on `*inside` tells what the C library is at that it reads but once: nothing (0), local
+ * time, or the user's entry in the password database. */
+enum { atLocalTime = 1, atPasswords = 2 };
+void torture_watch(volatile int* inside);
 
 /* Other random bytes than in the first run, for a host that comes later. */
 void torture_other_bytes(void);

@@ -162,7 +162,7 @@ static void onCall(Session* session, Tracee* tracee, const struct __ptrace_sysca
     if (plan->fault != errorInHelper || !isDue(plan, seen)) return;
   }
   if (!session->trace->struck) {
-    session->trace->insideZone = *plan->insideZone;
+    session->trace->inside = *plan->inside;
     note(session->trace, tracee->id, call);
   }
   if (plan->fault == killBefore) {

@@ -15,15 +15,15 @@ typedef struct TracePlan {
   long index; /* of the call, counted from 1 */
   int error;
   int onwards;
-  const volatile int* insideZone; /* see torture_world.h */
+  const volatile int* inside; /* see torture_world.h */
 } TracePlan;
 
 typedef struct Trace {
   long calls;       /* between the marks, by the child itself */
   long helperCalls; /* and by the processes that it started */
   int struck;
-  int insideZone; /* when the first call was struck */
-  long number;    /* of that call, and its path if it has one */
+  int inside;  /* when the first call was struck */
+  long number; /* of that call, and its path if it has one */
   char path[256];
 } Trace;
 

@@ -20,18 +20,18 @@ PROGRAMS = ("host", "classes")
 
 Wrong = collections.namedtuple("Wrong", "scenario fault place complaint")
 Outcome = collections.namedtuple("Outcome", "count wrongs stated")
-Task = collections.namedtuple("Task", "build scratch scenario kind error onwards stride zone shown",
+Task = collections.namedtuple("Task", "build scratch scenario kind error onwards stride place shown",
                               defaults=(BERLIN, True))
 
 
 class Bench:
     """A host, its files, and what an undisturbed operation comes to."""
 
-    def __init__(self, build, scenario, scratch, zone=BERLIN, shown=True):
+    def __init__(self, build, scenario, scratch, place=BERLIN, shown=True):
         self.scenario = scenario
         self.folder = tempfile.mkdtemp(dir=scratch)
         self.world = World(os.path.join(self.folder, "home"), scenario.configuration)
-        self.host = FaultyHost(build, scenario.program, self.world.home, zone, shown)
+        self.host = FaultyHost(build, scenario.program, self.world.home, place, shown)
         self.reference = (None, {})
         self.reference = self.outcome(UNDISTURBED)[0], self.after
         problem = judge.of_host(self.reference[0]) or judge.of_files(
@@ -99,7 +99,7 @@ def faults(task):
 def perform(task):
     """Tries all faults of a task."""
     outcome = Outcome(0, [], collections.Counter())
-    with Bench(task.build, task.scenario, task.scratch, task.zone, task.shown) as bench:
+    with Bench(task.build, task.scenario, task.scratch, task.place, task.shown) as bench:
         for fault in faults(task):
             result, problem, excuse = bench.outcome(fault)
             struck = result.struck or result.places or fault.kind == "descriptors"
