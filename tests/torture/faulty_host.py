@@ -57,9 +57,9 @@ class FaultyHost:
             stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self.operations = self.process.stdout.readline().split()
 
-    def perform(self, operation, fault=UNDISTURBED, seconds=SECONDS):
-        print(operation, fault.kind, fault.index, fault.error, int(fault.onwards), seconds,
-              file=self.process.stdin, flush=True)
+    def perform(self, operation, fault=UNDISTURBED, without=0, seconds=SECONDS):
+        print(operation, fault.kind, fault.index, fault.error, int(fault.onwards), without,
+              seconds, file=self.process.stdin, flush=True)
         line = self.process.stdout.readline()
         if not line:
             raise RuntimeError(f"the server of {operation} has ended")

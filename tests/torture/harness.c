@@ -27,7 +27,7 @@ enum { mostDescriptors = 64 };
 typedef struct Request {
   char operation[64], fault[32];
   long index;
-  int error, onwards, seconds;
+  int error, onwards, without, seconds;
 } Request;
 
 /* What the child tells, in memory that it shares with the server. */
@@ -54,7 +54,7 @@ static int faultIs(const char* name) {
 }
 
 static int isTraced(void) {
-  return faultIs("kill") || faultIs("error") || faultIs("helper");
+  return request.without != 0 || faultIs("kill") || faultIs("error") || faultIs("helper");
 }
 
 static void limitDescriptors(rlim_t most) {
@@ -76,14 +76,13 @@ void enter(void) {
   if (faultIs("descriptors")) limitDescriptors((rlim_t)request.index);
   torture_watch(&observation->inside);
   if (faultIs("later")) torture_other_bytes();
-  if (isTraced()) {
-    traceMe();
-    close(enteringMark);
-    return;
-  }
   if (faultIs("allocation")) observation->allocations.failing = request.index;
   observation->allocations.onwards = request.onwards;
   torture_arm(&observation->allocations);
+  if (isTraced()) {
+    traceMe();
+    close(enteringMark);
+  }
 }
 
 /* --- Sabotages: each a way to disturb the host, for proving that it is noticed. --- */
@@ -218,7 +217,8 @@ static int waitPlainly(pid_t child) {
 }
 
 static TracePlan plan(void) {
-  TracePlan result = {noFault, request.index, request.error, request.onwards, &observation->inside};
+  TracePlan result = {noFault,         request.index,   request.error,
+                      request.onwards, request.without, &observation->inside};
   if (faultIs("kill")) result.fault = killBefore;
   if (faultIs("error")) result.fault = errorAt;
   if (faultIs("helper")) result.fault = errorInHelper;
@@ -310,8 +310,8 @@ int serve(const TortureOperation* operations, int count, char** arguments) {
   printf("\n");
   fflush(stdout);
   while (fgets(line, sizeof line, stdin) != NULL) {
-    if (sscanf(line, "%63s %31s %ld %d %d %d", request.operation, request.fault, &request.index,
-               &request.error, &request.onwards, &request.seconds) != 6) {
+    if (sscanf(line, "%63s %31s %ld %d %d %d %d", request.operation, request.fault, &request.index,
+               &request.error, &request.onwards, &request.without, &request.seconds) != 7) {
       return 2;
     }
     handle(named(operations, count));

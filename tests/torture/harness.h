@@ -1,7 +1,7 @@
 /* What the torture programs share: a server that performs one named operation at a time, in a copy
  * of its process, while one thing goes wrong, and tells what came of it.
  *
- * A line of standard input asks:    OPERATION FAULT INDEX ERROR ONWARDS SECONDS
+ * A line of standard input asks:    OPERATION FAULT INDEX ERROR ONWARDS WITHOUT SECONDS
  * A line of standard output answers: a JSON object.
  *
  * FAULT is one of none, later (none, with other random bytes), kill, error, helper, allocation,

@@ -23,7 +23,7 @@ def complaint(bench, result):
         return wrong
     if result.signal != KILLED:
         return f"ends with signal {result.signal} and not by being killed"
-    later = bench.host.perform(bench.scenario.operation, Fault("later"))
+    later = bench.host.perform(bench.scenario.operation, Fault("later"), bench.scenario.without)
     return judge.of_host(later) or of_later_record(bench.scenario, later, left, bench.world.tree())
 
 
@@ -51,7 +51,7 @@ def kill(task):
     count, wrongs = 0, []
     with Bench(task.build, task.scenario, task.scratch) as bench:
         for fault in faults(task):
-            result = bench.host.perform(task.scenario.operation, fault)
+            result = bench.host.perform(task.scenario.operation, fault, task.scenario.without)
             if not result.struck:
                 bench.world.restore()
                 break

@@ -6,7 +6,10 @@ import re
 
 from world import CONFIGURATIONS
 
-Scenario = collections.namedtuple("Scenario", "program operation configuration kind layout")
+Scenario = collections.namedtuple("Scenario", "program operation configuration kind layout without",
+                                  defaults=(0,))
+# File systems that lack something by which a file is published without replacing another.
+WITHOUT = {0: "", 1: ", no exclusive rename", 3: ", no exclusive rename and no links"}
 
 RECORDS = {
     "WENLOLIB_writeAppInfoWithContents": "application",
@@ -39,7 +42,8 @@ def exported(operation):
 
 def scenarios(program, operations, thorough):
     """What writes an identifier meets every configuration file, in a thorough run; else one of the
-    C functions of each layout, and getWENLOLIBId, do. The others meet one."""
+    C functions of each file type, and getWENLOLIBId, do. The others meet one. Some meet file
+    systems that lack something."""
     found = []
     for operation in operations:
         layout = RECORDS.get(operation)
@@ -48,6 +52,9 @@ def scenarios(program, operations, thorough):
                       operation.endswith(("-older", "getWENLOLIBId", "_writeAppInfoWithContents")))
         for configuration in CONFIGURATIONS if everywhere else ["others"]:
             found.append(Scenario(program, operation, configuration, kind, layout))
+        if operation.endswith(("-older", "getWENLOLIBId")):
+            found += [Scenario(program, operation, configuration, kind, layout, without)
+                      for configuration in ("none", "others") for without in WITHOUT if without]
     return found
 
 

@@ -122,10 +122,10 @@ static void note(Trace* trace, pid_t id, const struct __ptrace_syscall_info* cal
 }
 
 /* A call that fails is not made, but for those that do their work even so. */
-static void fail(Session* session, Tracee* tracee, const struct __ptrace_syscall_info* call) {
+static void fail(Tracee* tracee, const struct __ptrace_syscall_info* call, int error) {
   struct user_regs_struct registers;
   tracee->hasResult = 1;
-  tracee->result = -session->plan->error;
+  tracee->result = -error;
   if (call->entry.nr == SYS_close) return; /* it closes in any case */
   ptrace(PTRACE_GETREGS, tracee->id, NULL, &registers);
   if (call->entry.nr == SYS_brk) {
@@ -137,29 +137,41 @@ static void fail(Session* session, Tracee* tracee, const struct __ptrace_syscall
   ptrace(PTRACE_SETREGS, tracee->id, NULL, &registers);
 }
 
-static int isDue(const TracePlan* plan, long seen) {
-  return plan->onwards ? seen >= plan->index : seen == plan->index;
+/* Opens and closes the window; 1 at its edges. */
+static int isMark(Session* session, const Tracee* tracee,
+                  const struct __ptrace_syscall_info* call) {
+  const int number = (int)call->entry.args[0];
+  if (tracee->id != session->child || call->entry.nr != SYS_close) return 0;
+  if (number == enteringMark) session->inside = 1;
+  if (number == leavingMark) session->inside = 0;
+  return number == enteringMark || number == leavingMark;
+}
+
+/* Counts a call; 1 when it is the one that the plan means. */
+static int isMeant(Session* session, const Tracee* tracee) {
+  const TracePlan* const plan = session->plan;
+  const int isChild = tracee->id == session->child;
+  const long seen = isChild ? ++session->trace->calls : ++session->trace->helperCalls;
+  const int isKind =
+      isChild ? plan->fault == errorAt || plan->fault == killBefore : plan->fault == errorInHelper;
+  return isKind && (plan->onwards ? seen >= plan->index : seen == plan->index);
+}
+
+static void withhold(const Session* session, Tracee* tracee,
+                     const struct __ptrace_syscall_info* call) {
+  const int without = session->plan->without;
+  if ((without & exclusiveRename) && call->entry.nr == SYS_renameat2) fail(tracee, call, EINVAL);
+  if ((without & hardLinks) && call->entry.nr == SYS_linkat) fail(tracee, call, EPERM);
 }
 
 static void onCall(Session* session, Tracee* tracee, const struct __ptrace_syscall_info* call) {
   const TracePlan* const plan = session->plan;
-  const int isChild = tracee->id == session->child;
   tracee->number = call->entry.nr;
-  if (call->entry.nr == SYS_close && isChild) {
-    if ((int)call->entry.args[0] == enteringMark) {
-      session->inside = 1;
-      return;
-    }
-    if ((int)call->entry.args[0] == leavingMark) session->inside = 0;
-  }
-  if (!session->inside || (plan->fault != killBefore && isSpared(session, call))) return;
-  if (isChild) {
-    const long seen = ++session->trace->calls;
-    if (plan->fault != errorAt && plan->fault != killBefore) return;
-    if (!isDue(plan, seen)) return;
-  } else {
-    const long seen = ++session->trace->helperCalls;
-    if (plan->fault != errorInHelper || !isDue(plan, seen)) return;
+  if (isMark(session, tracee, call) || !session->inside) return;
+  if (plan->fault != killBefore && isSpared(session, call)) return;
+  if (!isMeant(session, tracee)) {
+    withhold(session, tracee, call);
+    return;
   }
   if (!session->trace->struck) {
     session->trace->inside = *plan->inside;
@@ -168,7 +180,7 @@ static void onCall(Session* session, Tracee* tracee, const struct __ptrace_sysca
   if (plan->fault == killBefore) {
     kill(session->child, SIGKILL);
   } else {
-    fail(session, tracee, call);
+    fail(tracee, call, plan->error);
   }
 }
 

@@ -10,11 +10,15 @@ enum { enteringMark = -4710, leavingMark = -4711 };
 
 typedef enum CallFault { noFault, killBefore, errorAt, errorInHelper } CallFault;
 
+/* What the file system does not know, besides. */
+enum { exclusiveRename = 1, hardLinks = 2 };
+
 typedef struct TracePlan {
   CallFault fault;
   long index; /* of the call, counted from 1 */
   int error;
   int onwards;
+  int without;                /* some of these */
   const volatile int* inside; /* see torture_world.h */
 } TracePlan;
 

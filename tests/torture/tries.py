@@ -13,15 +13,15 @@ import judge
 from campaign import Row
 from faulty_host import (BERLIN, ERROR_NAMES, SECONDS, UNDISTURBED, Fault, FaultyHost,
                          place_of_allocation, place_of_call)
-from scenarios import scenarios, untried
+from scenarios import WITHOUT, scenarios, untried
 from world import World
 
 PROGRAMS = ("host", "classes")
 
 Wrong = collections.namedtuple("Wrong", "scenario fault place complaint")
 Outcome = collections.namedtuple("Outcome", "count wrongs stated")
-Task = collections.namedtuple("Task", "build scratch scenario kind error onwards stride place shown",
-                              defaults=(BERLIN, True))
+Task = collections.namedtuple(
+    "Task", "build scratch scenario kind error onwards stride place shown", defaults=(BERLIN, True))
 
 
 class Bench:
@@ -42,7 +42,7 @@ class Bench:
     def outcome(self, fault, seconds=SECONDS, meddle=None):
         """The result, what is wrong with it, and why that is not the library's fault. The files
         are as before again afterwards."""
-        result = self.host.perform(self.scenario.operation, fault, seconds)
+        result = self.host.perform(self.scenario.operation, fault, self.scenario.without, seconds)
         if meddle is not None:
             meddle(self.world)
         self.after = self.world.tree()
@@ -142,7 +142,8 @@ def report(campaign, what, wrongs):
     for wrong in wrongs:
         groups[wrong.complaint].append(wrong)
     for problem, alike in sorted(groups.items()):
-        where = {f"{w.scenario.program} {w.scenario.operation} ({w.scenario.configuration})"
+        where = {f"{w.scenario.program} {w.scenario.operation} ({w.scenario.configuration}"
+                 f"{WITHOUT[w.scenario.without]})"
                  for w in alike}
         by = {ERROR_NAMES.get(w.fault.error, w.fault.kind) for w in alike}
         campaign.report(f"WRONG, {what}: {problem}\n    {len(alike)} times, by "

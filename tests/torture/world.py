@@ -14,7 +14,7 @@ CONFIGURATION = f"{SUPPORT}/Config/com.orvan.printing.WENLOLIB.Conf.plist"
 APPLICATION = f"{SUPPORT}/ALM/Quillmere_Log_App_2603.ALM"
 FIRST_PRINTER_LOG = f"{SUPPORT}/PLM/App_1.PLM"
 IDENTIFIER = "WENLIBUUID"
-LEFTOVER = re.compile(r"\.wenlolib-[0-9a-f]+\.tmp")
+LEFTOVER = re.compile(r"\.wenlolib-.+\.tmp")
 
 OTHERS = {"Other program": "keeps this here", "Counts": [1, 2, 3], "On": True}
 IDENTIFIED = OTHERS | {IDENTIFIER: "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}"}
