@@ -1,4 +1,4 @@
-"""Signals while recording, small stacks, and closed standard streams while a thread prints."""
+"""Signals while recording, small stacks, and closed standard streams while threads print."""
 
 import datetime
 import itertools
@@ -102,4 +102,4 @@ def closed_streams(campaign, records):
             campaign.report(f"closed '{closed}': {refused} of {records} refused, {missing} "
                             f"missing, {unsound} not sound, a stream open after {opened}")
         count, wrong = count + records, wrong + refused + missing + unsound + opened
-    return Row("records with standard streams closed, while a thread prints", count, wrong)
+    return Row("records with standard streams closed, while threads print", count, wrong)

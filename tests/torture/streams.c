@@ -1,4 +1,4 @@
-/* A host that has closed some of its standard streams, while another of its threads prints:
+/* A host that has closed some of its standard streams, while other threads of it print:
  *
  *   torture_streams PLUGIN CLOSED RECORDS
  *
@@ -15,6 +15,8 @@
 #include <unistd.h>
 
 #include "product/plugin_library.h"
+
+enum { printers = 4 };
 
 static const char* closed = "";
 static atomic_int done;
@@ -48,7 +50,7 @@ int main(int count, char** arguments) {
   const long records = count == 4 ? strtol(arguments[3], NULL, 10) : 0;
   const int output = fcntl(1, F_DUPFD_CLOEXEC, 10);
   PluginLibrary library;
-  pthread_t printer;
+  pthread_t threads[printers];
   long number, refused = 0, opened = 0;
   if (records == 0 || output < 0 || openPlugin(arguments[1], &library) != NULL) {
     fprintf(stderr, "usage: torture_streams PLUGIN CLOSED RECORDS\n");
@@ -56,13 +58,15 @@ int main(int count, char** arguments) {
   }
   closed = arguments[2];
   for (number = 0; closed[number] != '\0'; ++number) close(closed[number] - '0');
-  if (pthread_create(&printer, NULL, print, NULL) != 0) return 2;
+  for (number = 0; number < printers; ++number) {
+    if (pthread_create(&threads[number], NULL, print, NULL) != 0) return 2;
+  }
   for (number = 0; number < records; ++number) {
     refused += !record(&library, number);
     opened += !closed_streams_stay_closed();
   }
   atomic_store(&done, 1);
-  pthread_join(printer, NULL);
+  for (number = 0; number < printers; ++number) pthread_join(threads[number], NULL);
   dprintf(output, "%ld %ld\n", refused, opened);
   return 0;
 }
