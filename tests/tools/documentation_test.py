@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.dont_write_bytecode = True
@@ -225,6 +226,12 @@ class Skips(unittest.TestCase):
             self.assertEqual(finished.stdout, "SKIPPED some_test.test_a: no printer\n"
                                               "SKIPPED some_test.test_b: no ink\n"
                                               "SKIPPED some_test.test_c (paper='A4'): no paper\n")
+
+    def test_one_that_needs_a_pseudo_terminal_is_where_there_is_none(self):
+        for error in [FileNotFoundError(2, "No such file"), OSError(28, "No space left")]:
+            with unittest.mock.patch("os.openpty", side_effect=error):
+                with self.assertRaisesRegex(unittest.SkipTest, f"pseudo-terminal.*{error.strerror}"):
+                    skips.pseudo_terminal()
 
     def test_every_script_here_tells_them(self):
         for name in sorted(os.listdir(HERE)):

@@ -5,7 +5,6 @@ import fcntl
 import hashlib
 import json
 import os
-import pty
 import random
 import re
 import select
@@ -124,7 +123,7 @@ def run(*arguments, **options):
 
 def start_on_terminal(*arguments, stdout=None, columns=80, **variables):
     """Runs on a pseudo-terminal; answers the process and our end of the terminal."""
-    ours, theirs = pty.openpty()
+    ours, theirs = skips.pseudo_terminal()
     fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
     environment = {name: value for name, value in os.environ.items() if name != "NO_COLOR"}
     environment.update({"TERM": "xterm"}, **variables)

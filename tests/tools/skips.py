@@ -9,6 +9,14 @@ import unittest
 sys.dont_write_bytecode = True  # the folder of the tests stays as it is
 
 
+def pseudo_terminal():
+    """Both ends of a new one; where the system has none to give, the test is skipped."""
+    try:
+        return os.openpty()
+    except OSError as error:
+        raise unittest.SkipTest(f"no pseudo-terminal can be had: {error.strerror}") from error
+
+
 def script_name():
     return os.path.splitext(os.path.basename(sys.argv[0]))[0]
 

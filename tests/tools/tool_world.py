@@ -4,7 +4,6 @@ import datetime
 import errno
 import os
 import plistlib
-import pty
 import select
 import subprocess
 import sys
@@ -12,6 +11,8 @@ import tempfile
 import unittest
 
 sys.dont_write_bytecode = True  # the folder of the tests stays as it is
+
+import skips
 
 HOME = "/home/user"
 SUPPORT = HOME + "/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
@@ -114,17 +115,14 @@ class ToolTest(unittest.TestCase):
 
     def on_terminal(self, *call):
         """Exit status and output of a call with a terminal for all three streams."""
-        child, terminal = pty.fork()
-        if child == 0:
-            try:
-                os.chdir(self.outside)
-                os.execve(self.command, self.arguments(call), self.environment)
-            finally:
-                os._exit(127)
+        ours, theirs = skips.pseudo_terminal()
+        child = subprocess.Popen(self.arguments(call), stdin=theirs, stdout=theirs, stderr=theirs,
+                                 cwd=self.outside, env=self.environment)
+        os.close(theirs)
         output = b""
-        while select.select([terminal], [], [], 30)[0]:
+        while select.select([ours], [], [], 30)[0]:
             try:
-                piece = os.read(terminal, 65536)
+                piece = os.read(ours, 65536)
             except OSError as error:
                 if error.errno != errno.EIO:
                     raise
@@ -132,8 +130,8 @@ class ToolTest(unittest.TestCase):
             if not piece:
                 break
             output += piece
-        os.close(terminal)
-        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), output
+        os.close(ours)
+        return child.wait(timeout=60), output
 
     def unprivileged(self):
         """Arguments for a call as a user whom permissions bind."""
