@@ -18,7 +18,7 @@ set_target_properties(WENLOLIB_objc PROPERTIES
   LINK_DEPENDS ${objc_version_script})
 # The runtime keeps what classes it was given: once loaded, this product stays loaded.
 target_link_options(WENLOLIB_objc PRIVATE
-  -Wl,--version-script=${objc_version_script} -Wl,-Bsymbolic-functions -Wl,-z,defs -Wl,-z,nodelete -Wl,--as-needed)
+  -Wl,--version-script=${objc_version_script} -Wl,-Bsymbolic -Wl,-z,defs -Wl,-z,nodelete -Wl,--as-needed)
 
 configure_file(Info.plist.in ${objc_bundle}/Contents/Info.plist @ONLY)
 file(MAKE_DIRECTORY ${objc_bundle}/Contents/Resources)
