@@ -7,7 +7,7 @@ from crowd_world import plugin
 
 
 def rows(campaign):
-    rounds = 20000 if campaign.long else 3000
+    rounds = 20000 if campaign.long else 2500
     finished = subprocess.run([campaign.build / "tests" / "hosts" / "plugin_hygiene",
                                plugin(campaign), campaign.scratch, str(rounds)],
                               capture_output=True)
