@@ -10,16 +10,13 @@
 enum { roomForAZone = 1 << 20 };
 
 /* Whether the system's zone can be looked up now. GNUstep does so when it is first asked, and takes
- * for GMT, for the whole host and for good, what it could not read for want of memory or of
- * descriptors; so both are tried before. The race that is left: a shortage that begins in between.
- */
+ * for GMT, for the whole host and for good, what it could not read for want of memory or of a
+ * descriptor; so both are tried before. What is left is a shortage that begins in between. */
 static BOOL isRoomForAZone(void) {
   void* volatile memory = malloc(roomForAZone);
-  const int one = open("/", O_RDONLY | O_CLOEXEC);
-  const int other = open("/", O_RDONLY | O_CLOEXEC);
-  const BOOL room = memory != NULL && one >= 0 && other >= 0;
-  if (other >= 0) close(other);
-  if (one >= 0) close(one);
+  const int descriptor = open("/", O_RDONLY | O_CLOEXEC);
+  const BOOL room = memory != NULL && descriptor >= 0;
+  if (descriptor >= 0) close(descriptor);
   free(memory);
   return room;
 }

@@ -251,6 +251,19 @@ static void noDescriptorAtTheFirstLookIsNoZone(void) {
   useTheSystemsZoneAgain();
 }
 
+/* The one that is tried is enough. */
+static void oneDescriptorAtTheFirstLookIsEnough(void) {
+  struct rlimit before;
+  const int next = dup(0);
+  getrlimit(RLIMIT_NOFILE, &before);
+  forgetTheSystemsZone(@"Asia/Kathmandu");
+  close(next);
+  limitDescriptors((rlim_t)next + 1);
+  CHECK_EQUAL(shown(), @"2024-01-01T05:45:00+05:45");
+  limitDescriptors(before.rlim_cur);
+  useTheSystemsZoneAgain();
+}
+
 /* From then on without any: Foundation could not even raise. */
 static void noMemoryAtTheFirstLookIsNoZone(void) {
   NSString* withoutMemory = @"";
@@ -305,6 +318,7 @@ const Case timeZoneCases[] = {
     {"TimeZone.AZoneThatRaisesOrSaysNoOffsetFailsTheRecord",
      aZoneThatRaisesOrSaysNoOffsetFailsTheRecord},
     {"TimeZone.NoDescriptorAtTheFirstLookIsNoZone", noDescriptorAtTheFirstLookIsNoZone},
+    {"TimeZone.OneDescriptorAtTheFirstLookIsEnough", oneDescriptorAtTheFirstLookIsEnough},
     {"TimeZone.NoMemoryAtTheFirstLookIsNoZone", noMemoryAtTheFirstLookIsNoZone},
     {"TimeZone.AFirstLookThatWasBrokenOffIsNotTheLast", aFirstLookThatWasBrokenOffIsNotTheLast},
     {NULL, NULL}};
