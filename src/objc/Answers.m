@@ -96,7 +96,7 @@ static id filledObjectFor(const Plain* plain, Levels* levels) {
 static id taking(Plain plain, PlainKind kind) {
   id volatile object = nil;
   Levels levels = {NULL, 0, 0};
-  if (plain.kind == kind) {
+  if (plain.kind == kind && isRoomFor(plain.count * sizeof(unichar))) {
     @try {
       object = filledObjectFor(&plain, &levels);
     } @catch (...) {

@@ -132,9 +132,10 @@ WENLOLIB_NONNULL_BEGIN
 
 /* --- Dates and text ---
  *
- * Dates are shown in the Gregorian calendar and the process's default time zone, as it is at that
- * date. Fields are padded with zeros to the width shown and never cut. nil for a nil date and for
- * one that the calendar cannot show (one that is not finite, say). */
+ * Dates are shown in the Gregorian calendar and Foundation's default zone ([NSTimeZone
+ * defaultTimeZone]), as it is at that date. Fields are padded with zeros to the width shown and
+ * never cut. nil for a nil date, for one that the calendar cannot show (one that is not finite,
+ * say), and where the zone raises. */
 
 /**
  * Two-digit year and month, "2403", with the day after it, "240315", for a flag of exactly 1. The

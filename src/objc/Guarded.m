@@ -1,9 +1,19 @@
 /* What Foundation may raise for lack of memory, and a host's class for any reason: an answer
  * instead. */
+#include <stdlib.h>
+
 #import "objc/Private.h"
+
+BOOL isRoomFor(size_t bytes) {
+  enum { toRaise = 1 << 16 };
+  void* volatile memory = bytes < SIZE_MAX - toRaise ? malloc(bytes + toRaise) : NULL;
+  free(memory);
+  return memory != NULL;
+}
 
 NSAutoreleasePool* newPool(void) {
   NSAutoreleasePool* volatile pool = nil;
+  if (!isRoomFor(0)) return nil;
   @try {
     pool = [[NSAutoreleasePool alloc] init];
   } @catch (...) {
@@ -22,6 +32,7 @@ void drainPool(NSAutoreleasePool* pool) {
 
 id stillGood(id object) {
   id volatile kept = nil;
+  if (!isRoomFor(0)) return nil;
   @try {
     kept = [[object retain] autorelease];
   } @catch (...) {

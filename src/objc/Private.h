@@ -134,6 +134,10 @@ NSString* stringTaking(Plain text);
 NSDictionary* dictionaryTaking(Plain dictionary);
 NSData* dataTaking(Plain data);
 
+/* Whether Foundation will find memory for so much more. It raises where there is none, which takes
+ * memory as well: GNUstep ends the process where there is none at all. */
+BOOL isRoomFor(size_t bytes);
+
 /* A pool for the objects that come up on the way; nil where there is no memory for one. */
 NSAutoreleasePool* newPool(void);
 void drainPool(NSAutoreleasePool* pool);

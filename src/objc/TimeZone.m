@@ -1,7 +1,6 @@
 /* Foundation's default time zone. */
 #include <fcntl.h>
 #include <pthread.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #import "objc/Private.h"
@@ -13,12 +12,10 @@ enum { roomForAZone = 1 << 20 };
  * for GMT, for the whole host and for good, what it could not read for want of memory or of a
  * descriptor; so both are tried before. What is left is a shortage that begins in between. */
 static BOOL isRoomForAZone(void) {
-  void* volatile memory = malloc(roomForAZone);
   const int descriptor = open("/", O_RDONLY | O_CLOEXEC);
-  const BOOL room = memory != NULL && descriptor >= 0;
-  if (descriptor >= 0) close(descriptor);
-  free(memory);
-  return room;
+  if (descriptor < 0) return NO;
+  close(descriptor);
+  return isRoomFor(roomForAZone);
 }
 
 /* nil where there is none. A first look that was broken off would leave GMT behind. */

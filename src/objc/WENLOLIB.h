@@ -32,6 +32,11 @@ WENLOLIB_NONNULL_BEGIN
  * Whatever a host passes, no exception leaves and nothing is printed. An object of another class
  * than the one declared, a text that is no Unicode (half a surrogate pair) and an object that
  * raises when it is read all count as nil. Where memory runs out, the answer is the failing one.
+ * What a subclass's own method raises ends in the two operations that record, which then answer NO,
+ * and in the initialisers, which answer nil. (The alloc that a host sends is Foundation's, and
+ * raises as it does anywhere.)
+ *
+ * Local time is that of Foundation's default zone, [NSTimeZone defaultTimeZone].
  *
  * Nothing is kept in memory between calls. Calls are synchronous; class operations may be called
  * from any thread, a record by one thread at a time. The calling thread needs an autorelease pool,
@@ -136,6 +141,9 @@ WENLOLIB_NONNULL_BEGIN
  * do not reach it. Entries whose key is no text or whose value is no text, number, date, data (of a
  * class of Foundation's own), array or dictionary are left out. nil is ignored: the record keeps
  * what it had.
+ *
+ * Where there is no memory to keep an identity, the record comes to no document until it is given
+ * one again.
  */
 - (void)serOtherInfo:(NSDictionary* WENLOLIB_NULLABLE)otherInfo;
 

@@ -24,7 +24,7 @@ static void traceEntry(NSString* name) {
   @try {
     WENLOLIB* record;
     if (![self isSupported:option]) return NO;
-    if (contents == nil || name == nil) return NO;
+    if (contents == nil || name == nil || !isRoomFor(0)) return NO;
     record = [[[self alloc] initWithContents:contents name:name option:option] autorelease];
     [record setFileType:2];
     written = [record writeAppInfo];
@@ -42,7 +42,7 @@ static void traceEntry(NSString* name) {
   @try {
     WENLOLIB* record;
     if (![self isSupportedPlm:option]) return NO;
-    if (contents == nil || name == nil) return NO;
+    if (contents == nil || name == nil || !isRoomFor(0)) return NO;
     record = [[[self alloc] initWithContents:contents name:name option:option] autorelease];
     [record setFileType:1];
     if (otherInfo != nil) [record serOtherInfo:otherInfo];

@@ -1,6 +1,7 @@
 /* Every single allocation fails once: nothing is raised, and no answer is a wrong one. */
 #import "Host.h"
 
+#include <limits.h>
 #include <stdio.h>
 #include <unistd.h>
 
@@ -273,10 +274,27 @@ static void numbersAreTheRightOnesOrFailing(void) {
   }
 }
 
+/* Not even an exception of Foundation's would find any. */
+static void nothingIsAnsweredWithoutAnyMemory(void) {
+  prepareQuestions();
+  for (int i = 0; i < 2 * objectQuestions; ++i) {
+    question = i % objectQuestions;
+    askForAnObject();
+    [answer release];
+    NSAutoreleasePool* pool = newestPool(i >= objectQuestions);
+    failAllocations(1, LONG_MAX);
+    askForAnObject();
+    (void)endFailingAllocations();
+    CHECK(answer == nil || [answer isEqual:@""]);
+    [pool release];
+  }
+}
+
 const Case shortageCases[] = {
     {"Shortage.ApplicationUsageIsRecordedOrNot", applicationUsage},
     {"Shortage.PrinterLogsAreRecordedWithTheirIdentityOrNot", printerLogs},
     {"Shortage.RecordsOfTheHostsOwnAreWrittenWithTheirIdentityOrNot", recordsOfTheHostsOwn},
     {"Shortage.ObjectsAreTheRightOnesOrNone", objectsAreTheRightOnesOrNone},
+    {"Shortage.NothingIsAnsweredWithoutAnyMemory", nothingIsAnsweredWithoutAnyMemory},
     {"Shortage.NumbersAreTheRightOnesOrFailing", numbersAreTheRightOnesOrFailing},
     {NULL, NULL}};
