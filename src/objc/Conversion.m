@@ -270,7 +270,6 @@ static Plain plainFrom(id object, Class class) {
   Plain plain = {.kind = plainNothing};
   Reading reading = {.class = class, .items = mostItems};
   if (object == nil) return plain;
-  if (!isRoomFor(0)) return (Plain){.kind = plainShortage};
   if (succeeds(isOfClass, &reading, &plain, object)) fill(&reading, &plain, object);
   free(reading.levels);
   if (reading.noMemory) {

@@ -5,7 +5,7 @@
 #import "objc/Private.h"
 
 BOOL isRoomFor(size_t bytes) {
-  enum { toRaise = 1 << 16 };
+  enum { toRaise = 1 << 14 };
   void* volatile memory = bytes < SIZE_MAX - toRaise ? malloc(bytes + toRaise) : NULL;
   free(memory);
   return memory != NULL;
