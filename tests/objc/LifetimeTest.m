@@ -229,7 +229,7 @@ static void anIdentityThatFindsNoMemoryIsNoMissingOne(void) {
   NSDictionary* otherInfo = [NSDictionary dictionaryWithObject:serial forKey:@"SN"];
   int refused = 0;
   BOOL recorded = NO;
-  for (unsigned int more = 8; more <= 1024 && !recorded; more += 8) {
+  for (unsigned int more = 4; more <= 1024 && !recorded; more += 4) {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     limitAddressSpace(addressSpaceInUse() + ((rlim_t)more << 20));
     CHECK_RAISES_NOTHING(recorded = [recordClass writePrinterLogInfoWithContents:@"contents"
