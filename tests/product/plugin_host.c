@@ -1,12 +1,16 @@
 /* A host in C that loads the plug-in and uses every function of it:
  *
- *   plugin_host SHARED_OBJECT CONTENTS_FILE
+ *   plugin_host SHARED_OBJECT CONTENTS_FILE [STACK_BYTES]
+ *
+ * With STACK_BYTES it does so on a thread with a stack of that size, and nothing below it.
  *
  * The folders and preferences below HOME are there when it starts. It says on standard error what
  * did not go as it should; exit status 0 means that nothing did. */
+#include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/mman.h>
 
 #include "plugin_library.h"
 
@@ -81,26 +85,54 @@ static void record(const PluginLibrary* library, const char* contents) {
          "printer beyond ASCII recorded");
 }
 
-int main(int count, char** arguments) {
+typedef struct Host {
   PluginLibrary library;
   char* contents;
+} Host;
+
+static void* use(void* pointer) {
+  const Host* host = pointer;
+  expect(strcmp(host->library.version(), "1.0.0") == 0, "the version is 1.0.0");
+  useCodec(&host->library);
+  refuse(&host->library, host->contents);
+  record(&host->library, host->contents);
+  return NULL;
+}
+
+static void useOnStack(Host* host, size_t bytes) {
+  const size_t guard = (size_t)1 << 20;
+  pthread_attr_t attributes;
+  pthread_t thread;
+  char* stack = mmap(NULL, guard + bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  const int ready = stack != MAP_FAILED &&
+                    mprotect(stack + guard, bytes, PROT_READ | PROT_WRITE) == 0 &&
+                    pthread_attr_init(&attributes) == 0 &&
+                    pthread_attr_setstack(&attributes, stack + guard, bytes) == 0 &&
+                    pthread_create(&thread, &attributes, use, host) == 0;
+  expect(ready, "there is a thread on such a stack");
+  if (ready) pthread_join(thread, NULL);
+}
+
+int main(int count, char** arguments) {
+  Host host;
   const char* problem;
-  if (count != 3) {
-    fprintf(stderr, "usage: plugin_host SHARED_OBJECT CONTENTS_FILE\n");
+  if (count != 3 && count != 4) {
+    fprintf(stderr, "usage: plugin_host SHARED_OBJECT CONTENTS_FILE [STACK_BYTES]\n");
     return 2;
   }
-  contents = readText(arguments[2]);
-  problem = contents == NULL ? "no contents" : openPlugin(arguments[1], &library);
+  host.contents = readText(arguments[2]);
+  problem = host.contents == NULL ? "no contents" : openPlugin(arguments[1], &host.library);
   if (problem != NULL) {
     fprintf(stderr, "%s\n", problem);
-    free(contents);
+    free(host.contents);
     return 2;
   }
-  expect(strcmp(library.version(), "1.0.0") == 0, "the version is 1.0.0");
-  useCodec(&library);
-  refuse(&library, contents);
-  record(&library, contents);
-  expect(closePlugin(&library) == NULL, "the plug-in unloads");
-  free(contents);
+  if (count == 3) {
+    use(&host);
+  } else {
+    useOnStack(&host, strtoul(arguments[3], NULL, 10));
+  }
+  expect(closePlugin(&host.library) == NULL, "the plug-in unloads");
+  free(host.contents);
   return failures == 0 ? 0 : 1;
 }

@@ -86,6 +86,33 @@ class PluginHost(unittest.TestCase):
                                             r"[0-9A-F]{3}-[0-9A-F]{12}\}$")
 
 
+class SmallStack(unittest.TestCase):
+    STACK = 32 << 10
+
+    def recorded(self, write):
+        """What the configuration file holds after a host has recorded on a small stack."""
+        name = "Config/com.orvan.printing.WENLOLIB.Conf.plist"
+        with tempfile.TemporaryDirectory() as folder:
+            world = PluginWorld(folder)
+            write(lambda data: world.write(name, data))
+            finished = world.run(host, shared_object, more=[str(self.STACK)])
+            self.assertEqual((finished.returncode, finished.stderr), (0, b""))
+            return plistlib.loads(world.read(name))
+
+    def test_is_enough_to_record(self):
+        self.assertEqual(list(self.recorded(lambda write: None)), ["WENLIBUUID"])
+
+    def test_is_enough_with_arrays_inside_each_other(self):
+        sys.setrecursionlimit(10000)  # for plistlib
+        entries = {"other": "kept", "deep": []}
+        for _ in range(510):
+            entries["deep"] = [entries["deep"]]
+        for form in (plistlib.FMT_XML, plistlib.FMT_BINARY):
+            left = self.recorded(lambda write: write(plistlib.dumps(entries, fmt=form)))
+            self.assertEqual(len(left.pop("WENLIBUUID")), 38)
+            self.assertEqual(plistlib.dumps(left), plistlib.dumps(entries))
+
+
 if __name__ == "__main__":
     shared_object = sys.argv.pop()
     host = sys.argv.pop()

@@ -42,11 +42,11 @@ class PluginWorld:
         text = self.read(name).decode().replace("UTF-8", encoding)
         self.write(name, text.encode(encoding))
 
-    def run(self, *command, variables=None):
-        """Runs the host to its end, with a file of contents as its last argument."""
+    def run(self, *command, more=(), variables=None):
+        """Runs the host to its end, with a file of contents and `more` as its last arguments."""
         contents = os.path.join(self.home, "contents")
         self.write(contents, CONTENTS)
-        return self.launch(*command, contents, variables=variables)
+        return self.launch(*command, contents, *more, variables=variables)
 
     def launch(self, *command, variables=None, timeout=120):
         """Runs a program to its end. Nothing of the caller's environment leaks in."""
