@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the corpus that the receiver's fuzzer starts from: documents of every kind and layout.
 
-    make_corpus.py FOLDER"""
+    make_receiver_corpus.py FOLDER"""
 
 import hashlib
 import os
