@@ -6,11 +6,6 @@ target_include_directories(objc_host PRIVATE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(objc_host PRIVATE wenlolib_warnings wenlolib_foundation)
 add_dependencies(objc_host WENLOLIB_objc)
 
-# What crosses between the classes and the core, by itself.
-test_binary(plain_tests objc objc/PlainTest.cpp support/MemoryNative.cpp
-  ${PROJECT_SOURCE_DIR}/src/objc/Plain.cpp ${PROJECT_SOURCE_DIR}/src/objc/Unicode.cpp)
-target_link_libraries(plain_tests PRIVATE test_support wenlolib_core)
-
 set(objc_bundle ${PROJECT_BINARY_DIR}/objc/WENLOLIB.bundle)
 add_test(NAME objc.host COMMAND objc_host ${objc_bundle})
 add_test(NAME objc.check_exports

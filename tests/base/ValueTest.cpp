@@ -206,7 +206,7 @@ Value branching(int levels) {
 
 TEST(Value, SeveralThreadsCopyAndReleaseWhatTheyShare) {
   constexpr int threads = 4;
-  constexpr int copies = 1'000'000;
+  constexpr int copies = 200'000;
   std::vector<Value> shares(threads, branching(8));
   std::barrier together(threads);
   std::vector<std::thread> running;
