@@ -1,0 +1,70 @@
+// Any bytes, as the values of a document that is to be mended.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "Input.h"
+#include "Require.h"
+#include "document/SurveyDocument.h"
+#include "platform/linux/ExpatParser.h"
+#include "platform/linux/ExpatXml.h"
+#include "platform/linux/MarkupRepair.h"
+
+namespace {
+
+using namespace wenlolib;
+using fuzz::Input;
+using fuzz::require;
+using platform::gnulinux::ExpatParser;
+using platform::gnulinux::ExpatXml;
+using platform::gnulinux::withStrayMarkupEscaped;
+
+/// What expat says by itself, of every byte.
+bool stands(const std::string& text) {
+  ExpatParser parser("UTF-8");
+  return parser.feed(text, true);
+}
+
+SurveyDocument documentFrom(Input& input) {
+  const auto layout = static_cast<Layout>(input.below(3));
+  Header header;
+  for (std::string* value :
+       {&header.version, &header.osVersion, &header.date, &header.locale, &header.identifier,
+        &header.deviceId, &header.serialNumber, &header.romVersion}) {
+    *value = input.text();
+  }
+  Payload payload;
+  payload.digits.assign(2 * input.below(70), 'A');
+  return assemble(layout, header, payload);
+}
+
+/// What was mended stands, and there is nothing more to mend in it.
+void checkMended(const SurveyDocument& document, const std::string& mended) {
+  require(stands(mended), "a mended document is well-formed");
+  require(withStrayMarkupEscaped(mended) == mended, "mending again changes nothing");
+  require(mended.size() > document.text.size(), "mending only adds");
+  const std::size_t behind = document.text.size() - document.digits.offset;
+  const std::string digits = document.text.substr(document.digits.offset, document.digits.length);
+  require(mended.find(">" + digits + "<", document.digits.offset - 1) != std::string::npos,
+          "the payload is as it was");
+  require(behind >= digits.size(), "the payload stands in the document");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input input(data, size);
+  const SurveyDocument document = documentFrom(input);
+  const Text answer = ExpatXml().serialised(document.text, document.digits);
+  const std::string mended = withStrayMarkupEscaped(document.text);
+  if (stands(document.text)) {
+    require(answer == document.text, "a document that stands is not changed");
+    require(stands(mended), "mending breaks no document that stands");
+  } else if (answer) {
+    require(*answer == mended, "the document is mended, and no more");
+    checkMended(document, *answer);
+  } else {
+    require(!stands(mended), "what can be mended is");
+  }
+  return 0;
+}
