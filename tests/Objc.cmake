@@ -1,7 +1,8 @@
 # The Objective-C bundle, through a host that loads it and sends messages.
 add_executable(objc_host objc/Allocations.m objc/ConversionTest.m objc/EntryPointsTest.m
   objc/HostileObjects.m objc/HostileTest.m objc/Host.m objc/InterfaceTest.m objc/LifetimeTest.m
-  objc/RecordTest.m objc/ShortageTest.m objc/SubclassTest.m objc/TimeZoneTest.m objc/ToolkitTest.m)
+  objc/RecordTest.m objc/ShortageTest.m objc/StackTest.m objc/SubclassTest.m
+  objc/TimeZoneTest.m objc/ToolkitTest.m)
 target_include_directories(objc_host PRIVATE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(objc_host PRIVATE wenlolib_warnings wenlolib_foundation)
 add_dependencies(objc_host WENLOLIB_objc)

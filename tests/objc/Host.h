@@ -19,7 +19,7 @@ typedef struct Case {
 
 extern const Case interfaceCases[], recordCases[], entryPointCases[], toolkitCases[],
     timeZoneCases[], conversionCases[], hostileCases[], lifetimeCases[], subclassCases[],
-    shortageCases[];
+    shortageCases[], stackCases[];
 
 /* A failed check is printed and fails its case, which goes on. */
 #define CHECK(condition) checked((condition) ? YES : NO, #condition, __FILE__, __LINE__)

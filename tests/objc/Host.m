@@ -126,7 +126,7 @@ static BOOL passes(const Case* one) {
 static int runAll(const char* beginning) {
   const Case* suites[] = {interfaceCases, recordCases,     entryPointCases, toolkitCases,
                           timeZoneCases,  conversionCases, hostileCases,    lifetimeCases,
-                          subclassCases,  shortageCases};
+                          subclassCases,  shortageCases,   stackCases};
   int run = 0, failed = 0;
   for (size_t i = 0; i < sizeof suites / sizeof *suites; ++i) {
     for (const Case* one = suites[i]; one->name != NULL; ++one) {
