@@ -10,8 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/Integer.h"
 #include "base/Path.h"
 #include "base/Utf8.h"
+#include "platform/posix/BoundedRead.h"
 #include "platform/posix/CancellationHold.h"
 #include "platform/posix/Errors.h"
 
@@ -28,9 +30,32 @@ std::string environmentBytes(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-/// A field of the user's entry in the password database.
-Text passwordField(char* passwd::*field) {
-  const posix::CancellationHold hold;
+/// A field of the user's entry, as a line of the file has it and as the C library answers it.
+struct Field {
+  int place;  // from 0
+  char* passwd::*answered;
+};
+constexpr Field nameField{0, &passwd::pw_name};
+constexpr Field homeField{5, &passwd::pw_dir};
+
+std::string_view partOf(std::string_view line, int place) {
+  for (; place > 0; --place) {
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos) return {};
+    line.remove_prefix(colon + 1);
+  }
+  return line.substr(0, line.find(':'));
+}
+
+/// Null where the file of the machine's own users does not have this one.
+Text fieldInFile(const Field& field) {
+  constexpr std::size_t longestFile = std::size_t{64} << 20;
+  const auto file = posix::readWhole("/etc/passwd", longestFile);
+  return file ? fieldOfUser(*file, geteuid(), field.place) : std::nullopt;
+}
+
+/// From wherever the C library has its users.
+Text fieldAnswered(const Field& field) {
   constexpr std::size_t largest = std::size_t{1} << 20;
   passwd entry{};
   passwd* found = nullptr;
@@ -38,9 +63,18 @@ Text passwordField(char* passwd::*field) {
     const int status = getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
     if (status == EINTR || status == ERANGE) continue;
     if (status != 0) posix::throwUnlessAnswer(status);
-    return found == nullptr ? Text() : usable(found->*field);
+    return found == nullptr ? Text() : usable(found->*field.answered);
   }
   return std::nullopt;
+}
+
+/// The file goes first. The C library loads modules into the host's process to ask for a user, goes
+/// on to the next where one cannot be read, without saying so, and crashes where memory runs out
+/// while it loads them.
+Text userField(const Field& field) {
+  const posix::CancellationHold hold;
+  Text found = fieldInFile(field);
+  return found ? found : fieldAnswered(field);
 }
 
 }  // namespace
@@ -52,15 +86,27 @@ Text localeWithoutCodeset(std::string_view name) {
   return std::string(language).append(name.substr(modifier));
 }
 
+Text fieldOfUser(std::string_view file, std::uint32_t user, int place) {
+  const std::string number = decimal(user);
+  while (!file.empty()) {
+    const std::size_t end = std::min(file.find('\n'), file.size());
+    const std::string_view line = file.substr(0, end);
+    if (partOf(line, 2) == number) return utf8OrNull(Text(partOf(line, place)));
+    file.remove_prefix(std::min(end + 1, file.size()));
+  }
+  return std::nullopt;
+}
+
 Text LinuxUser::loginName() {
-  return passwordField(&passwd::pw_name);
+  return userField(nameField);
 }
 
 Text LinuxUser::homeFolder() {
   std::string home = environmentBytes("HOME");
   // A home that is no text is still the one meant: no other may take its place.
   if (home.starts_with('/')) return utf8OrNull(std::move(home));
-  return passwordField(&passwd::pw_dir);
+  const Text known = userField(homeField);
+  return known && known->starts_with('/') ? known : std::nullopt;
 }
 
 Text LinuxUser::libraryFolder() {

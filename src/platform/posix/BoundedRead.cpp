@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "platform/posix/Errors.h"
 #include "platform/posix/StandardDescriptors.h"
@@ -43,14 +44,21 @@ class OpenFile {
     const int error = errno;
     if (number_ < 0 && !isAnswer(error) && !isSpecial(path)) throwUnlessAnswer(error);
   }
-  ~OpenFile() {
-    if (number_ >= 0) static_cast<void>(::close(number_));
-  }
+  ~OpenFile() { static_cast<void>(closed()); }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
   [[nodiscard]] int number() const { return number_; }
 
+  /// Throws where the system could not even do that.
+  void close() {
+    if (!closed()) throwUnlessAnswer(errno);
+  }
+
  private:
+  bool closed() {
+    return number_ < 0 || ::close(std::exchange(number_, -1)) == 0 || errno == EINTR;
+  }
+
   int number_ = -1;
 };
 
@@ -78,7 +86,7 @@ ssize_t readAt(int file, std::size_t place, char* bytes, std::size_t length) {
 }  // namespace
 
 std::optional<std::string> readWhole(const std::string& path, std::size_t bound) {
-  const OpenFile file(path);
+  OpenFile file(path);
   const auto size = regularSize(file.number());
   if (!size || *size > bound) return std::nullopt;
   // Room for more than the file holds, so that a read of its very size tells its end. One that has
@@ -98,6 +106,7 @@ std::optional<std::string> readWhole(const std::string& path, std::size_t bound)
     if (length == bytes.size()) bytes.resize(std::min(2 * length, bound + 1));
   }
   bytes.resize(length);
+  file.close();
   return bytes;
 }
 

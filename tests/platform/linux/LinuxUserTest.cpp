@@ -127,6 +127,24 @@ TEST(LinuxUser, TheLoginNameIsThePasswordDatabasesWhateverTheEnvironmentSays) {
   EXPECT_EQ(LinuxUser().loginName(), entry == nullptr ? Text() : Text(entry->pw_name));
 }
 
+TEST(FieldOfUser, IsThatOfTheFirstLineWithTheNumber) {
+  constexpr std::string_view file =
+      "root:x:0:0:root:/root:/bin/bash\nada:x:10:10:Ada:/home/ada:/bin/sh\n"
+      "#x:x:1\n\n:::\nshort:x:7\nempty:x:8:8:::\ntwice:x:10:10::/other:\nbad:x:9:9::/\xFF:\n"
+      "last:x:11:11::/home/last:/bin/sh";
+  const struct {
+    std::uint32_t user;
+    Text name, home;
+  } table[] = {{0, "root", "/root"}, {10, "ada", "/home/ada"},   {1, "#x", ""},
+               {7, "short", ""},     {8, "empty", ""},           {9, "bad", {}},
+               {12, {}, {}},         {11, "last", "/home/last"}, {100, {}, {}}};
+  for (const auto& row : table) {
+    EXPECT_EQ(platform::gnulinux::fieldOfUser(file, row.user, 0), row.name) << row.user;
+    EXPECT_EQ(platform::gnulinux::fieldOfUser(file, row.user, 5), row.home) << row.user;
+  }
+  EXPECT_EQ(platform::gnulinux::fieldOfUser("", 0, 0), std::nullopt);
+}
+
 /// A missing entry and a database that cannot be opened for the moment are not the same.
 TEST(LinuxUser, APasswordDatabaseThatCannotBeAskedIsNoAnswer) {
   const std::string answer = inChild([]() -> std::string {

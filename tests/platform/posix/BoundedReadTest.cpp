@@ -136,12 +136,14 @@ class Lease {
     if (::pipe(ready) != 0) return;
     holder_ = ::fork();
     if (holder_ == 0) {
-      // The signal that asks for it only ends the first wait.
-      ::signal(SIGIO, [](int) {});
+      sigset_t asked;
+      ::sigemptyset(&asked);
+      ::sigaddset(&asked, SIGIO);
+      ::sigprocmask(SIG_BLOCK, &asked, nullptr);
       const int file = ::open(path.c_str(), O_RDWR);
       const char held = ::fcntl(file, F_SETLEASE, F_WRLCK) == 0 ? 'y' : 'n';
       static_cast<void>(!::write(ready[1], &held, 1));
-      ::usleep(10'000'000);
+      ::sigwaitinfo(&asked, nullptr);
       ::usleep(static_cast<useconds_t>(seconds * 1e6));
       ::_exit(0);
     }
