@@ -44,9 +44,11 @@ WENLOLIB_EXPORT int WENLOLIB_isSupportedPlm(uint32_t option);
  * mode 0666, which every record of the month replaces. `name` becomes part of the file's name as it
  * is: a "/" in it leads into a sub-folder.
  *
- * 0 when recording is refused, when `contents` or `name` is null, for contents of 2 GiB and more,
- * when memory runs out, and when the file could not be written. An earlier file then holds what it
- * held; after a failed write its mode is opened to 0666 all the same.
+ * 0 when recording is refused (then none of the arguments but `option` is looked at), when
+ * `contents` or `name` is null, for contents of 2 GiB and more, when memory runs out or the system
+ * cannot say what is in a file, and when the file could not be written. An earlier file then holds
+ * what it held; after a failed write its mode is opened to 0666 all the same, where it is a regular
+ * file with no other name and not reached through a link.
  *
  * 1 when the file is written, and also, on purpose, when the record has come to no document and so
  * to no file: a value does that which holds markup that cannot be mended, or a character that XML

@@ -68,12 +68,15 @@ class WENLOLIB_EXPORT WENLOLIB {
   /// printer logs (1 to 999; with all taken the last is replaced) or to this month's file in the
   /// folder of application usage, which every record of the month replaces.
   ///
-  /// False without contents or name, for contents of 2 GiB and more, when memory runs out, and when
-  /// the file could not be written. An earlier file then holds what it held; after a failed write
-  /// its mode is opened to 0666 all the same, on purpose. True when the file is written, and also,
-  /// on purpose, when the record holds no document (see above) and so comes to no file. Where no
-  /// new document can be made, but an earlier call has made one, that one is written, whatever the
-  /// record was changed to since. Once a write was tried the record holds no document any more.
+  /// False without contents or name, for contents of 2 GiB and more, when memory runs out or the
+  /// system cannot say what is in a file, and when the file could not be written. An earlier file
+  /// then holds what it held; after a failed write its mode is opened to 0666 all the same, on
+  /// purpose, where it is a regular file with no other name and not reached through a link.
+  ///
+  /// True when the file is written, and also, on purpose, when the record holds no document (see
+  /// above) and so comes to no file. Where no new document can be made, but an earlier call has
+  /// made one, that one is written, whatever the record was changed to since. Once a write was
+  /// tried the record holds no document any more.
   bool writeAppInfo() noexcept;
 
   // --- The values that a document carries; "" where a value is unknown ---

@@ -161,12 +161,15 @@ WENLOLIB_NONNULL_BEGIN
 /**
  * Makes the document and writes it, with mode 0666, to the first free number in the folder of
  * printer logs or to this month's file in the folder of application usage. NO without contents or
- * name, when there is no document for lack of memory, and when the file could not be written. An
- * earlier file then holds what it held; after a failed write its mode is opened to 0666 all the
- * same, on purpose. YES when the file is written, and also, on purpose, when the record holds no
- * document (see above) and so comes to no file. Where no new document can be made, but an earlier
- * call has made one, that one is written, whatever the record was changed to since. Once a write was
- * tried the record holds no document.
+ * name, when there is no document for lack of memory or because the system cannot say what is in a
+ * file, and when the file could not be written. An earlier file then holds what it held; after a
+ * failed write its mode is opened to 0666 all the same, on purpose, where it is a regular file with
+ * no other name and not reached through a link.
+ *
+ * YES when the file is written, and also, on purpose, when the record holds no document (see above)
+ * and so comes to no file. Where no new document can be made, but an earlier call has made one,
+ * that one is written, whatever the record was changed to since. Once a write was tried the record
+ * holds no document.
  */
 - (BOOL)writeAppInfo;
 

@@ -11,6 +11,4 @@ link_with_library(torture_interrupted)
 
 add_custom_target(torture_crowds DEPENDS host_programs wenlolib
   torture_crowd torture_stack torture_streams torture_interrupted)
-if(TARGET torture)
-  add_dependencies(torture torture_crowds)
-endif()
+add_dependencies(torture torture_crowds)
