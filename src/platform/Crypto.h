@@ -25,7 +25,8 @@ class Cipher {
 
   /// Plain RC4 (ARCFOUR): keystream from its first byte, no initialisation vector, no padding.
   /// Writes exactly `source.size()` bytes to `destination`, which may overlap the source and the
-  /// key in any way (both are used as they were), and answers true; false when the service refuses, and then nothing is written.
+  /// key in any way (both are used as they were), and answers true; false when the service refuses,
+  /// and then nothing is written.
   virtual bool rc4(Bytes key, Bytes source, std::uint8_t* destination) noexcept = 0;
 };
 
