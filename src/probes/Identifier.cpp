@@ -68,8 +68,9 @@ Text installationIdentifier() {
   if (!uuid) return std::nullopt;
   const std::string identifier = "{" + *uuid + "}";
   if (!path) return identifier;
-  if (!configuration && isVacant(path)) {
-    if (published(identifier, path)) return identifier;
+  if (!configuration) {
+    if (isVacant(path) && published(identifier, path)) return identifier;
+    // Another process may have laid one down since it was read.
     configuration = configurationAt(path);
     if (Text other = storedIdentifier(configuration)) return other;
   }

@@ -80,9 +80,30 @@ class OvertakenFiles : public platform::ForwardingFiles {
     return target_.writeAtomically(path, bytes, mode, publication);
   }
 
- private:
+ protected:
   std::function<void()> overtake_;
 };
+
+/// Between the reading and the look.
+class SoonerOvertakenFiles : public OvertakenFiles {
+ public:
+  using OvertakenFiles::OvertakenFiles;
+  platform::Kind kindAt(const std::string& path) override {
+    if (overtake_) std::exchange(overtake_, nullptr)();
+    return target_.kindAt(path);
+  }
+};
+
+TEST_F(IdentifierFile, AConfigurationLaidDownSinceItWasReadIsNotReplaced) {
+  SoonerOvertakenFiles overtaken(world.files, [&] {
+    world.propertyLists.add(identifierPath, {{"WENLIBUUID", "{FASTER}"}});
+  });
+  platform::Platform services = world.services;
+  services.files = &overtaken;
+  const platform::Substitute substitute(services);
+  EXPECT_EQ(ofNewRecord(), "{FASTER}");
+  EXPECT_EQ(stored(), (Dictionary{{"WENLIBUUID", "{FASTER}"}}));
+}
 
 TEST_F(IdentifierFile, WhereNoConfigurationStandsTheFirstWritersIdentifierIsEverybodys) {
   OvertakenFiles overtaken(world.files, [&] {
