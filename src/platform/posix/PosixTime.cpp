@@ -31,11 +31,11 @@ namespace {
 enum class Zone : std::uint8_t { notAsked, known, lost };
 std::atomic<Zone> zone{Zone::notAsked};
 
-/// Whether nobody in this process has used local time yet. (A zone that is called GMT all the year
-/// looks the same, and costs a look at its file.)
-bool isFirstUse() {
-  return std::string_view(tzname[0]) == "GMT" && std::string_view(tzname[1]) == "GMT";
-}
+/// Whether this process had used local time when the library was loaded. (A zone that is called GMT
+/// all the year looks as if not, and costs a look at its file.) Asked once, and not at each call:
+/// another thread may be changing the names by then.
+const bool wasUsedBefore =
+    std::string_view(tzname[0]) != "GMT" || std::string_view(tzname[1]) != "GMT";
 
 /// Where the C library looks for the zone's rules. No file is there where the variable holds the
 /// rules themselves.
@@ -71,10 +71,8 @@ bool shownWithCare(time_t date, struct tm& fields) {
 }
 
 bool localFields(time_t date, struct tm& fields) {
-  if (zone == Zone::known) return shown(date, fields);
-  if (zone == Zone::lost || isFirstUse()) return shownWithCare(date, fields);
-  zone = Zone::known;
-  return shown(date, fields);
+  const bool isKnown = zone == Zone::known || (wasUsedBefore && zone == Zone::notAsked);
+  return isKnown ? shown(date, fields) : shownWithCare(date, fields);
 }
 
 }  // namespace
