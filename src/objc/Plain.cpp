@@ -106,8 +106,6 @@ Dictionary entriesIn(const Plain& plain) {
       continue;
     }
     if (levels.size() == 1) return std::move(levels.front()).dictionary();
-    // The analyzer does not follow the count of a value's node.
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
     Value value = std::move(levels.back()).value();
     levels.pop_back();
     levels.back().keep(std::move(value));
