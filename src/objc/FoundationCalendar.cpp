@@ -6,8 +6,14 @@
 
 namespace wenlolib::objc {
 
-platform::Calendar& foundationCalendar() {
-  return *platform::current().calendar;  // it asks Core Foundation, whose zone is Foundation's
+// Core Foundation's zone is Foundation's.
+
+std::optional<platform::LocalTime> FoundationCalendar::localTime(Instant date) {
+  return platform::current().calendar->localTime(date);
+}
+
+Text FoundationCalendar::formatted(Instant date, std::string_view format) {
+  return platform::current().calendar->formatted(date, format);
 }
 
 }  // namespace wenlolib::objc
@@ -47,30 +53,24 @@ LocalTime shown(sys_time<seconds> local, std::int32_t secondsFromGMT) {
   return time;
 }
 
-class FoundationCalendar : public platform::Calendar {
- public:
-  std::optional<LocalTime> localTime(Instant date) override {
-    constexpr double limit = 8e12;  // beyond any date: a quarter of a million years
-    const double whole = std::floor(date.time_since_epoch().count());
-    if (!(std::abs(whole) < limit)) return std::nullopt;
-    std::int32_t offset = 0;
-    if (foundationOffset(whole, &offset) == 0) throw std::bad_alloc();
-    return shown(sys_time<seconds>(seconds(static_cast<std::int64_t>(whole) + offset)), offset);
-  }
-
-  Text formatted(Instant date, std::string_view format) override {
-    const auto time = localTime(date);
-    return time ? Text(platform::calendarText(*time, format)) : std::nullopt;
-  }
-};
-
 }  // namespace
 
-platform::Calendar& foundationCalendar() {
-  // Never destroyed: a host may still record while its process is ending.
-  alignas(FoundationCalendar) static unsigned char place[sizeof(FoundationCalendar)];
-  static auto* const calendar = new (place) FoundationCalendar;
-  return *calendar;
+std::optional<LocalTime> FoundationCalendar::localTime(Instant date) {
+  constexpr double limit = 8e12;  // beyond any date: a quarter of a million years
+  const double whole = std::floor(date.time_since_epoch().count());
+  if (!(std::abs(whole) < limit)) return std::nullopt;
+  if (!_last || _last->second != whole) {
+    Shown now{whole, 0};
+    if (foundationOffset(whole, !_last.has_value(), &now.offset) == 0) throw std::bad_alloc();
+    _last = now;
+  }
+  const seconds local(static_cast<std::int64_t>(whole) + _last->offset);
+  return shown(sys_time<seconds>(local), _last->offset);
+}
+
+Text FoundationCalendar::formatted(Instant date, std::string_view format) {
+  const auto time = localTime(date);
+  return time ? Text(platform::calendarText(*time, format)) : std::nullopt;
 }
 
 }  // namespace wenlolib::objc

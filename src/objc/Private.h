@@ -111,8 +111,9 @@ int32_t coreModuleVersionFromBundle(void);
 int32_t coreGetandcompLocalSupportVersion(int32_t version);
 
 /* What the core asks of Foundation: the offset of the default time zone at a date, in seconds since
- * 1970. 0 where Foundation cannot say. Raises nothing. */
-uint8_t foundationOffset(double date, int32_t* secondsFromGMT);
+ * 1970. `isFirst` is 1 until the caller has had an answer: this is then the look that may read the
+ * system's zone. 0 where Foundation cannot say. Raises nothing. */
+uint8_t foundationOffset(double date, uint8_t isFirst, int32_t* secondsFromGMT);
 
 #ifdef __cplusplus
 }

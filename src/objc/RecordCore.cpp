@@ -15,11 +15,11 @@ namespace wenlolib {
 /// Moves a record's fields between the Objective-C object that owns them and the core's record that
 /// works on them for the length of one operation.
 struct RecordFields {
-  static std::shared_ptr<WENLOLIB> lent(const CoreRecord& fields) {
+  static std::shared_ptr<WENLOLIB> lent(const CoreRecord& fields, platform::Calendar& calendar) {
     auto record = WENLOLIB::initWithContents(objc::textIn(fields.contents),
                                              objc::textIn(fields.applicationName), fields.options);
     if (!record) return nullptr;
-    record->_calendar = &objc::foundationCalendar();
+    record->_calendar = &calendar;
     record->setFileType(fields.fileType);
     record->serOtherInfo(objc::dictionaryIn(fields.otherInfo));
     record->_libUUID = objc::textIn(fields.identifier);
@@ -65,7 +65,8 @@ uint8_t flag(bool value) {
 template <class Work>
 uint8_t done(CoreRecord& fields, Work work) {
   return answered(uint8_t{0}, [&]() -> uint8_t {
-    const auto record = RecordFields::lent(fields);
+    objc::FoundationCalendar calendar;
+    const auto record = RecordFields::lent(fields, calendar);
     if (!record) return 0;
     const bool answer = work(*record);
     return flag(RecordFields::handBack(*record, fields) && answer);

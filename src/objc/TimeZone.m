@@ -44,12 +44,12 @@ static BOOL isKnownOffset(double date, int32_t* secondsFromGMT) {
   return known;
 }
 
-uint8_t foundationOffset(double date, int32_t* secondsFromGMT) {
+uint8_t foundationOffset(double date, uint8_t isFirst, int32_t* secondsFromGMT) {
   int cancellation;
   BOOL known = NO;
   /* Files are opened here: a thread that the host cancels has to come back first. */
   pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancellation);
-  if (isRoomForAZone()) {
+  if (isFirst != 1 || isRoomForAZone()) {
     /* A pool of its own has room: GNUstep puts the zone into it while it holds a lock. */
     NSAutoreleasePool* pool = newPool();
     known = pool != nil && isKnownOffset(date, secondsFromGMT);

@@ -19,7 +19,8 @@ template <class Work>
 Plain shown(const Plain& date, Work work) {
   if (date.kind != plainDate) return Plain{};
   return answered(Plain{}, [&] {
-    return plain(work(objc::foundationCalendar(), Instant(Seconds(date.as.real))));
+    objc::FoundationCalendar calendar;
+    return plain(work(calendar, Instant(Seconds(date.as.real))));
   });
 }
 
