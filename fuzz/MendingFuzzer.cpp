@@ -6,22 +6,22 @@
 #include "Input.h"
 #include "Require.h"
 #include "document/SurveyDocument.h"
-#include "platform/linux/ExpatParser.h"
-#include "platform/linux/ExpatXml.h"
-#include "platform/linux/MarkupRepair.h"
+#include "xml/Mending.h"
+#include "xml/Parser.h"
+#include "xml/WellFormed.h"
 
 namespace {
 
 using namespace wenlolib;
 using fuzz::Input;
 using fuzz::require;
-using platform::gnulinux::ExpatParser;
-using platform::gnulinux::ExpatXml;
-using platform::gnulinux::withStrayMarkupEscaped;
+using xml::mend;
+using xml::Parser;
+using xml::Service;
 
 /// What expat says by itself, of every byte.
 bool stands(const std::string& text) {
-  ExpatParser parser("UTF-8");
+  xml::Parser parser("UTF-8");
   return parser.feed(text, true);
 }
 
@@ -41,7 +41,7 @@ SurveyDocument documentFrom(Input& input) {
 /// What was mended stands, and there is nothing more to mend in it.
 void checkMended(const SurveyDocument& document, const std::string& mended) {
   require(stands(mended), "a mended document is well-formed");
-  require(withStrayMarkupEscaped(mended) == mended, "mending again changes nothing");
+  require(xml::mend(mended) == mended, "mending again changes nothing");
   require(mended.size() > document.text.size(), "mending only adds");
   const std::size_t behind = document.text.size() - document.digits.offset;
   const std::string digits = document.text.substr(document.digits.offset, document.digits.length);
@@ -55,8 +55,8 @@ void checkMended(const SurveyDocument& document, const std::string& mended) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
   const SurveyDocument document = documentFrom(input);
-  const Text answer = ExpatXml().serialised(document.text, document.digits);
-  const std::string mended = withStrayMarkupEscaped(document.text);
+  const Text answer = Service().serialised(document.text, document.digits);
+  const std::string mended = xml::mend(document.text);
   if (stands(document.text)) {
     require(answer == document.text, "a document that stands is not changed");
     require(stands(mended), "mending breaks no document that stands");

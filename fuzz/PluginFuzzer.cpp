@@ -9,10 +9,10 @@
 #include "Require.h"
 #include "base/Utf8.h"
 #include "cabi/plugin.h"
-#include "platform/linux/ExpatXml.h"
 #include "receiver/Receiver.h"
 #include "support/HostInstallation.h"
 #include "support/MemoryPlatform.h"
+#include "xml/WellFormed.h"
 
 namespace {
 
@@ -81,7 +81,7 @@ struct World {
   }
 
   tests::MemoryPlatform memory;
-  platform::gnulinux::ExpatXml xml;
+  xml::Service xml;
 };
 
 /// The one file that was not there before; nothing where none has come. None may have changed but

@@ -6,15 +6,11 @@
 #include <utility>
 
 #include "Require.h"
-#include "platform/linux/PlainXml.h"
-#include "platform/linux/PropertyListPrologue.h"
-#include "platform/linux/PropertyListReader.h"
-#include "platform/linux/PropertyListWriter.h"
-#include "platform/linux/XmlPropertyListDocument.h"
+#include "plist/PropertyList.h"
 
 namespace {
 
-using namespace wenlolib::platform::gnulinux;
+namespace plist = wenlolib::plist;
 using wenlolib::Dictionary;
 using wenlolib::Text;
 using wenlolib::fuzz::require;
@@ -26,39 +22,36 @@ bool holds(std::string_view text, std::string_view part) {
 /// What was read is written so that it is read as the same again. No number that is none equals
 /// itself, and a date of the binary form loses its fraction; the document has to be the same then.
 void checkWritten(const Dictionary& dictionary) {
-  const Text written = propertyListXml(dictionary);
+  const Text written = plist::write(dictionary);
   if (!written) return;
-  const auto again = parsePropertyList(*written);
+  const auto again = plist::read(*written).dictionary;
   require(again.has_value(), "what was written is read");
-  require(propertyListXml(*again) == written, "and written as it was");
+  require(plist::write(*again) == written, "and written as it was");
   const bool unequal = holds(*written, "<real>nan<") || holds(*written, "<date>");
   require(unequal || *again == dictionary, "and is what it was");
 }
 
-/// What the plain reader makes of a document, where it takes it.
-std::optional<Dictionary> plainReading(std::string_view bytes) {
-  if (!bytes.starts_with(propertyListPrologue)) return std::nullopt;
-  XmlPropertyListDocument document(bytes.size());
-  if (!readPlainXml(bytes.substr(propertyListPrologue.size()), document)) return std::nullopt;
-  return std::move(document).finish();
-}
-
-/// The comment keeps the plain reader away.
+/// What the parser makes of a document, and what is made of it without one where it is plain.
 void checkAgainstParser(std::string_view bytes) {
-  const auto plain = plainReading(bytes);
-  if (!plain) return;
-  const auto parsed = parsePropertyList(std::string(bytes) + "<!-- -->");
-  require(parsed.has_value(), "what is read as plain is read by the parser");
-  require(*parsed == *plain || propertyListXml(*parsed) == propertyListXml(*plain), "as the same");
+  const auto plain = plist::readXml(bytes);
+  const auto parsed = plist::readXml(bytes, false);
+  require(parsed.state == plain.state, "both say what the file is");
+  require(parsed.dictionary.has_value() == plain.dictionary.has_value(), "with the same outcome");
+  if (!parsed.dictionary) return;
+  require(*parsed.dictionary == *plain.dictionary ||
+              plist::write(*parsed.dictionary) == plist::write(*plain.dictionary),
+          "and as the same");
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  if (const auto dictionary = parsePropertyList(bytes)) checkWritten(*dictionary);
+  if (const auto reading = plist::read(bytes); reading.dictionary) {
+    checkWritten(*reading.dictionary);
+  }
   checkAgainstParser(bytes);
   // The plain reader takes only what begins to the letter: few changes would get that far.
-  checkAgainstParser(std::string(propertyListPrologue) + std::string(bytes));
+  checkAgainstParser(std::string(plist::prologue) + std::string(bytes));
   return 0;
 }

@@ -11,7 +11,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS objc-exports.txt)
 
 add_library(WENLOLIB_objc SHARED)
 target_link_libraries(WENLOLIB_objc PRIVATE
-  wenlolib_core wenlolib_port wenlolib_cabi wenlolib_objc)
+  wenlolib_core wenlolib_formats wenlolib_port wenlolib_cabi wenlolib_objc)
 set_target_properties(WENLOLIB_objc PROPERTIES
   PREFIX "" SUFFIX "" OUTPUT_NAME WENLOLIB NO_SONAME ON
   LIBRARY_OUTPUT_DIRECTORY ${objc_bundle}/Contents/Linux

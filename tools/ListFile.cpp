@@ -9,8 +9,8 @@
 #include <system_error>
 
 #include "Format.h"
-#include "platform/linux/LinuxPropertyLists.h"
-#include "platform/linux/PropertyListBounds.h"
+#include "platform/posix/PosixPropertyLists.h"
+#include "plist/PropertyList.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -26,7 +26,7 @@ std::string trouble(const std::string& path) {
   if (::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) {
     return "cannot be read: " + std::generic_category().message(errno);
   }
-  constexpr std::size_t most = platform::gnulinux::propertyListBounds.bytes;
+  constexpr std::size_t most = plist::bounds.bytes;
   if (static_cast<std::uint64_t>(status.st_size) > most) return "is larger than " + sizeText(most);
   return "is no property list with a dictionary at its root";
 }
@@ -35,7 +35,7 @@ std::string trouble(const std::string& path) {
 
 ListFile readListFile(const std::string& path) {
   ListFile file;
-  file.dictionary = platform::gnulinux::dictionaryInFile(path);
+  file.dictionary = platform::posix::readList(path).dictionary;
   if (file.dictionary) return file;
   struct stat status {};
   file.missing = ::lstat(path.c_str(), &status) != 0 && errno == ENOENT;

@@ -21,7 +21,7 @@ ListLookup lookup(std::int32_t libraryVersion, std::int32_t answer) {
   lookup.key = CommonTooWenlolib::convertVersionNumToBiasStr(libraryVersion);
   const Text path = configurationPath(supportVersionListFile);
   std::optional<Dictionary> list;
-  if (path) list = platform::current().propertyLists->read(*path);
+  if (path) list = platform::current().propertyLists->read(*path).dictionary;
   lookup.readable = list.has_value();
   const Value* value = lookup.key ? entry(list, *lookup.key) : nullptr;
   if (value != nullptr) lookup.entry = *value;

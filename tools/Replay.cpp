@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "ToolPlatform.h"
-#include "platform/linux/LinuxPropertyLists.h"
+#include "platform/posix/PosixPropertyLists.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
 
@@ -51,10 +51,10 @@ platform::Kind RedirectedFiles::kindAt(const std::string& path) {
   return std::filesystem::is_directory(status) ? platform::Kind::folder : platform::Kind::other;
 }
 
-std::optional<Dictionary> RedirectedPropertyLists::read(const std::string& path) {
+platform::ListReading RedirectedPropertyLists::read(const std::string& path) {
   const auto found = redirections_.find(path);
   if (found == redirections_.end()) return platform::ForwardingPropertyLists::read(path);
-  return platform::gnulinux::dictionaryInFile(found->second);
+  return platform::posix::readList(found->second);
 }
 
 Replay::Replay(const platform::Platform& base, const ReplayedCase& replayed)

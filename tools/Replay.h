@@ -86,7 +86,7 @@ class RedirectedPropertyLists : public platform::ForwardingPropertyLists {
  public:
   RedirectedPropertyLists(platform::PropertyLists& target, const Redirections& redirections)
       : ForwardingPropertyLists(target), redirections_(redirections) {}
-  std::optional<Dictionary> read(const std::string& path) override;
+  platform::ListReading read(const std::string& path) override;
 
  private:
   const Redirections& redirections_;

@@ -19,7 +19,7 @@ file(CONFIGURE OUTPUT ${exports_list} @ONLY CONTENT "@exported_names@\n")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS exports.txt)
 
 add_library(WENLOLIB MODULE)
-target_link_libraries(WENLOLIB PRIVATE wenlolib_core wenlolib_port wenlolib_cabi wenlolib_objc)
+target_link_libraries(WENLOLIB PRIVATE wenlolib_core wenlolib_formats wenlolib_port wenlolib_cabi wenlolib_objc)
 set_target_properties(WENLOLIB PROPERTIES
   PREFIX "" SUFFIX "" OUTPUT_NAME WENLOLIB LINKER_LANGUAGE CXX
   LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/MacOS

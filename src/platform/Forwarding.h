@@ -41,7 +41,7 @@ class ForwardingPropertyLists : public PropertyLists {
  public:
   explicit ForwardingPropertyLists(PropertyLists& target) : target_(target) {}
 
-  std::optional<Dictionary> read(const std::string& path) override { return target_.read(path); }
+  ListReading read(const std::string& path) override { return target_.read(path); }
   Text asXml(const Dictionary& dictionary) override { return target_.asXml(dictionary); }
 
  protected:

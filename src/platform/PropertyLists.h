@@ -2,22 +2,51 @@
 #ifndef WENLOLIB_PLATFORM_PROPERTYLISTS_H
 #define WENLOLIB_PLATFORM_PROPERTYLISTS_H
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/Text.h"
 #include "base/Value.h"
+#include "platform/Reason.h"
 
 namespace wenlolib::platform {
+
+/// What a file turned out to be.
+enum class ListState : std::uint8_t {
+  whole,     // a dictionary
+  partial,   // a dictionary, but for values that cannot be carried: they were left out
+  notRead,   // no file, or none that can be read: see the reason
+  tooLarge,  // beyond the bounds of the port
+  empty,     // no bytes
+  oldForm,   // neither the XML form nor the binary one: text in braces, as long ago, or none at all
+  damaged,   // no property list
+  otherRoot,  // a property list whose root is no dictionary
+};
+
+/// The place in a file at which it was given up, and what is wrong there; of `damaged`, `tooLarge`.
+struct ListFault {
+  std::string_view what;  // a few words; they last
+  std::size_t line = 0;   // counted from 1; 0 in the binary form
+  std::size_t byte = 0;   // counted from 0
+};
+
+struct ListReading {
+  ListState state = ListState::notRead;
+  std::optional<Dictionary> dictionary;  // of `whole` and `partial` alone
+  ListFault fault;
+  Reason reason;  // of `notRead`
+};
 
 class PropertyLists {
  public:
   virtual ~PropertyLists() = default;
 
-  /// The dictionary in the file at `path`, in XML or binary form. Nothing when the file is missing,
-  /// unreadable, not a property list, beyond the bounds of the port, or no dictionary at its root.
-  /// Throws where the platform is short of memory or descriptors, which is no answer.
-  virtual std::optional<Dictionary> read(const std::string& path) = 0;
+  /// Reads the file at `path`, in XML or binary form. Throws where the platform could not answer
+  /// (for want of memory or descriptors, say).
+  virtual ListReading read(const std::string& path) = 0;
 
   /// `dictionary` as an XML property list that `read` gives back as it was (dates in whole
   /// seconds). Null when it holds a value that the form cannot carry.

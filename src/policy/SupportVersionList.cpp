@@ -12,7 +12,7 @@ namespace {
 std::int32_t listedOSVersion(const std::string& key) {
   const Text path = configurationPath(supportVersionListFile);
   if (!path) return -1;
-  const auto list = platform::current().propertyLists->read(*path);
+  const auto list = platform::current().propertyLists->read(*path).dictionary;
   return CommonTooWenlolib::convertVersionStrToNum(textEntry(list, key));
 }
 

@@ -14,8 +14,9 @@ namespace {
 constexpr char identifierKey[] = "WENLIBUUID";
 constexpr char placeholder[] = "NOTDETERMINED";
 
-std::optional<Dictionary> configurationAt(const Text& path) {
-  return path ? platform::current().propertyLists->read(*homeExpanded(path)) : std::nullopt;
+platform::ListReading configurationAt(const Text& path) {
+  if (!path) return {};
+  return platform::current().propertyLists->read(*homeExpanded(path));
 }
 
 /// Stores `configuration` at `path`, a leading "~" expanded; `failed` where that does not work out.
@@ -27,12 +28,16 @@ platform::Outcome stored(const Dictionary& configuration, const Text& path,
   return platform.files->writeAtomically(*homeExpanded(path), *xml, openFileMode, publication);
 }
 
-/// Stores a new identifier beside what `configuration` holds. Whether that works out is of no
-/// consequence to the record. The permissions are set at the path as it stands, and also when the
-/// write failed: an older file opens up too.
-void save(Dictionary configuration, const std::string& identifier, const Text& path) {
+/// Stores a new identifier beside what `read` holds. Whether that works out is of no consequence to
+/// the record. A file with values that cannot be carried is not written anew, on purpose: they
+/// would be lost. The permissions are set at the path as it stands, and also when the write failed:
+/// an older file opens up too.
+void save(platform::ListReading read, const std::string& identifier, const Text& path) {
+  Dictionary configuration = std::move(read.dictionary).value_or(Dictionary());
   configuration.insert_or_assign(identifierKey, Value(identifier));
-  static_cast<void>(stored(configuration, path, platform::Publication::replacing));
+  if (read.state != platform::ListState::partial) {
+    static_cast<void>(stored(configuration, path, platform::Publication::replacing));
+  }
   openPermissions(*path);
 }
 
@@ -61,20 +66,20 @@ Text storedIdentifier(const std::optional<Dictionary>& configuration) {
 
 Text installationIdentifier() {
   const Text path = configurationPath(configurationFile);
-  std::optional<Dictionary> configuration = configurationAt(path);
-  if (Text identifier = storedIdentifier(configuration)) return identifier;
+  platform::ListReading configuration = configurationAt(path);
+  if (Text identifier = storedIdentifier(configuration.dictionary)) return identifier;
 
   const Text uuid = platform::current().uuids->create();
   if (!uuid) return std::nullopt;
   const std::string identifier = "{" + *uuid + "}";
   if (!path) return identifier;
-  if (!configuration) {
+  if (!configuration.dictionary) {
     if (isVacant(path) && published(identifier, path)) return identifier;
     // Another process may have laid one down since it was read.
     configuration = configurationAt(path);
-    if (Text other = storedIdentifier(configuration)) return other;
+    if (Text other = storedIdentifier(configuration.dictionary)) return other;
   }
-  save(std::move(configuration).value_or(Dictionary()), identifier, path);
+  save(std::move(configuration), identifier, path);
   return identifier;
 }
 

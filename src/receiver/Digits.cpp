@@ -4,6 +4,8 @@
 #include <array>
 
 namespace wenlolib::receiver {
+
+using platform::DigitRun;
 namespace {
 
 constexpr std::uint8_t noDigit = 0x80;
@@ -46,11 +48,11 @@ std::size_t decodeDigits(std::string_view text, char* bytes) {
   return all < noDigit ? text.size() : leadingDigits(text);
 }
 
-Run longestRunBehindTag(std::string_view bytes) {
-  Run longest{bytes.size(), 0};
+DigitRun longestRunBehindTag(std::string_view bytes) {
+  DigitRun longest{bytes.size(), 0};
   std::size_t at = bytes.find('>');
   while (at != std::string_view::npos) {
-    const Run run{at + 1, leadingDigits(bytes.substr(at + 1))};
+    const DigitRun run{at + 1, leadingDigits(bytes.substr(at + 1))};
     if (run.length > longest.length) longest = run;
     at = bytes.find('>', run.offset + run.length);
   }

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/Xml.h"
+
 namespace wenlolib::receiver {
 
 /// The number of digits that `text` begins with.
@@ -15,14 +17,8 @@ namespace wenlolib::receiver {
 /// of digits that `text` begins with; where that is not all of it, the bytes mean nothing.
 [[nodiscard]] std::size_t decodeDigits(std::string_view text, char* bytes);
 
-/// A run of digits within a document.
-struct Run {
-  std::size_t offset = 0;
-  std::size_t length = 0;
-};
-
 /// The longest run of digits that stands right behind a ">". Empty, at the end, where none does.
-[[nodiscard]] Run longestRunBehindTag(std::string_view bytes);
+[[nodiscard]] platform::DigitRun longestRunBehindTag(std::string_view bytes);
 
 }  // namespace wenlolib::receiver
 

@@ -2,13 +2,21 @@
 #include "receiver/Form.h"
 
 #include <algorithm>
+#include <array>
 
 #include "receiver/Digits.h"
 #include "receiver/Verdicts.h"
-#include "receiver/WellFormed.h"
+#include "xml/WellFormed.h"
 
 namespace wenlolib::receiver {
 namespace {
+
+constexpr auto plainCharacters = [] {
+  std::array<bool, 256> plain{};
+  for (std::size_t character = 0x20; character < 0x7F; ++character) plain[character] = true;
+  for (const char markup : {'<', '&', ']'}) plain[static_cast<unsigned char>(markup)] = false;
+  return plain;
+}();
 
 /// Without characters that mean something to a parser the layout alone makes a document well
 /// formed.
@@ -20,9 +28,9 @@ bool needsParser(const Whole& whole) {
 
 std::optional<Verdict> xmlVerdict(const Whole& whole) {
   if (!needsParser(whole)) return std::nullopt;
-  const XmlFinding finding =
-      parse(whole.walk.bytes, {whole.offsetOf(whole.digits), whole.validDigits});
-  if (finding.kind == XmlFinding::wellFormed) return std::nullopt;
+  const xml::Finding finding =
+      xml::parse(whole.walk.bytes, {whole.offsetOf(whole.digits), whole.validDigits});
+  if (finding.kind == xml::Finding::wellFormed) return std::nullopt;
   return refused(whole.walk, finding);
 }
 
@@ -51,6 +59,11 @@ std::optional<Verdict> payloadVerdict(const Whole& whole) {
 }
 
 }  // namespace
+
+bool isPlain(std::string_view value) {
+  return std::ranges::all_of(
+      value, [](char character) { return plainCharacters[static_cast<unsigned char>(character)]; });
+}
 
 Whole::Whole(const Walk& complete) : walk(complete) {
   const std::size_t slot = walk.payloadSlot();

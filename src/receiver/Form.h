@@ -26,6 +26,10 @@ struct Whole {
   [[nodiscard]] std::size_t offsetOf(std::string_view value) const { return walk.offsetOf(value); }
 };
 
+/// True for a value that needs no parser: it holds nothing but characters which stand for
+/// themselves wherever they are. False says nothing.
+[[nodiscard]] bool isPlain(std::string_view value);
+
 /// What is wrong in the layers up to `hexadecimal`, in their order.
 [[nodiscard]] std::optional<Verdict> formVerdict(const Whole& whole);
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/Integer.h"
+#include "receiver/Digits.h"
 #include "receiver/Tokens.h"
 
 namespace wenlolib::receiver {
@@ -16,21 +17,21 @@ bool wrapperBegun(const Walk& walk) {
 
 /// Where a document that the parser refuses first goes wrong. Over a tag the walk is the one that
 /// sees it first, over a character within a value the parser.
-std::size_t firstWrong(const Walk& walk, const XmlFinding& finding) {
+std::size_t firstWrong(const Walk& walk, const xml::Finding& finding) {
   if (walk.complete) return finding.offset;
   if (!wrapperBegun(walk)) {
     const std::size_t first = walk.bytes.find_first_not_of(" \t\r\n");
     const bool isTag = first < walk.bytes.size() && walk.bytes[first] == '<';
     return isTag ? finding.offset : std::min(first, finding.offset);
   }
-  if (finding.kind != XmlFinding::malformed) return walk.reached;
+  if (finding.kind != xml::Finding::malformed) return walk.reached;
   return std::min(walk.reached, finding.offset);
 }
 
 /// A document whose end tags are broken, or stand there with something open before them, has not
 /// lost its end.
-bool hasLostItsEnd(const Walk& walk, const XmlFinding& finding) {
-  if (finding.kind != XmlFinding::endMissing) return false;
+bool hasLostItsEnd(const Walk& walk, const xml::Finding& finding) {
+  if (finding.kind != xml::Finding::endMissing) return false;
   if (walk.endIsMissing) return true;
   const bool anythingBegun = walk.bytes.find('<') != std::string_view::npos;
   return anythingBegun && !walk.payloadFound() && !endsInWrapper(walk.bytes);
@@ -62,7 +63,7 @@ Verdict truncated(const Walk& walk) {
 
 }  // namespace
 
-Verdict refused(const Walk& walk, const XmlFinding& finding) {
+Verdict refused(const Walk& walk, const xml::Finding& finding) {
   if (hasLostItsEnd(walk, finding)) return truncated(walk);
   const std::size_t offset = firstWrong(walk, finding);
   const std::string_view field = wrapperBegun(walk) ? walk.fieldAt(offset) : "";
@@ -73,17 +74,18 @@ Verdict refused(const Walk& walk, const XmlFinding& finding) {
 }
 
 Verdict misfit(const Walk& walk) {
-  const Run digits = walk.payloadFound() ? Run{walk.offsetOf(walk.values[walk.payloadSlot()]),
+  const platform::DigitRun digits =
+      walk.payloadFound() ? platform::DigitRun{walk.offsetOf(walk.values[walk.payloadSlot()]),
                                                leadingDigits(walk.values[walk.payloadSlot()])}
-                                         : longestRunBehindTag(walk.bytes);
-  const XmlFinding finding = parse(walk.bytes, digits);
-  if (finding.kind == XmlFinding::wellFormed && isWrapperName(outermostName(walk.bytes))) {
+                          : longestRunBehindTag(walk.bytes);
+  const xml::Finding finding = xml::parse(walk.bytes, digits);
+  if (finding.kind == xml::Finding::wellFormed && isWrapperName(outermostName(walk.bytes))) {
     if (const std::optional<Gap> gap = firstGap(walk.bytes)) {
       return {Layer::whiteSpace, Fault::damaged, gap->offset, std::string(gap->before),
               "White space stands between the parts of the document."};
     }
   }
-  if (finding.kind != XmlFinding::wellFormed && finding.kind != XmlFinding::typeDeclared) {
+  if (finding.kind != xml::Finding::wellFormed && finding.kind != xml::Finding::typeDeclared) {
     return refused(walk, finding);
   }
   const std::string_view field = wrapperBegun(walk) ? walk.fieldAt(walk.reached) : "";

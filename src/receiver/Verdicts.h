@@ -4,12 +4,12 @@
 
 #include "receiver/Receiver.h"
 #include "receiver/Walk.h"
-#include "receiver/WellFormed.h"
+#include "xml/WellFormed.h"
 
 namespace wenlolib::receiver {
 
 /// Of a document that the parser refuses. It may be one that the walk went through.
-[[nodiscard]] Verdict refused(const Walk& walk, const XmlFinding& finding);
+[[nodiscard]] Verdict refused(const Walk& walk, const xml::Finding& finding);
 
 /// Of a document that the walk did not get through.
 [[nodiscard]] Verdict misfit(const Walk& walk);

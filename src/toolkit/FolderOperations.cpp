@@ -27,7 +27,7 @@ Text libraryFile(std::string_view nameAfterPrefix) noexcept {
 std::optional<Dictionary> dictionaryAt(const Text& file) noexcept {
   return answered(std::optional<Dictionary>(), [&]() -> std::optional<Dictionary> {
     if (!file) return std::nullopt;
-    return platform::current().propertyLists->read(*file);
+    return platform::current().propertyLists->read(*file).dictionary;
   });
 }
 

@@ -10,7 +10,7 @@ std::optional<Dictionary> hostPreferences() {
   const platform::Platform& platform = platform::current();
   const Text path = configurationPath(preferenceFile);
   if (!path || platform.files->kindAt(*path) != platform::Kind::other) return std::nullopt;
-  return platform.propertyLists->read(*path);
+  return platform.propertyLists->read(*path).dictionary;
 }
 
 }  // namespace wenlolib

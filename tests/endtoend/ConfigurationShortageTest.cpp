@@ -37,7 +37,7 @@ class ShortWhileReading : public platform::ForwardingPropertyLists {
   using ForwardingPropertyLists::ForwardingPropertyLists;
   bool shortage = true;
 
-  std::optional<Dictionary> read(const std::string& path) override {
+  platform::ListReading read(const std::string& path) override {
     if (!shortage || path != identifierPath) return target_.read(path);
     const NoDescriptors none;
     return target_.read(path);

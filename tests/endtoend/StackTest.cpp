@@ -10,20 +10,17 @@
 
 #include "endtoend/Operations.h"
 #include "endtoend/World.h"
-#include "platform/linux/BinaryFile.h"
-#include "platform/linux/PropertyListBounds.h"
-#include "platform/linux/PropertyListPrologue.h"
 #include "platform/posix/Child.h"
 #include "platform/posix/Environment.h"
+#include "plist/BinaryFile.h"
+#include "plist/PropertyList.h"
 #include "support/SmallStack.h"
 
 namespace wenlolib::tests {
 namespace {
 
-namespace gnulinux = platform::gnulinux;
-
 /// As deep as a property list may be, its own dictionary counted.
-constexpr std::size_t deepest = gnulinux::propertyListBounds.levels - 1;
+constexpr std::size_t deepest = plist::bounds.levels - 1;
 
 const std::string preferencesInLibrary = "/Users/ada/Library/Preferences/com.orvan.printing.";
 
@@ -38,7 +35,7 @@ const Dictionary deepEntries{{"deep", nestedArrays()}, {"other", "kept"}};
 // These entries, as other programs store them.
 
 std::string deepXml() {
-  std::string text(gnulinux::propertyListPrologue);
+  std::string text(plist::prologue);
   text += "<plist version=\"1.0\"><dict><key>other</key><string>kept</string><key>deep</key>";
   for (std::size_t level = 0; level < deepest; ++level) text += "<array>";
   for (std::size_t level = 0; level < deepest; ++level) text += "</array>";
@@ -46,9 +43,9 @@ std::string deepXml() {
 }
 
 std::string deepBinary() {
-  gnulinux::BinaryFile file;
-  file.objects = {file.dictionary({1, 2, 4, 3}), gnulinux::ascii("deep"), gnulinux::ascii("other"),
-                  gnulinux::ascii("kept")};
+  plist::BinaryFile file;
+  file.objects = {file.dictionary({1, 2, 4, 3}), plist::ascii("deep"), plist::ascii("other"),
+                  plist::ascii("kept")};
   for (std::size_t level = 1; level < deepest; ++level) {
     file.objects.push_back(file.array({file.objects.size() + 1}));
   }
@@ -99,7 +96,7 @@ class SmallStack : public WorldTest {
                                     preferencesInLibrary + "Quillmere.TargetPrinterList.plist",
                                     preferencesInLibrary + "Quillmere.SurveyInfo.plist"}) {
       writeFile(world.real(path), bytes);
-      ASSERT_TRUE(world.services.propertyLists->read(path) == deepEntries) << path;
+      ASSERT_TRUE(world.services.propertyLists->read(path).dictionary == deepEntries) << path;
     }
   }
 

@@ -31,7 +31,7 @@ void World::writeBundle(const std::string& bundle, const Dictionary& information
 }
 
 Dictionary World::configuration() const {
-  return services.propertyLists->read(identifierPath).value_or(Dictionary());
+  return services.propertyLists->read(identifierPath).dictionary.value_or(Dictionary());
 }
 
 void WorldTest::TearDown() {

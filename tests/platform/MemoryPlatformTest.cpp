@@ -57,9 +57,9 @@ TEST(MemoryPropertyLists, ReadWhatTheyWrote) {
   const Dictionary dictionary = {{"a", 1}, {"b", Value::Array{true, "x"}}};
   world.files.addFile("/list", *world.propertyLists.asXml(dictionary));
   world.files.addFile("/other", "text");
-  EXPECT_EQ(world.propertyLists.read("/list"), dictionary);
-  EXPECT_EQ(world.propertyLists.read("/other"), std::nullopt);
-  EXPECT_EQ(world.propertyLists.read("/missing"), std::nullopt);
+  EXPECT_EQ(world.propertyLists.read("/list").dictionary, dictionary);
+  EXPECT_EQ(world.propertyLists.read("/other").dictionary, std::nullopt);
+  EXPECT_EQ(world.propertyLists.read("/missing").dictionary, std::nullopt);
 }
 
 TEST(MemoryCalendar, ShowsDatesOnBothSidesOfTheEpoch) {

@@ -67,6 +67,29 @@ TEST_F(Identifier, AddedToAFileItKeepsEveryOtherEntry) {
   EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U);
 }
 
+// A file of which something was left out would lose it if it were written anew.
+
+TEST_F(Identifier, OneInAFileWithValuesThatWereLeftOutIsUsed) {
+  world.propertyLists.partial = true;
+  world.propertyLists.add(identifierPath, {{"WENLIBUUID", "{ID}"}, {"other", 1}});
+  EXPECT_EQ(ofNewRecord(), "{ID}");
+  EXPECT_EQ(world.journal.count("files.writeAtomically"), 0U);
+}
+
+TEST_F(Identifier, IsNotStoredInAFileWithValuesThatWereLeftOut) {
+  world.propertyLists.partial = true;
+  for (const Dictionary& entries :
+       {Dictionary{{"other", 1}}, Dictionary{{"WENLIBUUID", "NOTDETERMINED"}}}) {
+    world.propertyLists.add(identifierPath, entries, 0600);
+    const std::string first = ofNewRecord();
+    EXPECT_EQ(first.size(), 38U);
+    EXPECT_NE(ofNewRecord(), first) << "as where the save fails";
+    EXPECT_EQ(stored(), entries);
+    EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U) << "as after a failed write";
+    EXPECT_EQ(world.journal.count("files.writeAtomically"), 0U);
+  }
+}
+
 TEST_F(Identifier, ReplacesThePlaceholder) {
   world.propertyLists.add(identifierPath, {{"WENLIBUUID", "NOTDETERMINED"}, {"a", 1}});
   EXPECT_EQ(ofNewRecord(), firstMade);

@@ -10,10 +10,10 @@
 namespace wenlolib::tests {
 namespace {
 
+using platform::DigitRun;
 using receiver::decodeDigits;
 using receiver::leadingDigits;
 using receiver::longestRunBehindTag;
-using receiver::Run;
 
 TEST(ReceiverDigits, EveryPairOfBytes) {
   int pairs = 0;
@@ -61,7 +61,7 @@ TEST(ReceiverDigits, TheLongestRunBehindATag) {
                                                               {">12>12", 1, 2},
                                                               {">>>>F", 4, 1},
                                                               {">x123456>1", 9, 1}}) {
-    const receiver::Run run = longestRunBehindTag(text);
+    const DigitRun run = longestRunBehindTag(text);
     EXPECT_EQ(run.offset, offset) << text;
     EXPECT_EQ(run.length, length) << text;
   }

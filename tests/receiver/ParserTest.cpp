@@ -1,22 +1,23 @@
 // What the parser need not see, and what it says where it is asked.
-#include "receiver/WellFormed.h"
+#include "receiver/Form.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/HostileValues.h"
 #include "receiver/Digits.h"
 #include "receiver/Samples.h"
+#include "xml/HostileValues.h"
+#include "xml/WellFormed.h"
 
 namespace wenlolib::tests {
 namespace {
 
+using platform::DigitRun;
 using receiver::Layer;
 using receiver::Layout;
-using receiver::Run;
-using receiver::XmlFinding;
+using xml::Finding;
 
-XmlFinding wholeParse(const std::string& text) {
-  return receiver::parse(text, {text.size(), 0});
+Finding wholeParse(const std::string& text) {
+  return xml::parse(text, {text.size(), 0});
 }
 
 /// How many samples were well formed; a test in which all or none are shows nothing.
@@ -24,13 +25,13 @@ struct Tally {
   int accepted = 0;
   int refused = 0;
 
-  void compare(const std::string& text, Run digits) {
-    const XmlFinding whole = wholeParse(text);
-    const XmlFinding part = receiver::parse(text, digits);
+  void compare(const std::string& text, DigitRun digits) {
+    const Finding whole = wholeParse(text);
+    const Finding part = xml::parse(text, digits);
     EXPECT_EQ(part.kind, whole.kind) << text.substr(0, 300);
     EXPECT_EQ(part.message, whole.message) << text.substr(0, 300);
     EXPECT_EQ(part.offset, whole.offset) << text.substr(0, 300);
-    (whole.kind == XmlFinding::wellFormed ? accepted : refused) += 1;
+    (whole.kind == Finding::wellFormed ? accepted : refused) += 1;
   }
   ~Tally() {
     EXPECT_GT(accepted, 0);
@@ -100,8 +101,8 @@ TEST(ReceiverParser, IsAskedWhereverAValueIsNotPlain) {
       ExpectedDocument document = sample(Layout::application, 'R', std::string(100, 'x'));
       document.*field = value;
       const std::string text = document.text();
-      const XmlFinding::Kind kind = wholeParse(text).kind;
-      const bool accepted = kind == XmlFinding::wellFormed || kind == XmlFinding::typeDeclared;
+      const Finding::Kind kind = wholeParse(text).kind;
+      const bool accepted = kind == Finding::wellFormed || kind == Finding::typeDeclared;
       EXPECT_EQ(findingOf(text).layer != Layer::xml, accepted) << value;
       (accepted ? wellFormed : others) += 1;
     }
@@ -117,7 +118,7 @@ TEST(ReceiverParser, CallsPlainOnlyWhatStandsForItself) {
     if (!receiver::isPlain(value)) continue;
     ++plain;
     EXPECT_EQ(wholeParse("<a b=\"" + (value == "\"" ? "" : value) + "\">" + value + "</a>").kind,
-              XmlFinding::wellFormed)
+              Finding::wellFormed)
         << byte;
   }
   EXPECT_EQ(plain, 95 - 3);  // the printable characters of ASCII but < & ]
@@ -128,11 +129,11 @@ TEST(ReceiverParser, CallsPlainOnlyWhatStandsForItself) {
 TEST(ReceiverParser, TellsWhatIsMissing) {
   for (const char* text : {"", "<", "<a", "<a>", "<a><b></b>", "<a>&am", "<a>\xE2\x82", "<!--",
                            "<a><![CDATA[x", "<?a"}) {
-    EXPECT_EQ(wholeParse(text).kind, XmlFinding::endMissing) << text;
+    EXPECT_EQ(wholeParse(text).kind, Finding::endMissing) << text;
   }
-  EXPECT_EQ(wholeParse("<a></b>").kind, XmlFinding::tagMismatch);
-  EXPECT_EQ(wholeParse("<a>&b;</a>").kind, XmlFinding::malformed);
-  EXPECT_EQ(wholeParse("<!DOCTYPE a><a>").kind, XmlFinding::typeDeclared);
+  EXPECT_EQ(wholeParse("<a></b>").kind, Finding::tagMismatch);
+  EXPECT_EQ(wholeParse("<a>&b;</a>").kind, Finding::malformed);
+  EXPECT_EQ(wholeParse("<!DOCTYPE a><a>").kind, Finding::typeDeclared);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 // Documents that were repaired before they were stored.
 #include <gtest/gtest.h>
 
-#include "platform/linux/MarkupRepair.h"
 #include "receiver/Samples.h"
+#include "xml/Mending.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -13,7 +13,7 @@ using receiver::Layout;
 
 /// A document as it is stored: the checksum of the values as they are, then stray markup escaped.
 std::string stored(const ExpectedDocument& document) {
-  return platform::gnulinux::withStrayMarkupEscaped(document.text());
+  return xml::mend(document.text());
 }
 
 ExpectedDocument printerWith(const std::string& deviceId, const std::string& serialNumber) {

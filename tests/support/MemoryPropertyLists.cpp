@@ -4,6 +4,8 @@
 
 namespace wenlolib::tests {
 
+using platform::ListState;
+
 std::string MemoryPropertyLists::token(const Dictionary& dictionary) {
   const std::lock_guard lock(mutex_);
   std::string text =
@@ -26,9 +28,12 @@ std::optional<Dictionary> MemoryPropertyLists::at(const std::string& path) const
   return found->second;
 }
 
-std::optional<Dictionary> MemoryPropertyLists::read(const std::string& path) {
-  if (recorder_.fails("propertyLists.read", path)) return std::nullopt;
-  return at(path);
+platform::ListReading MemoryPropertyLists::read(const std::string& path) {
+  platform::ListReading reading;
+  if (recorder_.fails("propertyLists.read", path)) return reading;
+  reading.dictionary = at(path);
+  if (reading.dictionary) reading.state = partial ? ListState::partial : ListState::whole;
+  return reading;
 }
 
 Text MemoryPropertyLists::asXml(const Dictionary& dictionary) {

@@ -22,10 +22,13 @@ class MemoryPropertyLists : public platform::PropertyLists {
   /// Puts a file there that reads as `dictionary`.
   void add(const std::string& path, const Dictionary& dictionary, std::uint32_t mode = 0644);
 
+  /// Every file then holds values that were left out.
+  bool partial = false;
+
   /// What the file at `path` reads as. Not in the journal.
   [[nodiscard]] std::optional<Dictionary> at(const std::string& path) const;
 
-  std::optional<Dictionary> read(const std::string& path) override;
+  platform::ListReading read(const std::string& path) override;
   Text asXml(const Dictionary& dictionary) override;
 
  private:

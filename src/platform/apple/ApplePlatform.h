@@ -5,19 +5,20 @@
 #include <string>
 
 #include "platform/Platform.h"
-#include "platform/apple/AppleBundles.h"
 #include "platform/apple/AppleCalendar.h"
 #include "platform/apple/AppleClock.h"
 #include "platform/apple/AppleDigest.h"
 #include "platform/apple/ApplePrograms.h"
-#include "platform/apple/ApplePropertyLists.h"
 #include "platform/apple/AppleSystem.h"
 #include "platform/apple/AppleSystemCalls.h"
 #include "platform/apple/AppleUser.h"
 #include "platform/apple/AppleUuids.h"
 #include "platform/apple/AppleXml.h"
+#include "platform/apple/LoadedFrom.h"
 #include "platform/apple/TransformCipher.h"
+#include "platform/posix/PosixBundles.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/PosixPropertyLists.h"
 #include "platform/posix/Root.h"
 
 namespace wenlolib::platform::apple {
@@ -40,8 +41,8 @@ class ApplePlatform {
   AppleClock clock_;
   AppleCalendar calendar_;
   posix::PosixFiles files_{root_, calls_};
-  ApplePropertyLists propertyLists_{root_};
-  AppleBundles bundles_{root_};
+  posix::PosixPropertyLists propertyLists_{root_};
+  posix::PosixBundles bundles_{root_, {codeFolder, loadedFrom}};
   AppleUser user_;
   AppleDigest digest_;
   TransformCipher cipher_;

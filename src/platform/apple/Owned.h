@@ -15,10 +15,6 @@ class Owned {
  public:
   Owned() = default;
   explicit Owned(Reference reference) noexcept : reference_(reference) {}
-  /// A reference to a more general type takes over one to a more special one.
-  template <class Other>
-  Owned(Owned<Other>&& other) noexcept : reference_(other.release()) {}
-  Owned(Owned&& other) noexcept : reference_(std::exchange(other.reference_, nullptr)) {}
   Owned& operator=(Owned&& other) noexcept {
     std::swap(reference_, other.reference_);
     return *this;
@@ -29,9 +25,6 @@ class Owned {
 
   explicit operator bool() const noexcept { return reference_ != nullptr; }
   [[nodiscard]] Reference get() const noexcept { return reference_; }
-
-  /// Hands the reference on to somebody who will give it back.
-  [[nodiscard]] Reference release() noexcept { return std::exchange(reference_, nullptr); }
 
   /// For a call that hands out an object through a pointer. Nothing may be owned yet.
   [[nodiscard]] Reference* slot() noexcept { return &reference_; }

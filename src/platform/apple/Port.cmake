@@ -2,6 +2,11 @@
 enable_language(OBJCXX)
 include(${CMAKE_CURRENT_LIST_DIR}/Sources.cmake)
 
+# The system's own expat: its header and what to link are in the SDK. Nothing is searched for, so
+# that no other copy on the builder's disk is taken.
+add_library(wenlolib_expat INTERFACE)
+target_link_libraries(wenlolib_expat INTERFACE -lexpat)
+
 add_library(wenlolib_port OBJECT
   ${apple_posix_sources} ${apple_sources} ${apple_foundation_sources})
 # Some of what the records need is out of date on newer systems. The port asks before it calls.

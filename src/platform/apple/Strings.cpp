@@ -2,12 +2,6 @@
 
 namespace wenlolib::platform::apple {
 
-Owned<CFStringRef> stringFrom(std::string_view text) noexcept {
-  return Owned(CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(text.data()),
-                                       static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8,
-                                       static_cast<Boolean>(false)));
-}
-
 Text textOf(CFStringRef string) {
   if (string == nullptr) return std::nullopt;
   // A file-system or C-string form would end at the first NUL, which is a character like any other.

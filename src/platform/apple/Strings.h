@@ -2,16 +2,11 @@
 #ifndef WENLOLIB_PLATFORM_APPLE_STRINGS_H
 #define WENLOLIB_PLATFORM_APPLE_STRINGS_H
 
-#include <string_view>
-
 #include "base/Text.h"
 #include "platform/Crypto.h"
 #include "platform/apple/Owned.h"
 
 namespace wenlolib::platform::apple {
-
-/// Null where the text is no UTF-8, or memory is short.
-[[nodiscard]] Owned<CFStringRef> stringFrom(std::string_view text) noexcept;
 
 /// Null for the null string, and for one that no UTF-8 can carry (half of a surrogate pair).
 [[nodiscard]] Text textOf(CFStringRef string);

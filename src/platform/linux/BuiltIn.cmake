@@ -5,20 +5,28 @@ find_library(WENLOLIB_MBEDCRYPTO_ARCHIVE libmbedcrypto.a REQUIRED)
 find_path(WENLOLIB_EXPAT_HEADERS expat.h REQUIRED)
 find_path(WENLOLIB_MBEDTLS_HEADERS mbedtls/arc4.h REQUIRED)
 
-# Expat asks the environment for variables by which it prints into its host. In the copy that is
-# built in that question goes to a function that knows of none.
+# Expat asks the environment for variables by which it prints into its host, and takes randomness
+# from a function of the C library that ends the process where the system has none to give. In the
+# copy that is built in both go to functions of ours.
 set(silent_expat ${CMAKE_CURRENT_BINARY_DIR}/libexpat_silent.a)
 add_custom_command(OUTPUT ${silent_expat}
   COMMAND ${CMAKE_OBJCOPY} --redefine-sym getenv=wenlolib_noEnvironment
+    --redefine-sym arc4random_buf=wenlolib_fillWithRandom
     ${WENLOLIB_EXPAT_ARCHIVE} ${silent_expat}
   DEPENDS ${WENLOLIB_EXPAT_ARCHIVE} VERBATIM)
 add_custom_target(wenlolib_silent_expat DEPENDS ${silent_expat})
 
-add_library(wenlolib_built_in INTERFACE)
-add_dependencies(wenlolib_built_in wenlolib_silent_expat)
-target_include_directories(wenlolib_built_in SYSTEM INTERFACE
-  ${WENLOLIB_EXPAT_HEADERS} ${WENLOLIB_MBEDTLS_HEADERS})
-target_link_libraries(wenlolib_built_in INTERFACE ${silent_expat} ${WENLOLIB_MBEDCRYPTO_ARCHIVE})
+add_library(wenlolib_expat_needs STATIC linux/ExpatNeeds.cpp)
+target_link_libraries(wenlolib_expat_needs PRIVATE wenlolib_sources)
+
+add_library(wenlolib_expat INTERFACE)
+add_dependencies(wenlolib_expat wenlolib_silent_expat)
+target_include_directories(wenlolib_expat SYSTEM INTERFACE ${WENLOLIB_EXPAT_HEADERS})
+target_link_libraries(wenlolib_expat INTERFACE ${silent_expat} wenlolib_expat_needs)
+
+add_library(wenlolib_mbedtls INTERFACE)
+target_include_directories(wenlolib_mbedtls SYSTEM INTERFACE ${WENLOLIB_MBEDTLS_HEADERS})
+target_link_libraries(wenlolib_mbedtls INTERFACE ${WENLOLIB_MBEDCRYPTO_ARCHIVE})
 
 # Which package of the distribution an archive came in: whoever rebuilds after a flaw was mended
 # there can see whether the mend is in. Empty where another packager is at work.

@@ -5,18 +5,19 @@
 #include <string>
 
 #include "platform/Platform.h"
-#include "platform/linux/ExpatXml.h"
-#include "platform/linux/LinuxBundles.h"
 #include "platform/linux/LinuxPrograms.h"
-#include "platform/linux/LinuxPropertyLists.h"
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/LinuxUser.h"
 #include "platform/linux/LinuxUuids.h"
+#include "platform/linux/LoadedFrom.h"
 #include "platform/linux/MbedCrypto.h"
+#include "platform/posix/PosixBundles.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/PosixPropertyLists.h"
 #include "platform/posix/PosixTime.h"
 #include "platform/posix/Root.h"
 #include "platform/posix/SystemCalls.h"
+#include "xml/WellFormed.h"
 
 namespace wenlolib::platform::gnulinux {
 
@@ -38,12 +39,12 @@ class LinuxPlatform {
   posix::PosixClock clock_;
   posix::PosixCalendar calendar_;
   posix::PosixFiles files_{root_, calls_};
-  LinuxPropertyLists propertyLists_{root_};
-  LinuxBundles bundles_{root_};
+  posix::PosixPropertyLists propertyLists_{root_};
+  posix::PosixBundles bundles_{root_, {codeFolder, loadedFrom}};
   LinuxUser user_;
   MbedDigest digest_;
   MbedCipher cipher_;
-  ExpatXml xml_;
+  xml::Service xml_;
   LinuxUuids uuids_;
   LinuxPrograms programs_{root_};
   Platform services_{&system_, &clock_,  &calendar_, &files_, &propertyLists_, &bundles_,

@@ -46,7 +46,7 @@ std::optional<KernelVersion> kernelVersion(std::string_view release) noexcept {
 std::optional<KernelVersion> runningKernel() {
   utsname names{};
   if (posix::uninterrupted([&] { return uname(&names); }) == 0) return kernelVersion(names.release);
-  posix::throwUnlessAnswer(errno);
+  posix::throwUnlessAnswer(Step::askSystem, errno);
   return std::nullopt;
 }
 

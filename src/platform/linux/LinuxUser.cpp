@@ -50,7 +50,7 @@ std::string_view partOf(std::string_view line, int place) {
 /// Null where the file of the machine's own users does not have this one.
 Text fieldInFile(const Field& field) {
   constexpr std::size_t longestFile = std::size_t{64} << 20;
-  const auto file = posix::readWhole("/etc/passwd", longestFile);
+  const auto file = posix::readWhole("/etc/passwd", longestFile).bytes;
   return file ? fieldOfUser(*file, geteuid(), field.place) : std::nullopt;
 }
 
@@ -62,7 +62,7 @@ Text fieldAnswered(const Field& field) {
   for (std::vector<char> buffer(1024); buffer.size() <= largest; buffer.resize(2 * buffer.size())) {
     const int status = getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
     if (status == EINTR || status == ERANGE) continue;
-    if (status != 0) posix::throwUnlessAnswer(status);
+    if (status != 0) posix::throwUnlessAnswer(Step::askUser, status);
     return found == nullptr ? Text() : usable(found->*field.answered);
   }
   return std::nullopt;

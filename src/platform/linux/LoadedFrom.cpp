@@ -33,7 +33,7 @@ Text fileAt(std::string_view line, std::uintptr_t address) {
 /// since, but the kernel knows the file.
 Text mappedFrom() {
   constexpr std::size_t longestMap = std::size_t{64} << 20;
-  const auto map = posix::readWhole("/proc/self/maps", longestMap);
+  const auto map = posix::readWhole("/proc/self/maps", longestMap).bytes;
   for (std::string_view rest = map ? std::string_view(*map) : ""; !rest.empty();) {
     const std::size_t end = std::min(rest.find('\n'), rest.size() - 1);
     const auto address = reinterpret_cast<std::uintptr_t>(&anchor);

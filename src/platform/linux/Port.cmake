@@ -4,38 +4,21 @@ include(linux/BuiltIn.cmake)
 add_library(wenlolib_port OBJECT
   posix/AtomicFile.cpp
   posix/BoundedRead.cpp
+  posix/PosixBundles.cpp
   posix/PosixFiles.cpp
+  posix/PosixPropertyLists.cpp
   posix/PosixTime.cpp
   posix/Random.cpp
   posix/SystemCalls.cpp
-  linux/Base64.cpp
-  linux/BinaryPropertyListObjects.cpp
-  linux/BinaryPropertyListReader.cpp
-  linux/BinaryPropertyListScalars.cpp
   linux/BuiltIn.cpp
   linux/ExceptionStorage.cpp
-  linux/ExpatParser.cpp
-  linux/ExpatXml.cpp
-  linux/LinuxBundles.cpp
   linux/LinuxPlatform.cpp
   linux/LinuxPrograms.cpp
-  linux/LinuxPropertyLists.cpp
   linux/LinuxSystem.cpp
   linux/LinuxUser.cpp
   linux/LinuxUuids.cpp
   linux/LoadedFrom.cpp
-  linux/MarkupRepair.cpp
   linux/MbedCrypto.cpp
-  linux/PlainXml.cpp
-  linux/PropertyListBuilder.cpp
-  linux/PropertyListDates.cpp
-  linux/PropertyListNumbers.cpp
-  linux/PropertyListReader.cpp
-  linux/PropertyListWriter.cpp
-  linux/Utf16.cpp
-  linux/XmlPropertyListDocument.cpp
-  linux/XmlPropertyListReader.cpp
-  linux/XmlText.cpp
 )
 # Descriptors for thread-local bytes are what Arm has anyway; on Intel they have to be asked for.
 include(CheckCXXCompilerFlag)
@@ -45,6 +28,6 @@ if(WENLOLIB_TLS_DESCRIPTORS)
     COMPILE_OPTIONS -mtls-dialect=gnu2)
 endif()
 target_link_libraries(wenlolib_port PUBLIC
-  wenlolib_core wenlolib_built_in ${CMAKE_DL_LIBS})
+  wenlolib_core wenlolib_expat wenlolib_mbedtls ${CMAKE_DL_LIBS})
 set_source_files_properties(linux/BuiltIn.cpp PROPERTIES COMPILE_DEFINITIONS
   "WENLOLIB_EXPAT_PACKAGE=\"${expat_package}\";WENLOLIB_MBEDTLS_PACKAGE=\"${mbedtls_package}\"")

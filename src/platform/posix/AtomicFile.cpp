@@ -116,7 +116,7 @@ bool isFree(SystemCalls& calls, int folder, const std::string& name) {
   struct stat status {};
   const int result =
       uninterrupted([&] { return calls.status(folder, name.c_str(), Links::followed, status); });
-  if (result != 0) throwUnlessAnswer(errno);
+  if (result != 0) throwUnlessAnswer(Step::nameFile, errno);
   return result != 0;
 }
 

@@ -41,17 +41,22 @@ bool isSpecial(const std::string& path) {
 class OpenFile {
  public:
   explicit OpenFile(const std::string& path) : number_(aboveStandard(openPatiently(path.c_str()))) {
-    const int error = errno;
-    if (number_ < 0 && !isAnswer(error) && !isSpecial(path)) throwUnlessAnswer(error);
+    if (number_ >= 0) return;
+    error_ = errno;
+    if (isAnswer(error_)) return;
+    if (!isSpecial(path)) throw NoAnswer({Step::openFile, error_});
+    error_ = 0;
   }
   ~OpenFile() { static_cast<void>(closed()); }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
   [[nodiscard]] int number() const { return number_; }
+  /// Why it is not open.
+  [[nodiscard]] int error() const { return error_; }
 
   /// Throws where the system could not even do that.
   void close() {
-    if (!closed()) throwUnlessAnswer(errno);
+    if (!closed()) throwUnlessAnswer(Step::readFile, errno);
   }
 
  private:
@@ -59,19 +64,26 @@ class OpenFile {
     return number_ < 0 || ::close(std::exchange(number_, -1)) == 0 || errno == EINTR;
   }
 
-  int number_ = -1;
+  int number_;
+  int error_ = 0;
 };
 
-/// The size of a regular file, or nothing.
-std::optional<std::size_t> regularSize(int file) {
+struct Size {
+  std::optional<std::size_t> bytes;  // of a regular file
+  Reason reason;
+};
+
+Size sizeOf(const OpenFile& file, std::size_t bound) {
+  if (file.number() < 0) return {{}, {Step::openFile, file.error()}};
   struct stat status {};
-  if (file < 0) return std::nullopt;
-  if (uninterrupted([&] { return ::fstat(file, &status); }) != 0) {
-    throwUnlessAnswer(errno);
-    return std::nullopt;
+  if (uninterrupted([&] { return ::fstat(file.number(), &status); }) != 0) {
+    throwUnlessAnswer(Step::readFile, errno);
+    return {{}, {Step::readFile, errno}};
   }
-  if (!S_ISREG(status.st_mode)) return std::nullopt;
-  return static_cast<std::size_t>(status.st_size);
+  if (!S_ISREG(status.st_mode)) return {{}, {Step::openFile, S_ISDIR(status.st_mode) ? EISDIR : 0}};
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (size > bound) return {{}, {Step::readFile, EFBIG}};
+  return {size, {}};
 }
 
 /// At a place of its own in the file: for a moment its descriptor may have had the number of a
@@ -79,35 +91,35 @@ std::optional<std::size_t> regularSize(int file) {
 ssize_t readAt(int file, std::size_t place, char* bytes, std::size_t length) {
   const auto offset = static_cast<off_t>(place);
   const ssize_t count = uninterrupted([&] { return ::pread(file, bytes, length, offset); });
-  if (count < 0) throwUnlessAnswer(errno);
+  if (count < 0) throwUnlessAnswer(Step::readFile, errno);
   return count;
 }
 
 }  // namespace
 
-std::optional<std::string> readWhole(const std::string& path, std::size_t bound) {
+WholeFile readWhole(const std::string& path, std::size_t bound) {
   OpenFile file(path);
-  const auto size = regularSize(file.number());
-  if (!size || *size > bound) return std::nullopt;
+  const Size size = sizeOf(file, bound);
+  if (!size.bytes) return {{}, size.reason};
   // Room for more than the file holds, so that a read of its very size tells its end. One that has
   // grown meanwhile, or that the kernel makes up as it is read and so has no size, takes more
   // rounds.
   constexpr std::size_t least = 4096;
-  std::string bytes(std::min(std::max(*size + 1, least), bound + 1), '\0');
+  std::string bytes(std::min(std::max(*size.bytes + 1, least), bound + 1), '\0');
   std::size_t length = 0;
   while (true) {
     const ssize_t count =
         readAt(file.number(), length, bytes.data() + length, bytes.size() - length);
-    if (count < 0) return std::nullopt;
+    if (count < 0) return {{}, {Step::readFile, errno}};
     if (count == 0) break;
     length += static_cast<std::size_t>(count);
-    if (length > bound) return std::nullopt;
-    if (length == *size) break;
+    if (length > bound) return {{}, {Step::readFile, EFBIG}};
+    if (length == *size.bytes) break;
     if (length == bytes.size()) bytes.resize(std::min(2 * length, bound + 1));
   }
   bytes.resize(length);
   file.close();
-  return bytes;
+  return {std::move(bytes), {}};
 }
 
 }  // namespace wenlolib::platform::posix

@@ -6,13 +6,22 @@
 #include <optional>
 #include <string>
 
+#include "platform/Reason.h"
+
 namespace wenlolib::platform::posix {
+
+/// All of a file, or why there is nothing.
+struct WholeFile {
+  std::optional<std::string> bytes;
+  /// EFBIG for a file beyond the bound, EISDIR for a folder, 0 for what is neither file nor folder.
+  Reason reason;
+};
 
 /// All of a regular file of at most `bound` bytes, links followed. Nothing for anything else: no
 /// file, a larger one, a folder, a device, a pipe (which is not waited for), one that this user may
-/// not read. Throws std::system_error where the system could not answer (see Errors.h): a lack of
-/// memory or descriptors, a failed read, a lease on the file that was not given up in a second.
-[[nodiscard]] std::optional<std::string> readWhole(const std::string& path, std::size_t bound);
+/// not read. Throws NoAnswer where the system could not answer (see Errors.h): a lack of memory or
+/// descriptors, a failed read, a lease on the file that was not given up in a second.
+[[nodiscard]] WholeFile readWhole(const std::string& path, std::size_t bound);
 
 }  // namespace wenlolib::platform::posix
 

@@ -3,7 +3,8 @@
 #define WENLOLIB_PLATFORM_POSIX_ERRORS_H
 
 #include <cerrno>
-#include <system_error>
+
+#include "platform/Reason.h"
 
 namespace wenlolib::platform::posix {
 
@@ -33,10 +34,10 @@ auto uninterrupted(Call call) {
   }
 }
 
-/// Throws std::system_error for an error that is no answer. Taken for one, it would make a file
-/// pass for missing, and what it holds would be replaced.
-inline void throwUnlessAnswer(int error) {
-  if (!isAnswer(error)) throw std::system_error(error, std::generic_category());
+/// Throws NoAnswer for an error that is no answer. Taken for one, it would make a file pass for
+/// missing, and what it holds would be replaced.
+inline void throwUnlessAnswer(Step step, int error) {
+  if (!isAnswer(error)) throw NoAnswer({step, error});
 }
 
 }  // namespace wenlolib::platform::posix

@@ -20,7 +20,7 @@ namespace {
 Kind kindOf(const std::string& path) {
   struct stat status {};
   if (uninterrupted([&] { return ::stat(path.c_str(), &status); }) != 0) {
-    throwUnlessAnswer(errno);
+    throwUnlessAnswer(Step::findFile, errno);
     return Kind::nothing;
   }
   return S_ISDIR(status.st_mode) ? Kind::folder : Kind::other;

@@ -56,7 +56,7 @@ bool shown(time_t date, struct tm& fields) {
 /// Local time where the zone's file has not been read for certain. Throws where it cannot be.
 bool shownWithCare(time_t date, struct tm& fields) {
   constexpr std::size_t longestFile = std::size_t{1} << 20;
-  const auto file = readWhole(zoneFile(), longestFile);
+  const auto file = readWhole(zoneFile(), longestFile).bytes;
   const auto isLost = [&] {
     return file && file->starts_with("TZif") && file->find(fields.tm_zone) == std::string::npos;
   };

@@ -14,7 +14,7 @@ std::optional<RandomBytes> randomBytes() {
   arc4random_buf(bytes.data(), bytes.size());  // getentropy came late, and this cannot fail
 #else
   if (uninterrupted([&] { return getentropy(bytes.data(), bytes.size()); }) != 0) {
-    throwUnlessAnswer(errno);
+    throwUnlessAnswer(Step::takeRandomness, errno);
     return std::nullopt;
   }
 #endif

@@ -8,7 +8,12 @@
 
 using namespace wenlolib::tests::stubs;
 
+const CFTimeInterval kCFAbsoluteTimeIntervalSince1970 = 978307200.0;
 const CFStringRef kCFGregorianCalendar = stubConstantString("gregorian");
+
+CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
+  return world().now - kCFAbsoluteTimeIntervalSince1970;
+}
 
 CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef /*allocator*/, CFStringRef identifier) {
   if (refused("CFCalendarCreateWithIdentifier") || identifier != kCFGregorianCalendar) {

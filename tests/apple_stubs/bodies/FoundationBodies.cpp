@@ -1,8 +1,8 @@
 #include "apple_stubs/bodies/Stubs.h"
 #include "platform/CalendarFormat.h"
 #include "platform/apple/Foundation.h"
-#include "platform/linux/ExpatXml.h"
 #include "platform/posix/PosixTime.h"
+#include "xml/WellFormed.h"
 
 // In place of the port's Objective-C, which has tests of its own on another Foundation.
 
@@ -33,7 +33,7 @@ Text calendarFormatted(Instant date, std::string_view format) {
 }
 
 Text tidied(std::string_view document) {
-  return gnulinux::ExpatXml().serialised(std::string(document), {});
+  return xml::Service().serialised(std::string(document), {});
 }
 
 }  // namespace wenlolib::platform::apple::foundation

@@ -54,14 +54,14 @@ Object* object(const void* reference, Type type) {
   return found;
 }
 
-}  // namespace wenlolib::tests::stubs
-
-using wenlolib::tests::stubs::Object;
-
-CFTypeRef CFRetain(CFTypeRef reference) {
+const void* retained(const void* reference) {
   ++static_cast<Object*>(const_cast<void*>(reference))->references;
   return reference;
 }
+
+}  // namespace wenlolib::tests::stubs
+
+using wenlolib::tests::stubs::Object;
 
 void CFRelease(CFTypeRef reference) {
   auto* object = static_cast<Object*>(const_cast<void*>(reference));

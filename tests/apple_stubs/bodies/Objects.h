@@ -13,20 +13,14 @@ namespace wenlolib::tests::stubs {
 enum Type : CFTypeID {
   stringType = 1,
   dataType,
-  arrayType,
   dictionaryType,
-  booleanType,
   numberType,
-  dateType,
-  urlType,
-  bundleType,
   errorType,
   uuidType,
   calendarType,
   zoneType,
   keyType,
-  transformType,
-  uidType  // no public call makes or opens one
+  transformType
 };
 
 /// Counted while it lives, unless it is a constant.
@@ -59,18 +53,9 @@ struct Container : Object {
   std::vector<const void*> items;
 };
 
-struct NumberObject : Object {
-  NumberObject() : Object(numberType) {}
-  bool isReal = false, isUnsigned = false;
-  double real = 0;
-  int64_t integer = 0;
-  uint64_t natural = 0;
-};
-
-/// Booleans, dates, and everything whose only secret is a number or a text.
+/// Everything whose only secret is a number or a text.
 struct PlainObject : Object {
-  explicit PlainObject(Type of, double held = 0, bool forEver = false)
-      : Object(of, forEver), number(held) {}
+  explicit PlainObject(Type of, double held = 0) : Object(of), number(held) {}
   PlainObject(Type of, std::string held) : Object(of), text(std::move(held)) {}
   double number = 0;
   std::string text;
@@ -85,6 +70,9 @@ template <class Kind>
 Kind* behind(const void* reference, Type type) {
   return static_cast<Kind*>(object(reference, type));
 }
+
+/// One more reference to the object.
+const void* retained(const void* reference);
 
 /// The reference to a new object.
 template <class Reference, class Made>

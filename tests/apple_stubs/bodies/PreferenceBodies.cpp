@@ -1,4 +1,4 @@
-#include "apple_stubs/bodies/Conversion.h"
+#include "apple_stubs/bodies/Objects.h"
 #include "apple_stubs/bodies/Stubs.h"
 
 using namespace wenlolib::tests::stubs;
@@ -10,5 +10,7 @@ CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applica
     return nullptr;
   }
   const auto found = world().preferences.find(behind<StringObject>(key, stringType)->text);
-  return found == world().preferences.end() ? nullptr : made(found->second);
+  if (found == world().preferences.end()) return nullptr;
+  if (!found->second) return reference<CFPropertyListRef>(new PlainObject(numberType));
+  return reference<CFPropertyListRef>(new StringObject(*found->second));
 }

@@ -36,14 +36,14 @@ SecKeyRef SecKeyCreateFromData(CFDictionaryRef parameters, CFDataRef keyData, CF
     world().keyParameters += textBehind(items[i]) + "=" + textBehind(items[i + 1]) + ";";
   }
   auto* key = new PlainObject(keyType);
-  key->other = CFRetain(keyData);
+  key->other = retained(keyData);
   return reference<SecKeyRef>(key);
 }
 
 SecTransformRef SecEncryptTransformCreate(SecKeyRef key, CFErrorRef* error) {
   if (failing("SecEncryptTransformCreate", error)) return nullptr;
   auto* transform = new Container(transformType);
-  transform->items.push_back(CFRetain(key));
+  transform->items.push_back(retained(key));
   return reference<SecTransformRef>(transform);
 }
 
@@ -51,7 +51,7 @@ Boolean SecTransformSetAttribute(SecTransformRef transform, CFStringRef attribut
                                  CFErrorRef* error) {
   if (failing("SecTransformSetAttribute", error)) return 0;
   if (attribute != kSecTransformInputAttributeName) return 0;
-  behind<Container>(transform, transformType)->items.push_back(CFRetain(value));
+  behind<Container>(transform, transformType)->items.push_back(retained(value));
   return world().attributeAnswer;
 }
 

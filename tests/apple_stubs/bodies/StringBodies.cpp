@@ -10,13 +10,6 @@ CFTypeID CFStringGetTypeID() {
   return stringType;
 }
 
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex count,
-                                    CFStringEncoding /*encoding*/, Boolean /*mark*/) {
-  std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
-  if (refused("CFStringCreateWithBytes") || !wenlolib::isUtf8(text)) return nullptr;
-  return reference<CFStringRef>(new StringObject(std::move(text)));
-}
-
 // Counted in bytes here, which the callers cannot tell from UTF-16 units. A string with half of a
 // surrogate pair in it is one whose bytes are no UTF-8.
 CFIndex CFStringGetLength(CFStringRef string) {

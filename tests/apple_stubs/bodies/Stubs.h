@@ -11,8 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "base/Instant.h"
-#include "base/Value.h"
+#include "base/Text.h"
 #include "platform/User.h"
 
 namespace wenlolib::tests::stubs {
@@ -31,10 +30,9 @@ struct World {
 
   std::set<std::string> absent;  // functions that the system does not have
 
-  std::map<std::uint32_t, std::int32_t> gestalt;             // answers; any other selector fails
-  std::map<std::string, std::optional<Dictionary>> bundles;  // by path; perhaps without information
-  Dictionary preferences;
-  double now = 1710461107.25;  // 15 March 2024, 00:05:07 GMT
+  std::map<std::uint32_t, std::int32_t> gestalt;  // answers; any other selector fails
+  std::map<std::string, Text> preferences;        // null for a setting that is a number
+  double now = 1710461107.25;                     // 15 March 2024, 00:05:07 GMT
   int gmtOffset = 0;
 
   bool attributeAnswer = true;          // what SecTransformSetAttribute answers

@@ -18,13 +18,16 @@ class ApplePlatform : public StubTest {
     world.gestalt = {{0x73797331, 10}, {0x73797332, 8}, {0x73797333, 5}};
     world.container = {true, container};
     world.preferences = {{"AppleLocale", "de_DE"}};
-    const Dictionary information = {{"CFBundleShortVersionString", "2.1.4"}};
-    world.bundles = {{root.path() + hostBundle, information}};
-    for (const std::string& folder : {printerLogFolder, applicationFolder, configurationFolder}) {
+    for (const std::string& folder :
+         {printerLogFolder, applicationFolder, configurationFolder, hostBundle + "/Contents"}) {
       std::filesystem::create_directories(root.path() + folder);
     }
-    const Dictionary preferences = agreedPreferences(services.clock->now(), 100);
-    writeFile(root.path() + preferencePath, services.propertyLists->asXml(preferences).value());
+    writeList(preferencePath, agreedPreferences(services.clock->now(), 100));
+    writeList(hostBundle + "/Contents/Info.plist", {{"CFBundleShortVersionString", "2.1.4"}});
+  }
+
+  void writeList(const std::string& path, const Dictionary& entries) {
+    writeFile(root.path() + path, services.propertyLists->asXml(entries).value());
   }
 
   TemporaryFolder root;
@@ -53,6 +56,16 @@ TEST_F(ApplePlatform, RecordsFromEndToEnd) {
   EXPECT_EQ(between(document, "<PLI C=\"", "\""), "R");
   EXPECT_EQ(between(document, "<PLI C=\"R\">", "<").size(), 10U);
   EXPECT_TRUE(std::filesystem::exists(root.path() + identifierPath));
+}
+
+TEST_F(ApplePlatform, ReadsListsAndBundlesBelowItsRoot) {
+  const Dictionary entries = {{"key", Value::Array{1, true}}};
+  writeList("/list", entries);
+  EXPECT_EQ(services.propertyLists->read("/list").dictionary, entries);
+  EXPECT_EQ(services.bundles->informationAt(hostBundle),
+            (Dictionary{{"CFBundleShortVersionString", "2.1.4"}}));
+  EXPECT_EQ(services.bundles->informationAt("/Applications/Other.app"), std::nullopt);
+  EXPECT_EQ(services.bundles->ownInformation(), std::nullopt);  // of this very program
 }
 
 TEST_F(ApplePlatform, RecordsByTheOtherCipherWhereTheServiceRefuses) {

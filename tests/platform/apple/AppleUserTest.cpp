@@ -61,12 +61,12 @@ TEST_F(AppleUser, HasTheGlobalLocaleSetting) {
 }
 
 TEST_F(AppleUser, HasNoLocaleWhereTheSettingIsNoText) {
-  const Value settings[] = {
-      true,          5, 2.5, Value::Array{"en_US"}, Dictionary{{"en_US", 1}}, Value::Data{'e', 'n'},
-      "\xED\xA0\x80"};
-  for (const Value& setting : settings) {
-    world.preferences.insert_or_assign("AppleLocale", setting);
+  const Text number;
+  for (const Text& setting : {number, Text("\xED\xA0\x80")}) {
+    world.preferences = {{"AppleLocale", setting}};
     EXPECT_EQ(user.locale(), std::nullopt);
+    EXPECT_EQ(world.calls, std::vector<std::string>{"CFPreferencesCopyAppValue"});
+    world.calls.clear();
   }
 }
 

@@ -24,7 +24,12 @@
 namespace wenlolib::tests {
 namespace {
 
-using platform::posix::readWhole;
+using platform::Reason;
+using platform::Step;
+
+std::optional<std::string> readWhole(const std::string& file, std::size_t bound) {
+  return platform::posix::readWhole(file, bound).bytes;
+}
 
 class BoundedRead : public testing::Test {
  protected:
@@ -205,6 +210,22 @@ TEST_F(BoundedRead, GivesABeginningOfAFileThatGrows) {
   writer.join();
   EXPECT_GT(largest, 0U);
   EXPECT_EQ(readWhole(path, 2'000'000)->size(), 1 + pieces * piece.size());
+}
+
+TEST_F(BoundedRead, SaysWhyThereIsNothing) {
+  const auto expect = [](const std::string& file, Step step, int error) {
+    const Reason reason = platform::posix::readWhole(file, 3).reason;
+    EXPECT_EQ(reason.step, step) << file;
+    EXPECT_EQ(reason.error, error) << file;
+  };
+  writeFile(path, "bytes");
+  std::filesystem::create_symlink("loop", folder / "loop");
+  expect(path, Step::readFile, EFBIG);
+  expect(folder.path(), Step::openFile, EISDIR);
+  expect(folder / "missing", Step::openFile, ENOENT);
+  expect(path + "/below", Step::openFile, ENOTDIR);
+  expect(folder / "loop", Step::openFile, ELOOP);
+  expect("/dev/null", Step::openFile, 0);
 }
 
 TEST_F(BoundedRead, LeavesNoDescriptorOpen) {

@@ -5,15 +5,16 @@
 
 #include <filesystem>
 
-#include "platform/linux/ExpatParser.h"
-#include "platform/linux/LinuxBundles.h"
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/LinuxUuids.h"
+#include "platform/linux/LoadedFrom.h"
 #include "platform/posix/BoundedRead.h"
 #include "platform/posix/BrokenCalls.h"
 #include "platform/posix/Child.h"
+#include "platform/posix/PosixBundles.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/TemporaryFolder.h"
+#include "xml/Parser.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -21,12 +22,14 @@ namespace {
 TEST(Errors, AnswersAreThatThereIsNothingOrNothingForThisUser) {
   for (const int error : {ENOENT, ENOTDIR, EACCES, EPERM, ELOOP, ENAMETOOLONG, EISDIR}) {
     EXPECT_TRUE(platform::posix::isAnswer(error)) << error;
-    EXPECT_NO_THROW(platform::posix::throwUnlessAnswer(error)) << error;
+    EXPECT_NO_THROW(platform::posix::throwUnlessAnswer(platform::Step::openFile, error)) << error;
   }
   for (const int error :
        {0, EINTR, EAGAIN, ENOMEM, EMFILE, ENFILE, EIO, ENOSPC, EDQUOT, ESTALE, EBUSY, EROFS}) {
     EXPECT_FALSE(platform::posix::isAnswer(error)) << error;
-    EXPECT_THROW(platform::posix::throwUnlessAnswer(error), std::system_error) << error;
+    EXPECT_THROW(platform::posix::throwUnlessAnswer(platform::Step::openFile, error),
+                 std::system_error)
+        << error;
   }
 }
 
@@ -64,7 +67,7 @@ TEST_P(CouldNotAnswer, WhatIsAtAPath) {
 TEST_P(CouldNotAnswer, WhatAFileHolds) {
   writeFile(folder / "file", "bytes");
   const auto told = [&] {
-    return platform::posix::readWhole(folder / "file", 100).value_or("nothing");
+    return platform::posix::readWhole(folder / "file", 100).bytes.value_or("nothing");
   };
   EXPECT_EQ(toldWhere(
                 [] {
@@ -83,7 +86,8 @@ TEST_P(CouldNotAnswer, WhatAFileHolds) {
 
 TEST_P(CouldNotAnswer, WhetherThereIsABundle) {
   std::filesystem::create_directories(folder / "A.bundle/Contents");
-  platform::gnulinux::LinuxBundles bundles(root);
+  platform::posix::PosixBundles bundles(
+      root, {platform::gnulinux::codeFolder, platform::gnulinux::loadedFrom});
   EXPECT_EQ(
       toldWhere([] { return breakLooking(GetParam()); },
                 [&] { return bundles.informationAt("/A.bundle") ? "a bundle" : "no bundle"; }),
@@ -94,13 +98,16 @@ TEST_P(CouldNotAnswer, WhereALinkedLibraryLies) {
   std::filesystem::create_directories(folder / "A.bundle/Contents/Linux");
   writeFile(folder / "A.bundle/Contents/Linux/A", "");
   std::filesystem::create_symlink(folder / "A.bundle/Contents/Linux/A", folder / "libA.so");
-  EXPECT_EQ(
-      toldWhere(
-          [] {
-            return breakCalls({SYS_readlink, SYS_readlinkat}, GetParam());
-          },
-          [&] { return platform::gnulinux::bundleAround(folder / "libA.so").value_or("null"); }),
-      "no answer");
+  EXPECT_EQ(toldWhere(
+                [] {
+                  return breakCalls({SYS_readlink, SYS_readlinkat}, GetParam());
+                },
+                [&] {
+                  return platform::posix::bundleAround(folder / "libA.so",
+                                                       platform::gnulinux::codeFolder)
+                      .value_or("null");
+                }),
+            "no answer");
 }
 
 TEST_P(CouldNotAnswer, WhichKernelRuns) {
@@ -109,18 +116,18 @@ TEST_P(CouldNotAnswer, WhichKernelRuns) {
             "no answer");
 }
 
+std::string readsXml() {
+  xml::Parser parser("UTF-8");
+  return parser.feed("<a/>", true) ? "well-formed" : "malformed";
+}
+
 TEST_P(CouldNotAnswer, WithRandomness) {
   const auto broken = [] { return breakCalls({SYS_getrandom}, GetParam()); };
   EXPECT_EQ(
       toldWhere(broken, [] { return platform::gnulinux::LinuxUuids().create().value_or("null"); }),
       "no answer");
   // The C library's own source of randomness ends the process here.
-  EXPECT_EQ(toldWhere(broken,
-                      [] {
-                        platform::gnulinux::ExpatParser parser("UTF-8");
-                        return parser.feed("<a/>", true) ? "well-formed" : "malformed";
-                      }),
-            "no answer");
+  EXPECT_EQ(toldWhere(broken, readsXml), "well-formed");
 }
 
 INSTANTIATE_TEST_SUITE_P(Errors, CouldNotAnswer,
@@ -132,12 +139,7 @@ TEST(Errors, WithoutTheRightToRandomnessThereIsNoIdentifierButXmlIsRead) {
   EXPECT_EQ(
       toldWhere(broken, [] { return platform::gnulinux::LinuxUuids().create().value_or("null"); }),
       "null");
-  EXPECT_EQ(toldWhere(broken,
-                      [] {
-                        platform::gnulinux::ExpatParser parser("UTF-8");
-                        return parser.feed("<a/>", true) ? "well-formed" : "malformed";
-                      }),
-            "well-formed");
+  EXPECT_EQ(toldWhere(broken, readsXml), "well-formed");
 }
 
 }  // namespace

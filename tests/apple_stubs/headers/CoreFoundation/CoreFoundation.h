@@ -17,22 +17,14 @@ extern "C" {
 #endif
 
 typedef unsigned long CFTypeID;
-typedef unsigned long CFOptionFlags;
 typedef unsigned long CFHashCode;
 typedef signed long CFIndex;
 typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFString* CFStringRef;
 typedef const struct __CFData* CFDataRef;
-typedef const struct __CFArray* CFArrayRef;
-typedef struct __CFArray* CFMutableArrayRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFDictionary* CFMutableDictionaryRef;
-typedef const struct __CFBoolean* CFBooleanRef;
-typedef const struct __CFNumber* CFNumberRef;
-typedef const struct __CFDate* CFDateRef;
-typedef const struct __CFURL* CFURLRef;
-typedef struct __CFBundle* CFBundleRef;
 typedef struct __CFError* CFErrorRef;
 typedef const struct __CFUUID* CFUUIDRef;
 typedef struct __CFCalendar* CFCalendarRef;
@@ -44,7 +36,6 @@ typedef struct {
 } CFRange;
 
 /* Objects */
-CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
 
@@ -52,8 +43,6 @@ CFTypeID CFGetTypeID(CFTypeRef object);
 typedef UInt32 CFStringEncoding;
 enum { kCFStringEncodingUTF8 = 0x08000100 };
 CFTypeID CFStringGetTypeID(void);
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex count,
-                                    CFStringEncoding encoding, Boolean hasByteOrderMark);
 CFIndex CFStringGetLength(CFStringRef string); /* in UTF-16 units */
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
                          UInt8 lossByte, Boolean addByteOrderMark, UInt8* buffer, CFIndex room,
@@ -71,14 +60,14 @@ CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8* bytes, CFIndex len
 CFIndex CFDataGetLength(CFDataRef data);
 const UInt8* CFDataGetBytePtr(CFDataRef data);
 
-/* Arrays and dictionaries */
+/* Dictionaries */
 typedef struct {
   CFIndex version;
   const void* (*retain)(CFAllocatorRef allocator, const void* value);
   void (*release)(CFAllocatorRef allocator, const void* value);
   CFStringRef (*copyDescription)(const void* value);
   Boolean (*equal)(const void* left, const void* right);
-} CFArrayCallBacks, CFDictionaryValueCallBacks;
+} CFDictionaryValueCallBacks;
 typedef struct {
   CFIndex version;
   const void* (*retain)(CFAllocatorRef allocator, const void* value);
@@ -87,59 +76,18 @@ typedef struct {
   Boolean (*equal)(const void* left, const void* right);
   CFHashCode (*hash)(const void* value);
 } CFDictionaryKeyCallBacks;
-extern const CFArrayCallBacks kCFTypeArrayCallBacks;
 extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
 extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
-CFTypeID CFArrayGetTypeID(void);
-CFMutableArrayRef CFArrayCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
-                                       const CFArrayCallBacks* callBacks);
-void CFArrayAppendValue(CFMutableArrayRef array, const void* value);
-CFIndex CFArrayGetCount(CFArrayRef array);
-const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
-CFTypeID CFDictionaryGetTypeID(void);
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const CFDictionaryKeyCallBacks* keyCallBacks,
                                                  const CFDictionaryValueCallBacks* valueCallBacks);
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
-void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
-                                  const void** values);
 
-/* Booleans, numbers, dates */
-extern const CFBooleanRef kCFBooleanTrue;
-extern const CFBooleanRef kCFBooleanFalse;
-CFTypeID CFBooleanGetTypeID(void);
-Boolean CFBooleanGetValue(CFBooleanRef boolean);
-typedef CFIndex CFNumberType;
-enum { kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13 };
-CFTypeID CFNumberGetTypeID(void);
-CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
-Boolean CFNumberIsFloatType(CFNumberRef number);
-Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value); /* false: lossy */
+/* The clock */
 typedef double CFTimeInterval;
 typedef CFTimeInterval CFAbsoluteTime; /* seconds since the beginning of 2001, GMT */
 extern const CFTimeInterval kCFAbsoluteTimeIntervalSince1970;
 CFAbsoluteTime CFAbsoluteTimeGetCurrent(void);
-CFTypeID CFDateGetTypeID(void);
-CFDateRef CFDateCreate(CFAllocatorRef allocator, CFAbsoluteTime time);
-CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date);
-
-/* Property lists */
-enum { kCFPropertyListImmutable = 0 };
-typedef CFIndex CFPropertyListFormat;
-enum { kCFPropertyListXMLFormat_v1_0 = 100 };
-CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef allocator, CFDataRef data,
-                                               CFOptionFlags options, CFPropertyListFormat* format,
-                                               CFErrorRef* error);
-CFDataRef CFPropertyListCreateData(CFAllocatorRef allocator, CFPropertyListRef list,
-                                   CFPropertyListFormat format, CFOptionFlags options,
-                                   CFErrorRef* error);
-
-/* Bundles */
-CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const UInt8* path,
-                                                 CFIndex length, Boolean isFolder);
-CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef url);
-CFDictionaryRef CFBundleGetInfoDictionary(CFBundleRef bundle);
 
 /* Preferences */
 extern const CFStringRef kCFPreferencesCurrentApplication;

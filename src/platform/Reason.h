@@ -1,0 +1,47 @@
+/// Why something could not be done. Nothing that the library answers goes by a reason: it is for
+/// the person who asks why a record is missing.
+#ifndef WENLOLIB_PLATFORM_REASON_H
+#define WENLOLIB_PLATFORM_REASON_H
+
+#include <cstdint>
+#include <system_error>
+
+namespace wenlolib::platform {
+
+/// What was being done.
+enum class Step : std::uint8_t {
+  none,
+  askSystem,  // for its version
+  askUser,    // for their entry among the users
+  takeRandomness,
+  findFile,
+  openFile,
+  readFile,
+  findFolder,
+  makeFolder,
+  makeFile,
+  writeFile,
+  setPermissions,
+  flushFile,
+  nameFile,
+};
+
+struct Reason {
+  Step step = Step::none;  // `none` where nothing has failed
+  int error = 0;           // the system's number of it (errno); 0 where the system has not refused
+};
+
+/// Thrown where the system could not answer what a step asked it.
+class NoAnswer : public std::system_error {
+ public:
+  explicit NoAnswer(Reason reason)
+      : std::system_error(reason.error, std::generic_category()), reason_(reason) {}
+  [[nodiscard]] Reason reason() const noexcept { return reason_; }
+
+ private:
+  Reason reason_;
+};
+
+}  // namespace wenlolib::platform
+
+#endif

@@ -1,0 +1,21 @@
+// What the expat that is built in calls in the place of the C library: see BuiltIn.cmake.
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+#include "platform/posix/CancellationHold.h"
+
+extern "C" char* wenlolib_noEnvironment(const char* /*name*/) {
+  return nullptr;
+}
+
+/// Against names made to collide in expat's tables. Where the system has no randomness to give, a
+/// file of bounded size can still not do much harm.
+extern "C" void wenlolib_fillWithRandom(void* bytes, std::size_t length) {
+  const wenlolib::platform::posix::CancellationHold hold;
+  const int error = errno;
+  if (getentropy(bytes, length) != 0) std::memset(bytes, 0, length);
+  errno = error;
+}

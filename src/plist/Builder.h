@@ -1,0 +1,67 @@
+/// Puts a property list together while it is read, whichever form it is read from.
+#ifndef WENLOLIB_PLIST_BUILDER_H
+#define WENLOLIB_PLIST_BUILDER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "base/Value.h"
+#include "plist/PropertyList.h"
+
+namespace wenlolib::plist {
+
+/// Every step answers false when it is out of place (a value without a key, a root that is no
+/// dictionary) or beyond the bounds; the list is then refused, and the builder good for its
+/// `refusal` alone. The levels stand in a vector, so that no nesting of the input becomes a nesting
+/// of calls.
+class Builder {
+ public:
+  /// `bytes` is the size of the file.
+  explicit Builder(std::size_t bytes) : referencesLeft_(bytes) {}
+
+  [[nodiscard]] bool openDictionary();
+  [[nodiscard]] bool openArray();
+  [[nodiscard]] bool close();
+  [[nodiscard]] bool key(std::string_view key);
+  /// A value that is neither array nor dictionary; nothing for one that cannot be carried.
+  [[nodiscard]] bool add(std::optional<Value> value);
+  /// A UID, as the dictionary that it is in XML: three nodes, for one reference in the file.
+  [[nodiscard]] bool addUid(std::uint64_t number);
+  /// A key that cannot be carried, and with it its value.
+  [[nodiscard]] bool leaveOutEntry();
+
+  /// The finished list. `fault` says where the input ended or was given up; it counts where the
+  /// list is incomplete, and where the builder has refused it takes the builder's word for what.
+  [[nodiscard]] platform::ListReading finish(platform::ListFault fault) &&;
+
+ private:
+  struct Level {
+    std::variant<Dictionary, Value::Array> held;
+    std::optional<std::string> key;
+  };
+
+  [[nodiscard]] bool open(Level level);
+  [[nodiscard]] bool place(Value value);
+  [[nodiscard]] bool leaveOut();
+  [[nodiscard]] bool charge(std::size_t contentBytes, std::size_t nodes = 1);
+  [[nodiscard]] bool refuse(platform::ListState state, std::string_view what);
+  [[nodiscard]] bool refuseDepth();
+  [[nodiscard]] bool refuseRoot();
+
+  std::vector<Level> levels_;
+  std::optional<Dictionary> root_;
+  platform::ListState state_ = platform::ListState::whole;
+  std::string_view refusal_;
+  std::size_t referencesLeft_;
+  std::size_t nodesLeft_ = bounds.nodes;
+  std::size_t contentBytesLeft_ = bounds.contentBytes;
+};
+
+}  // namespace wenlolib::plist
+
+#endif

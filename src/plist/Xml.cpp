@@ -1,0 +1,230 @@
+// The XML form.
+#include <algorithm>
+#include <iterator>
+#include <new>
+#include <utility>
+
+#include "base/Integer.h"
+#include "plist/Builder.h"
+#include "plist/Scalars.h"
+#include "xml/Parser.h"
+#include "xml/PlainXml.h"
+
+namespace wenlolib::plist {
+namespace {
+
+// --- Elements ---
+
+struct Element {
+  enum class Kind { root, dictionary, array, key, leaf };
+  std::string_view name;
+  Kind kind;
+  /// What an element that holds no others makes of its text; nothing where that cannot be carried.
+  std::optional<Value> (*convert)(const std::string& text) = nullptr;
+};
+
+bool isBlankText(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), isBlank);
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+std::optional<Value> realValue(const std::string& text) {
+  return realFromText(trimmed(text));
+}
+std::optional<Value> dateValue(const std::string& text) {
+  return dateFromText(trimmed(text));
+}
+std::optional<Value> dataValue(const std::string& text) {
+  return dataFromBase64(text);
+}
+std::optional<Value> stringValue(const std::string& text) {
+  return text;
+}
+std::optional<Value> integerValue(const std::string& text) {
+  return integerFromText(trimmed(text));
+}
+
+template <bool truth>
+std::optional<Value> booleanValue(const std::string& text) {
+  if (!isBlankText(text)) return std::nullopt;
+  return truth;
+}
+
+constexpr Element elements[] = {
+    {"plist", Element::Kind::root},
+    {"dict", Element::Kind::dictionary},
+    {"array", Element::Kind::array},
+    {"key", Element::Kind::key},
+    {"string", Element::Kind::leaf, stringValue},
+    {"integer", Element::Kind::leaf, integerValue},
+    {"real", Element::Kind::leaf, realValue},
+    {"date", Element::Kind::leaf, dateValue},
+    {"data", Element::Kind::leaf, dataValue},
+    {"true", Element::Kind::leaf, booleanValue<true>},
+    {"false", Element::Kind::leaf, booleanValue<false>},
+};
+
+const Element* elementNamed(std::string_view name) {
+  const auto* found = std::find_if(std::begin(elements), std::end(elements),
+                                   [&](const Element& element) { return element.name == name; });
+  return found == std::end(elements) ? nullptr : found;
+}
+
+// --- The document, from tag to tag ---
+
+/// Each step answers false where the document turns out to be no property list, or beyond the
+/// bounds.
+class Document : public xml::Events {
+ public:
+  /// `bytes` is the size of the file.
+  explicit Document(std::size_t bytes) : builder_(bytes) {}
+
+  [[nodiscard]] bool start(std::string_view name) override;
+  [[nodiscard]] bool end(std::string_view name) override;
+  [[nodiscard]] bool characters(std::string_view text) override;
+
+  /// Where the document is given up: `what` says why, and lasts. Answers false.
+  bool refuse(std::string_view what);
+
+  [[nodiscard]] std::string_view refusal() const { return refusal_; }
+  [[nodiscard]] platform::ListReading finish(platform::ListFault fault) && {
+    return std::move(builder_).finish(fault);
+  }
+
+ private:
+  Builder builder_;
+  bool isBegun_ = false;
+  const Element* leaf_ = nullptr;  // the open element that holds text, if any
+  std::string text_;               // what it holds so far
+  std::string_view refusal_;
+};
+
+bool Document::refuse(std::string_view what) {
+  refusal_ = what;
+  return false;
+}
+
+bool Document::start(std::string_view name) {
+  const Element* element = elementNamed(name);
+  if (element == nullptr) return refuse("property lists have no such element");
+  if (leaf_ != nullptr) return refuse("an element stands inside a value");
+  const bool isFirst = !std::exchange(isBegun_, true);
+  switch (element->kind) {
+    case Element::Kind::root:
+      return isFirst || refuse("a property list stands inside another");
+    case Element::Kind::dictionary:
+      return builder_.openDictionary();
+    case Element::Kind::array:
+      return builder_.openArray();
+    default:
+      leaf_ = element;
+      text_.clear();
+      return true;
+  }
+}
+
+bool Document::end(std::string_view name) {
+  const Element* leaf = std::exchange(leaf_, nullptr);
+  if (leaf == nullptr) return name == elements[0].name || builder_.close();
+  if (leaf->kind == Element::Kind::key) return builder_.key(text_);
+  return builder_.add(leaf->convert(text_));
+}
+
+bool Document::characters(std::string_view text) {
+  if (leaf_ == nullptr) return isBlankText(text) || refuse("text stands between the values");
+  text_ += text;
+  return true;
+}
+
+// --- By the parser ---
+
+/// Brings expat's events to the document. It calls nothing that expat 2.0 did not have: old systems
+/// bring that one.
+class Reader {
+ public:
+  explicit Reader(std::string_view bytes) : bytes_(bytes), document_(bytes.size()) {}
+
+  [[nodiscard]] platform::ListReading read();
+
+ private:
+  static Reader& from(void* self) { return *static_cast<Reader*>(self); }
+  static void refuseDeclaration(void* self);
+  void handleDeclarations();
+
+  std::string_view bytes_;
+  xml::Parser parser_{nullptr};
+  Document document_;
+};
+
+/// Declarations inside the document can multiply its size (entities) or the time it takes (defaults
+/// of attributes), and no property list needs any. An empty list of them does no harm.
+void Reader::refuseDeclaration(void* self) {
+  from(self).parser_.run(
+      [&] { return from(self).document_.refuse("it declares entities or elements of its own"); });
+}
+
+void Reader::handleDeclarations() {
+  const XML_Parser parser = parser_.handle();
+  XML_SetEntityDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
+  XML_SetAttlistDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
+  XML_SetNotationDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
+  XML_SetElementDeclHandler(parser, [](void* self, const XML_Char*, XML_Content* model) {
+    XML_FreeContentModel(from(self).parser_.handle(), model);
+    refuseDeclaration(self);
+  });
+  // With a DTD elsewhere an unknown entity is no error of form, but its text would be missing.
+  XML_SetSkippedEntityHandler(parser, [](void* self, auto...) {
+    from(self).parser_.run([&] { return from(self).document_.refuse("undefined entity"); });
+  });
+}
+
+platform::ListReading Reader::read() {
+  if (!parser_.valid()) throw std::bad_alloc();
+  const XML_Parser parser = parser_.handle();
+  XML_SetUserData(parser, this);
+  XML_SetElementHandler(
+      parser,
+      [](void* self, const XML_Char* name, const XML_Char**) {
+        from(self).parser_.run([&] { return from(self).document_.start(name); });
+      },
+      [](void* self, const XML_Char* name) {
+        from(self).parser_.run([&] { return from(self).document_.end(name); });
+      });
+  XML_SetCharacterDataHandler(parser, [](void* self, const XML_Char* text, int length) {
+    const std::string_view characters(text, static_cast<std::size_t>(length));
+    from(self).parser_.run([&] { return from(self).document_.characters(characters); });
+  });
+  handleDeclarations();
+  if (parser_.feed(bytes_, true)) return std::move(document_).finish({});
+  const std::string_view refusal = document_.refusal();
+  return std::move(document_).finish(
+      {refusal.empty() ? XML_ErrorString(XML_GetErrorCode(parser)) : refusal,
+       static_cast<std::size_t>(XML_GetCurrentLineNumber(parser)),
+       static_cast<std::size_t>(XML_GetCurrentByteIndex(parser))});
+}
+
+// --- Plain ---
+
+/// The files that a record reads are small and nearly always plain, and expat takes longer to set
+/// itself up than to read them.
+std::optional<platform::ListReading> readPlainly(std::string_view bytes) {
+  if (!bytes.starts_with(prologue)) return std::nullopt;
+  Document document(bytes.size());
+  bytes.remove_prefix(prologue.size());
+  if (!xml::readPlain(bytes, document)) return std::nullopt;
+  return std::move(document).finish({});
+}
+
+}  // namespace
+
+platform::ListReading readXml(std::string_view bytes, bool plainFirst) {
+  auto plain = plainFirst ? readPlainly(bytes) : std::nullopt;
+  return plain ? *std::move(plain) : Reader(bytes).read();
+}
+
+}  // namespace wenlolib::plist
