@@ -1,85 +1,157 @@
 #include "Explanation.h"
 
-#include "ExplanationSteps.h"
+#include <string>
+
+#include "Format.h"
 #include "RecordedFacts.h"
+#include "ValueText.h"
+#include "base/Integer.h"
+#include "toolkit/CommonTooWenlolib.h"
+#include "toolkit/Entries.h"
+#include "toolkit/Names.h"
 #include "toolkit/OptionMode.h"
+#include "toolkit/Paths.h"
 
 namespace wenlolib::tools {
 namespace {
 
-/// Whether a step's gate was looked at. Two gates have no question of their own: the mode is part
-/// of the option, and the agreement stands in what was read before the clock was asked.
-bool wasAsked(const Step& step, const AskedFacts& asked) {
-  switch (step.gate) {
-    case Gate::osVersion:
-      return asked.os.has_value();
-    case Gate::libraryVersion:
-      return asked.library.has_value();
-    case Gate::supportVersionList:
-      return asked.list.has_value();
-    case Gate::preferences:
-    case Gate::installationDate:
-      return asked.readings.size() >= step.reading;
-    case Gate::period:
-    case Gate::agreement:
-      return asked.now.has_value();
-    default:
-      return true;
-  }
-}
-
-struct Planned {
-  Gate gate;
-  std::size_t reading = 1;  // which reading of the preference file it goes by
+struct Context {
+  RecordKind kind;
+  std::uint32_t option;
+  const AskedFacts& asked;
+  const Sources& sources;
 };
 
-std::vector<Planned> plan(RecordKind kind, std::uint32_t option) {
-  std::vector<Planned> steps = {
-      {Gate::osVersion}, {Gate::libraryVersion}, {Gate::supportVersionList}};
-  if (kind == RecordKind::application) steps.push_back({Gate::mode});
-  steps.insert(steps.end(), {{Gate::preferences}, {Gate::installationDate}, {Gate::period}});
-  if (kind == RecordKind::printerLog) return steps;
-  const bool twoReadings = optionMode(option) == 0;
-  if (twoReadings) steps.push_back({Gate::preferences, 2});
-  steps.push_back({Gate::agreement, twoReadings ? 2U : 1U});
-  return steps;
+std::string fileText(const std::string& root, const Text& replacement, std::string_view name) {
+  if (replacement) return *replacement;
+  const Text path = configurationPath(name);
+  return path ? root + *path : "no file: the user has no home folder";
 }
 
-/// Where in the plan the decision ended: behind its end when it allowed the record.
-std::size_t endOf(const std::vector<Planned>& steps, Gate refusedBy, const AskedFacts& asked) {
-  std::size_t end = steps.size();
-  for (std::size_t i = 0; i < steps.size() && refusedBy != Gate::none; ++i) {
-    // The file may refuse at its first reading, and in mode 0 at the second.
-    const bool another = refusedBy == Gate::preferences && steps[i].reading > asked.readings.size();
-    if (steps[i].gate == refusedBy && !another) end = i;
-  }
-  return end;
+std::string preferenceSource(const Context& context) {
+  return fileText(context.sources.root, context.sources.preferences, preferenceFile);
 }
+
+const PreferenceReading& readingFor(const Step& step, const Context& context) {
+  return context.asked.readings[step.reading - 1];
+}
+
+std::string preferencesText(const PreferenceReading& reading) {
+  if (reading.preferences) {
+    return "a dictionary of " + counted(reading.preferences->size(), "key");
+  }
+  if (reading.kind == platform::Kind::nothing) return "no file";
+  if (reading.kind == platform::Kind::folder) return "a folder";
+  return "a file that cannot be read as a dictionary";
+}
+
+void describeOS(Step& step, const Context& context) {
+  const FoundVersion& os = *context.asked.os;
+  step.source = "the system's version";
+  step.expected = "a known version";
+  step.found = os.number == -1 ? "none" : versionText(os.text, os.number);
+  step.remedy = "The kernel's release (uname -r) has to begin with two numbers.";
+}
+
+void describeLibrary(Step& step, const Context& context) {
+  const FoundVersion& library = *context.asked.library;
+  step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
+                                  : "the running library's bundle";
+  step.key = library.installed ? bundleVersionKey : shortVersionKey;
+  step.expected = "a version such as 1.0.0, since the OS is " +
+                  versionText(context.asked.upperBound.value_or(-1)) + " or later";
+  step.found = versionText(library.text, library.number);
+  step.remedy = library.installed ? "Install the library's bundle at this path."
+                                  : "Load the library from its bundle, Contents/Info.plist in it.";
+}
+
+void describeList(Step& step, const Context& context) {
+  const ListLookup& list = *context.asked.list;
+  const std::int32_t os = context.asked.os->number;
+  const std::string least =
+      CommonTooWenlolib::convertVersionNumToStr(os).value_or("the OS version");
+  step.source = fileText(context.sources.root, context.sources.supportList, supportVersionListFile);
+  step.key = list.key.value_or("");
+  step.expected = "a text, " + least + " or later";
+  step.found = list.readable ? valueText(list.entry ? &*list.entry : nullptr)
+                             : "no list that can be read as a dictionary";
+  step.remedy = "Whoever installs the library has to list " + least + " or later under this key.";
+}
+
+void describeMode(Step& step, const Context& context) {
+  step.source = "the option word, its low four bits";
+  step.expected = "mode 0, 1 or 2";
+  step.found =
+      "option " + decimal(context.option) + ", mode " + decimal(optionMode(context.option));
+  step.remedy = "The host has to pass an option of mode 0, 1 or 2.";
+}
+
+void describePreferences(Step& step, const Context& context) {
+  step.source = preferenceSource(context);
+  step.expected = "a property list, a dictionary at its root";
+  step.found = preferencesText(readingFor(step, context));
+  step.remedy =
+      "The host writes this file. To have one to start from: wenlolib init --sample-preferences";
+}
+
+void describeDate(Step& step, const Context& context) {
+  step.source = preferenceSource(context);
+  step.key = "InstalledDate";
+  step.expected = "a date";
+  step.found = valueText(entry(readingFor(step, context).preferences, step.key));
+  step.remedy = "The host has to store here, as a date, when it was installed.";
+}
+
+void describePeriod(Step& step, const Context& context) {
+  const Value* installed = entry(readingFor(step, context).preferences, "InstalledDate");
+  const std::chrono::days period = periods[context.kind];
+  const std::string days = decimal(period.count()) + " days";
+  step.source = "the clock, and InstalledDate";
+  const Instant* date = installed == nullptr ? nullptr : installed->date();
+  if (date != nullptr) {
+    step.expected =
+        "before " + instantText(*date + period) + ", " + days + " after the installation";
+  }
+  step.found = instantText(*context.asked.now);
+  step.remedy = "The period of " + days + " begins anew with an installation.";
+}
+
+void describeAgreement(Step& step, const Context& context) {
+  step.source = preferenceSource(context);
+  step.key = "LatestSelectedAgreement";
+  step.expected = "a boolean or number other than zero";
+  step.found = valueText(entry(readingFor(step, context).preferences, step.key));
+  step.remedy = "The user has to agree in the host, which stores it here as a boolean.";
+}
+
+void describeNothing(Step&, const Context&) {}
+
+/// What was read, expected and found at a gate.
+using Description = void (*)(Step&, const Context&);
+constexpr EnumTable<Gate, Description> descriptions({
+    {Gate::none, describeNothing},
+    {Gate::osVersion, describeOS},
+    {Gate::libraryVersion, describeLibrary},
+    {Gate::supportVersionList, describeList},
+    {Gate::mode, describeMode},
+    {Gate::preferences, describePreferences},
+    {Gate::installationDate, describeDate},
+    {Gate::period, describePeriod},
+    {Gate::agreement, describeAgreement},
+});
 
 }  // namespace
 
 Explanation explain(RecordKind kind, std::uint32_t option, const Sources& sources) {
   PlatformFacts facts;
   RecordedFacts recorded(facts);
-  Explanation explanation{kind, option, Gate::none, {}};
-  explanation.refusedBy = kind == RecordKind::application ? applicationRefusal(recorded, option)
-                                                          : printerLogRefusal(recorded);
-  const AskedFacts& asked = recorded.asked();
-  const std::vector<Planned> steps = plan(kind, option);
-  const std::size_t end = endOf(steps, explanation.refusedBy, asked);
-  for (std::size_t i = 0; i < steps.size(); ++i) {
-    Step step;
-    step.gate = steps[i].gate;
-    step.reading = steps[i].reading;
-    if (i == end) {
-      step.state = StepState::refused;
-    } else if (i < end) {
-      const bool needed = wasAsked(step, asked);
-      step.state = needed ? StepState::passed : StepState::notNeeded;
-    }
-    const bool told = step.state == StepState::passed || step.state == StepState::refused;
-    if (told) describe(step, {kind, option, asked, sources});
-    explanation.steps.push_back(step);
+  std::vector<DecisionStep> steps;
+  Explanation explanation{kind, option, refusal(recorded, kind, option, &steps), {}};
+  for (const DecisionStep& reported : steps) {
+    Step step{reported, {}, {}, {}, {}, {}};
+    if (step.taken()) descriptions[step.gate](step, {kind, option, recorded.asked(), sources});
+    if (step.state != StepState::refused) step.remedy.clear();
+    explanation.steps.push_back(std::move(step));
   }
   return explanation;
 }

@@ -2,10 +2,8 @@
 #ifndef WENLOLIB_TOOLS_EXPLANATION_H
 #define WENLOLIB_TOOLS_EXPLANATION_H
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "base/Text.h"
@@ -13,23 +11,11 @@
 
 namespace wenlolib::tools {
 
-enum class RecordKind : std::uint8_t { application, printerLog };
-
-enum class StepState : std::uint8_t {
-  passed,
-  refused,
-  notNeeded,   // the decision did without
-  notReached,  // an earlier step has refused
-};
-
 /// One gate as a decision came to it. Texts are for a person; "" where there is nothing to say.
-struct Step {
-  Gate gate = Gate::none;
-  StepState state = StepState::notReached;
-  std::size_t reading = 1;  // which reading of the preference file it goes by
-  std::string source;       // the file, or what else was read
-  std::string key;          // in it
-  std::string expected;     // for the gate to open
+struct Step : DecisionStep {
+  std::string source;    // the file, or what else was read
+  std::string key;       // in it
+  std::string expected;  // for the gate to open
   std::string found;
   std::string remedy;  // what would open it; where the step has refused
 };
@@ -53,13 +39,6 @@ struct Sources {
 /// Makes the library's decision on the platform in use and says how it came about.
 [[nodiscard]] Explanation explain(RecordKind kind, std::uint32_t option,
                                   const Sources& sources = {});
-
-/// The code of an outcome, such as "no_agreement"; "allowed" for no gate. These never change.
-[[nodiscard]] std::string_view reasonCode(Gate gate);
-
-/// The code of a gate, such as "agreement", and its name for a person, such as "Agreement".
-[[nodiscard]] std::string_view gateCode(Gate gate);
-[[nodiscard]] std::string_view gateTitle(Gate gate);
 
 }  // namespace wenlolib::tools
 

@@ -14,20 +14,17 @@ constexpr std::size_t detailIndent = 6;
 constexpr std::size_t detailWidth = 10;
 constexpr std::string_view shortFolder = "QMR";
 
-std::string_view stateText(StepState state) {
-  constexpr std::string_view texts[] = {"passed", "refused", "not needed", "not reached"};
-  return texts[static_cast<std::size_t>(state)];
-}
+struct StateNames {
+  std::string_view code, text;
+  Colour colour;
+};
 
-std::string_view stateCode(StepState state) {
-  constexpr std::string_view codes[] = {"passed", "refused", "not_needed", "not_reached"};
-  return codes[static_cast<std::size_t>(state)];
-}
-
-Colour stateColour(StepState state) {
-  constexpr Colour colours[] = {Colour::good, Colour::bad, Colour::faint, Colour::faint};
-  return colours[static_cast<std::size_t>(state)];
-}
+constexpr EnumTable<StepState, StateNames> stateNames({
+    {StepState::passed, {"passed", "passed", Colour::good}},
+    {StepState::refused, {"refused", "refused", Colour::bad}},
+    {StepState::notNeeded, {"not_needed", "not needed", Colour::faint}},
+    {StepState::notReached, {"not_reached", "not reached", Colour::faint}},
+});
 
 std::string heading(const Explanation& explanation) {
   const std::string option = decimal(explanation.option);
@@ -59,23 +56,25 @@ std::string details(const Step& step, const std::string& folder) {
 }
 
 std::string title(const Step& step) {
-  return std::string(gateTitle(step.gate)) +
+  return std::string(gateNames[step.gate].title) +
          (step.gate == Gate::preferences && step.reading > 1 ? ", read again" : "");
 }
 
 std::string stepText(int number, const Step& step, const Paint& paint, const std::string& folder) {
   constexpr std::size_t stateWidth = 13;
-  const std::string_view state = stateText(step.state);
-  return "  " + decimal(number) + "  " + paint(stateColour(step.state), state) +
-         std::string(stateWidth - state.size(), ' ') + title(step) + "\n" + details(step, folder);
+  const StateNames& state = stateNames[step.state];
+  return "  " + decimal(number) + "  " + paint(state.colour, state.text) +
+         std::string(stateWidth - state.text.size(), ' ') + title(step) + "\n" +
+         details(step, folder);
 }
 
 }  // namespace
 
 std::string outcomeText(const Explanation& explanation, const Paint& paint) {
   if (explanation.allowed()) return paint(Colour::good, "allowed");
-  return paint(Colour::bad, "refused") + ": " + std::string(gateTitle(explanation.refusedBy)) +
-         " (" + std::string(reasonCode(explanation.refusedBy)) + ")";
+  const GateNames& names = gateNames[explanation.refusedBy];
+  return paint(Colour::bad, "refused") + ": " + std::string(names.title) + " (" +
+         std::string(names.reason) + ")";
 }
 
 std::string explanationText(const Explanation& explanation, const Paint& paint,
@@ -101,10 +100,10 @@ std::string explanationJson(const Explanation& explanation) {
     json["mode"] = optionMode(explanation.option);
   }
   json["allowed"] = explanation.allowed();
-  json["reason"] = reasonCode(explanation.refusedBy);
+  json["reason"] = gateNames[explanation.refusedBy].reason;
   json["steps"] = Json::array();
   for (const Step& step : explanation.steps) {
-    Json one = {{"gate", gateCode(step.gate)}, {"state", stateCode(step.state)}};
+    Json one = {{"gate", gateNames[step.gate].code}, {"state", stateNames[step.state].code}};
     if (step.gate == Gate::preferences) one["reading"] = step.reading;
     const std::pair<const char*, const std::string&> texts[] = {{"source", step.source},
                                                                 {"key", step.key},

@@ -5,6 +5,7 @@
 #include "VisibleText.h"
 #include "base/Integer.h"
 #include "platform/Platform.h"
+#include "policy/SupportDecision.h"
 #include "probes/Identifier.h"
 #include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
@@ -95,8 +96,8 @@ void checkPreferences(const ToolPlatform& platform, Findings& findings) {
 
 void checkSupportList(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, supportVersionListFile);
-  const std::int32_t os = CommonTooWenlolib::systemVersionNum();
-  const bool needed = os >= CommonTooWenlolib::supportUpperOSVersion();
+  const bool needed =
+      listCounts(CommonTooWenlolib::systemVersionNum(), CommonTooWenlolib::supportUpperOSVersion());
   const ListFile file = readListFile(path);
   Finding finding{Level::ok, "support_list", path, "can be read", ""};
   if (!file.dictionary) {

@@ -28,7 +28,8 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
                     "this very moment");
     return;
   }
-  output.complain(request.name, "refused (" + std::string(reasonCode(decision.refusedBy)) + ")");
+  output.complain(request.name,
+                  "refused (" + std::string(gateNames[decision.refusedBy].reason) + ")");
   const Text folder = supportFolder();
   Output explanation("record", stderr);
   explanation.write("\n" + explanationText(decision, explanation.paint(),

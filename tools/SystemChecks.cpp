@@ -45,7 +45,7 @@ Finding clientFinding() {
 Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string& subject,
                         const std::string& call) {
   const Explanation decision = explain(kind, option);
-  const std::string reason(reasonCode(decision.refusedBy));
+  const std::string reason(gateNames[decision.refusedBy].reason);
   if (decision.allowed()) return {Level::ok, "decision", subject, "allowed now", ""};
   // It is for the user to say no: nothing is wrong with that.
   const bool wanted = decision.refusedBy == Gate::agreement;

@@ -35,7 +35,7 @@ bool WENLOLIB::writePrinterLogInfoWithContents(Text contents, Text name, std::ui
 bool WENLOLIB::isSupported(std::uint32_t option) noexcept {
   return answered(false, [&] {
     PlatformFacts facts;
-    const bool supported = applicationRefusal(facts, option) == Gate::none;
+    const bool supported = refusal(facts, RecordKind::application, option) == Gate::none;
     if (!supported) WENLOLIB_TRACE(" NOT Supported \n");
     return supported;
   });
@@ -44,7 +44,7 @@ bool WENLOLIB::isSupported(std::uint32_t option) noexcept {
 bool WENLOLIB::isSupportedPlm(std::uint32_t /*option*/) noexcept {
   return answered(false, [] {
     PlatformFacts facts;
-    return printerLogRefusal(facts) == Gate::none;
+    return refusal(facts, RecordKind::printerLog, 0) == Gate::none;
   });
 }
 

@@ -1,61 +1,144 @@
 #include "policy/SupportDecision.h"
 
+#include <algorithm>
+
 #include "toolkit/Entries.h"
 #include "toolkit/OptionMode.h"
 
 namespace wenlolib {
 namespace {
 
-using VersionQuestion = std::int32_t (SupportFacts::*)();
+/// What a decision goes by, and what it has found out on its way.
+struct Course {
+  SupportFacts& facts;
+  RecordKind kind;
+  std::uint32_t mode;
+  std::int32_t upperBound = 0;
+  std::int32_t os = -1;
+  std::int32_t library = -1;
+  std::optional<Dictionary> preferences = std::nullopt;
+  Instant installed = {};
+};
 
-/// The OS version, and from the upper bound on the support version list for the library version
-/// that `libraryVersion` asks for.
-Gate systemRefusal(SupportFacts& facts, VersionQuestion libraryVersion) {
-  const std::int32_t upperBound = facts.upperOSVersion();
-  const std::int32_t running = facts.osVersion();
-  if (running == -1) return Gate::osVersion;
-  if (running < upperBound) return Gate::none;
-  const std::int32_t version = (facts.*libraryVersion)();
-  if (version == -1) return Gate::libraryVersion;
-  return facts.listAnswer(version) == 1 ? Gate::none : Gate::supportVersionList;
+using Question = bool (*)(const Course&);
+
+bool always(const Course&) {
+  return true;
 }
 
-/// Whether less than `period` has passed since the installation; the very instant at which it ends
-/// is outside.
-Gate periodRefusal(SupportFacts& facts, const std::optional<Dictionary>& preferences,
-                   Seconds period) {
-  if (!preferences) return Gate::preferences;
-  const Value* installed = entry(preferences, "InstalledDate");
-  if (installed == nullptr || installed->date() == nullptr) return Gate::installationDate;
-  return facts.now() < *installed->date() + period ? Gate::none : Gate::period;
+bool forApplications(const Course& course) {
+  return course.kind == RecordKind::application;
 }
 
-Gate agreementRefusal(const std::optional<Dictionary>& preferences) {
-  if (!preferences) return Gate::preferences;
-  const Value* agreement = entry(preferences, "LatestSelectedAgreement");
-  const bool agreed = agreement != nullptr && agreement->truth().value_or(false);
-  return agreed ? Gate::none : Gate::agreement;
+bool inModeZero(const Course& course) {
+  return forApplications(course) && course.mode == 0;
+}
+
+bool whereListed(const Course& course) {
+  return listCounts(course.os, course.upperBound);
+}
+
+bool butInModeTwo(const Course& course) {
+  return !forApplications(course) || course.mode != 2;
+}
+
+using Passage = bool (*)(Course&);
+
+bool knowsOS(Course& course) {
+  course.upperBound = course.facts.upperOSVersion();
+  course.os = course.facts.osVersion();
+  return course.os != -1;
+}
+
+bool knowsLibrary(Course& course) {
+  course.library = forApplications(course) ? course.facts.runningLibraryVersion()
+                                           : course.facts.installedLibraryVersion();
+  return course.library != -1;
+}
+
+bool isListed(Course& course) {
+  return course.facts.listAnswer(course.library) == 1;
+}
+
+bool hasMode(Course& course) {
+  return course.mode <= 2;
+}
+
+bool readsPreferences(Course& course) {
+  course.preferences = course.facts.preferences();
+  return course.preferences.has_value();
+}
+
+bool isDated(Course& course) {
+  const Value* installed = entry(course.preferences, "InstalledDate");
+  const Instant* date = installed == nullptr ? nullptr : installed->date();
+  if (date != nullptr) course.installed = *date;
+  return date != nullptr;
+}
+
+/// The very instant at which the period ends is outside.
+bool isWithinPeriod(Course& course) {
+  return course.facts.now() < course.installed + periods[course.kind];
+}
+
+bool isAgreed(Course& course) {
+  const Value* agreement = entry(course.preferences, "LatestSelectedAgreement");
+  return agreement != nullptr && agreement->truth().value_or(false);
+}
+
+struct Stage {
+  Gate gate;
+  Question belongs;  // to a decision on such a record at all
+  Question needed;
+  Passage passes;
+};
+
+constexpr Stage stages[] = {
+    {Gate::osVersion, always, always, knowsOS},
+    {Gate::libraryVersion, always, whereListed, knowsLibrary},
+    {Gate::supportVersionList, always, whereListed, isListed},
+    {Gate::mode, forApplications, always, hasMode},
+    {Gate::preferences, always, butInModeTwo, readsPreferences},
+    {Gate::installationDate, always, butInModeTwo, isDated},
+    {Gate::period, always, butInModeTwo, isWithinPeriod},
+    // Mode 0 judges the agreement by a second reading of the file, on purpose.
+    {Gate::preferences, inModeZero, always, readsPreferences},
+    {Gate::agreement, forApplications, butInModeTwo, isAgreed},
+};
+
+/// Whether every gate is first come to behind the one before it.
+consteval bool inOrder() {
+  std::size_t known = 1;  // of the gates, `none` among them
+  for (const Stage& stage : stages) {
+    const auto place = static_cast<std::size_t>(stage.gate);
+    if (place > known) return false;
+    known = std::max(known, place + 1);
+  }
+  return known == enumerators<Gate>.size();
+}
+static_assert(inOrder());
+
+StepState taken(const Stage& stage, Course& course) {
+  if (!stage.needed(course)) return StepState::notNeeded;
+  return stage.passes(course) ? StepState::passed : StepState::refused;
 }
 
 }  // namespace
 
-Gate applicationRefusal(SupportFacts& facts, std::uint32_t option) {
-  const Gate system = systemRefusal(facts, &SupportFacts::runningLibraryVersion);
-  if (system != Gate::none) return system;
-  const std::uint32_t mode = optionMode(option);
-  if (mode == 2) return Gate::none;
-  if (mode > 2) return Gate::mode;
-  const std::optional<Dictionary> preferences = facts.preferences();
-  const Gate period = periodRefusal(facts, preferences, applicationPeriod);
-  if (period != Gate::none) return period;
-  // Mode 0 judges the agreement by a second reading of the file, on purpose.
-  return agreementRefusal(mode == 0 ? facts.preferences() : preferences);
-}
-
-Gate printerLogRefusal(SupportFacts& facts) {
-  const Gate system = systemRefusal(facts, &SupportFacts::installedLibraryVersion);
-  if (system != Gate::none) return system;
-  return periodRefusal(facts, facts.preferences(), printerLogPeriod);
+Gate refusal(SupportFacts& facts, RecordKind kind, std::uint32_t option,
+             std::vector<DecisionStep>* steps) {
+  Course course{facts, kind, optionMode(option)};
+  Gate refusedBy = Gate::none;
+  std::size_t reading = 0;
+  for (const Stage& stage : stages) {
+    if (!stage.belongs(course)) continue;
+    StepState state = StepState::notReached;
+    if (refusedBy == Gate::none) state = taken(stage, course);
+    if (state == StepState::refused) refusedBy = stage.gate;
+    if (stage.gate == Gate::preferences) ++reading;
+    if (steps != nullptr) steps->push_back({stage.gate, state, reading});
+  }
+  return refusedBy;
 }
 
 }  // namespace wenlolib

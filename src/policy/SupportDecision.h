@@ -2,34 +2,84 @@
 #ifndef WENLOLIB_POLICY_SUPPORTDECISION_H
 #define WENLOLIB_POLICY_SUPPORTDECISION_H
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
+#include "base/EnumTable.h"
 #include "policy/SupportFacts.h"
 
 namespace wenlolib {
 
+enum class RecordKind : std::uint8_t { application, printerLog };
+
 /// The gates that a record passes, in order; `none` refused it when it is allowed.
 enum class Gate : std::uint8_t {
   none,
-  osVersion,           // the OS version is unknown
-  libraryVersion,      // the library's own version is unknown
-  supportVersionList,  // the list does not name the library version for this OS
-  mode,                // no mode of the option word that is ever allowed
-  preferences,         // no preference file that can be read
-  installationDate,    // the preferences hold no installation date
-  period,              // the installation is too long ago
-  agreement,           // the user has not agreed
+  osVersion,
+  libraryVersion,
+  supportVersionList,
+  mode,
+  preferences,
+  installationDate,
+  period,
+  agreement,
 };
 
+struct GateNames {
+  std::string_view code;
+  std::string_view title;   // for a person
+  std::string_view reason;  // the code of an outcome: this gate has refused
+};
+
+/// Programs go by the codes: they stay as they are.
+inline constexpr EnumTable<Gate, GateNames> gateNames({
+    {Gate::none, {"none", "None", "allowed"}},
+    {Gate::osVersion, {"os_version", "OS version", "os_version_unknown"}},
+    {Gate::libraryVersion, {"library_version", "Library version", "library_version_unknown"}},
+    {Gate::supportVersionList, {"support_list", "Support version list", "not_in_support_list"}},
+    {Gate::mode, {"mode", "Mode", "mode_refused"}},
+    {Gate::preferences, {"preferences", "Preference file", "no_preferences"}},
+    {Gate::installationDate, {"installation_date", "Installation date", "no_installation_date"}},
+    {Gate::period, {"period", "Period", "period_over"}},
+    {Gate::agreement, {"agreement", "Agreement", "no_agreement"}},
+});
+
 /// How long after the installation recording is allowed. The periods differ on purpose.
-inline constexpr Seconds applicationPeriod{124416000.0};  // 1440 days
-inline constexpr Seconds printerLogPeriod{312249600.0};   // 3614 days
+inline constexpr EnumTable<RecordKind, std::chrono::days> periods({
+    {RecordKind::application, std::chrono::days(1440)},
+    {RecordKind::printerLog, std::chrono::days(3614)},
+});
 
-/// The gate at which an application usage record with this option word is refused.
-[[nodiscard]] Gate applicationRefusal(SupportFacts& facts, std::uint32_t option);
+/// Whether the support version list counts: from the upper bound on.
+[[nodiscard]] constexpr bool listCounts(std::int32_t osVersion, std::int32_t upperBound) {
+  return osVersion >= upperBound;
+}
 
-/// The gate at which a printer log record is refused. Neither option nor agreement counts.
-[[nodiscard]] Gate printerLogRefusal(SupportFacts& facts);
+enum class StepState : std::uint8_t {
+  passed,
+  refused,
+  notNeeded,   // the decision did without
+  notReached,  // an earlier step has refused
+};
+
+/// One gate as a decision came to it.
+struct DecisionStep {
+  Gate gate = Gate::none;
+  StepState state = StepState::notReached;
+  std::size_t reading = 0;  // which reading of the preference file it goes by; 0 before the first
+
+  [[nodiscard]] bool taken() const {
+    return state == StepState::passed || state == StepState::refused;
+  }
+};
+
+/// The gate at which a record is refused. An option word counts for application usage alone. All
+/// steps, in the order in which they are taken, are added to `steps`, where that is not null.
+[[nodiscard]] Gate refusal(SupportFacts& facts, RecordKind kind, std::uint32_t option,
+                           std::vector<DecisionStep>* steps = nullptr);
 
 }  // namespace wenlolib
 

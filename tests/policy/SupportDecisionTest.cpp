@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace wenlolib::tests {
@@ -40,6 +41,14 @@ class SetFacts : public SupportFacts {
  private:
   void note(const std::string& question) { asked.push_back(question); }
 };
+
+Gate applicationRefusal(SupportFacts& facts, std::uint32_t option) {
+  return refusal(facts, RecordKind::application, option);
+}
+
+Gate printerLogRefusal(SupportFacts& facts) {
+  return refusal(facts, RecordKind::printerLog, 0);
+}
 
 using Questions = std::vector<std::string>;
 
@@ -285,6 +294,46 @@ TEST(PrinterLogRefusal, StopsAtTheFirstGateThatRefuses) {
   EXPECT_EQ(printerLogRefusal(facts), Gate::supportVersionList);
   facts.installed = -1;
   EXPECT_EQ(printerLogRefusal(facts), Gate::libraryVersion);
+}
+
+using Reported = std::vector<std::tuple<Gate, StepState, std::size_t>>;
+
+Reported reported(SetFacts facts, RecordKind kind, std::uint32_t option) {
+  std::vector<DecisionStep> steps;
+  SetFacts alone = facts;
+  EXPECT_EQ(refusal(facts, kind, option, &steps), refusal(alone, kind, option));
+  EXPECT_EQ(facts.asked, alone.asked);
+  Reported told;
+  for (const DecisionStep& step : steps) told.emplace_back(step.gate, step.state, step.reading);
+  return told;
+}
+
+TEST(Steps, AreAllReportedWithTheReadingThatTheyGoBy) {
+  SetFacts facts;
+  facts.files = {preferences(100 * day, true), std::nullopt};
+  const Reported steps = {{Gate::osVersion, StepState::passed, 0},
+                          {Gate::libraryVersion, StepState::notNeeded, 0},
+                          {Gate::supportVersionList, StepState::notNeeded, 0},
+                          {Gate::mode, StepState::passed, 0},
+                          {Gate::preferences, StepState::passed, 1},
+                          {Gate::installationDate, StepState::passed, 1},
+                          {Gate::period, StepState::passed, 1},
+                          {Gate::preferences, StepState::refused, 2},
+                          {Gate::agreement, StepState::notReached, 2}};
+  EXPECT_EQ(reported(facts, RecordKind::application, 0), steps);
+}
+
+TEST(Steps, OfAPrinterLogKnowNeitherModeNorAgreement) {
+  SetFacts facts = allowing();
+  facts.os = 101700;
+  facts.list = 0;
+  const Reported steps = {{Gate::osVersion, StepState::passed, 0},
+                          {Gate::libraryVersion, StepState::passed, 0},
+                          {Gate::supportVersionList, StepState::refused, 0},
+                          {Gate::preferences, StepState::notReached, 1},
+                          {Gate::installationDate, StepState::notReached, 1},
+                          {Gate::period, StepState::notReached, 1}};
+  EXPECT_EQ(reported(facts, RecordKind::printerLog, 2), steps);
 }
 
 }  // namespace

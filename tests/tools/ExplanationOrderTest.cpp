@@ -13,9 +13,7 @@ namespace wenlolib::tests {
 namespace {
 
 using tools::Explanation;
-using tools::RecordKind;
 using tools::Step;
-using tools::StepState;
 
 /// Hands every question on, and notes in their order the gates that they were asked for.
 class Journal : public SupportFacts {
@@ -65,9 +63,7 @@ struct Told {
 
 Told tell(RecordKind kind, std::uint32_t option) {
   Told told{option, {}, tools::explain(kind, option)};
-  const Gate refusedBy = kind == RecordKind::application ? applicationRefusal(told.journal, option)
-                                                         : printerLogRefusal(told.journal);
-  EXPECT_EQ(told.explanation.refusedBy, refusedBy);
+  EXPECT_EQ(told.explanation.refusedBy, refusal(told.journal, kind, option));
   return told;
 }
 
@@ -105,7 +101,7 @@ void expectNeeded(const Told& told) {
         step.gate == Gate::libraryVersion || step.gate == Gate::supportVersionList;
     const bool without = (ofTheList && below) || (ended && behindMode);
     EXPECT_EQ(step.state, without ? StepState::notNeeded : StepState::passed)
-        << tools::gateCode(step.gate);
+        << gateNames[step.gate].code;
     if (step.gate == Gate::mode) behindMode = true;
   }
 }
@@ -122,7 +118,7 @@ void expectPassedOnPurpose(const Told& told) {
     const std::optional<Dictionary>& preferences = told.journal.readings[step.reading - 1];
     const bool date = step.gate == Gate::installationDate;
     const Value* value = entry(preferences, date ? "InstalledDate" : "LatestSelectedAgreement");
-    ASSERT_NE(value, nullptr) << tools::gateCode(step.gate);
+    ASSERT_NE(value, nullptr) << gateNames[step.gate].code;
     EXPECT_TRUE(date ? value->date() != nullptr : value->truth().value_or(false));
   }
 }
@@ -139,7 +135,7 @@ TEST_F(OrderOfSteps, IsTheOneInWhichTheDecisionAsks) {
     const std::uint32_t option = randomOption(dice);
     for (const RecordKind kind : {RecordKind::application, RecordKind::printerLog}) {
       const Told told = tell(kind, option);
-      SCOPED_TRACE(tools::reasonCode(told.explanation.refusedBy));
+      SCOPED_TRACE(gateNames[told.explanation.refusedBy].reason);
       expectOrderOfQuestions(told);
       expectNeeded(told);
       expectPassedOnPurpose(told);

@@ -9,8 +9,6 @@ namespace wenlolib::tests {
 namespace {
 
 using tools::Explanation;
-using tools::RecordKind;
-using tools::StepState;
 
 class ExplanationOf : public InstalledTest {
  protected:
@@ -31,7 +29,7 @@ class ExplanationOf : public InstalledTest {
 TEST_F(ExplanationOf, AnAgreementOfAnotherTypeNamesFileKeyAndWhatIsThere) {
   setAgreement("YES");
   const Explanation explanation = tools::explain(RecordKind::application, 17);
-  EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "no_agreement");
+  EXPECT_EQ(gateNames[explanation.refusedBy].reason, "no_agreement");
   const tools::Step step = refusal(explanation);
   EXPECT_EQ(step.source, preferencePath);
   EXPECT_EQ(step.key, "LatestSelectedAgreement");
@@ -40,7 +38,7 @@ TEST_F(ExplanationOf, AnAgreementOfAnotherTypeNamesFileKeyAndWhatIsThere) {
 
 TEST_F(ExplanationOf, AModeIsReadFromTheLowFourBits) {
   const Explanation explanation = tools::explain(RecordKind::application, 19);
-  EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "mode_refused");
+  EXPECT_EQ(gateNames[explanation.refusedBy].reason, "mode_refused");
   EXPECT_EQ(refusal(explanation).found, "option 19, mode 3");
 }
 
@@ -48,7 +46,7 @@ TEST_F(ExplanationOf, TheListNamesTheKeyThatIsLookedUp) {
   world.system.setVersion(10, 17, 2);
   world.propertyLists.add(versionListPath, {{"1003.1", "10.17.1"}});
   const Explanation explanation = tools::explain(RecordKind::application, 2);
-  EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "not_in_support_list");
+  EXPECT_EQ(gateNames[explanation.refusedBy].reason, "not_in_support_list");
   const tools::Step step = refusal(explanation);
   EXPECT_EQ(step.source, versionListPath);
   EXPECT_EQ(step.key, "1003.1");
@@ -60,7 +58,7 @@ TEST_F(ExplanationOf, APrinterLogGoesByTheInstalledLibrary) {
   world.system.setVersion(10, 17, 0);
   world.bundles.informationByPath.clear();
   const Explanation explanation = tools::explain(RecordKind::printerLog, 0);
-  EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "library_version_unknown");
+  EXPECT_EQ(gateNames[explanation.refusedBy].reason, "library_version_unknown");
   EXPECT_EQ(refusal(explanation).source, installedBundle);
 }
 
@@ -69,7 +67,7 @@ TEST_F(ExplanationOf, ModeZeroShowsWhichReadingFailed) {
     world.faults.fail("propertyLists.read", static_cast<int>(reading));
     const Explanation explanation = tools::explain(RecordKind::application, 0);
     world.faults.forgive();
-    EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "no_preferences");
+    EXPECT_EQ(gateNames[explanation.refusedBy].reason, "no_preferences");
     EXPECT_EQ(refusal(explanation).gate, Gate::preferences);
     EXPECT_EQ(refusal(explanation).reading, reading);
   }
@@ -81,14 +79,14 @@ TEST_F(ExplanationOf, ModeTwoNeedsNoPreferences) {
   for (const tools::Step& step : explanation.steps) {
     const bool taken = step.gate == Gate::osVersion || step.gate == Gate::mode;
     EXPECT_EQ(step.state, taken ? StepState::passed : StepState::notNeeded)
-        << tools::gateCode(step.gate);
+        << gateNames[step.gate].code;
   }
 }
 
 TEST_F(ExplanationOf, WithoutAHomeThereIsNoFileToLookInto) {
   world.user.login.reset();
   const Explanation explanation = tools::explain(RecordKind::application, 1);
-  EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "no_preferences");
+  EXPECT_EQ(gateNames[explanation.refusedBy].reason, "no_preferences");
   EXPECT_NE(refusal(explanation).source.find("no home folder"), std::string::npos);
 }
 
@@ -112,7 +110,7 @@ TEST(ReasonCodes, AreTheOnesThatProgramsGoBy) {
       {Gate::period, "period_over"},
       {Gate::agreement, "no_agreement"},
   };
-  for (const auto& [gate, code] : table) EXPECT_EQ(tools::reasonCode(gate), code);
+  for (const auto& [gate, code] : table) EXPECT_EQ(gateNames[gate].reason, code);
 }
 
 }  // namespace

@@ -14,8 +14,6 @@ namespace wenlolib::tests {
 namespace {
 
 using tools::Explanation;
-using tools::RecordKind;
-using tools::StepState;
 
 /// Steps that passed or were left out, then perhaps the one that refused, then none that was taken.
 void expectSound(const Explanation& explanation) {
@@ -37,7 +35,7 @@ using ExplanationOfStates = PlatformTest;
 TEST_F(ExplanationOfStates, IsTheLibrarysOwnAnswerInEveryState) {
   constexpr int states = 20000;
   Dice dice(4711);
-  std::map<tools::RecordKind, std::map<Gate, int>> outcomes;
+  std::map<RecordKind, std::map<Gate, int>> outcomes;
   for (int state = 0; state < states && !HasFailure(); ++state) {
     SCOPED_TRACE(state);
     setState(world, dice);
@@ -56,8 +54,8 @@ TEST_F(ExplanationOfStates, IsTheLibrarysOwnAnswerInEveryState) {
   for (const Gate gate :
        {Gate::none, Gate::osVersion, Gate::libraryVersion, Gate::supportVersionList,
         Gate::preferences, Gate::installationDate, Gate::period}) {
-    EXPECT_GT(outcomes[RecordKind::application][gate], often) << tools::reasonCode(gate);
-    EXPECT_GT(outcomes[RecordKind::printerLog][gate], often) << tools::reasonCode(gate);
+    EXPECT_GT(outcomes[RecordKind::application][gate], often) << gateNames[gate].reason;
+    EXPECT_GT(outcomes[RecordKind::printerLog][gate], often) << gateNames[gate].reason;
   }
   EXPECT_GT(outcomes[RecordKind::application][Gate::mode], often);
   EXPECT_GT(outcomes[RecordKind::application][Gate::agreement], often);

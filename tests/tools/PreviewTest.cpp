@@ -56,10 +56,10 @@ class Preview : public testing::Test {
   void storeIdentifier() { writeList(identifierPath, {{"WENLIBUUID", identifier}, {"Other", 7}}); }
 
   static RecordRequest application(std::string contents, std::uint32_t option = 1) {
-    return {tools::RecordKind::application, "App", option, {}, std::move(contents)};
+    return {RecordKind::application, "App", option, {}, std::move(contents)};
   }
   static RecordRequest printerLog(Dictionary printer, std::string contents = "jobs=3") {
-    return {tools::RecordKind::printerLog, "App", 0, std::move(printer), std::move(contents)};
+    return {RecordKind::printerLog, "App", 0, std::move(printer), std::move(contents)};
   }
 
   const std::string identifier = "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}";

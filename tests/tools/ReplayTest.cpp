@@ -69,10 +69,10 @@ TEST_F(ReplayedFiles, AreReadInPlaceOfTheInstalledOnes) {
   replayed.preferences = file;
   const tools::Replay replay(world.services, replayed);
   const platform::Substitute substitute(replay.services());
-  const auto explanation = tools::explain(tools::RecordKind::application, 1, {"", file, {}});
-  EXPECT_EQ(tools::reasonCode(explanation.refusedBy), "no_agreement");
+  const auto explanation = tools::explain(RecordKind::application, 1, {"", file, {}});
+  EXPECT_EQ(gateNames[explanation.refusedBy].reason, "no_agreement");
   EXPECT_EQ(explanation.steps.back().source, file);
-  EXPECT_TRUE(tools::explain(tools::RecordKind::printerLog, 0).allowed());
+  EXPECT_TRUE(tools::explain(RecordKind::printerLog, 0).allowed());
 }
 
 }  // namespace

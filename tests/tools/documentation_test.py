@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Holds man page and completions against what `wenlolib --help` says. Argument: the command's path.
 
-Every option of a call has to be in all of them, and nothing else may be. Likewise what the scripts
-of tests tell of themselves: which tests they skipped."""
+Every option of a call has to be in all of them, and nothing else may be. Likewise the gates of the
+decision in man page and host guide, and what the scripts of tests tell of themselves: which tests
+they skipped."""
 
 import os
 import re
@@ -15,7 +16,8 @@ import unittest.mock
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.dont_write_bytecode = True
 sys.path.insert(0, HERE)
-TOOLS = os.path.join(HERE, "..", "..", "tools")
+ROOT = os.path.join(HERE, "..", "..")
+TOOLS = os.path.join(ROOT, "tools")
 
 import skips
 
@@ -101,16 +103,29 @@ def from_zsh():
     return found
 
 
+def rows_of(name, path):
+    """The texts in each row of a table of the source, in its order."""
+    with open(os.path.join(ROOT, path), encoding="utf-8") as file:
+        body = re.search(rf"> {name}\(\{{\n(.*?)\n\}}\);", file.read(), re.DOTALL)[1]
+    return [re.findall(r'"([^"]*)"', row) for row in body.splitlines()]
+
+
 def gate_names():
-    """(reason, gate), in the order of the gates, as the command has them."""
-    body = re.search(r"names\[\] = \{\n(.*?)\n\};", text_of("GateNames.cpp"), re.DOTALL)[1]
-    words = re.findall(r'"([^"]*)"', body)  # code, title, reason
-    return list(zip(words[2::3], words[::3], strict=True))
+    """(reason, gate), in the order of the gates, as the decision has them."""
+    return [(reason, code) for code, _, reason in rows_of("gateNames",
+                                                          "src/policy/SupportDecision.h")]
 
 
 def state_codes():
-    body = re.search(r"codes\[\] = \{(.*?)\}", text_of("ExplanationText.cpp"), re.DOTALL)[1]
-    return re.findall(r'"(\w*)"', body)
+    return [code for code, _ in rows_of("stateNames", "tools/ExplanationText.cpp")]
+
+
+def in_the_host_guide():
+    """(reason, gate) of the steps that are gates, in the order of the guide."""
+    with open(os.path.join(ROOT, "docs/host-guide.md"), encoding="utf-8") as file:
+        steps = file.read().split("\n## Why is my record missing?\n", 1)[1].split("\n\n| ", 1)[1]
+    rows = [row.split("|") for row in steps.split("\n\n", 1)[0].splitlines()[2:]]
+    return [(row[4].strip(" `"), row[3].strip(" `")) for row in rows if row[3].strip()]
 
 
 def table_on_the_man_page(head):
@@ -172,6 +187,24 @@ class Documentation(unittest.TestCase):
             self.assertTrue(row[-1].strip(), row)
         self.assertEqual({len(row) for row in gates}, {3})
         self.assertEqual({len(row) for row in states}, {2})
+
+    def test_the_host_guide_has_every_gate_in_order_and_no_other(self):
+        gates = gate_names()
+        self.assertEqual(gates[0], ("allowed", "none"))
+        self.assertEqual(in_the_host_guide(), gates[1:])
+
+    def test_guides_name_the_periods(self):
+        with open(os.path.join(ROOT, "src/policy/SupportDecision.h"), encoding="utf-8") as file:
+            application, printer = re.findall(r"std::chrono::days\((\d+)\)", file.read())
+        guide = "docs/host-guide.md"
+        for name, told in [
+                ("README.md", f"less than {application} days ago (printer logs: {printer})"),
+                (guide, f"installation less than {application} days ago"),
+                (guide, f"installation date less than {printer} days ago"),
+                (guide, f"at exactly {application} or {printer} days it is over"),
+                (guide, f"{application} ({printer}) days are not over")]:
+            with open(os.path.join(ROOT, name), encoding="utf-8") as file:
+                self.assertTrue(told in " ".join(file.read().split()), f"{name}: {told}")
 
     def test_calls_that_take_paths_as_they_stand_say_so(self):
         page = " ".join(text_of("man/wenlolib.1").split())
