@@ -5,21 +5,23 @@
 
 #include "Format.h"
 #include "VisibleText.h"
+#include "base/EnumTable.h"
 
 namespace wenlolib::tools {
 namespace {
 
 constexpr std::size_t width = 80;
 
-std::string_view levelText(Level level) {
-  constexpr std::string_view texts[] = {"ok", "warning", "error"};
-  return texts[static_cast<std::size_t>(level)];
-}
+struct LevelNames {
+  std::string_view text;
+  Colour colour;
+};
 
-Colour levelColour(Level level) {
-  constexpr Colour colours[] = {Colour::good, Colour::doubtful, Colour::bad};
-  return colours[static_cast<std::size_t>(level)];
-}
+constexpr EnumTable<Level, LevelNames> levelNames({
+    {Level::ok, {"ok", Colour::good}},
+    {Level::warning, {"warning", Colour::doubtful}},
+    {Level::error, {"error", Colour::bad}},
+});
 
 std::size_t countOf(const Findings& findings, Level level) {
   return static_cast<std::size_t>(std::ranges::count(findings, level, &Finding::level));
@@ -34,10 +36,10 @@ std::string subjectText(const Finding& finding, const std::string& folder) {
 std::string findingText(const Finding& finding, const Paint& paint, const std::string& folder) {
   constexpr std::size_t indent = 9;
   const std::string blanks(indent, ' ');
-  const std::string_view level = levelText(finding.level);
+  const LevelNames& level = levelNames[finding.level];
   const std::string subject = subjectText(finding, folder);
   std::string text =
-      paint(levelColour(finding.level), level) + std::string(indent - level.size(), ' ') + subject;
+      paint(level.colour, level.text) + std::string(indent - level.text.size(), ' ') + subject;
   const std::string joint = ": " + finding.message;
   if (indent + displayWidth(subject + joint) <= width) {
     text += joint + "\n";
@@ -75,7 +77,7 @@ std::string findingsJson(const Findings& findings) {
   using Json = nlohmann::ordered_json;
   std::string lines;
   for (const Finding& finding : findings) {
-    Json json = {{"level", levelText(finding.level)},
+    Json json = {{"level", levelNames[finding.level].text},
                  {"check", finding.check},
                  {"subject", finding.subject},
                  {"message", finding.message}};

@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+#include "base/EnumTable.h"
+
 namespace wenlolib::tools {
 namespace {
 
@@ -13,21 +15,13 @@ std::string_view environment(const char* name) {
   return value == nullptr ? std::string_view() : value;
 }
 
-std::string_view sequence(Colour colour) {
-  switch (colour) {
-    case Colour::good:
-      return "\x1B[32m";
-    case Colour::doubtful:
-      return "\x1B[33m";
-    case Colour::bad:
-      return "\x1B[31m";
-    case Colour::heading:
-      return "\x1B[1m";
-    case Colour::faint:
-      return "\x1B[2m";
-  }
-  return "";
-}
+constexpr EnumTable<Colour, std::string_view> sequences({
+    {Colour::good, "\x1B[32m"},
+    {Colour::doubtful, "\x1B[33m"},
+    {Colour::bad, "\x1B[31m"},
+    {Colour::heading, "\x1B[1m"},
+    {Colour::faint, "\x1B[2m"},
+});
 
 }  // namespace
 
@@ -52,7 +46,7 @@ std::size_t columnsOf(std::FILE* stream) {
 
 std::string Paint::operator()(Colour colour, std::string_view text) const {
   if (!on_ || text.empty()) return std::string(text);
-  return std::string(sequence(colour)) + std::string(text) + "\x1B[0m";
+  return std::string(sequences[colour]) + std::string(text) + "\x1B[0m";
 }
 
 }  // namespace wenlolib::tools

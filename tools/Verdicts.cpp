@@ -1,8 +1,7 @@
 #include "Verdicts.h"
 
-#include <array>
-
 #include "Format.h"
+#include "base/EnumTable.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -11,101 +10,88 @@ using receiver::Fault;
 using receiver::Layer;
 using receiver::Layout;
 
-struct LayerNames {
+struct Names {
   std::string_view code;
   std::string_view phrase;
 };
 
-// In the order of `receiver::Layer`.
-constexpr std::array<LayerNames, 8> layers = {{{"none", ""},
-                                               {"xml", "not XML"},
-                                               {"white_space", "white space"},
-                                               {"layout", "wrong layout"},
-                                               {"cipher_marker", "wrong cipher marker"},
-                                               {"hexadecimal", "bad hexadecimal"},
-                                               {"checksum", "wrong checksum"},
-                                               {"contents", "undecodable contents"}}};
+constexpr EnumTable<Layout, Names> layouts({
+    {Layout::application, {"application", "application usage"}},
+    {Layout::printer, {"printer", "printer log, newer tag type"}},
+    {Layout::printerOlderTag, {"printer_older_tag", "printer log, older tag type"}},
+});
 
-const LayerNames& names(Layer layer) {
-  return layers.at(static_cast<std::size_t>(layer));
-}
+constexpr EnumTable<Layer, Names> layers({
+    {Layer::none, {"none", ""}},
+    {Layer::xml, {"xml", "not XML"}},
+    {Layer::whiteSpace, {"white_space", "white space"}},
+    {Layer::layout, {"layout", "wrong layout"}},
+    {Layer::cipherMarker, {"cipher_marker", "wrong cipher marker"}},
+    {Layer::hexadecimal, {"hexadecimal", "bad hexadecimal"}},
+    {Layer::checksum, {"checksum", "wrong checksum"}},
+    {Layer::contents, {"contents", "undecodable contents"}},
+});
+
+struct FaultNames {
+  std::string_view code;
+  Condition condition;
+};
+
+constexpr EnumTable<Fault, FaultNames> faults({
+    {Fault::none, {"none", Condition::sound}},
+    {Fault::truncated, {"truncated", Condition::truncated}},
+    {Fault::damaged, {"damaged", Condition::damaged}},
+    {Fault::altered, {"altered", Condition::altered}},
+    {Fault::repaired, {"repaired", Condition::repaired}},
+});
+
+struct ConditionNames {
+  std::string_view word;
+  Colour colour;
+};
+
+constexpr EnumTable<Condition, ConditionNames> conditions({
+    {Condition::sound, {"sound", Colour::good}},
+    {Condition::truncated, {"truncated", Colour::bad}},
+    {Condition::damaged, {"damaged", Colour::bad}},
+    {Condition::altered, {"altered", Colour::bad}},
+    {Condition::repaired, {"repaired", Colour::doubtful}},
+    {Condition::illegible, {"illegible", Colour::doubtful}},
+});
 
 }  // namespace
 
 std::string_view code(Layout layout) {
-  switch (layout) {
-    case Layout::application:
-      return "application";
-    case Layout::printer:
-      return "printer";
-    case Layout::printerOlderTag:
-      return "printer_older_tag";
-  }
-  return "";
+  return layouts[layout].code;
 }
 
 std::string_view code(Layer layer) {
-  return names(layer).code;
+  return layers[layer].code;
 }
 
 std::string_view code(Fault fault) {
-  switch (fault) {
-    case Fault::none:
-      return "none";
-    case Fault::truncated:
-      return "truncated";
-    case Fault::damaged:
-      return "damaged";
-    case Fault::altered:
-      return "altered";
-    case Fault::repaired:
-      return "repaired";
-  }
-  return "";
+  return faults[fault].code;
 }
 
 Condition conditionOf(const receiver::Verdict& verdict) {
-  switch (verdict.fault) {
-    case Fault::none:
-      return verdict.sound() ? Condition::sound : Condition::illegible;
-    case Fault::truncated:
-      return Condition::truncated;
-    case Fault::damaged:
-      return Condition::damaged;
-    case Fault::altered:
-      return Condition::altered;
-    case Fault::repaired:
-      return Condition::repaired;
-  }
-  return Condition::damaged;
+  const bool illegible = verdict.fault == Fault::none && !verdict.sound();
+  return illegible ? Condition::illegible : faults[verdict.fault].condition;
 }
 
 std::string_view word(Condition condition) {
-  constexpr std::array<std::string_view, conditions> words = {"sound",   "truncated", "damaged",
-                                                              "altered", "repaired",  "illegible"};
-  return words.at(static_cast<std::size_t>(condition));
+  return conditions[condition].word;
 }
 
 Colour colourOf(Condition condition) {
-  if (condition == Condition::sound) return Colour::good;
-  const bool unharmed = condition == Condition::repaired || condition == Condition::illegible;
-  return unharmed ? Colour::doubtful : Colour::bad;
+  return conditions[condition].colour;
 }
 
 std::string_view description(Layout layout) {
-  switch (layout) {
-    case Layout::application:
-      return "application usage";
-    case Layout::printer:
-      return "printer log, newer tag type";
-    case Layout::printerOlderTag:
-      return "printer log, older tag type";
-  }
-  return "";
+  return layouts[layout].phrase;
 }
 
 std::string description(const receiver::Verdict& verdict) {
-  std::string text(names(verdict.layer).phrase);
+  std::string text(layers[verdict.layer].phrase);
   text += " at byte " + grouped(verdict.offset);
   if (!verdict.field.empty()) text += ", " + verdict.field;
   if (!verdict.explanation.empty()) text += ": " + verdict.explanation;

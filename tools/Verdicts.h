@@ -2,7 +2,6 @@
 #ifndef WENLOLIB_TOOLS_VERDICTS_H
 #define WENLOLIB_TOOLS_VERDICTS_H
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,7 +25,6 @@ enum class Condition : std::uint8_t {
   repaired,
   illegible,  // nothing has happened to it, but its contents cannot be decrypted
 };
-inline constexpr std::size_t conditions = 6;
 
 [[nodiscard]] Condition conditionOf(const receiver::Verdict& verdict);
 

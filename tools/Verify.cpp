@@ -1,7 +1,6 @@
 #include "Verify.h"
 
 #include <CLI/CLI.hpp>
-#include <array>
 #include <cstdint>
 #include <memory>
 
@@ -11,6 +10,7 @@
 #include "Session.h"
 #include "Verdicts.h"
 #include "VisibleText.h"
+#include "base/EnumTable.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -38,22 +38,22 @@ constexpr auto examples =
     "  wenlolib verify --quiet --jobs 4 incoming/\n"
     "  wenlolib verify --json incoming/ | jq -r 'select(.sound | not) | .path'";
 
-/// How many documents of each kind, in the order of `Condition`.
+/// How many documents of each kind.
 class Counts {
  public:
   void add(const Answer& answer) {
-    ++(answer.status == wrongUsage ? unreadable_
-                                   : counts_.at(static_cast<std::size_t>(answer.condition)));
+    ++(answer.status == wrongUsage ? unreadable_ : counts_[answer.condition]);
   }
 
   [[nodiscard]] std::string summary() const {
     std::uint64_t documents = 0;
     std::string parts;
-    for (std::size_t i = 0; i < counts_.size(); ++i) {
-      documents += counts_[i];
-      if (counts_[i] == 0) continue;
+    for (const Condition condition : enumerators<Condition>) {
+      const std::uint64_t count = counts_[condition];
+      documents += count;
+      if (count == 0) continue;
       parts += parts.empty() ? ": " : ", ";
-      parts += grouped(counts_[i]) + " " + std::string(word(static_cast<Condition>(i)));
+      parts += grouped(count) + " " + std::string(word(condition));
     }
     const std::string unreadable =
         unreadable_ == 0 ? "" : "; " + grouped(unreadable_) + " could not be read";
@@ -61,7 +61,7 @@ class Counts {
   }
 
  private:
-  std::array<std::uint64_t, conditions> counts_{};
+  EnumTable<Condition, std::uint64_t> counts_;
   std::uint64_t unreadable_ = 0;
 };
 

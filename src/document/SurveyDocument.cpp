@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "base/EnumTable.h"
 #include "codec/codec.h"
 
 namespace wenlolib {
@@ -10,17 +11,11 @@ namespace {
 
 constexpr std::size_t checksumLength = 32;
 
-constexpr std::string_view wrapperName(Layout layout) {
-  switch (layout) {
-    case Layout::application:
-      return "OrvanQXApplication";
-    case Layout::printer:
-      return "OrvanQX2Application";
-    case Layout::printerOlderTag:
-      break;
-  }
-  return "OrvanQXPrinter";
-}
+constexpr EnumTable<Layout, std::string_view> wrapperNames({
+    {Layout::application, "OrvanQXApplication"},
+    {Layout::printer, "OrvanQX2Application"},
+    {Layout::printerOlderTag, "OrvanQXPrinter"},
+});
 
 void append(std::string& text, std::string_view name, std::string_view value) {
   text.append("<").append(name).append(">").append(value).append("</").append(name).append(">");
@@ -71,7 +66,7 @@ SurveyDocument assemble(Layout layout, const Header& header, const Payload& payl
   SurveyDocument document;
   std::string& text = document.text;
   text.reserve(capacityFor(header, payload));
-  text.append("<").append(wrapperName(layout)).append(" SUM=\"");
+  text.append("<").append(wrapperNames[layout]).append(" SUM=\"");
   const std::size_t checksum = text.size();
   text.append(checksumLength, '0').append("\">");
   const std::size_t content = text.size();
@@ -79,7 +74,7 @@ SurveyDocument assemble(Layout layout, const Header& header, const Payload& payl
   // The content is all that stands after the wrapper's start tag until its end tag is written, so
   // it can be digested in place, as the NUL-terminated text that it is at this moment.
   writeChecksum(text.c_str() + content, text.data() + checksum);
-  text.append("</").append(wrapperName(layout)).append(">");
+  text.append("</").append(wrapperNames[layout]).append(">");
   return document;
 }
 

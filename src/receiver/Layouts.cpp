@@ -1,6 +1,9 @@
 #include "receiver/Layouts.h"
 
 #include <algorithm>
+#include <array>
+
+#include "base/EnumTable.h"
 
 namespace wenlolib::receiver {
 namespace {
@@ -64,18 +67,16 @@ constexpr std::array<Slot, mostSlots> olderTagSlots = {
     markup("OrvanQXPrinter", "</OrvanQXPrinter>"),
 };
 
+constexpr EnumTable<Layout, std::span<const Slot>> slots({
+    {Layout::application, applicationSlots},
+    {Layout::printer, printerSlots},
+    {Layout::printerOlderTag, olderTagSlots},
+});
+
 }  // namespace
 
 std::span<const Slot> slotsOf(Layout layout) {
-  switch (layout) {
-    case Layout::application:
-      return applicationSlots;
-    case Layout::printer:
-      return printerSlots;
-    case Layout::printerOlderTag:
-      break;
-  }
-  return olderTagSlots;
+  return slots[layout];
 }
 
 std::string_view wrapperName(Layout layout) {
@@ -83,14 +84,15 @@ std::string_view wrapperName(Layout layout) {
 }
 
 bool isWrapperName(std::string_view name) {
-  return std::ranges::any_of(allLayouts,
+  return std::ranges::any_of(enumerators<Layout>,
                              [&](Layout layout) { return name == wrapperName(layout); });
 }
 
 bool endsInWrapper(std::string_view bytes) {
   bytes = bytes.substr(0, bytes.find_last_not_of(" \t\r\n") + 1);
-  return std::ranges::any_of(
-      allLayouts, [&](Layout layout) { return bytes.ends_with(slotsOf(layout).back().opening); });
+  return std::ranges::any_of(enumerators<Layout>, [&](Layout layout) {
+    return bytes.ends_with(slotsOf(layout).back().opening);
+  });
 }
 
 }  // namespace wenlolib::receiver

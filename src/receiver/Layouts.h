@@ -2,7 +2,6 @@
 #ifndef WENLOLIB_RECEIVER_LAYOUTS_H
 #define WENLOLIB_RECEIVER_LAYOUTS_H
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -31,9 +30,6 @@ constexpr std::size_t mostSlots = 16;
 constexpr std::size_t checksumSlot = 1;  // in every layout
 constexpr std::size_t dateSlot = 4;
 constexpr std::size_t checksumLength = 32;
-
-constexpr std::array<Layout, 3> allLayouts = {Layout::application, Layout::printer,
-                                              Layout::printerOlderTag};
 
 /// All slots of a layout. The first is the beginning of the wrapper's start tag, the second its
 /// checksum, the last its end tag.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/EnumTable.h"
+
 namespace wenlolib::receiver {
 namespace {
 
@@ -54,7 +56,7 @@ Layout nearestLayout(std::string_view bytes) {
   const auto likeness = [&](Layout layout) {
     return commonLength(bytes, slotsOf(layout).front().opening);
   };
-  return *std::ranges::max_element(allLayouts, {}, likeness);
+  return *std::ranges::max_element(enumerators<Layout>, {}, likeness);
 }
 
 }  // namespace
