@@ -1,10 +1,14 @@
 #include "Explanation.h"
 
+#include <chrono>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Format.h"
 #include "RecordedFacts.h"
 #include "ValueText.h"
+#include "base/EnumTable.h"
 #include "base/Integer.h"
 #include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
@@ -124,12 +128,10 @@ void describeAgreement(Step& step, const Context& context) {
   step.remedy = "The user has to agree in the host, which stores it here as a boolean.";
 }
 
-void describeNothing(Step&, const Context&) {}
-
 /// What was read, expected and found at a gate.
 using Description = void (*)(Step&, const Context&);
 constexpr EnumTable<Gate, Description> descriptions({
-    {Gate::none, describeNothing},
+    {Gate::none, nullptr},  // no step is taken at it
     {Gate::osVersion, describeOS},
     {Gate::libraryVersion, describeLibrary},
     {Gate::supportVersionList, describeList},

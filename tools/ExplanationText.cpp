@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "VisibleText.h"
+#include "base/EnumTable.h"
 #include "base/Integer.h"
 #include "toolkit/OptionMode.h"
 

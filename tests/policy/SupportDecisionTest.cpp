@@ -276,6 +276,14 @@ TEST(PrinterLogRefusal, NeedsNoAgreement) {
   EXPECT_EQ(facts.asked, (Questions{"bound", "os", "preferences", "now"}));
 }
 
+TEST(PrinterLogRefusal, GoesByNoOption) {
+  for (std::uint32_t option = 0; option < 16; ++option) {
+    SetFacts facts = allowing();
+    EXPECT_EQ(refusal(facts, RecordKind::printerLog, option), Gate::none);
+    EXPECT_EQ(facts.asked, (Questions{"bound", "os", "preferences", "now"})) << option;
+  }
+}
+
 TEST(PrinterLogRefusal, LooksTheInstalledLibraryUp) {
   SetFacts facts = allowing();
   facts.os = 101700;
