@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Reason.h"
+
 namespace wenlolib::platform {
 
 /// What is at a path, links followed. A dangling link is nothing.
@@ -15,8 +17,16 @@ enum class Kind : std::uint8_t { nothing, folder, other };
 /// How a finished file takes its name: in place of whatever has it, or only where nobody has it.
 enum class Publication : std::uint8_t { replacing, asNew };
 
-/// `taken`: another writer has had the name since it was found free (`asNew` only).
-enum class Outcome : std::uint8_t { written, taken, failed };
+/// What came of a write, and why it failed where it did.
+struct Outcome {
+  /// `taken`: another writer has had the name since it was found free (`asNew` only).
+  enum Kind : std::uint8_t { written, taken, failed };
+  Kind kind;
+  Reason reason;
+
+  Outcome(Kind outcome, Reason why = {}) : kind(outcome), reason(why) {}
+  friend bool operator==(const Outcome& outcome, Kind kind) { return outcome.kind == kind; }
+};
 
 class Files {
  public:

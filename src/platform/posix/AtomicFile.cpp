@@ -84,7 +84,12 @@ bool withinFileSizeLimit(std::size_t length) {
   return limit.rlim_cur == RLIM_INFINITY || length <= limit.rlim_cur;
 }
 
+Outcome failedAt(Step step, int error = errno) {
+  return {Outcome::failed, {step, error}};
+}
+
 bool writeWhole(SystemCalls& calls, int file, std::string_view bytes) {
+  errno = 0;
   while (!bytes.empty()) {
     const ssize_t written =
         uninterrupted([&] { return calls.write(file, bytes.data(), bytes.size()); });
@@ -94,21 +99,24 @@ bool writeWhole(SystemCalls& calls, int file, std::string_view bytes) {
   return true;
 }
 
-bool fill(SystemCalls& calls, int number, std::string_view bytes, mode_t mode) {
+Outcome fill(SystemCalls& calls, int number, std::string_view bytes, mode_t mode) {
   Descriptor file(calls, number);
-  if (!writeWhole(calls, file.number(), bytes)) return false;
+  if (!writeWhole(calls, file.number(), bytes)) return failedAt(Step::writeFile);
   // Some file systems know no permissions; a record is worth more than its mode.
   static_cast<void>(uninterrupted([&] { return calls.changeMode(file.number(), mode); }));
-  if (uninterrupted([&] { return calls.flush(file.number()); }) != 0) return false;
-  return file.close();
+  if (uninterrupted([&] { return calls.flush(file.number()); }) != 0) {
+    return failedAt(Step::flushFile);
+  }
+  if (!file.close()) return failedAt(Step::writeFile);
+  return Outcome::written;
 }
 
-bool renamed(Unfinished& file, const std::string& name) {
+Outcome rename(Unfinished& file, const std::string& name) {
   const int result = uninterrupted(
       [&] { return file.calls.rename(file.folder, file.name.c_str(), name.c_str()); });
-  if (result != 0) return false;
+  if (result != 0) return failedAt(Step::nameFile);
   file.present = false;
-  return true;
+  return Outcome::written;
 }
 
 /// Whether nothing stands at a name. A link that leads nowhere is nothing.
@@ -138,8 +146,8 @@ bool isLinked(const Unfinished& file) {
 /// The right to take a name, as long as it lives. The claim itself is never in a reader's way.
 class Claim {
  public:
-  Claim(const Unfinished& file, const std::string& name) : file_(file), name_(claimName(name)) {
-    state_ = made();
+  Claim(const Unfinished& file, const std::string& name)
+      : file_(file), name_(claimName(name)), state_(made()) {
     if (state_ == Outcome::taken && brokenStale()) state_ = made();
   }
   ~Claim() {
@@ -151,13 +159,14 @@ class Claim {
   Claim& operator=(const Claim&) = delete;
 
   /// `taken` while another writer has it; `failed` where none can be made.
-  [[nodiscard]] Outcome state() const { return state_; }
+  [[nodiscard]] const Outcome& state() const { return state_; }
 
  private:
   Outcome made() {
     const int number =
         uninterrupted([&] { return file_.calls.create(file_.folder, name_.c_str()); });
-    if (number < 0) return errno == EEXIST ? Outcome::taken : Outcome::failed;
+    if (number < 0 && errno == EEXIST) return Outcome::taken;
+    if (number < 0) return failedAt(Step::nameFile);
     const Descriptor claim(file_.calls, number);
     return Outcome::written;
   }
@@ -190,7 +199,7 @@ Outcome publishUnderClaim(Unfinished& file, const std::string& name) {
   const Claim claim(file, name);
   if (claim.state() != Outcome::written) return claim.state();
   if (!isFree(file.calls, file.folder, name)) return Outcome::taken;
-  return renamed(file, name) ? Outcome::written : Outcome::failed;
+  return rename(file, name);
 }
 
 Outcome publishAsNew(Unfinished& file, const std::string& name) {
@@ -221,21 +230,21 @@ Outcome writeAtomically(SystemCalls& calls, const std::string& path, std::string
   const std::string folderPath =
       slash == std::string::npos ? "." : path.substr(0, std::max<std::size_t>(slash, 1));
   const std::string name = path.substr(slash + 1);
+  if (name.empty()) return failedAt(Step::nameFile, EISDIR);
+  if (!withinFileSizeLimit(bytes.size())) return failedAt(Step::writeFile, EFBIG);
   const auto unfinishedName = unguessableName();
-  if (name.empty() || !unfinishedName || !withinFileSizeLimit(bytes.size())) {
-    return Outcome::failed;
-  }
+  if (!unfinishedName) return failedAt(Step::takeRandomness);
   const Descriptor folder(calls,
                           uninterrupted([&] { return calls.openFolder(folderPath.c_str()); }));
-  if (!folder.valid()) return Outcome::failed;
+  if (!folder.valid()) return failedAt(Step::findFolder);
   Unfinished file{calls, folder.number(), *unfinishedName};
   const int number =
       uninterrupted([&] { return calls.create(folder.number(), file.name.c_str()); });
-  if (number < 0) return Outcome::failed;
+  if (number < 0) return failedAt(Step::makeFile);
   file.present = true;
-  if (!fill(calls, number, bytes, mode)) return Outcome::failed;
-  if (publication == Publication::asNew) return publishAsNew(file, name);
-  return renamed(file, name) ? Outcome::written : Outcome::failed;
+  Outcome filled = fill(calls, number, bytes, mode);
+  if (filled != Outcome::written) return filled;
+  return publication == Publication::asNew ? publishAsNew(file, name) : rename(file, name);
 }
 
 }  // namespace wenlolib::platform::posix

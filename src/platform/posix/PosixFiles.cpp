@@ -93,7 +93,7 @@ Outcome PosixFiles::writeAtomically(const std::string& path, std::string_view by
                                     std::uint32_t mode, Publication publication) {
   const CancellationHold hold;
   const Text real = root_.below(path);
-  if (!real) return Outcome::failed;
+  if (!real) return {Outcome::failed, {Step::nameFile, EINVAL}};
   return posix::writeAtomically(calls_, *real, bytes, static_cast<mode_t>(mode), publication);
 }
 

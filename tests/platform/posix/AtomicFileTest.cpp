@@ -22,6 +22,7 @@ namespace {
 
 using platform::Outcome;
 using platform::Publication;
+using platform::Step;
 using platform::posix::writeAtomically;
 using Names = std::vector<std::string>;
 
@@ -128,19 +129,26 @@ TEST_F(AtomicFile, AnInterruptedCloseIsNotRepeated) {
 struct Failure {
   const char* call;
   int error;
+  Step step;
 };
 
 TEST_F(AtomicFile, WhateverFailsTheEarlierFileStaysAndNothingElse) {
   for (const Failure& failure :
-       {Failure{"openFolder", EACCES}, Failure{"openFolder", EMFILE}, Failure{"create", EACCES},
-        Failure{"create", ENOSPC}, Failure{"create", EROFS}, Failure{"write", ENOSPC},
-        Failure{"write", EIO}, Failure{"write", EDQUOT}, Failure{"flush", EIO},
-        Failure{"flush", ENOSPC}, Failure{"close", EIO}, Failure{"close", EDQUOT},
-        Failure{"rename", EACCES}, Failure{"rename", EIO}}) {
+       {Failure{"openFolder", EACCES, Step::findFolder},
+        Failure{"openFolder", EMFILE, Step::findFolder}, Failure{"create", EACCES, Step::makeFile},
+        Failure{"create", ENOSPC, Step::makeFile}, Failure{"create", EROFS, Step::makeFile},
+        Failure{"write", ENOSPC, Step::writeFile}, Failure{"write", EIO, Step::writeFile},
+        Failure{"write", EDQUOT, Step::writeFile}, Failure{"flush", EIO, Step::flushFile},
+        Failure{"flush", ENOSPC, Step::flushFile}, Failure{"close", EIO, Step::writeFile},
+        Failure{"close", EDQUOT, Step::writeFile}, Failure{"rename", EACCES, Step::nameFile},
+        Failure{"rename", EIO, Step::nameFile}}) {
     writeFile(path, "old");
     calls.failing = {{failure.call, failure.error}};
     calls.journal.clear();
-    EXPECT_EQ(replace(), Outcome::failed) << failure.call;
+    const Outcome outcome = replace();
+    EXPECT_EQ(outcome, Outcome::failed) << failure.call;
+    EXPECT_EQ(outcome.reason.step, failure.step) << failure.call;
+    EXPECT_EQ(outcome.reason.error, failure.error) << failure.call;
     EXPECT_EQ(readFile(path), "old") << failure.call;
     EXPECT_EQ(namesIn(folder.path()), Names{"file"}) << failure.call;
     EXPECT_GT(calls.count(failure.call), 0);
