@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "Format.h"
+#include "ReasonText.h"
 #include "RecordedFacts.h"
 #include "ValueText.h"
+#include "Watched.h"
 #include "base/EnumTable.h"
 #include "base/Integer.h"
 #include "toolkit/CommonTooWenlolib.h"
@@ -46,7 +48,7 @@ std::string preferencesText(const PreferenceReading& reading) {
   }
   if (reading.kind == platform::Kind::nothing) return "no file";
   if (reading.kind == platform::Kind::folder) return "a folder";
-  return "a file that cannot be read as a dictionary";
+  return "a file that " + reading.trouble;
 }
 
 void describeOS(Step& step, const Context& context) {
@@ -78,7 +80,7 @@ void describeList(Step& step, const Context& context) {
   step.key = list.key.value_or("");
   step.expected = "a text, " + least + " or later";
   step.found = list.readable ? valueText(list.entry ? &*list.entry : nullptr)
-                             : "no list that can be read as a dictionary";
+                             : "no list: the file " + list.trouble;
   step.remedy = "Whoever installs the library has to list " + least + " or later under this key.";
 }
 
@@ -144,11 +146,28 @@ constexpr EnumTable<Gate, Description> descriptions({
 
 }  // namespace
 
+std::string_view reasonCode(const Explanation& explanation) {
+  if (!explanation.unanswered.empty()) return "no_answer";
+  return gateNames[explanation.refusedBy].reason;
+}
+
 Explanation explain(RecordKind kind, std::uint32_t option, const Sources& sources) {
+  const Watched watched(platform::current());
+  const platform::Substitute substitute(watched.services());
   PlatformFacts facts;
-  RecordedFacts recorded(facts);
+  RecordedFacts recorded(facts, watched.seen().lists);
   std::vector<DecisionStep> steps;
-  Explanation explanation{kind, option, refusal(recorded, kind, option, &steps), {}};
+  Explanation explanation{kind, option, Gate::none, {}, {}};
+  bool isAllowed = false;
+  try {
+    explanation.refusedBy = refusal(recorded, kind, option, &steps);
+    isAllowed = explanation.refusedBy == Gate::none;
+  } catch (const platform::NoAnswer&) {
+    // What was seen says why. The library answers no.
+  }
+  if (!isAllowed && watched.seen().unanswered) {
+    explanation.unanswered = unansweredText(*watched.seen().unanswered);
+  }
   for (const DecisionStep& reported : steps) {
     Step step{reported, {}, {}, {}, {}, {}};
     if (step.taken()) descriptions[step.gate](step, {kind, option, recorded.asked(), sources});

@@ -25,9 +25,13 @@ struct Explanation {
   std::uint32_t option = 0;
   Gate refusedBy = Gate::none;
   std::vector<Step> steps;  // in the order in which the library takes them
+  std::string unanswered;   // why the platform did not answer; the library then answers no
 
-  [[nodiscard]] bool allowed() const { return refusedBy == Gate::none; }
+  [[nodiscard]] bool allowed() const { return refusedBy == Gate::none && unanswered.empty(); }
 };
+
+/// The code of an outcome, such as "no_agreement"; "no_answer" where the platform gave none.
+[[nodiscard]] std::string_view reasonCode(const Explanation& explanation);
 
 /// Where what is read really lies.
 struct Sources {

@@ -73,6 +73,9 @@ std::string stepText(int number, const Step& step, const Paint& paint, const std
 
 std::string outcomeText(const Explanation& explanation, const Paint& paint) {
   if (explanation.allowed()) return paint(Colour::good, "allowed");
+  if (!explanation.unanswered.empty()) {
+    return paint(Colour::bad, "refused") + ": " + explanation.unanswered + " (no_answer)";
+  }
   const GateNames& names = gateNames[explanation.refusedBy];
   return paint(Colour::bad, "refused") + ": " + std::string(names.title) + " (" +
          std::string(names.reason) + ")";
@@ -101,7 +104,8 @@ std::string explanationJson(const Explanation& explanation) {
     json["mode"] = optionMode(explanation.option);
   }
   json["allowed"] = explanation.allowed();
-  json["reason"] = gateNames[explanation.refusedBy].reason;
+  json["reason"] = reasonCode(explanation);
+  if (!explanation.unanswered.empty()) json["no_answer"] = explanation.unanswered;
   json["steps"] = Json::array();
   for (const Step& step : explanation.steps) {
     Json one = {{"gate", gateNames[step.gate].code}, {"state", stateNames[step.state].code}};

@@ -1,10 +1,11 @@
 // The files in the configuration folder: whether they can be read, and hold what they should.
 #include "Checks.h"
-#include "ListFile.h"
+#include "ReasonText.h"
 #include "ValueText.h"
 #include "VisibleText.h"
 #include "base/Integer.h"
 #include "platform/Platform.h"
+#include "platform/posix/PosixPropertyLists.h"
 #include "policy/SupportDecision.h"
 #include "probes/Identifier.h"
 #include "toolkit/CommonTooWenlolib.h"
@@ -20,6 +21,29 @@ constexpr std::size_t identifierLength = 38;
 std::string realPath(const ToolPlatform& platform, std::string_view name) {
   const Text path = configurationPath(name);
   return path ? platform.real(*path) : "";
+}
+
+/// Where the system does not answer, that is what is the matter with the file.
+platform::ListReading readListFile(const std::string& path) {
+  try {
+    return platform::posix::readList(path);
+  } catch (const platform::NoAnswer& thrown) {
+    platform::ListReading reading;
+    reading.reason = thrown.reason();
+    return reading;
+  }
+}
+
+/// Of a file that holds a dictionary. A value that was left out may be the one that counts.
+Finding readFinding(std::string_view check, const std::string& path,
+                    const platform::ListReading& file) {
+  Finding finding{Level::ok, std::string(check), path, "can be read", ""};
+  if (file.state == platform::ListState::partial) {
+    finding.level = Level::warning;
+    finding.message = listTrouble(file);
+    finding.remedy = "Look for numbers and dates out of range: plutil or plistutil shows the file.";
+  }
+  return finding;
 }
 
 Finding dateFinding(const Value* date) {
@@ -79,16 +103,16 @@ Finding listEntryFinding(const std::string& key, const Value& value) {
 
 void checkPreferences(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, preferenceFile);
-  const ListFile file = readListFile(path);
+  const platform::ListReading file = readListFile(path);
   if (!file.dictionary) {
-    findings.push_back({file.missing ? Level::warning : Level::error, "preferences", path,
-                        file.trouble + ": only application usage of mode 2 is recorded",
-                        file.missing ? "The host writes it. wenlolib init --sample-preferences "
-                                       "makes one to start from."
-                                     : "Move it away and let the host write it again."});
+    findings.push_back({isMissing(file) ? Level::warning : Level::error, "preferences", path,
+                        listTrouble(file) + ": only application usage of mode 2 is recorded",
+                        isMissing(file) ? "The host writes it. wenlolib init --sample-preferences "
+                                          "makes one to start from."
+                                        : "Move it away and let the host write it again."});
     return;
   }
-  findings.push_back({Level::ok, "preferences", path, "can be read", ""});
+  findings.push_back(readFinding("preferences", path, file));
   findings.push_back(dateFinding(entry(file.dictionary, "InstalledDate")));
   findings.push_back(agreementFinding(entry(file.dictionary, "LatestSelectedAgreement")));
   findings.push_back(languageFinding(entry(file.dictionary, "LatestSelectedLanguage")));
@@ -98,13 +122,13 @@ void checkSupportList(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, supportVersionListFile);
   const bool needed =
       listCounts(CommonTooWenlolib::systemVersionNum(), CommonTooWenlolib::supportUpperOSVersion());
-  const ListFile file = readListFile(path);
-  Finding finding{Level::ok, "support_list", path, "can be read", ""};
+  const platform::ListReading file = readListFile(path);
+  Finding finding = readFinding("support_list", path, file);
   if (!file.dictionary) {
-    if (!file.missing) finding.level = Level::warning;
+    if (!isMissing(file)) finding.level = Level::warning;
     if (needed) finding.level = Level::error;
     finding.message =
-        file.trouble + (needed ? ": nothing is recorded" : ", and not needed on this OS");
+        listTrouble(file) + (needed ? ": nothing is recorded" : ", and not needed on this OS");
     if (finding.level != Level::ok) {
       finding.remedy = "Whoever installs the library has to provide the list.";
     }
@@ -118,14 +142,20 @@ void checkSupportList(const ToolPlatform& platform, Findings& findings) {
 
 void checkIdentifier(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, configurationFile);
-  const ListFile file = readListFile(path);
+  const platform::ListReading file = readListFile(path);
   const Text identifier = storedIdentifier(file.dictionary);
   Finding finding{Level::ok, "identifier", path, "an identifier is stored", ""};
-  if (file.missing || (file.dictionary && !identifier)) {
+  if (file.state == platform::ListState::partial) {
+    finding = readFinding("identifier", path, file);
+    if (!identifier) {
+      finding.level = Level::error;
+      finding.message += ". It is never written anew, and every record has another identifier";
+    }
+  } else if (isMissing(file) || (file.dictionary && !identifier)) {
     finding.message = "no identifier yet: the first record makes one";
   } else if (!file.dictionary) {
     finding.level = Level::warning;
-    finding.message = file.trouble + ": the next record tries to put a new one in its place";
+    finding.message = listTrouble(file) + ": the next record tries to put a new one in its place";
     finding.remedy = "Move it away; the next record makes another identifier.";
   } else if (identifier->size() != identifierLength) {
     finding.level = Level::warning;

@@ -9,7 +9,6 @@
 #include "Table.h"
 #include "ToolPlatform.h"
 #include "VisibleText.h"
-#include "WriteFailure.h"
 #include "probes/Locale.h"
 #include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Names.h"
@@ -54,8 +53,9 @@ Made makePreferences(const std::string& path, const std::string& realPath, bool 
   const platform::Platform& platform = platform::current();
   const Text xml = platform.propertyLists->asXml(samplePreferences(agree));
   if (!xml) return Made::failed;
-  switch (
-      platform.files->writeAtomically(path, *xml, preferenceMode, platform::Publication::asNew)) {
+  const platform::Outcome outcome =
+      platform.files->writeAtomically(path, *xml, preferenceMode, platform::Publication::asNew);
+  switch (outcome.kind) {
     case platform::Outcome::written:
       return Made::now;
     case platform::Outcome::taken:

@@ -86,12 +86,15 @@ void previewTo(Session& session, const Arguments& arguments) {
   }
   RecordRequest request = requestOf(arguments.record);
   request.contents = std::move(input.contents);
-  if (const auto document = preview(platform.services(), request)) {
-    show(output, platform, arguments, *document);
+  const Preview previewed = preview(platform.services(), request);
+  if (previewed.document) {
+    show(output, platform, arguments, *previewed.document);
   } else {
     output.complain(arguments.record.name,
-                    "it comes to no document: a value holds markup that cannot be mended, a "
-                    "character that XML does not have, or there is too little memory");
+                    previewed.unanswered
+                        ? "there is no document: " + unansweredText(*previewed.unanswered)
+                        : "there is no document: a value holds markup that cannot be mended, or a "
+                          "character that XML does not have");
     session.exitStatus = notGood;
   }
   output.finish();

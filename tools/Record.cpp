@@ -7,29 +7,32 @@
 #include "ExplanationText.h"
 #include "Format.h"
 #include "Output.h"
+#include "ReasonText.h"
 #include "RecordArguments.h"
 #include "Session.h"
 #include "Terminal.h"
 #include "ToolPlatform.h"
 #include "VisibleText.h"
-#include "WriteFailure.h"
+#include "Watched.h"
 #include "toolkit/Folders.h"
 
 namespace wenlolib::tools {
 namespace {
 
 /// What the library thinks of such a record; on standard error, where the refusal is told.
-void tellRefusal(Output& output, const ToolPlatform& platform, const RecordRequest& request) {
+void tellRefusal(Output& output, const ToolPlatform& platform, const RecordRequest& request,
+                 const std::optional<Unanswered>& unanswered) {
+  if (unanswered) {
+    output.complain(request.name, "not recorded: " + unansweredText(*unanswered));
+    return;
+  }
   const platform::Substitute substitute(platform.services());
   const Explanation decision = explain(request.kind, request.option, {platform.root(), {}, {}});
   if (decision.allowed()) {
-    output.complain(request.name,
-                    "refused for lack of memory, or by settings that have changed "
-                    "this very moment");
+    output.complain(request.name, "refused; by now it would be allowed: the settings have changed");
     return;
   }
-  output.complain(request.name,
-                  "refused (" + std::string(gateNames[decision.refusedBy].reason) + ")");
+  output.complain(request.name, "refused (" + std::string(reasonCode(decision)) + ")");
   const Text folder = supportFolder();
   Output explanation("record", stderr);
   explanation.write("\n" + explanationText(decision, explanation.paint(),
@@ -45,16 +48,16 @@ bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& req
                     "not written, although the library answers that it is: a value holds markup "
                     "that cannot be mended, or a character that XML does not have");
   } else if (!outcome.document) {
-    tellRefusal(output, platform, request);
+    tellRefusal(output, platform, request, outcome.unanswered);
   } else {
     const std::string path = platform.real(outcome.document->path);
-    if (outcome.document->written) {
+    if (outcome.document->outcome == platform::Outcome::written) {
       const std::string sizes =
           sizeText(outcome.document->size) + ", contents " + sizeText(request.contents.size());
       output.write("recorded in " + visibleInLine(path) + "\n  (" + sizes + ")\n");
       return true;
     }
-    output.complain(path, whyNotWritten(path));
+    output.complain(path, whyNotWritten(outcome.document->outcome.reason));
   }
   return false;
 }

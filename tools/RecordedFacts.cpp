@@ -1,5 +1,6 @@
 #include "RecordedFacts.h"
 
+#include "ReasonText.h"
 #include "platform/Platform.h"
 #include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
@@ -57,6 +58,7 @@ std::int32_t RecordedFacts::installedLibraryVersion() {
 std::int32_t RecordedFacts::listAnswer(std::int32_t libraryVersion) {
   const std::int32_t answer = facts_.listAnswer(libraryVersion);
   asked_.list = lookup(libraryVersion, answer);
+  asked_.list->trouble = troubleAt(configurationPath(supportVersionListFile));
   return answer;
 }
 
@@ -65,8 +67,14 @@ std::optional<Dictionary> RecordedFacts::preferences() {
   reading.preferences = facts_.preferences();
   reading.path = configurationPath(preferenceFile);
   if (reading.path) reading.kind = platform::current().files->kindAt(*reading.path);
+  reading.trouble = troubleAt(reading.path);
   asked_.readings.push_back(reading);
   return reading.preferences;
+}
+
+std::string RecordedFacts::troubleAt(const Text& path) const {
+  const auto found = path ? lists_.find(*path) : lists_.end();
+  return found == lists_.end() ? "" : listTrouble(found->second);
 }
 
 Instant RecordedFacts::now() {

@@ -3,13 +3,16 @@
 #define WENLOLIB_TOOLS_RECORDEDFACTS_H
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "base/Instant.h"
 #include "base/Text.h"
 #include "base/Value.h"
 #include "platform/Files.h"
+#include "platform/PropertyLists.h"
 #include "policy/SupportFacts.h"
 
 namespace wenlolib::tools {
@@ -26,6 +29,7 @@ struct ListLookup {
   std::int32_t answer = -1;
   Text key;
   bool readable = false;       // there is a list
+  std::string trouble;         // where there is none
   std::optional<Value> entry;  // under the key
 };
 
@@ -34,6 +38,7 @@ struct PreferenceReading {
   Text path;
   platform::Kind kind = platform::Kind::nothing;
   std::optional<Dictionary> preferences;
+  std::string trouble;  // where there is a file, and no dictionary in it
 };
 
 /// What was asked, with the answers; what was not asked is absent.
@@ -50,8 +55,11 @@ struct AskedFacts {
 /// read from, which takes another look at the platform in use.
 class RecordedFacts : public SupportFacts {
  public:
-  /// `facts` must outlive this object.
-  explicit RecordedFacts(SupportFacts& facts) : facts_(facts) {}
+  /// What the platform read, by path.
+  using Lists = std::map<std::string, platform::ListReading>;
+
+  /// `facts` and `lists`, which grows as they are asked, must outlive this object.
+  RecordedFacts(SupportFacts& facts, const Lists& lists) : facts_(facts), lists_(lists) {}
 
   std::int32_t upperOSVersion() override;
   std::int32_t osVersion() override;
@@ -64,7 +72,11 @@ class RecordedFacts : public SupportFacts {
   [[nodiscard]] const AskedFacts& asked() const { return asked_; }
 
  private:
+  /// What is the matter with the file at `path`; "" for nothing, and where it was not read.
+  [[nodiscard]] std::string troubleAt(const Text& path) const;
+
   SupportFacts& facts_;
+  const Lists& lists_;
   AskedFacts asked_;
 };
 

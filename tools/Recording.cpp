@@ -13,7 +13,7 @@ bool isConfiguration(const std::string& path) {
 }
 
 /// Notes where the last document went.
-class WatchedFiles : public platform::ForwardingFiles {
+class NotedFiles : public platform::ForwardingFiles {
  public:
   using ForwardingFiles::ForwardingFiles;
 
@@ -24,7 +24,7 @@ class WatchedFiles : public platform::ForwardingFiles {
                                     platform::Publication publication) override {
     const auto outcome = platform::ForwardingFiles::writeAtomically(path, bytes, mode, publication);
     if (!isConfiguration(path)) {
-      document = {path, bytes.size(), outcome == platform::Outcome::written};
+      document = {path, bytes.size(), outcome};
     }
     return outcome;
   }
@@ -65,8 +65,9 @@ constexpr std::uint32_t fileTypeOf(RecordKind kind) {
 }  // namespace
 
 RecordOutcome record(const platform::Platform& base, const RecordRequest& request) {
-  WatchedFiles files(*base.files);
-  platform::Platform services = base;
+  const Watched watched(base);
+  NotedFiles files(*watched.services().files);
+  platform::Platform services = watched.services();
   services.files = &files;
   const platform::Substitute substitute(services);
   RecordOutcome outcome;
@@ -76,24 +77,25 @@ RecordOutcome record(const platform::Platform& base, const RecordRequest& reques
           : WENLOLIB::writePrinterLogInfoWithContents(request.contents, request.name,
                                                       request.option, request.printer);
   outcome.document = files.document;
+  outcome.unanswered = watched.seen().unanswered;
   return outcome;
 }
 
-std::optional<PreviewedDocument> preview(const platform::Platform& base,
-                                         const RecordRequest& request) {
-  HeldBackFiles files(*base.files);
+Preview preview(const platform::Platform& base, const RecordRequest& request) {
+  const Watched watched(base);
+  HeldBackFiles files(*watched.services().files);
   ExampleUuids uuids;
-  platform::Platform services = base;
+  platform::Platform services = watched.services();
   services.files = &files;
   services.uuids = &uuids;
   const platform::Substitute substitute(services);
   const auto record = WENLOLIB::initWithContents(request.contents, request.name, request.option);
-  if (record == nullptr) return std::nullopt;
+  if (record == nullptr) return {};
   record->setFileType(fileTypeOf(request.kind));
   if (request.kind == RecordKind::printerLog) record->serOtherInfo(request.printer);
-  if (!record->writeAppInfo()) return std::nullopt;
+  if (!record->writeAppInfo()) return {std::nullopt, watched.seen().unanswered};
   if (files.document) files.document->exampleIdentifier = uuids.asked;
-  return std::move(files.document);
+  return {std::move(files.document), std::nullopt};
 }
 
 }  // namespace wenlolib::tools

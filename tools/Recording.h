@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Explanation.h"
+#include "Watched.h"
 #include "base/Value.h"
 #include "platform/Platform.h"
 
@@ -25,12 +26,13 @@ struct RecordRequest {
 struct WrittenDocument {
   std::string path;
   std::size_t size = 0;
-  bool written = false;
+  platform::Outcome outcome = platform::Outcome::failed;
 };
 
 struct RecordOutcome {
   bool answer = false;                      // the library's own
   std::optional<WrittenDocument> document;  // absent where it came to no writing
+  std::optional<Unanswered> unanswered;     // why it came to none, where the platform was at fault
 };
 
 /// Records by the library's entry points on `base`.
@@ -42,11 +44,14 @@ struct PreviewedDocument {
   bool exampleIdentifier = false;  // none is stored yet, and the one in the bytes is made up
 };
 
+struct Preview {
+  std::optional<PreviewedDocument> document;  // absent where it comes to none
+  std::optional<Unanswered> unanswered;       // why, where the platform was at fault
+};
+
 /// What a record would come to if it is allowed: the very bytes and their path. The library does
-/// all of its work on `base`, but whatever it would write is kept from the files. Nothing where it
-/// comes to no document.
-[[nodiscard]] std::optional<PreviewedDocument> preview(const platform::Platform& base,
-                                                       const RecordRequest& request);
+/// all of its work on `base`, but whatever it would write is kept from the files.
+[[nodiscard]] Preview preview(const platform::Platform& base, const RecordRequest& request);
 
 /// Stands for the identifier that a first record would make.
 inline constexpr char exampleUuid[] = "00000000-0000-4000-8000-000000000000";

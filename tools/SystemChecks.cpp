@@ -45,12 +45,14 @@ Finding clientFinding() {
 Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string& subject,
                         const std::string& call) {
   const Explanation decision = explain(kind, option);
-  const std::string reason(gateNames[decision.refusedBy].reason);
+  const std::string reason(reasonCode(decision));
   if (decision.allowed()) return {Level::ok, "decision", subject, "allowed now", ""};
   // It is for the user to say no: nothing is wrong with that.
   const bool wanted = decision.refusedBy == Gate::agreement;
-  return {wanted ? Level::ok : Level::warning, "decision", subject, "refused now, " + reason,
-          wanted ? "" : call + " tells why."};
+  return {
+      wanted ? Level::ok : Level::warning, "decision", subject,
+      "refused now, " + reason + (decision.unanswered.empty() ? "" : ": " + decision.unanswered),
+      wanted ? "" : call + " tells why."};
 }
 
 }  // namespace

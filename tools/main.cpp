@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Help.h"
+#include "ReasonText.h"
 #include "Session.h"
 #include "VisibleText.h"
 #include "cabi/Version.h"
@@ -90,6 +91,9 @@ int run(int count, char** arguments) {
 int main(int count, char** arguments) {
   try {
     return run(count, arguments);
+  } catch (const wenlolib::platform::NoAnswer& failure) {
+    std::fprintf(stderr, "wenlolib: %s\n", reasonText(failure.reason()).c_str());
+    return wrongUsage;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "wenlolib: %s\n", failure.what());
     return wrongUsage;

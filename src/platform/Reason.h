@@ -18,10 +18,8 @@ enum class Step : std::uint8_t {
   openFile,
   readFile,
   findFolder,
-  makeFolder,
   makeFile,
   writeFile,
-  setPermissions,
   flushFile,
   nameFile,
 };

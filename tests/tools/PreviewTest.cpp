@@ -88,13 +88,13 @@ TEST_F(Preview, IsByteForByteWhatIsThenRecorded) {
   };
   for (const RecordRequest& request : requests) {
     const auto before = treeOf(root.path());
-    const auto shown = tools::preview(services, request);
+    const auto shown = tools::preview(services, request).document;
     EXPECT_EQ(treeOf(root.path()), before);
     ASSERT_TRUE(shown);
     EXPECT_FALSE(shown->exampleIdentifier);
     const auto recorded = tools::record(services, request);
     ASSERT_TRUE(recorded.answer);
-    ASSERT_TRUE(recorded.document && recorded.document->written);
+    ASSERT_TRUE(recorded.document && recorded.document->outcome == platform::Outcome::written);
     EXPECT_EQ(shown->path, recorded.document->path);
     EXPECT_EQ(shown->bytes.size(), recorded.document->size);
     EXPECT_TRUE(shown->bytes == readFile(real(shown->path))) << shown->path;
@@ -105,7 +105,7 @@ TEST_F(Preview, IsByteForByteWhatIsThenRecorded) {
 TEST_F(Preview, CarriesTheVersionOfThisBuildInApplicationUsage) {
   const std::string version = twoComponents(productVersion);
   ASSERT_FALSE(version.empty());
-  const auto shown = tools::preview(services, application("x"));
+  const auto shown = tools::preview(services, application("x")).document;
   ASSERT_TRUE(shown);
   EXPECT_NE(shown->bytes.find("<Version>" + version + "</Version>"), std::string::npos)
       << shown->bytes;
@@ -116,7 +116,7 @@ TEST_F(Preview, WithoutAStoredIdentifierShowsAnExampleAndMakesNone) {
   for (const Dictionary& file : files) {
     if (!file.empty()) writeList(identifierPath, file);
     const auto before = treeOf(root.path());
-    const auto shown = tools::preview(services, application("x"));
+    const auto shown = tools::preview(services, application("x")).document;
     EXPECT_EQ(treeOf(root.path()), before);
     ASSERT_TRUE(shown);
     EXPECT_TRUE(shown->exampleIdentifier);
@@ -129,7 +129,7 @@ TEST_F(Preview, NeedsNoFolderAndMakesNone) {
   std::filesystem::remove_all(real(container));
   const auto before = treeOf(root.path());
   for (const RecordRequest& request : {application("x"), printerLog({})}) {
-    EXPECT_TRUE(tools::preview(services, request));
+    EXPECT_TRUE(tools::preview(services, request).document);
   }
   EXPECT_EQ(treeOf(root.path()), before);
 }
@@ -138,20 +138,20 @@ TEST_F(Preview, LeavesTheModeOfAnOlderFileAlone) {
   writeFile(real(marchFile), "older");
   std::filesystem::permissions(real(marchFile), std::filesystem::perms(0600));
   const auto before = treeOf(root.path());
-  ASSERT_TRUE(tools::preview(services, application("x")));
+  ASSERT_TRUE(tools::preview(services, application("x")).document);
   EXPECT_EQ(treeOf(root.path()), before);
 }
 
 TEST_F(Preview, TakesTheNumberThatIsFree) {
   writeFile(real(printerLogFolder + "/App_1.PLM"), "");
-  const auto shown = tools::preview(services, printerLog({}));
+  const auto shown = tools::preview(services, printerLog({})).document;
   ASSERT_TRUE(shown);
   EXPECT_EQ(shown->path, printerLogFolder + "/App_2.PLM");
 }
 
 TEST_F(Preview, OfAValueThatCannotBeMendedIsNothingAndSoIsTheRecord) {
   const RecordRequest request = printerLog({{"SN", "<b>"}});
-  EXPECT_FALSE(tools::preview(services, request));
+  EXPECT_FALSE(tools::preview(services, request).document);
   const auto recorded = tools::record(services, request);
   EXPECT_TRUE(recorded.answer);
   EXPECT_FALSE(recorded.document);
@@ -165,7 +165,7 @@ TEST_F(Preview, ARefusedRecordHasNoDocumentAndAFailedOneHasItsPath) {
   const auto failed = tools::record(services, application("x"));
   EXPECT_FALSE(failed.answer);
   ASSERT_TRUE(failed.document);
-  EXPECT_FALSE(failed.document->written);
+  EXPECT_EQ(failed.document->outcome, platform::Outcome::failed);
   EXPECT_EQ(failed.document->path, marchFile);
 }
 

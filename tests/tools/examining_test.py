@@ -237,7 +237,7 @@ class Doctor(ToolTest):
         self.addCleanup(os.chmod, self.path("Config"), 0o700)
         findings = {f["check"]: f for f in self.examined(1, **self.unprivileged())}
         self.assertEqual(findings["preferences"]["level"], "error")
-        self.assertIn("cannot be looked at: Permission denied", findings["preferences"]["message"])
+        self.assertIn("cannot be read: opening the file failed: Permission denied", findings["preferences"]["message"])
 
     def test_preferences_of_the_wrong_types(self):
         self.install()
@@ -288,9 +288,19 @@ class Doctor(ToolTest):
                 ("ok", "no identifier yet", {}),
                 ("warning", "is empty", {"WENLIBUUID": ""}),
                 ("warning", "usual form", {"WENLIBUUID": "mine"}),
-                ("warning", "no property list", b"broken")]:
+                ("warning", "is not in XML or in the binary form", b"broken"),
+                ("warning", "is empty", b""),
+                ("warning", "is damaged: a key has no value (line 2)",
+                 b"<plist><dict>\n<key>k</key></dict></plist>"),
+                ("warning", "the file's frame is damaged, or cut off (byte 0)", b"bplist00"),
+                ("warning", "its root is not a dictionary", b"<plist><array/></plist>"),
+                ("warning", "holds values that cannot be read",
+                 b"<plist><dict><key>WENLIBUUID</key><string>x</string>"
+                 b"<key>k</key><real>1e999</real></dict></plist>"),
+                ("error", "every record has another identifier",
+                 b"<plist><dict><key>k</key><real>1e999</real></dict></plist>")]:
             self.write(CONFIGURATION, configuration)
-            finding = self.one("identifier")
+            finding = self.one("identifier", 1 if level == "error" else 0)
             self.assertEqual(finding["level"], level, finding)
             self.assertIn(word, finding["message"])
         os.remove(self.path(CONFIGURATION))

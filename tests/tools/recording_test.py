@@ -4,6 +4,7 @@
 import os
 import plistlib
 import re
+import resource
 import signal
 import stat
 import subprocess
@@ -94,7 +95,7 @@ class Recording(ToolTest):
         os.rmdir(self.path("ALM"))
         for word, call in [("folder is not there", ["app", "--name", "A"]),
                            ("leads into a sub-folder", ["printer", "--name", "none/A"]),
-                           ("too long", ["printer", "--name", "n" * 300])]:
+                           ("Choose a shorter name", ["printer", "--name", "n" * 300])]:
             finished = self.expect(1, "record", *call, stdin=b"x")
             self.assertTrue(finished.stderr.startswith(b"wenlolib record: " + self.root.encode()))
             self.assertIn("not written: ", finished.stderr.decode())
@@ -106,7 +107,18 @@ class Recording(ToolTest):
         os.remove(month)
         os.mkdir(month)
         finished = self.expect(1, "record", "app", "--name", "A", stdin=b"x")
-        self.assertIn("a folder is in its place", finished.stderr.decode())
+        self.assertIn("A folder is in its place: move it away.", finished.stderr.decode())
+
+    def test_a_limit_that_stands_in_the_way_is_told(self):
+        self.install()
+        for limit, most, reason in [
+                (resource.RLIMIT_NOFILE, 4, b"making the file failed: Too many open files. "
+                                            b"Raise the limit of open files (ulimit -n).\n"),
+                (resource.RLIMIT_FSIZE, 99, b"writing the file failed: File too large. "
+                                            b"Raise the limit of file sizes (ulimit -f).\n")]:
+            finished = self.expect(1, "record", "app", "--name", "A", stdin=b"x",
+                                   preexec_fn=lambda: resource.setrlimit(limit, (most, most)))
+            self.assertTrue(finished.stderr.endswith(reason), finished.stderr)
 
     def test_a_folder_that_may_not_be_written_to_is_told(self):
         self.install()
@@ -115,7 +127,7 @@ class Recording(ToolTest):
         self.addCleanup(lambda: [os.chmod(f, 0o755) for f, _, _ in os.walk(self.path(HOME))])
         finished = self.expect(1, "record", "printer", "--name", "A", stdin=b"x",
                                **self.unprivileged())
-        self.assertIn(b"its folder cannot be written to: Permission denied", finished.stderr)
+        self.assertIn(b"making the file failed: Permission denied. Let this user write in its folder.", finished.stderr)
 
     def test_a_value_that_cannot_be_mended_leaves_no_file_and_is_told(self):
         self.install()
