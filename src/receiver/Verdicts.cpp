@@ -5,7 +5,7 @@
 
 #include "base/Integer.h"
 #include "receiver/Digits.h"
-#include "receiver/Tokens.h"
+#include "receiver/Outline.h"
 
 namespace wenlolib::receiver {
 namespace {
@@ -79,9 +79,10 @@ Verdict misfit(const Walk& walk) {
                                                leadingDigits(walk.values[walk.payloadSlot()])}
                           : longestRunBehindTag(walk.bytes);
   const xml::Finding finding = xml::parse(walk.bytes, digits);
-  if (finding.kind == xml::Finding::wellFormed && isWrapperName(outermostName(walk.bytes))) {
-    if (const std::optional<Gap> gap = firstGap(walk.bytes)) {
-      return {Layer::whiteSpace, Fault::damaged, gap->offset, std::string(gap->before),
+  if (finding.kind == xml::Finding::wellFormed) {
+    const Outline outline = outlineOf(walk.bytes);
+    if (outline.gap && isWrapperName(outline.outermost)) {
+      return {Layer::whiteSpace, Fault::damaged, outline.gap->offset, outline.gap->before,
               "White space stands between the parts of the document."};
     }
   }
