@@ -44,7 +44,8 @@ const PreferenceReading& readingFor(const Step& step, const Context& context) {
 
 std::string preferencesText(const PreferenceReading& reading) {
   if (reading.preferences) {
-    return "a dictionary of " + counted(reading.preferences->size(), "key");
+    const std::string keys = "a dictionary of " + counted(reading.preferences->size(), "key");
+    return reading.trouble.empty() ? keys : keys + "; it " + reading.trouble;
   }
   if (reading.kind == platform::Kind::nothing) return "no file";
   if (reading.kind == platform::Kind::folder) return "a folder";

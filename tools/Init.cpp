@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "Output.h"
+#include "ReasonText.h"
 #include "Session.h"
 #include "Table.h"
 #include "ToolPlatform.h"
@@ -24,7 +25,12 @@ struct Arguments {
   bool agree = false;
 };
 
-enum class Made { now, before, failed };
+enum class Made {
+  now,
+  before,
+  failed,
+  told,  // failed, and why was said
+};
 
 Made makeFolder(const std::string& path) {
   platform::Files& files = *platform::current().files;
@@ -44,7 +50,8 @@ Dictionary samplePreferences(bool agree) {
   return preferences;
 }
 
-Made makePreferences(const std::string& path, const std::string& realPath, bool agree) {
+Made makePreferences(Output& output, const std::string& path, const std::string& realPath,
+                     bool agree) {
   std::error_code error;
   // A link that leads nowhere is somebody's as well.
   if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
@@ -55,18 +62,15 @@ Made makePreferences(const std::string& path, const std::string& realPath, bool 
   if (!xml) return Made::failed;
   const platform::Outcome outcome =
       platform.files->writeAtomically(path, *xml, preferenceMode, platform::Publication::asNew);
-  switch (outcome.kind) {
-    case platform::Outcome::written:
-      return Made::now;
-    case platform::Outcome::taken:
-      return Made::before;
-    default:
-      return Made::failed;
-  }
+  if (outcome == platform::Outcome::written) return Made::now;
+  if (outcome == platform::Outcome::taken) return Made::before;
+  output.complain(realPath, whyNotWritten(outcome.reason));
+  return Made::told;
 }
 
 /// Says what became of one thing; answers whether it is there now.
 bool tell(Output& output, const std::string& realPath, Made made) {
+  if (made == Made::told) return false;
   if (made == Made::failed) {
     const bool there = std::filesystem::exists(realPath);
     output.complain(realPath, there ? "not made: something else is in its place"
@@ -91,7 +95,7 @@ bool initialise(Output& output, const ToolPlatform& platform, const Arguments& a
   if (!arguments.samplePreferences) return good;
   const std::string path = configurationPath(preferenceFile).value_or("");
   const std::string real = platform.real(path);
-  return tell(output, real, makePreferences(path, real, arguments.agree)) && good;
+  return tell(output, real, makePreferences(output, path, real, arguments.agree)) && good;
 }
 
 void initTo(Session& session, const Arguments& arguments) {

@@ -1,6 +1,7 @@
 // Why a record is missing, in words.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "Explanation.h"
@@ -218,6 +219,18 @@ TEST_F(NoAnswers, OfAPreviewAreTold) {
   EXPECT_FALSE(preview.document);
   ASSERT_TRUE(preview.unanswered);
   EXPECT_EQ(unansweredText(*preview.unanswered), "there is not enough memory");
+}
+
+class PartialPreferences : public InstalledTest {};
+
+TEST_F(PartialPreferences, AreToldByTheExplanation) {
+  world.propertyLists.partial = true;
+  const tools::Explanation explanation = tools::explain(RecordKind::application, 1);
+  EXPECT_TRUE(explanation.allowed()) << "what was read counts";
+  const auto step = std::ranges::find(explanation.steps, Gate::preferences, &tools::Step::gate);
+  ASSERT_NE(step, explanation.steps.end());
+  EXPECT_EQ(step->found,
+            "a dictionary of 3 keys; it holds values that cannot be read; they are left out");
 }
 
 TEST_F(NoAnswers, AreNoneWhereAllIsWell) {
