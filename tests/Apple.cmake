@@ -5,9 +5,11 @@ list(FILTER apple_sources EXCLUDE REGEX "/ApplePlatform\\.cpp$")
 file(GLOB apple_stub_bodies CONFIGURE_DEPENDS apple_stubs/bodies/*.cpp)
 file(GLOB apple_tests CONFIGURE_DEPENDS platform/apple/*Test.cpp)
 list(FILTER apple_tests EXCLUDE REGEX "/FoundationTest\\.cpp$")
-test_binary(apple_tests apple ${apple_tests} ${apple_sources} ${apple_stub_bodies})
+test_binary(apple_tests apple ${apple_tests} ${apple_sources} ${apple_stub_bodies}
+  ${PROJECT_SOURCE_DIR}/src/plist/Reals.cpp)
 target_include_directories(apple_tests PRIVATE apple_stubs/headers apple_stubs/linux)
-target_compile_definitions(apple_tests PRIVATE F_GETPATH=50 F_FULLFSYNC=51)
+target_compile_definitions(apple_tests PRIVATE
+  F_GETPATH=50 F_FULLFSYNC=51 WENLOLIB_C_REALS)
 target_link_libraries(apple_tests PRIVATE test_support wenlolib_static)
 # The port looks some names up before it calls: the stubs have to be found, and to hide them.
 set_target_properties(apple_tests PROPERTIES ENABLE_EXPORTS ON CXX_VISIBILITY_PRESET default)

@@ -4,11 +4,11 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
-#include <iterator>
 #include <limits>
 #include <system_error>
 
 #include "base/Integer.h"
+#include "plist/Reals.h"
 
 namespace wenlolib::plist {
 
@@ -70,19 +70,14 @@ std::optional<double> realFromText(std::string_view text) {
   if (text.empty() || (text.front() != '.' && (text.front() < '0' || text.front() > '9'))) {
     return std::nullopt;
   }
-  double number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return sign * number;
+  const auto number = realSpelled(text);
+  return number ? std::optional(sign * *number) : std::nullopt;
 }
 
 std::string realText(double number) {
   if (std::isnan(number)) return "nan";
   if (std::isinf(number)) return number > 0 ? "infinity" : "-infinity";
-  char buffer[std::numeric_limits<double>::max_digits10 + 16];
-  const auto result = std::to_chars(std::begin(buffer), std::end(buffer), number);
-  return std::string(std::begin(buffer), result.ptr);
+  return spelled(number);
 }
 
 // --- Dates ---

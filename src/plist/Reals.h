@@ -1,0 +1,20 @@
+/// Doubles and their spelling in decimal digits, whatever the host's locale is.
+#ifndef WENLOLIB_PLIST_REALS_H
+#define WENLOLIB_PLIST_REALS_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace wenlolib::plist {
+
+/// The finite number that the whole of `digits` spells, which starts with a digit or a point.
+/// Nothing where it spells none, or one that no double holds.
+[[nodiscard]] std::optional<double> realSpelled(std::string_view digits);
+
+/// As few digits as bring the finite `number` back.
+[[nodiscard]] std::string spelled(double number);
+
+}  // namespace wenlolib::plist
+
+#endif
