@@ -11,7 +11,8 @@ import sys
 import unittest
 
 import macho
-from bundle_interface import (CLASSES, IMPORTED, LATE_CALLS, LIBRARIES, OWN_METHODS, SYSTEM)
+from bundle_interface import (CLASSES, IMPORTED, LATE_CALLS, LIBRARIES, OBJC, OWN_METHODS,
+                              SYSTEM)
 
 project = pathlib.Path(__file__).resolve().parents[3]
 bundle = None
@@ -81,8 +82,11 @@ class Executable(unittest.TestCase):
             for library, names in IMPORTED.items():
                 imported = {(name, weak) for name, path, weak in image.imported()
                             if path == library}
-                self.assertEqual(imported,
-                                 {("_" + name, LIBRARIES[library]) for name in names.split()})
+                self.assertEqual(imported, {(name, LIBRARIES[library]) for name in names})
+
+    def test_catches_what_is_raised(self):
+        for _, image in self.each():
+            self.assertIn(("___objc_personality_v0", OBJC, False), image.imported())
 
     def test_imports_no_cxx(self):
         for _, image in self.each():

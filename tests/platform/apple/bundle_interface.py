@@ -3,6 +3,10 @@
 Types are written as the runtime encodes them, results first, the receiver and the selector left
 out: @ an object, I and i 32 bits without and with a sign, q a signed machine word, C one byte. Z
 stands for BOOL, which Intel and Arm encode differently."""
+import pathlib
+import re
+
+STUBS = pathlib.Path(__file__).resolve().parents[2] / "apple_stubs/frameworks"
 
 CLASSES = {
     "WENLOLIB": {
@@ -93,46 +97,31 @@ CLASSES = {
 # Methods that every class may have for itself.
 OWN_METHODS = {"dealloc": "v"}
 
-FRAMEWORK = "/System/Library/Frameworks/{0}.framework/Versions/{1}/{0}"
-CORE_FOUNDATION = FRAMEWORK.format("CoreFoundation", "A")
-CORE_SERVICES = FRAMEWORK.format("CoreServices", "A")
-SECURITY = FRAMEWORK.format("Security", "A")
-FOUNDATION = FRAMEWORK.format("Foundation", "C")
-OBJC = "/usr/lib/libobjc.A.dylib"
-SYSTEM = "/usr/lib/libSystem.B.dylib"
+
+def link_stub(name):
+    """A library's path, and all that may be asked of it: the symbols that the link stub lists."""
+    text = (STUBS / name).read_text()
+    path, = re.findall(r"install-name: '(.*)'", text)
+    names = set()
+    for key, prefix in (("symbols", ""), ("objc-classes", "_OBJC_CLASS_$_"),
+                        ("objc-eh-types", "_OBJC_EHTYPE_$_")):
+        for listed in re.findall(rf"{key}: \[([^]]*)\]", text):
+            names |= {prefix + each for each in re.findall(r"[^\s,]+", listed)}
+    return path, names
+
 
 # A framework whose calls are out of date is a weak one: the plug-in loads without it.
-LIBRARIES = {
-    CORE_FOUNDATION: False, FOUNDATION: False, OBJC: False, SYSTEM: False,
-    CORE_SERVICES: True, SECURITY: True,
-}
+STRONG = ["CoreFoundation.framework/CoreFoundation.tbd", "Foundation.framework/Foundation.tbd",
+          "libexpat.tbd"]
+WEAK = ["CoreServices.framework/CoreServices.tbd", "Security.framework/Security.tbd"]
 
-IMPORTED = {
-    CORE_FOUNDATION: """
-        CFAbsoluteTimeGetCurrent CFArrayAppendValue CFArrayCreateMutable CFArrayGetCount
-        CFArrayGetTypeID CFArrayGetValueAtIndex CFBooleanGetTypeID CFBooleanGetValue CFBundleCreate
-        CFBundleGetInfoDictionary CFCalendarCreateWithIdentifier CFCalendarDecomposeAbsoluteTime
-        CFCalendarSetTimeZone CFDataCreate CFDataGetBytePtr CFDataGetLength CFDataGetTypeID
-        CFDateCreate CFDateGetAbsoluteTime CFDateGetTypeID CFDictionaryCreateMutable
-        CFDictionaryGetCount CFDictionaryGetKeysAndValues CFDictionaryGetTypeID
-        CFDictionarySetValue CFGetTypeID CFNumberCreate CFNumberGetTypeID CFNumberGetValue
-        CFNumberIsFloatType CFPreferencesCopyAppValue CFPropertyListCreateData
-        CFPropertyListCreateWithData CFRelease CFRetain CFStringCreateWithBytes CFStringGetBytes
-        CFStringGetLength CFStringGetTypeID CFTimeZoneCopyDefault CFTimeZoneGetSecondsFromGMT
-        CFURLCreateFromFileSystemRepresentation CFUUIDCreate CFUUIDCreateString
-        kCFAbsoluteTimeIntervalSince1970 kCFBooleanFalse kCFBooleanTrue kCFGregorianCalendar
-        kCFPreferencesCurrentApplication kCFTypeArrayCallBacks kCFTypeDictionaryKeyCallBacks
-        kCFTypeDictionaryValueCallBacks __CFConstantStringClassReference
-        OBJC_CLASS_$_NSArray OBJC_CLASS_$_NSData OBJC_CLASS_$_NSDate OBJC_CLASS_$_NSDictionary
-        OBJC_CLASS_$_NSException OBJC_CLASS_$_NSMutableArray OBJC_CLASS_$_NSMutableDictionary""",
-    FOUNDATION: """
-        NSHomeDirectory NSRangeException NSSearchPathForDirectoriesInDomains NSUserName
-        OBJC_CLASS_$_NSAutoreleasePool OBJC_CLASS_$_NSFileManager OBJC_CLASS_$_NSNumber
-        OBJC_CLASS_$_NSString OBJC_CLASS_$_NSUserDefaults OBJC_CLASS_$_NSXMLDocument""",
-    CORE_SERVICES: "Gestalt",
-    SECURITY: """
-        SecEncryptTransformCreate SecKeyCreateFromData SecTransformExecute SecTransformSetAttribute
-        kSecAttrKeyTypeRC4 kSecAttrType kSecTransformInputAttributeName""",
+IMPORTED = dict(link_stub(name) for name in STRONG + WEAK)
+
+SYSTEM = "/usr/lib/libSystem.B.dylib"
+OBJC, _ = link_stub("libobjc.tbd")
+LIBRARIES = {
+    SYSTEM: False, OBJC: False,
+    **{link_stub(name)[0]: name in WEAK for name in STRONG + WEAK},
 }
 
 # From the system's C library whatever it has; but these came after the oldest system that the build

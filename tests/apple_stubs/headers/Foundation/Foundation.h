@@ -39,9 +39,15 @@ static inline NSRange NSMakeRange(NSUInteger location, NSUInteger length) {
 - (void)drain;
 @end
 
+__attribute__((objc_exception))
 @interface NSException : NSObject
-+ (void)raise:(NSString*)name format:(NSString*)format, ...;
++ (NSException*)exceptionWithName:(NSString*)name
+                           reason:(NSString*)reason
+                         userInfo:(NSDictionary*)information;
+- (NSString*)name;
+- (void)raise;
 @end
+extern NSString* const NSMallocException;
 extern NSString* const NSRangeException;
 
 @interface NSString : NSObject
@@ -92,6 +98,9 @@ extern NSString* const NSRangeException;
 @end
 
 @interface NSTimeZone : NSObject
++ (NSTimeZone*)defaultTimeZone;
++ (void)resetSystemTimeZone;
+- (NSInteger)secondsFromGMTForDate:(NSDate*)date;
 @end
 
 @interface NSEnumerator : NSObject
