@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "platform/posix/Child.h"
 #include "platform/posix/PosixBundles.h"
