@@ -25,7 +25,7 @@ struct Outcome {
   Reason reason;
 
   Outcome(Kind outcome, Reason why = {}) : kind(outcome), reason(why) {}
-  friend bool operator==(const Outcome& outcome, Kind kind) { return outcome.kind == kind; }
+  friend bool operator==(const Outcome& outcome, Kind wanted) { return outcome.kind == wanted; }
 };
 
 class Files {

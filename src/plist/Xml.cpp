@@ -169,7 +169,7 @@ void Reader::refuseDeclaration(void* self) {
 }
 
 void Reader::handleDeclarations() {
-  const XML_Parser parser = parser_.handle();
+  XML_ParserStruct* const parser = parser_.handle();
   XML_SetEntityDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
   XML_SetAttlistDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
   XML_SetNotationDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
@@ -185,7 +185,7 @@ void Reader::handleDeclarations() {
 
 platform::ListReading Reader::read() {
   if (!parser_.valid()) throw std::bad_alloc();
-  const XML_Parser parser = parser_.handle();
+  XML_ParserStruct* const parser = parser_.handle();
   XML_SetUserData(parser, this);
   XML_SetElementHandler(
       parser,

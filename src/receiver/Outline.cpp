@@ -64,7 +64,7 @@ void Reader::section(bool begins) noexcept {
 }
 
 void Reader::handleEvents() {
-  const XML_Parser parser = parser_.handle();
+  XML_ParserStruct* const parser = parser_.handle();
   XML_SetUserData(parser, this);
   XML_SetElementHandler(
       parser,
