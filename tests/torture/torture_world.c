@@ -116,14 +116,19 @@ int getpwuid_r(uid_t user, struct passwd* entry, char* buffer, size_t length,
   return result;
 }
 
-/* --- Chance: the system is asked, and may fail; the bytes are the same in every run. --- */
+/* --- Chance: the system is asked, and may fail; the bytes are the same in every run, also for the
+ * questions after one that has failed. --- */
 
 static uint8_t nextByte = 0;
 
 ssize_t getrandom(void* bytes, size_t length, unsigned flags) {
   const ssize_t count = syscall(SYS_getrandom, bytes, length, flags);
-  ssize_t i;
-  for (i = 0; i < count; ++i) ((uint8_t*)bytes)[i] = (uint8_t)(nextByte += 37);
+  size_t i;
+  if (count < 0 && errno == EINTR) return count; /* it is asked again */
+  for (i = 0; i < length; ++i) {
+    nextByte += 37;
+    if ((ssize_t)i < count) ((uint8_t*)bytes)[i] = nextByte;
+  }
   return count;
 }
 
