@@ -106,7 +106,7 @@ constexpr Stage stages[] = {
     {Gate::agreement, forApplications, butInModeTwo, isAgreed},
 };
 
-/// Whether every gate is first come to behind the one before it.
+/// Whether the gates first come up in their own order, and none is missing.
 consteval bool inOrder() {
   std::size_t known = 1;  // of the gates, `none` among them
   for (const Stage& stage : stages) {

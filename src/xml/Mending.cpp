@@ -64,7 +64,7 @@ std::string_view mended(std::string_view text) {
 
 }  // namespace
 
-/// Adds the plain text that `piece` begins with and one markup behind it; answers their length.
+/// Adds the plain text that `piece` begins with and the markup after it; answers their length.
 std::size_t Mending::addContent(std::string_view piece) {
   constexpr std::string_view strayEnd = "]]>";
   const std::size_t plain = std::min(piece.find_first_of("&<]"), piece.size());

@@ -16,7 +16,7 @@ bool isLetter(char c) {
 bool isLetterOrDigit(char c) {
   return isLetter(c) || (c >= '0' && c <= '9');
 }
-/// What stands for itself in an attribute's value. A ">" would as well, but not behind "]]" in
+/// What stands for itself in an attribute's value. A ">" would as well, but not after "]]" in
 /// content; without it neither has to be told from the other.
 bool isPlain(char c) {
   return c >= ' ' && c <= '~' && c != '<' && c != '>' && c != '&' && c != '"';
