@@ -4,12 +4,12 @@
 #include <bit>
 #include <cmath>
 #include <limits>
-#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "plist/BinaryFile.h"
+#include "plist/FailuresThrown.h"
 #include "plist/PropertyList.h"
 #include "support/FailingAllocations.h"
 
@@ -472,23 +472,7 @@ TEST(BinaryPropertyList, ThrowsForEveryFailedAllocationAndLeavesNothingBehind) {
   const std::string bytes = file.bytes();
   const auto expected = listIn(bytes);
   ASSERT_TRUE(expected);
-  long failures = 0;
-  for (bool struck = true; struck;) {
-    std::optional<Dictionary> read;
-    bool thrown = false;
-    tests::FailingAllocations failing(failures + 1);
-    try {
-      read = listIn(bytes);
-    } catch (const std::bad_alloc&) {
-      thrown = true;
-    }
-    failing.stop();
-    struck = failing.struck();
-    EXPECT_EQ(thrown, struck) << failures + 1;
-    EXPECT_EQ(read, struck ? std::nullopt : expected);
-    if (struck) ++failures;
-  }
-  EXPECT_GT(failures, 10);
+  EXPECT_GT(tests::failuresThrown([&] { return listIn(bytes); }, expected), 10);
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 
 #include <cmath>
 #include <limits>
-#include <new>
 #include <string>
 #include <string_view>
 
+#include "plist/FailuresThrown.h"
 #include "support/FailingAllocations.h"
 
 namespace wenlolib::plist {
@@ -503,23 +503,7 @@ TEST(PropertyListRead, ThrowsForEveryFailedAllocationAndLeavesNothingBehind) {
       "<string>a text that is longer than a small string</string><dict/></array></dict>");
   const auto expected = listIn(document);
   ASSERT_TRUE(expected);
-  long failures = 0;
-  for (bool struck = true; struck;) {
-    std::optional<Dictionary> read;
-    bool thrown = false;
-    tests::FailingAllocations failing(failures + 1);
-    try {
-      read = listIn(document);
-    } catch (const std::bad_alloc&) {
-      thrown = true;
-    }
-    failing.stop();
-    struck = failing.struck();
-    EXPECT_EQ(thrown, struck) << failures + 1;
-    if (struck) ++failures;
-    EXPECT_EQ(read, struck ? std::nullopt : expected);
-  }
-  EXPECT_GT(failures, 20);
+  EXPECT_GT(tests::failuresThrown([&] { return listIn(document); }, expected), 20);
 }
 
 }  // namespace

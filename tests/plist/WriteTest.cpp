@@ -4,11 +4,11 @@
 
 #include <cmath>
 #include <limits>
-#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "plist/FailuresThrown.h"
 #include "support/FailingAllocations.h"
 #include "support/SmallStack.h"
 
@@ -281,23 +281,7 @@ TEST(PropertyListWrite, ThrowsForEveryFailedAllocationAndLeavesNothingBehind) {
                               {"a", Value::Array{at(0), 1.5, 7, Dictionary{{"k", "v"}}}}};
   const Text expected = write(dictionary);
   ASSERT_TRUE(expected);
-  long failures = 0;
-  for (bool struck = true; struck;) {
-    Text text;
-    bool thrown = false;
-    tests::FailingAllocations failing(failures + 1);
-    try {
-      text = write(dictionary);
-    } catch (const std::bad_alloc&) {
-      thrown = true;
-    }
-    failing.stop();
-    struck = failing.struck();
-    EXPECT_EQ(thrown, struck) << failures + 1;
-    EXPECT_EQ(text, struck ? std::nullopt : expected);
-    if (struck) ++failures;
-  }
-  EXPECT_GT(failures, 5);
+  EXPECT_GT(tests::failuresThrown([&] { return write(dictionary); }, expected), 5);
 }
 
 }  // namespace

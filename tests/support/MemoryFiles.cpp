@@ -1,5 +1,7 @@
 #include "support/MemoryFiles.h"
 
+#include <cerrno>
+
 #include <utility>
 
 namespace wenlolib::tests {
@@ -97,7 +99,7 @@ Outcome MemoryFiles::writeAtomically(const std::string& path, std::string_view b
                                      std::uint32_t mode, Publication publication) {
   const bool asNew = publication == Publication::asNew;
   if (recorder_.fails("files.writeAtomically", path + (asNew ? " asNew" : " replacing"))) {
-    return Outcome::failed;
+    return {Outcome::failed, {platform::Step::writeFile, ENOSPC}};
   }
   const std::lock_guard lock(mutex_);
   if (!isFolder(parentOf(path)) || path.find('\0') != std::string::npos) return Outcome::failed;

@@ -1,5 +1,7 @@
 #include "support/MemoryPropertyLists.h"
 
+#include <cerrno>
+
 #include "base/Integer.h"
 
 namespace wenlolib::tests {
@@ -30,6 +32,7 @@ std::optional<Dictionary> MemoryPropertyLists::at(const std::string& path) const
 
 platform::ListReading MemoryPropertyLists::read(const std::string& path) {
   platform::ListReading reading;
+  reading.reason = {platform::Step::openFile, EACCES};
   if (recorder_.fails("propertyLists.read", path)) return reading;
   reading.dictionary = at(path);
   if (reading.dictionary) reading.state = partial ? ListState::partial : ListState::whole;

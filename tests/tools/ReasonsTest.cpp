@@ -221,6 +221,31 @@ TEST_F(NoAnswers, OfAPreviewAreTold) {
   EXPECT_EQ(unansweredText(*preview.unanswered), "there is not enough memory");
 }
 
+class Faults : public InstalledTest {};
+
+TEST_F(Faults, OfAWriteAreToldWithTheRecord) {
+  world.faults.failAlways("files.writeAtomically");
+  for (const RecordKind kind : enumerators<RecordKind>) {
+    const tools::RecordOutcome outcome = tools::record(world.services, {kind, "App", 1, {}, "x"});
+    ASSERT_TRUE(outcome.document);
+    EXPECT_EQ(whyNotWritten(outcome.document->outcome.reason),
+              "not written: writing the file failed: No space left on device. Make room on the "
+              "disk.");
+  }
+}
+
+TEST_F(Faults, OfAReadingAreToldAtTheirGate) {
+  world.faults.failAlways("propertyLists.read");
+  for (const RecordKind kind : enumerators<RecordKind>) {
+    const tools::Explanation explanation = tools::explain(kind, 1);
+    EXPECT_EQ(explanation.refusedBy, Gate::preferences);
+    const auto step = std::ranges::find(explanation.steps, StepState::refused, &tools::Step::state);
+    ASSERT_NE(step, explanation.steps.end());
+    EXPECT_EQ(step->found,
+              "a file that cannot be read: opening the file failed: Permission denied");
+  }
+}
+
 class PartialPreferences : public InstalledTest {};
 
 TEST_F(PartialPreferences, AreToldByTheExplanation) {
