@@ -309,9 +309,7 @@ bool Walk::step() {
 bool Walk::entry(const BinaryObject& dictionary, std::size_t index) {
   const auto object = objectAt(objects_.reference(dictionary.content, index));
   if (!object) return false;
-  const auto key = text(*object);
-  if (!key) return builder_.leaveOutEntry();
-  return builder_.key(*key) &&
+  return builder_.key(text(*object)) &&
          enter(objects_.reference(dictionary.content, dictionary.count + index));
 }
 

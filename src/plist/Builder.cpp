@@ -20,11 +20,11 @@ std::size_t contentSize(const Value& value) {
 }  // namespace
 
 bool Builder::openDictionary() {
-  return open(Level{Dictionary(), std::nullopt});
+  return open(Level{Dictionary(), {}});
 }
 
 bool Builder::openArray() {
-  return levels_.empty() ? refuseRoot() : open(Level{Value::Array(), std::nullopt});
+  return levels_.empty() ? refuseRoot() : open(Level{Value::Array(), {}});
 }
 
 bool Builder::open(Level level) {
@@ -48,14 +48,15 @@ bool Builder::close() {
   return true;
 }
 
-bool Builder::key(std::string_view key) {
+bool Builder::key(std::optional<std::string> key) {
   if (levels_.empty() || levels_.back().key ||
       !std::holds_alternative<Dictionary>(levels_.back().held)) {
     return refuse(ListState::damaged, "a key is out of place");
   }
-  if (!charge(key.size())) return false;
-  levels_.back().key.emplace(key);
-  return true;
+  levels_.back().isKeyLost = !key;
+  if (!key) state_ = ListState::partial;
+  levels_.back().key = std::move(key).value_or("");
+  return charge(levels_.back().key->size());
 }
 
 bool Builder::add(std::optional<Value> value) {
@@ -71,18 +72,14 @@ bool Builder::addUid(std::uint64_t number) {
   return charge(name.size(), 3) && place(Dictionary{{std::string(name), naturalValue(number)}});
 }
 
-bool Builder::leaveOutEntry() {
-  state_ = ListState::partial;
-  return charge(0);
-}
-
 /// A value with its key, if it has one.
 bool Builder::leaveOut() {
   Level& level = levels_.back();
   const bool isEntry = std::holds_alternative<Dictionary>(level.held);
   if (isEntry && !level.key) return refuse(ListState::damaged, "a value has no key");
   level.key.reset();
-  return leaveOutEntry();
+  state_ = ListState::partial;
+  return charge(0);
 }
 
 bool Builder::place(Value value) {
@@ -92,9 +89,11 @@ bool Builder::place(Value value) {
     return true;
   }
   if (!level.key) return refuse(ListState::damaged, "a value has no key");
-  // Where a key stands twice, the later value is the one that counts.
-  std::get<Dictionary>(level.held).insert_or_assign(std::move(*level.key), std::move(value));
+  std::string key = std::move(*level.key);
   level.key.reset();
+  if (level.isKeyLost) return true;
+  // Where a key stands twice, the later value is the one that counts.
+  std::get<Dictionary>(level.held).insert_or_assign(std::move(key), std::move(value));
   return true;
 }
 

@@ -27,13 +27,12 @@ class Builder {
   [[nodiscard]] bool openDictionary();
   [[nodiscard]] bool openArray();
   [[nodiscard]] bool close();
-  [[nodiscard]] bool key(std::string_view key);
+  /// Nothing for a key that cannot be carried: what comes next is left out with it.
+  [[nodiscard]] bool key(std::optional<std::string> key);
   /// A value that is neither array nor dictionary; nothing for one that cannot be carried.
   [[nodiscard]] bool add(std::optional<Value> value);
   /// A UID, as the dictionary that it is in XML: three nodes, for one reference in the file.
   [[nodiscard]] bool addUid(std::uint64_t number);
-  /// A key that cannot be carried, and with it its value.
-  [[nodiscard]] bool leaveOutEntry();
 
   /// The finished list. `fault` says where the input ended or was given up; it counts where the
   /// list is incomplete, and where the builder has refused it takes the builder's word for what.
@@ -43,6 +42,7 @@ class Builder {
   struct Level {
     std::variant<Dictionary, Value::Array> held;
     std::optional<std::string> key;
+    bool isKeyLost = false;  // the key is one that cannot be carried
   };
 
   [[nodiscard]] bool open(Level level);

@@ -1,5 +1,7 @@
 // The XML form.
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -75,14 +77,57 @@ const Element* elementNamed(std::string_view name) {
   return found == std::end(elements) ? nullptr : found;
 }
 
+// --- Halves of surrogate pairs ---
+
+/// Stands in for half of a pair, which no XML can hold: a reference to a character that Unicode keeps
+/// for a program's own use. It means the same in every encoding.
+constexpr std::string_view halfMark = "&#xFDD0;";
+
+/// Whether the text of an element holds the mark, as it stands in a CDATA section or as the
+/// character.
+bool holdsHalf(const std::string& text) {
+  return text.find(halfMark) != std::string::npos || text.find("\xEF\xB7\x90") != std::string::npos;
+}
+
+constexpr bool isHalf(std::uint32_t character) {
+  return character >= 0xD800 && character <= 0xDFFF;
+}
+
+/// How many bytes of half a pair `text` begins with, encoded as other characters are or a
+/// reference to it; 0 where it begins with anything else.
+std::size_t halfLength(std::string_view text) {
+  constexpr std::size_t encoded = 3;
+  if (text.size() < encoded) return 0;
+  if (text[0] == '\xED' && (text[1] & 0xE0) == 0xA0 && (text[2] & 0xC0) == 0x80) return encoded;
+  if (!text.starts_with("&#")) return 0;
+  const bool isHexadecimal = text[2] == 'x';
+  const char* const end = text.data() + text.size();
+  std::uint32_t character = 0;
+  const auto [stop, error] = std::from_chars(text.data() + (isHexadecimal ? 3 : 2), end, character,
+                                             isHexadecimal ? 16 : 10);
+  if (error != std::errc() || stop == end || *stop != ';' || !isHalf(character)) return 0;
+  return static_cast<std::size_t>(stop + 1 - text.data());
+}
+
+/// `bytes` with the mark in the place of each half.
+std::string withHalvesMarked(std::string_view bytes) {
+  std::string marked;
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t length = halfLength(bytes.substr(at));
+    marked += length == 0 ? bytes.substr(at, 1) : halfMark;
+    at += std::max<std::size_t>(length, 1);
+  }
+  return marked;
+}
+
 // --- The document, from tag to tag ---
 
 /// Each step answers false where the document turns out to be no property list, or beyond the
 /// bounds.
 class Document : public xml::Events {
  public:
-  /// `bytes` is the size of the file.
-  explicit Document(std::size_t bytes) : builder_(bytes) {}
+  /// `bytes` is the size of the file, in which halves of surrogate pairs may be marked.
+  Document(std::size_t bytes, bool hasMarks) : builder_(bytes), hasMarks_(hasMarks) {}
 
   [[nodiscard]] bool start(std::string_view name) override;
   [[nodiscard]] bool end(std::string_view name) override;
@@ -98,6 +143,7 @@ class Document : public xml::Events {
 
  private:
   Builder builder_;
+  bool hasMarks_;
   bool isBegun_ = false;
   const Element* leaf_ = nullptr;  // the open element that holds text, if any
   std::string text_;               // what it holds so far
@@ -131,8 +177,11 @@ bool Document::start(std::string_view name) {
 bool Document::end(std::string_view name) {
   const Element* leaf = std::exchange(leaf_, nullptr);
   if (leaf == nullptr) return name == elements[0].name || builder_.close();
-  if (leaf->kind == Element::Kind::key) return builder_.key(text_);
-  return builder_.add(leaf->convert(text_));
+  const bool isCarried = !hasMarks_ || !holdsHalf(text_);
+  if (leaf->kind != Element::Kind::key) {
+    return builder_.add(isCarried ? leaf->convert(text_) : std::nullopt);
+  }
+  return builder_.key(isCarried ? std::optional(text_) : std::nullopt);
 }
 
 bool Document::characters(std::string_view text) {
@@ -147,7 +196,8 @@ bool Document::characters(std::string_view text) {
 /// bring that one.
 class Reader {
  public:
-  explicit Reader(std::string_view bytes) : bytes_(bytes), document_(bytes.size()) {}
+  Reader(std::string_view bytes, bool hasMarks)
+      : bytes_(bytes), document_(bytes.size(), hasMarks) {}
 
   [[nodiscard]] platform::ListReading read();
 
@@ -214,7 +264,7 @@ platform::ListReading Reader::read() {
 /// itself up than to read them.
 std::optional<platform::ListReading> readPlainly(std::string_view bytes) {
   if (!bytes.starts_with(prologue)) return std::nullopt;
-  Document document(bytes.size());
+  Document document(bytes.size(), false);
   bytes.remove_prefix(prologue.size());
   if (!xml::readPlain(bytes, document)) return std::nullopt;
   return std::move(document).finish({});
@@ -223,8 +273,11 @@ std::optional<platform::ListReading> readPlainly(std::string_view bytes) {
 }  // namespace
 
 platform::ListReading readXml(std::string_view bytes, bool plainFirst) {
-  auto plain = plainFirst ? readPlainly(bytes) : std::nullopt;
-  return plain ? *std::move(plain) : Reader(bytes).read();
+  if (auto plain = plainFirst ? readPlainly(bytes) : std::nullopt) return *std::move(plain);
+  platform::ListReading reading = Reader(bytes, false).read();
+  if (reading.state != platform::ListState::damaged) return reading;
+  const std::string marked = withHalvesMarked(bytes);
+  return marked == bytes ? reading : Reader(marked, true).read();
 }
 
 }  // namespace wenlolib::plist
