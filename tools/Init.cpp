@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "Output.h"
 #include "ReasonText.h"
@@ -18,6 +19,7 @@
 namespace wenlolib::tools {
 namespace {
 
+constexpr std::uint32_t folderMode = 0700;
 constexpr std::uint32_t preferenceMode = 0600;
 
 struct Arguments {
@@ -25,19 +27,23 @@ struct Arguments {
   bool agree = false;
 };
 
-enum class Made {
-  now,
-  before,
-  failed,
-  told,  // failed, and why was said
+/// What became of one thing: made now, or there before, or neither, and then why.
+struct Made {
+  enum Kind { now, before, failed };
+  Kind kind;
+  std::string why;
+
+  Made(Kind what, std::string reason = "") : kind(what), why(std::move(reason)) {}
 };
 
 Made makeFolder(const std::string& path) {
   platform::Files& files = *platform::current().files;
-  if (files.kindAt(path) == platform::Kind::folder) return Made::before;
-  // Something else in the folder's place counts as there for the library, but is of no use.
-  const bool made = CommonTooWenlolib::createDir(path);
-  return made && files.kindAt(path) == platform::Kind::folder ? Made::now : Made::failed;
+  const platform::Kind there = files.kindAt(path);
+  if (there == platform::Kind::folder) return Made::before;
+  if (there == platform::Kind::other) return {Made::failed, "something else is in its place"};
+  const platform::Reason reason = files.createFolder(path, folderMode);
+  if (!reason.hasFailed()) return Made::now;
+  return {Made::failed, reasonWithAdvice(reason)};
 }
 
 Dictionary samplePreferences(bool agree) {
@@ -50,34 +56,28 @@ Dictionary samplePreferences(bool agree) {
   return preferences;
 }
 
-Made makePreferences(Output& output, const std::string& path, const std::string& realPath,
-                     bool agree) {
+Made makePreferences(const std::string& path, const std::string& realPath, bool agree) {
   std::error_code error;
   // A link that leads nowhere is somebody's as well.
   if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
     return Made::before;
   }
   const platform::Platform& platform = platform::current();
-  const Text xml = platform.propertyLists->asXml(samplePreferences(agree));
-  if (!xml) return Made::failed;
+  const std::string xml = platform.propertyLists->asXml(samplePreferences(agree)).value();
   const platform::Outcome outcome =
-      platform.files->writeAtomically(path, *xml, preferenceMode, platform::Publication::asNew);
+      platform.files->writeAtomically(path, xml, preferenceMode, platform::Publication::asNew);
   if (outcome == platform::Outcome::written) return Made::now;
   if (outcome == platform::Outcome::taken) return Made::before;
-  output.complain(realPath, whyNotWritten(outcome.reason));
-  return Made::told;
+  return {Made::failed, reasonWithAdvice(outcome.reason)};
 }
 
 /// Says what became of one thing; answers whether it is there now.
-bool tell(Output& output, const std::string& realPath, Made made) {
-  if (made == Made::told) return false;
-  if (made == Made::failed) {
-    const bool there = std::filesystem::exists(realPath);
-    output.complain(realPath, there ? "not made: something else is in its place"
-                                    : "not made: look at permissions and room above it");
+bool tell(Output& output, const std::string& realPath, const Made& made) {
+  if (made.kind == Made::failed) {
+    output.complain(realPath, "not made: " + made.why);
     return false;
   }
-  const std::string word = made == Made::now ? "made         " : "was there    ";
+  const std::string word = made.kind == Made::now ? "made         " : "was there    ";
   output.write(word + visibleInLine(realPath) + "\n");
   return true;
 }
@@ -95,7 +95,7 @@ bool initialise(Output& output, const ToolPlatform& platform, const Arguments& a
   if (!arguments.samplePreferences) return good;
   const std::string path = configurationPath(preferenceFile).value_or("");
   const std::string real = platform.real(path);
-  return tell(output, real, makePreferences(output, path, real, arguments.agree)) && good;
+  return tell(output, real, makePreferences(path, real, arguments.agree)) && good;
 }
 
 void initTo(Session& session, const Arguments& arguments) {

@@ -19,12 +19,14 @@ constexpr EnumTable<platform::Step, std::string_view> stepNames({
     {platform::Step::none, "nothing"},
     {platform::Step::askSystem, "asking the system for its version"},
     {platform::Step::askUser, "looking the user up"},
+    {platform::Step::askClock, "asking for the time"},
     {platform::Step::takeRandomness, "asking the system for random bytes"},
     {platform::Step::findFile, "looking for the file"},
     {platform::Step::openFile, "opening the file"},
     {platform::Step::readFile, "reading the file"},
     {platform::Step::findFolder, "opening the folder"},
     {platform::Step::makeFile, "making the file"},
+    {platform::Step::makeFolder, "making the folder"},
     {platform::Step::writeFile, "writing the file"},
     {platform::Step::flushFile, "writing the file to the disk"},
     {platform::Step::nameFile, "giving the file its name"},
@@ -35,8 +37,7 @@ std::string_view advice(const Reason& reason) {
   switch (reason.error) {
     case ENOENT:
       return "Its folder is not there. wenlolib init makes PLM, ALM and Config; a \"/\" in the "
-             "name "
-             "leads into a sub-folder, which somebody else has to make.";
+             "name leads into a sub-folder, which somebody else has to make.";
     case ENOTDIR:
       return "Something in its path is not a folder: move that away.";
     case EISDIR:
@@ -84,9 +85,13 @@ std::string reasonText(const Reason& reason) {
   return step + " failed: " + std::generic_category().message(reason.error);
 }
 
-std::string whyNotWritten(const Reason& reason) {
+std::string reasonWithAdvice(const Reason& reason) {
   const std::string todo(advice(reason));
-  return "not written: " + reasonText(reason) + (todo.empty() ? "" : ". " + todo);
+  return reasonText(reason) + (todo.empty() ? "" : ". " + todo);
+}
+
+std::string whyNotWritten(const Reason& reason) {
+  return "not written: " + reasonWithAdvice(reason);
 }
 
 bool isMissing(const ListReading& reading) {

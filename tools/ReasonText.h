@@ -13,6 +13,9 @@ namespace wenlolib::tools {
 /// The step and the system's error, such as "making the file failed: No space left on device".
 [[nodiscard]] std::string reasonText(const platform::Reason& reason);
 
+/// The same, and what to do about it where the error alone does not say it.
+[[nodiscard]] std::string reasonWithAdvice(const platform::Reason& reason);
+
 /// Why a file was not written, and what to do about it.
 [[nodiscard]] std::string whyNotWritten(const platform::Reason& reason);
 

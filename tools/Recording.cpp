@@ -1,5 +1,7 @@
 #include "Recording.h"
 
+#include <cerrno>
+
 #include "front/WENLOLIB.h"
 #include "platform/Forwarding.h"
 #include "toolkit/Names.h"
@@ -44,7 +46,9 @@ class HeldBackFiles : public platform::ForwardingFiles {
     return platform::Outcome::written;
   }
   bool setPermissions(const std::string& /*path*/, std::uint32_t /*mode*/) override { return true; }
-  bool createFolder(const std::string& /*path*/, std::uint32_t /*mode*/) override { return false; }
+  platform::Reason createFolder(const std::string& /*path*/, std::uint32_t /*mode*/) override {
+    return {platform::Step::makeFolder, EROFS};
+  }
 };
 
 /// Is only asked where no identifier is stored.

@@ -111,6 +111,19 @@ class WatchedSystem : public platform::System {
   Sightings& seen_;
 };
 
+class WatchedClock : public platform::Clock {
+ public:
+  WatchedClock(platform::Clock& target, Sightings& seen) : target_(target), seen_(seen) {}
+
+  Instant now() override {
+    return watch(seen_, "", [&] { return target_.now(); });
+  }
+
+ private:
+  platform::Clock& target_;
+  Sightings& seen_;
+};
+
 class WatchedCalendar : public platform::Calendar {
  public:
   WatchedCalendar(platform::Calendar& target, Sightings& seen) : target_(target), seen_(seen) {}
@@ -144,6 +157,7 @@ class WatchedUuids : public platform::Uuids {
 
 struct Watched::Services {
   WatchedSystem system;
+  WatchedClock clock;
   WatchedCalendar calendar;
   WatchedFiles files;
   WatchedLists lists;
@@ -153,6 +167,7 @@ struct Watched::Services {
 
   Services(const platform::Platform& base, Sightings& seen)
       : system(*base.system, seen),
+        clock(*base.clock, seen),
         calendar(*base.calendar, seen),
         files(*base.files, seen),
         lists(*base.propertyLists, seen),
@@ -164,6 +179,7 @@ struct Watched::Services {
 Watched::Watched(const platform::Platform& base)
     : watching_(std::make_unique<Services>(base, seen_)), services_(base) {
   services_.system = &watching_->system;
+  services_.clock = &watching_->clock;
   services_.calendar = &watching_->calendar;
   services_.files = &watching_->files;
   services_.propertyLists = &watching_->lists;

@@ -49,9 +49,9 @@ class Files {
   /// open up a stranger's.
   virtual bool setPermissions(const std::string& path, std::uint32_t mode) = 0;
 
-  /// Creates a folder and its missing parents, each with the permissions `mode`. True when the
-  /// folder is there afterwards.
-  virtual bool createFolder(const std::string& path, std::uint32_t mode) = 0;
+  /// Creates a folder and its missing parents, each with the permissions `mode`. Nothing has failed
+  /// when the folder is there afterwards.
+  virtual Reason createFolder(const std::string& path, std::uint32_t mode) = 0;
 };
 
 }  // namespace wenlolib::platform

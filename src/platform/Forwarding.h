@@ -29,7 +29,7 @@ class ForwardingFiles : public Files {
   bool setPermissions(const std::string& path, std::uint32_t mode) override {
     return target_.setPermissions(path, mode);
   }
-  bool createFolder(const std::string& path, std::uint32_t mode) override {
+  Reason createFolder(const std::string& path, std::uint32_t mode) override {
     return target_.createFolder(path, mode);
   }
 

@@ -13,12 +13,14 @@ enum class Step : std::uint8_t {
   none,
   askSystem,  // for its version
   askUser,    // for their entry among the users
+  askClock,
   takeRandomness,
   findFile,
   openFile,
   readFile,
   findFolder,
   makeFile,
+  makeFolder,
   writeFile,
   flushFile,
   nameFile,
@@ -27,6 +29,8 @@ enum class Step : std::uint8_t {
 struct Reason {
   Step step = Step::none;  // `none` where nothing has failed
   int error = 0;           // the system's number of it (errno); 0 where the system has not refused
+
+  [[nodiscard]] bool hasFailed() const noexcept { return step != Step::none; }
 };
 
 /// Thrown where the system could not answer what a step asked it.

@@ -18,7 +18,8 @@ bool createMissingLevels(const std::string& path) {
     const std::size_t end = std::min(path.find('/', cursor), path.size());
     if (end == cursor) continue;  // the leading "/", or a doubled one
     const std::string level = path.substr(0, end);
-    if (files.kindAt(level) == platform::Kind::nothing && !files.createFolder(level, folderMode)) {
+    if (files.kindAt(level) == platform::Kind::nothing &&
+        files.createFolder(level, folderMode).hasFailed()) {
       return false;
     }
     cursor = end;

@@ -43,13 +43,13 @@ TEST(MemoryFiles, PublishesAsNewOnlyWhereNobodyHasTheName) {
 TEST(MemoryFiles, CreatesAFolderWithItsParents) {
   MemoryPlatform world;
   world.files.addFile("/file", "");
-  EXPECT_TRUE(world.files.createFolder("/a/b", 0700));
+  EXPECT_FALSE(world.files.createFolder("/a/b", 0700).hasFailed());
   EXPECT_EQ(world.files.at("/a")->mode, 0700U);
   EXPECT_EQ(world.files.kindAt("/a/b"), Kind::folder);
-  EXPECT_TRUE(world.files.createFolder("/a/b", 0777));
+  EXPECT_FALSE(world.files.createFolder("/a/b", 0777).hasFailed());
   EXPECT_EQ(world.files.at("/a/b")->mode, 0700U);
-  EXPECT_FALSE(world.files.createFolder("/file/b", 0700));
-  EXPECT_FALSE(world.files.createFolder("/file", 0700));
+  EXPECT_TRUE(world.files.createFolder("/file/b", 0700).hasFailed());
+  EXPECT_TRUE(world.files.createFolder("/file", 0700).hasFailed());
 }
 
 TEST(MemoryPropertyLists, ReadWhatTheyWrote) {

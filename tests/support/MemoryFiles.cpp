@@ -1,7 +1,6 @@
 #include "support/MemoryFiles.h"
 
 #include <cerrno>
-
 #include <utility>
 
 namespace wenlolib::tests {
@@ -120,16 +119,17 @@ bool MemoryFiles::setPermissions(const std::string& path, std::uint32_t mode) {
   return true;
 }
 
-bool MemoryFiles::createFolder(const std::string& path, std::uint32_t mode) {
-  if (recorder_.fails("files.createFolder", path + " " + octal(mode))) return false;
-  if (path.empty() || path.find('\0') != std::string::npos) return false;
+platform::Reason MemoryFiles::createFolder(const std::string& path, std::uint32_t mode) {
+  constexpr auto step = platform::Step::makeFolder;
+  if (recorder_.fails("files.createFolder", path + " " + octal(mode))) return {step, ENOSPC};
+  if (path.empty() || path.find('\0') != std::string::npos) return {step, EINVAL};
   // The nearest level that is there has to be a folder.
   std::string existing = path;
   while (!existing.empty() && !at(existing)) existing = parentOf(existing);
   const auto base = at(existing);
-  if (!base || base->type != Type::folder) return false;
+  if (!base || base->type != Type::folder) return {step, ENOTDIR};
   addFolder(path, mode);
-  return true;
+  return {};
 }
 
 }  // namespace wenlolib::tests

@@ -43,7 +43,7 @@ class MemoryFiles : public platform::Files {
   platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
                                     std::uint32_t mode, platform::Publication publication) override;
   bool setPermissions(const std::string& path, std::uint32_t mode) override;
-  bool createFolder(const std::string& path, std::uint32_t mode) override;
+  platform::Reason createFolder(const std::string& path, std::uint32_t mode) override;
 
  private:
   [[nodiscard]] const Entry* find(const std::string& path) const;

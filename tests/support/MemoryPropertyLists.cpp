@@ -1,7 +1,6 @@
 #include "support/MemoryPropertyLists.h"
 
 #include <cerrno>
-
 #include "base/Integer.h"
 
 namespace wenlolib::tests {

@@ -135,6 +135,9 @@ struct NoSystem : platform::System {
     giveNoAnswer(Step::askSystem);
   }
 };
+struct NoClock : platform::Clock {
+  Instant now() override { giveNoAnswer(Step::askClock); }
+};
 struct NoUuids : platform::Uuids {
   Text create() override { giveNoAnswer(Step::takeRandomness); }
 };
@@ -152,6 +155,7 @@ class NoAnswers : public InstalledTest {
   NoBundles bundles{world.bundles};
   NoUser user;
   NoSystem system;
+  NoClock clock;
   NoUuids uuids;
   NoCalendar calendar;
 
@@ -178,6 +182,8 @@ class NoAnswers : public InstalledTest {
        none + "looking the user up" + tooMany},
       {with<platform::System>(&platform::Platform::system, system),
        none + "asking the system for its version" + tooMany},
+      {with<platform::Clock>(&platform::Platform::clock, clock),
+       none + "asking for the time" + tooMany},
   };
 };
 

@@ -364,7 +364,8 @@ class Init(ToolTest):
     def test_a_root_that_may_not_be_written_to_is_told(self):
         os.chmod(self.root, 0o555)
         finished = self.expect(1, "init", **self.unprivileged())
-        self.assertIn(b"not made", finished.stderr)
+        self.assertIn(f"{self.path('PLM')}: not made: making the folder failed: Permission denied. "
+                      "Let this user write in its folder.\n", finished.stderr.decode())
 
     def test_wrong_usage(self):
         self.expect_usage_error("--sample-preferences", "init", "--agree")

@@ -67,12 +67,15 @@ bool openUp(const std::string& path, mode_t mode) {
 
 /// One level. Its mode is set afterwards too, so that the file-creation mask has no say in it; some
 /// file systems know no permissions, and there it stays as it is.
-bool createLevel(const std::string& path, std::uint32_t mode) {
+Reason createLevel(const std::string& path, std::uint32_t mode) {
   if (::mkdir(path.c_str(), static_cast<mode_t>(mode)) == 0) {
     static_cast<void>(::chmod(path.c_str(), static_cast<mode_t>(mode)));
-    return true;
+    return {};
   }
-  return errno == EEXIST && kindOf(path) == Kind::folder;
+  const int error = errno;
+  if (error != EEXIST) return {Step::makeFolder, error};
+  if (kindOf(path) == Kind::folder) return {};
+  return {Step::makeFolder, ENOTDIR};
 }
 
 }  // namespace
@@ -103,16 +106,18 @@ bool PosixFiles::setPermissions(const std::string& path, std::uint32_t mode) {
   return real && openUp(*real, static_cast<mode_t>(mode));
 }
 
-bool PosixFiles::createFolder(const std::string& path, std::uint32_t mode) {
+Reason PosixFiles::createFolder(const std::string& path, std::uint32_t mode) {
   const CancellationHold hold;
   const Text real = root_.below(path);
-  if (!real) return false;
+  if (!real || real->empty()) return {Step::makeFolder, EINVAL};
   for (std::size_t end = 0; end < real->size();) {
     end = std::min(real->find('/', end + 1), real->size());
     const std::string level = real->substr(0, end);
-    if (kindOf(level) != Kind::folder && !createLevel(level, mode)) return false;
+    if (kindOf(level) == Kind::folder) continue;
+    const Reason reason = createLevel(level, mode);
+    if (reason.hasFailed()) return reason;
   }
-  return kindOf(*real) == Kind::folder;
+  return {};
 }
 
 }  // namespace wenlolib::platform::posix

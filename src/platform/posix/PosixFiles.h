@@ -18,7 +18,7 @@ class PosixFiles : public Files {
   Outcome writeAtomically(const std::string& path, std::string_view bytes, std::uint32_t mode,
                           Publication publication) override;
   bool setPermissions(const std::string& path, std::uint32_t mode) override;
-  bool createFolder(const std::string& path, std::uint32_t mode) override;
+  Reason createFolder(const std::string& path, std::uint32_t mode) override;
 
  private:
   const Root& root_;

@@ -79,9 +79,7 @@ bool localFields(time_t date, struct tm& fields) {
 
 Instant PosixClock::now() {
   timespec time{};
-  if (::clock_gettime(CLOCK_REALTIME, &time) != 0) {
-    throw std::system_error(errno, std::generic_category());
-  }
+  if (::clock_gettime(CLOCK_REALTIME, &time) != 0) throw NoAnswer({Step::askClock, errno});
   return Instant(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
 }
 

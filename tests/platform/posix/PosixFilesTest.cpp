@@ -84,7 +84,7 @@ TEST_P(PosixFilesUnderMasks, FilesAreOpenToAll) {
 
 TEST_P(PosixFilesUnderMasks, FoldersAreTheOwnersAlone) {
   const Mask mask(GetParam());
-  ASSERT_TRUE(files.createFolder("/a/b/c", 0700));
+  ASSERT_FALSE(files.createFolder("/a/b/c", 0700).hasFailed());
   EXPECT_EQ(modeOf(folder / "a"), 0700U);
   EXPECT_EQ(modeOf(folder / "a/b"), 0700U);
   EXPECT_EQ(modeOf(folder / "a/b/c"), 0700U);
@@ -96,9 +96,9 @@ INSTANTIATE_TEST_SUITE_P(Masks, PosixFilesUnderMasks, testing::Values(0, 022, 07
 TEST_F(PosixFiles, AFolderThatIsThereKeepsItsPermissions) {
   std::filesystem::create_directory(folder / "a");
   ASSERT_EQ(::chmod((folder / "a").c_str(), 0751), 0);
-  EXPECT_TRUE(files.createFolder("/a", 0700));
-  EXPECT_TRUE(files.createFolder("/a/b/", 0700));
-  EXPECT_TRUE(files.createFolder("/a//c", 0700));
+  EXPECT_FALSE(files.createFolder("/a", 0700).hasFailed());
+  EXPECT_FALSE(files.createFolder("/a/b/", 0700).hasFailed());
+  EXPECT_FALSE(files.createFolder("/a//c", 0700).hasFailed());
   EXPECT_EQ(modeOf(folder / "a"), 0751U);
   EXPECT_EQ(namesIn(folder / "a"), (std::vector<std::string>{"b", "c"}));
 }
@@ -109,7 +109,7 @@ TEST_F(PosixFiles, FoldersAreMadeByManyThreadsAtOnce) {
     std::atomic<int> made = 0;
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 8; ++thread) {
-      threads.emplace_back([&] { made += files.createFolder(path, 0700) ? 1 : 0; });
+      threads.emplace_back([&] { made += files.createFolder(path, 0700).hasFailed() ? 0 : 1; });
     }
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(made, 8);
@@ -119,10 +119,10 @@ TEST_F(PosixFiles, FoldersAreMadeByManyThreadsAtOnce) {
 TEST_F(PosixFiles, NoFolderIsMadeWhereAFileStands) {
   writeFile(folder / "file", "");
   std::filesystem::create_symlink("nowhere", folder / "dangling");
-  EXPECT_FALSE(files.createFolder("/file", 0700));
-  EXPECT_FALSE(files.createFolder("/file/below", 0700));
-  EXPECT_FALSE(files.createFolder("/dangling", 0700));
-  EXPECT_FALSE(files.createFolder("/nul\0"s, 0700));
+  EXPECT_TRUE(files.createFolder("/file", 0700).hasFailed());
+  EXPECT_TRUE(files.createFolder("/file/below", 0700).hasFailed());
+  EXPECT_TRUE(files.createFolder("/dangling", 0700).hasFailed());
+  EXPECT_TRUE(files.createFolder("/nul\0"s, 0700).hasFailed());
   EXPECT_EQ(namesIn(folder.path()), (std::vector<std::string>{"dangling", "file"}));
 }
 
