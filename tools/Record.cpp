@@ -29,7 +29,9 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   const platform::Substitute substitute(platform.services());
   const Explanation decision = explain(request.kind, request.option, {platform.root(), {}, {}});
   if (decision.allowed()) {
-    output.complain(request.name, "refused; by now it would be allowed: the settings have changed");
+    output.complain(request.name,
+                    "not recorded, and yet it is allowed now: memory ran out, or the settings "
+                    "have just changed. Try again.");
     return;
   }
   output.complain(request.name, "refused (" + std::string(reasonCode(decision)) + ")");

@@ -79,8 +79,8 @@ const Element* elementNamed(std::string_view name) {
 
 // --- Halves of surrogate pairs ---
 
-/// Stands in for half of a pair, which no XML can hold: a reference to a character that Unicode keeps
-/// for a program's own use. It means the same in every encoding.
+/// Stands in for half of a pair, which no XML can hold: a reference to a character that Unicode
+/// keeps for a program's own use. It means the same in every encoding.
 constexpr std::string_view halfMark = "&#xFDD0;";
 
 /// Whether the text of an element holds the mark, as it stands in a CDATA section or as the

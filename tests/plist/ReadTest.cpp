@@ -325,17 +325,17 @@ TEST(PropertyListRead, LeavesOutHalfASurrogatePairAndWhatBelongsToIt) {
   for (const std::string half :
        {"\xED\xA0\x80", "\xED\xBF\xBF", "\xED\xA0\xBD\xED\xB8\x80", "&#xD800;", "&#xdfff;",
         "&#55296;", "&#57343;", "&#x0000D800;", "&#xD83D;&#xDE00;", "<![CDATA[\xED\xA0\x80]]>"}) {
-    const platform::ListReading reading = read(
-        inPlist("<dict><key>a</key><true/><key>k</key><string>x" + half + "y</string><key>" + half +
-                "</key><dict><key>in</key><array><true/></array></dict><key>" + half +
-                "</key><string>" + half + "</string><key>l</key><array><string>" + half +
-                "</string><false/></array></dict>"));
+    const platform::ListReading reading = read(inPlist(
+        "<dict><key>a</key><true/><key>k</key><string>x" + half + "y</string><key>" + half +
+        "</key><dict><key>in</key><array><true/></array></dict><key>" + half + "</key><string>" +
+        half + "</string><key>l</key><array><string>" + half + "</string><false/></array></dict>"));
     EXPECT_EQ(reading.state, platform::ListState::partial) << half;
     EXPECT_EQ(reading.dictionary, (Dictionary{{"a", true}, {"l", Value::Array{false}}})) << half;
   }
   EXPECT_EQ(read(inPlist("<dict><!-- \xED\xA0\x80 --></dict>")).state, platform::ListState::whole);
-  for (const std::string_view other : {"\xED\xA0", "\xED\xA0x", "&#xD800", "&#xD800 ;", "&#x110000;",
-                                       "&#xFFFFFFFFFFD800;", "&#x;", "&#;", "&#-55296;", "&#55x;"}) {
+  for (const std::string_view other :
+       {"\xED\xA0", "\xED\xA0x", "&#xD800", "&#xD800 ;", "&#x110000;", "&#xFFFFFFFFFFD800;", "&#x;",
+        "&#;", "&#-55296;", "&#55x;"}) {
     const std::string text(other);
     EXPECT_EQ(read(inPlist("<dict><key>k</key><string>" + text + "</string></dict>")).state,
               platform::ListState::damaged)

@@ -252,6 +252,52 @@ TEST_F(Faults, OfAReadingAreToldAtTheirGate) {
   }
 }
 
+/// What `record` tells of a record that it hands over now.
+std::string told(const platform::Platform& services, RecordKind kind) {
+  const tools::RecordOutcome outcome = tools::record(services, {kind, "App", 1, {}, "x"});
+  if (outcome.document) {
+    const platform::Outcome& written = outcome.document->outcome;
+    return written == platform::Outcome::written ? "recorded" : whyNotWritten(written.reason);
+  }
+  if (outcome.answer) return "no document";
+  if (outcome.unanswered) return unansweredText(*outcome.unanswered);
+  return std::string(reasonCode(tools::explain(kind, 1)));
+}
+
+TEST_F(Faults, OfEveryKindAreToldWithTheRecord) {
+  const std::string full =
+      "not written: writing the file failed: No space left on device. Make room on the disk.";
+  const std::vector<std::pair<const char*, std::string>> rows = {
+      {"bundles.informationAt", "recorded"},
+      {"bundles.ownInformation", "recorded"},
+      {"calendar.formatted", "recorded"},
+      {"calendar.localTime", "recorded"},
+      {"cipher.rc4", "recorded"},
+      {"clock.now", "recorded"},
+      {"files.createFolder", "recorded"},
+      {"files.isExecutable", "recorded"},
+      {"files.kindAt", "no_preferences"},
+      {"files.setPermissions", "recorded"},
+      {"files.writeAtomically", full},
+      {"programs.run", "recorded"},
+      {"propertyLists.asXml", "recorded"},
+      {"propertyLists.read", "no_preferences"},
+      {"system.gestalt", "os_version_unknown"},
+      {"user.groupContainer", "no_preferences"},
+      {"uuids.create", "recorded"},
+      {"xml.serialised", "no document"},
+  };
+  for (const auto& [fault, expected] : rows) {
+    for (const RecordKind kind : enumerators<RecordKind>) {
+      MemoryPlatform faulty;
+      install(faulty);
+      faulty.faults.failAlways(fault);
+      const platform::Substitute substitute(faulty.services);
+      EXPECT_EQ(told(faulty.services, kind), expected) << fault;
+    }
+  }
+}
+
 class PartialPreferences : public InstalledTest {};
 
 TEST_F(PartialPreferences, AreToldByTheExplanation) {
