@@ -5,7 +5,7 @@
 #include "BareWork.h"
 #include "Pairs.h"
 #include "TemporaryInstallation.h"
-#include "front/WENLOLIB.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::bench {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "TemporaryInstallation.h"
-#include "front/WENLOLIB.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::bench {
 namespace {

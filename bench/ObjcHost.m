@@ -1,7 +1,7 @@
 /* An Objective-C host with everything at hand that it records; loaded by the benchmark. */
 #import <Foundation/Foundation.h>
 
-#import "objc/WENLOLIB.h"
+#import "wenlolib/objc/WENLOLIB.h"
 
 static Class library;
 static NSString* recordContents;

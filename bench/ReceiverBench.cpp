@@ -8,7 +8,7 @@
 #include "Pairs.h"
 #include "RecordedDocument.h"
 #include "TemporaryInstallation.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::bench {
 namespace {

@@ -13,7 +13,7 @@
 #include "Pairs.h"
 #include "SystemCallCount.h"
 #include "TemporaryInstallation.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::bench {
 namespace {

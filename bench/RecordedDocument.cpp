@@ -5,8 +5,8 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "front/WENLOLIB.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::bench {
 

@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::bench {
 namespace {

@@ -7,7 +7,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include <wenlolib/cabi/plugin.h>
+#include <wenlolib/plugin.h>
 
 typedef int (*WriteApplication)(const char*, const char*, uint32_t);
 typedef int (*WritePrinterLog)(const char*, const char*, uint32_t, const WENLOLIBEntry*, size_t);

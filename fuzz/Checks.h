@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::fuzz {
 

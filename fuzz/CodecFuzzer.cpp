@@ -8,8 +8,8 @@
 
 #include "Input.h"
 #include "Require.h"
-#include "codec/codec.h"
 #include "support/ReferenceCrypto.h"
+#include "wenlolib/codec.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include "Input.h"
 #include "Require.h"
 #include "base/Utf8.h"
-#include "cabi/plugin.h"
-#include "receiver/Receiver.h"
 #include "support/HostInstallation.h"
 #include "support/MemoryPlatform.h"
+#include "wenlolib/Receiver.h"
+#include "wenlolib/plugin.h"
 #include "xml/WellFormed.h"
 
 namespace {

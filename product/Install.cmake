@@ -14,12 +14,8 @@ file(CREATE_LINK ${soname} ${CMAKE_CURRENT_BINARY_DIR}/links/libWENLOLIB.so SYMB
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/links/${soname}
   ${CMAKE_CURRENT_BINARY_DIR}/links/libWENLOLIB.so DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
-foreach(header IN ITEMS base/Export.h base/Instant.h base/Text.h base/Value.h codec/codec.h
-    cabi/plugin.h front/WENLOLIB.h receiver/Receiver.h toolkit/CommonTooWenlolib.h)
-  cmake_path(GET header PARENT_PATH folder)
-  install(FILES ${PROJECT_SOURCE_DIR}/src/${header}
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wenlolib/${folder})
-endforeach()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/wenlolib
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} PATTERN objc EXCLUDE)
 
 install(TARGETS wenlolib_receiver_alone ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 

@@ -33,6 +33,5 @@ install(FILES ${objc_bundle}/Contents/Info.plist DESTINATION ${installed_objc_bu
 install(DIRECTORY ${objc_bundle}/Contents/Resources DESTINATION ${installed_objc_bundle}/Contents)
 install(FILES ${objc_bundle}/Info.plist ${objc_bundle}/Resources ${objc_bundle}/WENLOLIB
   DESTINATION ${installed_objc_bundle})
-install(FILES ${PROJECT_SOURCE_DIR}/src/objc/WENLOLIB.h
-  ${PROJECT_SOURCE_DIR}/src/objc/CommonTooWenlolib.h
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/wenlolib/objc/
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wenlolib/objc)

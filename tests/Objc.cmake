@@ -3,7 +3,7 @@ add_executable(objc_host objc/Allocations.m objc/ConversionTest.m objc/EntryPoin
   objc/HostileObjects.m objc/HostileTest.m objc/Host.m objc/InterfaceTest.m objc/LifetimeTest.m
   objc/RecordTest.m objc/ShortageTest.m objc/StackTest.m objc/SubclassTest.m
   objc/TimeZoneTest.m objc/ToolkitTest.m)
-target_include_directories(objc_host PRIVATE ${PROJECT_SOURCE_DIR}/src)
+target_include_directories(objc_host PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(objc_host PRIVATE wenlolib_warnings wenlolib_foundation)
 add_dependencies(objc_host WENLOLIB_objc)
 

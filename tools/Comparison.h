@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "TextDiff.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
 

@@ -8,7 +8,7 @@
 
 #include "Comparison.h"
 #include "Redaction.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
 

@@ -8,7 +8,7 @@
 
 #include "Redaction.h"
 #include "Terminal.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
 

@@ -12,11 +12,11 @@
 #include "Watched.h"
 #include "base/EnumTable.h"
 #include "base/Integer.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
 #include "toolkit/OptionMode.h"
 #include "toolkit/Paths.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {

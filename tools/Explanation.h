@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "base/Text.h"
 #include "policy/SupportDecision.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::tools {
 

@@ -8,10 +8,10 @@
 #include "platform/posix/PosixPropertyLists.h"
 #include "policy/SupportDecision.h"
 #include "probes/Identifier.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -12,9 +12,9 @@
 #include "ToolPlatform.h"
 #include "VisibleText.h"
 #include "probes/Locale.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Recording.h"
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::tools {
 

@@ -2,10 +2,10 @@
 
 #include "ReasonText.h"
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "base/Instant.h"
-#include "base/Text.h"
-#include "base/Value.h"
 #include "platform/Files.h"
 #include "platform/PropertyLists.h"
 #include "policy/SupportFacts.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::tools {
 

@@ -2,10 +2,10 @@
 
 #include <cerrno>
 
-#include "front/WENLOLIB.h"
 #include "platform/Forwarding.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "Explanation.h"
 #include "Watched.h"
-#include "base/Value.h"
 #include "platform/Platform.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::tools {
 

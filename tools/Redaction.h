@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
 

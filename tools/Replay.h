@@ -8,10 +8,10 @@
 #include <string>
 #include <string_view>
 
-#include "base/Instant.h"
-#include "base/Text.h"
 #include "platform/Forwarding.h"
 #include "platform/Platform.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::tools {
 

@@ -4,12 +4,12 @@
 #include "ValueText.h"
 #include "VisibleText.h"
 #include "base/Integer.h"
-#include "cabi/Version.h"
 #include "platform/Platform.h"
 #include "probes/ClientVersion.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/plugin.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -59,7 +59,7 @@ Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string
 
 void checkVersions(const ToolPlatform& platform, Findings& findings) {
   findings.push_back(osFinding());
-  findings.push_back({Level::ok, "library_version", "This library", productVersion, ""});
+  findings.push_back({Level::ok, "library_version", "This library", WENLOLIB_VERSION, ""});
   findings.push_back(bundleFinding(platform, "host_bundle", hostBundlePath));
   findings.push_back(bundleFinding(platform, "installed_bundle", installedBundlePath));
   findings.push_back(clientFinding());

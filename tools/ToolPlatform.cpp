@@ -1,7 +1,7 @@
 #include "ToolPlatform.h"
 
-#include "cabi/Version.h"
 #include "toolkit/Names.h"
+#include "wenlolib/plugin.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -18,7 +18,7 @@ Dictionary bundleInformation(const std::string& version) {
 }
 
 std::optional<Dictionary> BuildBundles::ownInformation() {
-  return bundleInformation(productVersion);
+  return bundleInformation(WENLOLIB_VERSION);
 }
 
 ToolPlatform::ToolPlatform(const std::string& root)

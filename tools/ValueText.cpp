@@ -8,7 +8,7 @@
 #include "Format.h"
 #include "VisibleText.h"
 #include "base/Integer.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string>
 
-#include "base/Instant.h"
-#include "base/Text.h"
-#include "base/Value.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::tools {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "Terminal.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
 

@@ -8,7 +8,7 @@
 
 #include "DocumentText.h"
 #include "Output.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
 

@@ -12,8 +12,8 @@
 #include "ReasonText.h"
 #include "Session.h"
 #include "VisibleText.h"
-#include "cabi/Version.h"
 #include "platform/linux/BuiltIn.h"
+#include "wenlolib/plugin.h"
 
 namespace {
 
@@ -53,7 +53,7 @@ int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
 
 /// Without its last line end, which is the parser's to print.
 std::string versionText() {
-  std::string text = std::string("wenlolib ") + wenlolib::productVersion + "\nbuilt in:\n" +
+  std::string text = std::string("wenlolib ") + WENLOLIB_VERSION + "\nbuilt in:\n" +
                      wenlolib::platform::gnulinux::builtInLibraries();
   text.pop_back();
   return text;

@@ -1,4 +1,4 @@
-#include "cabi/plugin.h"
+#include "wenlolib/plugin.h"
 
 #include <optional>
 #include <span>
@@ -6,9 +6,8 @@
 
 #include "base/Trace.h"
 #include "base/Utf8.h"
-#include "cabi/Version.h"
 #include "front/EntryPoints.h"
-#include "front/WENLOLIB.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace {
 
@@ -59,5 +58,5 @@ int WENLOLIB_writePrinterLogInfoWithContents(const char* contents, const char* n
 }
 
 const char* WENLOLIB_version(void) {
-  return wenlolib::productVersion;
+  return WENLOLIB_VERSION;
 }

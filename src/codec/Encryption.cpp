@@ -2,8 +2,8 @@
 #include <cstddef>
 #include <cstring>
 
-#include "codec/codec.h"
 #include "platform/Platform.h"
+#include "wenlolib/codec.h"
 
 using wenlolib::platform::Bytes;
 

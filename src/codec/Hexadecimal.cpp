@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "base/Integer.h"
-#include "codec/codec.h"
+#include "wenlolib/codec.h"
 
 namespace {
 

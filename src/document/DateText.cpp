@@ -1,9 +1,9 @@
 #include "document/DateText.h"
 
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/DateLayouts.h"
 #include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 

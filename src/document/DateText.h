@@ -2,8 +2,8 @@
 #ifndef WENLOLIB_DOCUMENT_DATETEXT_H
 #define WENLOLIB_DOCUMENT_DATETEXT_H
 
-#include "base/Text.h"
 #include "platform/Time.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib {
 

@@ -8,7 +8,7 @@
 
 #include "base/Answered.h"
 #include "base/Trace.h"
-#include "codec/codec.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib {
 namespace {

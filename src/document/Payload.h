@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "base/EnumTable.h"
-#include "codec/codec.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib {
 namespace {

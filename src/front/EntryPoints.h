@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "base/Answered.h"
-#include "front/WENLOLIB.h"
 #include "toolkit/Names.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 

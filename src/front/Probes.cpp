@@ -1,9 +1,9 @@
 #include "base/Answered.h"
-#include "front/WENLOLIB.h"
 #include "probes/ClientVersion.h"
 #include "probes/Identifier.h"
 #include "probes/Locale.h"
 #include "probes/PrinterIdentity.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 namespace {

@@ -2,8 +2,8 @@
 
 #include "base/Answered.h"
 #include "base/Utf8.h"
-#include "front/WENLOLIB.h"
 #include "platform/Platform.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 

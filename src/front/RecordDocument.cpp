@@ -5,13 +5,13 @@
 #include "document/DateText.h"
 #include "document/Payload.h"
 #include "document/SurveyDocument.h"
-#include "front/WENLOLIB.h"
 #include "platform/Platform.h"
 #include "probes/ClientVersion.h"
 #include "probes/Identifier.h"
 #include "probes/Locale.h"
 #include "probes/PrinterIdentity.h"
 #include "toolkit/Names.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 namespace {

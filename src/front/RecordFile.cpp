@@ -3,11 +3,11 @@
 #include "base/Answered.h"
 #include "base/Trace.h"
 #include "front/RecordTarget.h"
-#include "front/WENLOLIB.h"
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
 #include "toolkit/OpenFiles.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 namespace {

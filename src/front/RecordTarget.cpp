@@ -4,9 +4,9 @@
 
 #include "base/Integer.h"
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/DateLayouts.h"
 #include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "base/Text.h"
 #include "platform/Files.h"
 #include "platform/Time.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib {
 

@@ -1,4 +1,4 @@
-#import "objc/CommonTooWenlolib.h"
+#import "wenlolib/objc/CommonTooWenlolib.h"
 
 #include <string.h>
 

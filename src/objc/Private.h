@@ -151,8 +151,8 @@ id stillGood(id object);
 #endif
 
 #ifdef __cplusplus
-#include "base/Text.h"
-#include "base/Value.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::objc {
 

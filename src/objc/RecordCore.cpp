@@ -6,9 +6,9 @@
 
 #include "base/Answered.h"
 #include "base/Trace.h"
-#include "front/WENLOLIB.h"
 #include "objc/FoundationCalendar.h"
 #include "objc/Private.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 

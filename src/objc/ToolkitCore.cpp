@@ -4,8 +4,8 @@
 #include "base/Answered.h"
 #include "objc/FoundationCalendar.h"
 #include "objc/Private.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/DateLayouts.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace {
 

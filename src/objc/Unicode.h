@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::objc {
 

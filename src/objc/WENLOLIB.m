@@ -1,4 +1,4 @@
-#import "objc/WENLOLIB.h"
+#import "wenlolib/objc/WENLOLIB.h"
 
 #import "objc/Private.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "base/Value.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::platform {
 

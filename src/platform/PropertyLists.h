@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "base/Text.h"
-#include "base/Value.h"
 #include "platform/Reason.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::platform {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
-#include "base/Instant.h"
-#include "base/Text.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform {
 

@@ -2,7 +2,7 @@
 #ifndef WENLOLIB_PLATFORM_UUIDS_H
 #define WENLOLIB_PLATFORM_UUIDS_H
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform {
 

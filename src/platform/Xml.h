@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform {
 

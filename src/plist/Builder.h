@@ -10,8 +10,8 @@
 #include <variant>
 #include <vector>
 
-#include "base/Value.h"
 #include "plist/PropertyList.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::plist {
 

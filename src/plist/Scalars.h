@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "base/Instant.h"
-#include "base/Text.h"
-#include "base/Value.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::plist {
 

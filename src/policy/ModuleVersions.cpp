@@ -2,9 +2,9 @@
 
 #include "base/Answered.h"
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 namespace {

@@ -1,10 +1,10 @@
 #include "policy/SupportFacts.h"
 
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Entries.h"
 #include "toolkit/HostPreferences.h"
 #include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 

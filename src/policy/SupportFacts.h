@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "base/Instant.h"
-#include "base/Value.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib {
 

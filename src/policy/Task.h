@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "base/Text.h"
-#include "base/Value.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib {
 

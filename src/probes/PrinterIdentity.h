@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/Value.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib {
 

@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "base/Utf8.h"
-#include "codec/codec.h"
 #include "platform/Platform.h"
 #include "receiver/Digits.h"
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::receiver {
 namespace {

@@ -6,11 +6,11 @@
 
 #include "receiver/Contents.h"
 #include "receiver/Form.h"
-#include "receiver/Receiver.h"
 #include "receiver/References.h"
 #include "receiver/Repair.h"
 #include "receiver/Verdicts.h"
 #include "receiver/Walk.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::receiver {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "receiver/Receiver.h"
 #include "receiver/Walk.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::receiver {
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::receiver {
 

@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-#include "codec/codec.h"
 #include "platform/Platform.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::receiver {
 namespace {

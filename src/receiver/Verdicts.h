@@ -2,8 +2,8 @@
 #ifndef WENLOLIB_RECEIVER_VERDICTS_H
 #define WENLOLIB_RECEIVER_VERDICTS_H
 
-#include "receiver/Receiver.h"
 #include "receiver/Walk.h"
+#include "wenlolib/Receiver.h"
 #include "xml/WellFormed.h"
 
 namespace wenlolib::receiver {

@@ -4,9 +4,9 @@
 #ifndef WENLOLIB_TOOLKIT_DATELAYOUTS_H
 #define WENLOLIB_TOOLKIT_DATELAYOUTS_H
 
-#include "base/Instant.h"
-#include "base/Text.h"
 #include "platform/Time.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib {
 

@@ -4,7 +4,7 @@
 #include "base/Answered.h"
 #include "base/Utf8.h"
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 namespace {

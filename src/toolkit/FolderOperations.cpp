@@ -3,10 +3,10 @@
 #include "base/Answered.h"
 #include "base/Path.h"
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 namespace {

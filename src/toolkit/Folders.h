@@ -3,7 +3,7 @@
 #ifndef WENLOLIB_TOOLKIT_FOLDERS_H
 #define WENLOLIB_TOOLKIT_FOLDERS_H
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib {
 

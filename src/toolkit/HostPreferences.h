@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "base/Value.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib {
 

@@ -3,7 +3,7 @@
 
 #include "base/Answered.h"
 #include "base/Utf8.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 namespace {

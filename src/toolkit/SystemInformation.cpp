@@ -6,7 +6,7 @@
 #include "base/Answered.h"
 #include "base/Integer.h"
 #include "platform/Platform.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
 namespace {

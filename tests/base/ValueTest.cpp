@@ -1,4 +1,4 @@
-#include "base/Value.h"
+#include "wenlolib/Value.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "cabi/plugin.h"
+#include "wenlolib/plugin.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <string>
 
-#include "codec/codec.h"
 #include "support/ReferenceCrypto.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "codec/codec.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

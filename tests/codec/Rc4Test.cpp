@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "codec/PublishedRc4.h"
-#include "codec/codec.h"
 #include "support/PlatformTest.h"
 #include "support/ReferenceCrypto.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

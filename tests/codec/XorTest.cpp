@@ -3,7 +3,7 @@
 #include <array>
 #include <numeric>
 
-#include "codec/codec.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -40,7 +40,7 @@ class Examples(unittest.TestCase):
         file.write_text(source)
         program = self.work / "host"
         libraries = {"c": ["-ldl"], "cpp": [plugin], "objc": ["-lgnustep-base", "-lobjc"]}[language]
-        subprocess.run([*command, "-Wall", "-Wextra", "-Werror", "-I", build / "include", file,
+        subprocess.run([*command, "-Wall", "-Wextra", "-Werror", "-I", project / "include", file,
                         "-o", program, *libraries], check=True)
         return program
 

@@ -3,10 +3,10 @@
 
 #include <new>
 
-#include "front/WENLOLIB.h"
 #include "support/ExpectedDocument.h"
 #include "support/FailingAllocations.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

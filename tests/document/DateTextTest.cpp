@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "support/ExpectedDocument.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -1,9 +1,9 @@
 // The three layouts, byte by byte, through the record.
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "support/ExpectedDocument.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

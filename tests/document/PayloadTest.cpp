@@ -5,10 +5,10 @@
 #include <limits>
 #include <string>
 
-#include "front/WENLOLIB.h"
 #include "support/ExpectedDocument.h"
 #include "support/FailingAllocations.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "endtoend/BadFiles.h"
 #include "endtoend/World.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

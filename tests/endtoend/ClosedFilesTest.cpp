@@ -5,7 +5,7 @@
 
 #include "endtoend/World.h"
 #include "platform/posix/Child.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "front/WENLOLIB.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "support/HostInstallation.h"
 #include "support/MemoryPlatform.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 

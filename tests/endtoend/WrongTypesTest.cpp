@@ -1,6 +1,6 @@
 // Sound property lists with values of other types than expected.
 #include "endtoend/World.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

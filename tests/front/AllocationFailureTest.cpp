@@ -2,10 +2,10 @@
 // thrown, and nothing half done may be left.
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "support/ExpectedDocument.h"
 #include "support/FailingAllocations.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "front/WENLOLIB.h"
 #include "support/HostInstallation.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 

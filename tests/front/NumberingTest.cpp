@@ -1,10 +1,10 @@
 // Printer logs: one numbered file a record.
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "platform/Forwarding.h"
 #include "support/ExpectedDocument.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -4,10 +4,10 @@
 
 #include <functional>
 
-#include "front/WENLOLIB.h"
 #include "support/FailingAllocations.h"
 #include "support/PlatformTest.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

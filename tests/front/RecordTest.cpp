@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -4,8 +4,8 @@
 
 #import <Foundation/Foundation.h>
 
-#import "objc/CommonTooWenlolib.h"
-#import "objc/WENLOLIB.h"
+#import "wenlolib/objc/CommonTooWenlolib.h"
+#import "wenlolib/objc/WENLOLIB.h"
 
 /* The bundle is loaded at run time: there is no class to link to, only these. */
 extern Class recordClass;

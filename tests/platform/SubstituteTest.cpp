@@ -2,7 +2,7 @@
 
 #include "platform/Platform.h"
 #include "support/MemoryPlatform.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

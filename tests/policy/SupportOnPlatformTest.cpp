@@ -1,8 +1,8 @@
 // The support decision as the entry points ask it: what reaches the platform, and in which order.
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

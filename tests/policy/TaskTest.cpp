@@ -2,9 +2,9 @@
 
 #include <stdexcept>
 
-#include "front/WENLOLIB.h"
 #include "platform/Forwarding.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

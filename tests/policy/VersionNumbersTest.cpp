@@ -3,7 +3,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

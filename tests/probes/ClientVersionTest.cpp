@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

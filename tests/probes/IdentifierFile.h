@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 

@@ -4,8 +4,8 @@
 
 #include <string_view>
 
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "front/WENLOLIB.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -7,7 +7,7 @@ add_custom_target(host_programs DEPENDS WENLOLIB)
 
 foreach(part IN ITEMS plugin_library process_state)
   add_library(${part} OBJECT ${host_sources}/${part}.c)
-  target_include_directories(${part} PUBLIC ${PROJECT_SOURCE_DIR}/src ${host_sources})
+  target_include_directories(${part} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include ${host_sources})
   target_link_libraries(${part} PUBLIC wenlolib_warnings)
 endforeach()
 
@@ -18,7 +18,7 @@ file(CREATE_LINK ${PROJECT_BINARY_DIR}/WENLOLIB.bundle/Contents/Linux/WENLOLIB
 
 # link_with_library(HOST)
 function(link_with_library host)
-  target_include_directories(${host} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  target_include_directories(${host} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
   target_link_libraries(${host} PRIVATE wenlolib_warnings
     -Wl,--no-as-needed $<TARGET_FILE:WENLOLIB>)
   set_target_properties(${host} PROPERTIES

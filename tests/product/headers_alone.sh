@@ -1,27 +1,35 @@
 #!/bin/sh
-# Compiles each of the C headers alone, copied into an empty folder, as C of 1989 and as C++20: a
-# host may take nothing else of the library, and build with any compiler.
+# Compiles every public header by itself, twice included and with nothing before it, as C++20. The C
+# headers are copied into an empty folder, and have to be C of 1989 as well: a host may take nothing
+# else of the library, and build with any compiler.
 #
-#   headers_alone.sh C_COMPILER CXX_COMPILER HEADER...
+#   headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER C_HEADER...
 set -eu
 
-if [ $# -lt 3 ]; then
-  echo "usage: headers_alone.sh C_COMPILER CXX_COMPILER HEADER..." >&2
+if [ $# -lt 4 ]; then
+  echo "usage: headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER C_HEADER..." >&2
   exit 2
 fi
 c=$1
 cxx=$2
-shift 2
+folder=$3
+shift 3
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
-compile() { # COMPILER STANDARD SOURCE: twice included, and nothing but it
-  "$1" "-std=$2" -pedantic-errors -Wall -Wextra -Werror -fsyntax-only "$3" && return
+compile() { # COMPILER STANDARD SOURCE
+  "$1" "-std=$2" -pedantic-errors -Wall -Wextra -Werror "-I$folder" -fsyntax-only "$3" && return
   echo "$(basename "$header") does not compile alone as $2" >&2
   status=1
 }
+for header in "$folder"/wenlolib/*.h; do
+  name=wenlolib/$(basename "$header")
+  printf '#include <%s>\n#include <%s>\nint host;\n' "$name" "$name" > "$work/host.cpp"
+  compile "$cxx" c++20 "$work/host.cpp"
+done
 for header in "$@"; do
+  header=$folder/wenlolib/$header
   rm -rf "$work/alone"
   mkdir "$work/alone"
   cp "$header" "$work/alone/"
@@ -33,5 +41,5 @@ for header in "$@"; do
   compile "$c" c17 "$work/alone/host.c"
   compile "$cxx" c++20 "$work/alone/host.cpp"
 done
-[ "$status" -ne 0 ] || echo "$# headers compile alone"
+[ "$status" -ne 0 ] || echo "all headers compile alone"
 exit "$status"

@@ -8,7 +8,7 @@
 #include <iterator>
 #include <string>
 
-#include "front/WENLOLIB.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace {
 

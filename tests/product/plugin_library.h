@@ -2,8 +2,8 @@
 #ifndef WENLOLIB_TESTS_PRODUCT_PLUGIN_LIBRARY_H
 #define WENLOLIB_TESTS_PRODUCT_PLUGIN_LIBRARY_H
 
-#include "cabi/plugin.h"
-#include "codec/codec.h"
+#include "wenlolib/codec.h"
+#include "wenlolib/plugin.h"
 
 typedef struct PluginLibrary {
   void* handle;

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "receiver/Receiver.h"
 #include "support/ExpectedDocument.h"
+#include "wenlolib/Receiver.h"
 
 namespace wenlolib::tests {
 

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-#include "receiver/Receiver.h"
+#include "wenlolib/Receiver.h"
 
 namespace {
 

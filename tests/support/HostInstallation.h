@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "base/Value.h"
 #include "support/MemoryPlatform.h"
+#include "wenlolib/Value.h"
 
 namespace wenlolib::tests {
 

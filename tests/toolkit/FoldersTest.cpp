@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "support/PlatformTest.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -3,7 +3,7 @@
 #include <random>
 #include <string>
 
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "support/PlatformTest.h"
-#include "toolkit/CommonTooWenlolib.h"
 #include "toolkit/SystemInformation.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -6,9 +6,9 @@
 #include <map>
 
 #include "Replay.h"
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
 #include "tools/RandomStates.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

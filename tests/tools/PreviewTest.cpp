@@ -6,11 +6,11 @@
 
 #include "Recording.h"
 #include "ToolPlatform.h"
-#include "cabi/Version.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "probes/ClientVersion.h"
 #include "support/HostInstallation.h"
+#include "wenlolib/plugin.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -103,7 +103,7 @@ TEST_F(Preview, IsByteForByteWhatIsThenRecorded) {
 }
 
 TEST_F(Preview, CarriesTheVersionOfThisBuildInApplicationUsage) {
-  const std::string version = twoComponents(productVersion);
+  const std::string version = twoComponents(WENLOLIB_VERSION);
   ASSERT_FALSE(version.empty());
   const auto shown = tools::preview(services, application("x")).document;
   ASSERT_TRUE(shown);

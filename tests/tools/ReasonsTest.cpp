@@ -9,8 +9,8 @@
 #include "ReasonText.h"
 #include "Recording.h"
 #include "Watched.h"
-#include "front/WENLOLIB.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -8,7 +8,7 @@ target_link_libraries(torture_world PRIVATE wenlolib_warnings)
 
 add_library(torture_harness OBJECT harness.c tracer.c ${product_sources}/process_state.c)
 target_include_directories(torture_harness PUBLIC
-  ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR}/src)
+  ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(torture_harness PUBLIC torture_world wenlolib_warnings)
 
 add_executable(torture_host torture_host.c ${product_sources}/plugin_library.c)

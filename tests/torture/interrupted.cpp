@@ -12,7 +12,7 @@
 #include <iostream>
 #include <string>
 
-#include "front/WENLOLIB.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace {
 

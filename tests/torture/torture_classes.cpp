@@ -9,9 +9,9 @@
 #include <stdexcept>
 
 #include "contents.h"
-#include "front/WENLOLIB.h"
 #include "harness.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {
 namespace {

@@ -2,10 +2,10 @@
 // more, with the points on; the rest of the library is the one that the other tests run.
 #include <gtest/gtest.h>
 
-#include "front/WENLOLIB.h"
 #include "support/ExpectedDocument.h"
 #include "support/FailingAllocations.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

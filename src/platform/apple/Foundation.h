@@ -4,8 +4,8 @@
 
 #include <string_view>
 
-#include "base/Instant.h"
 #include "platform/User.h"
+#include "wenlolib/Instant.h"
 
 namespace wenlolib::platform::apple::foundation {
 

@@ -2,9 +2,9 @@
 #ifndef WENLOLIB_PLATFORM_APPLE_STRINGS_H
 #define WENLOLIB_PLATFORM_APPLE_STRINGS_H
 
-#include "base/Text.h"
 #include "platform/Crypto.h"
 #include "platform/apple/Owned.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform::apple {
 

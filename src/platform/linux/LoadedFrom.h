@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform::gnulinux {
 

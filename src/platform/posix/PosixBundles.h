@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "base/Text.h"
 #include "platform/Bundles.h"
 #include "platform/posix/Root.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform::posix {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform::posix {
 

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "base/Text.h"
 #include "platform/User.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::tests::stubs {
 

@@ -2,11 +2,11 @@
 
 #include <filesystem>
 
-#include "codec/codec.h"
-#include "front/WENLOLIB.h"
 #include "platform/apple/StubTest.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "support/HostInstallation.h"
+#include "wenlolib/WENLOLIB.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -3,7 +3,7 @@
 #include "platform/Platform.h"
 #include "platform/apple/StubTest.h"
 #include "support/MemoryPlatform.h"
-#include "toolkit/CommonTooWenlolib.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -2,7 +2,7 @@
 #ifndef WENLOLIB_TESTS_PLATFORM_APPLE_FOUNDATIONDOUBLES_H
 #define WENLOLIB_TESTS_PLATFORM_APPLE_FOUNDATIONDOUBLES_H
 
-#include "base/Text.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::tests {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "codec/codec.h"
 #include "platform/Platform.h"
 #include "platform/apple/StubTest.h"
 #include "support/MemoryPlatform.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

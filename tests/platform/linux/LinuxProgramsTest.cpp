@@ -13,9 +13,9 @@
 #include <filesystem>
 #include <thread>
 
-#include "front/WENLOLIB.h"
 #include "platform/posix/Child.h"
 #include "platform/posix/TemporaryFolder.h"
+#include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {
 namespace {

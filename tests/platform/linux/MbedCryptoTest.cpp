@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "codec/codec.h"
 #include "support/ReferenceCrypto.h"
+#include "wenlolib/codec.h"
 
 namespace wenlolib::tests {
 namespace {

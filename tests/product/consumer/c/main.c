@@ -2,8 +2,8 @@
  * no record can be written, and none is. */
 #include <stdio.h>
 #include <string.h>
-#include <wenlolib/cabi/plugin.h>
-#include <wenlolib/codec/codec.h>
+#include <wenlolib/codec.h>
+#include <wenlolib/plugin.h>
 
 static int failures = 0;
 

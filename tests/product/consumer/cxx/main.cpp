@@ -1,9 +1,9 @@
 // A program in C++ that is linked against the installed library and records below HOME, which is a
 // folder with nothing in it at first. The records' contents are the program's argument.
-#include <wenlolib/cabi/plugin.h>
-#include <wenlolib/codec/codec.h>
-#include <wenlolib/front/WENLOLIB.h>
-#include <wenlolib/toolkit/CommonTooWenlolib.h>
+#include <wenlolib/CommonTooWenlolib.h>
+#include <wenlolib/WENLOLIB.h>
+#include <wenlolib/codec.h>
+#include <wenlolib/plugin.h>
 
 #include <fstream>
 #include <iostream>

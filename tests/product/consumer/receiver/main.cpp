@@ -1,6 +1,6 @@
 // A service that reads documents and is linked against nothing but the receiver. Prints the
 // contents of each file named; fails where one is not sound, or is so with its last byte gone.
-#include <wenlolib/receiver/Receiver.h>
+#include <wenlolib/Receiver.h>
 
 #include <fstream>
 #include <iostream>

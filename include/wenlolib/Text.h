@@ -1,6 +1,6 @@
 /// Text as it crosses the library's interface.
-#ifndef WENLOLIB_BASE_TEXT_H
-#define WENLOLIB_BASE_TEXT_H
+#ifndef WENLOLIB_TEXT_H
+#define WENLOLIB_TEXT_H
 
 #include <optional>
 #include <string>

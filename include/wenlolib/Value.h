@@ -1,6 +1,6 @@
 /// The values that dictionaries and property lists hold.
-#ifndef WENLOLIB_BASE_VALUE_H
-#define WENLOLIB_BASE_VALUE_H
+#ifndef WENLOLIB_VALUE_H
+#define WENLOLIB_VALUE_H
 
 #include <algorithm>
 #include <atomic>

@@ -1,15 +1,15 @@
 /// The common toolkit: system, folders, dates, text and version numbers, for the library and hosts.
-#ifndef WENLOLIB_TOOLKIT_COMMONTOOWENLOLIB_H
-#define WENLOLIB_TOOLKIT_COMMONTOOWENLOLIB_H
+#ifndef WENLOLIB_COMMONTOOWENLOLIB_H
+#define WENLOLIB_COMMONTOOWENLOLIB_H
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 
-#include "../base/Export.h"
-#include "../base/Instant.h"
-#include "../base/Text.h"
-#include "../base/Value.h"
+#include "Export.h"
+#include "Instant.h"
+#include "Text.h"
+#include "Value.h"
 
 namespace wenlolib {
 

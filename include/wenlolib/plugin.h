@@ -6,14 +6,19 @@
  *   - All functions may be called from any thread, at the same time. They are synchronous, and keep
  *     no pointer that they are given.
  */
-#ifndef WENLOLIB_CABI_PLUGIN_H
-#define WENLOLIB_CABI_PLUGIN_H
+#ifndef WENLOLIB_PLUGIN_H
+#define WENLOLIB_PLUGIN_H
 
 #include <stddef.h>
 #include <stdint.h>
 
 /* Visible to hosts. Said here as well, so that this header needs no other one. */
 #define WENLOLIB_EXPORT __attribute__((visibility("default")))
+
+/* The version that this header belongs to, also as major * 10000 + minor * 100 + patch. What
+ * WENLOLIB_version answers is the version of the library that was loaded. */
+#define WENLOLIB_VERSION "1.0.0"
+#define WENLOLIB_VERSION_NUMBER 10000
 
 #ifdef __cplusplus
 extern "C" {

@@ -1,6 +1,6 @@
 /// Reading survey documents: for receiving services and tools.
-#ifndef WENLOLIB_RECEIVER_RECEIVER_H
-#define WENLOLIB_RECEIVER_RECEIVER_H
+#ifndef WENLOLIB_RECEIVER_H
+#define WENLOLIB_RECEIVER_H
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 /// A point in time.
-#ifndef WENLOLIB_BASE_INSTANT_H
-#define WENLOLIB_BASE_INSTANT_H
+#ifndef WENLOLIB_INSTANT_H
+#define WENLOLIB_INSTANT_H
 
 #include <chrono>
 

@@ -1,6 +1,6 @@
 /// The record, and the library's entry points.
-#ifndef WENLOLIB_FRONT_WENLOLIB_H
-#define WENLOLIB_FRONT_WENLOLIB_H
+#ifndef WENLOLIB_WENLOLIB_H
+#define WENLOLIB_WENLOLIB_H
 
 #include <cstdint>
 #include <memory>
@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "../base/Export.h"
-#include "../base/Text.h"
-#include "../base/Value.h"
+#include "Export.h"
+#include "Text.h"
+#include "Value.h"
 
 namespace wenlolib {
 

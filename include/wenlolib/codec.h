@@ -12,8 +12,8 @@
  *     if it has one. A null buffer of length zero is no failure.
  *   - All functions may be called from any thread, at the same time, on different buffers.
  */
-#ifndef WENLOLIB_CODEC_CODEC_H
-#define WENLOLIB_CODEC_CODEC_H
+#ifndef WENLOLIB_CODEC_H
+#define WENLOLIB_CODEC_H
 
 #include <stdint.h>
 
