@@ -5,7 +5,7 @@
 
 #include "Input.h"
 #include "Require.h"
-#include "document/SurveyDocument.h"
+#include "record/Document.h"
 #include "xml/Mending.h"
 #include "xml/Parser.h"
 #include "xml/WellFormed.h"

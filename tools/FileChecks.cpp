@@ -7,7 +7,7 @@
 #include "platform/Platform.h"
 #include "platform/posix/PosixPropertyLists.h"
 #include "policy/SupportDecision.h"
-#include "probes/Identifier.h"
+#include "record/Identifier.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"

@@ -11,7 +11,7 @@
 #include "Table.h"
 #include "ToolPlatform.h"
 #include "VisibleText.h"
-#include "probes/Locale.h"
+#include "record/HeaderValues.h"
 #include "toolkit/Names.h"
 #include "toolkit/Paths.h"
 #include "wenlolib/CommonTooWenlolib.h"

@@ -2,7 +2,7 @@
 
 #include "OptionWord.h"
 #include "base/Utf8.h"
-#include "probes/PrinterIdentity.h"
+#include "record/HeaderValues.h"
 
 namespace wenlolib::tools {
 namespace {

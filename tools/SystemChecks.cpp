@@ -5,7 +5,7 @@
 #include "VisibleText.h"
 #include "base/Integer.h"
 #include "platform/Platform.h"
-#include "probes/ClientVersion.h"
+#include "record/HeaderValues.h"
 #include "toolkit/Entries.h"
 #include "toolkit/Names.h"
 #include "wenlolib/CommonTooWenlolib.h"

@@ -14,9 +14,7 @@
 
 namespace wenlolib {
 
-namespace platform {
-class Calendar;
-}
+struct RecordFields;
 
 /// One record on its way into a file, and the class operations by which a host records.
 ///
@@ -28,6 +26,8 @@ class Calendar;
 /// operations may be called from any thread, a record by one thread at a time.
 class WENLOLIB_EXPORT WENLOLIB {
  public:
+  ~WENLOLIB();
+
   // --- Building a record ---
 
   /// A printer log record (file type 1) without contents and name, option 0. Null only when memory
@@ -137,20 +137,9 @@ class WENLOLIB_EXPORT WENLOLIB {
                                  std::uint8_t wait) noexcept;
 
  private:
-  friend struct RecordFields;  // the Objective-C record lends its fields for an operation
-  WENLOLIB() = default;
-  [[nodiscard]] platform::Calendar& calendar() const noexcept;
+  WENLOLIB();
 
-  Text _xmlContents;
-  Text _applicationName;
-  std::uint32_t _options = 0;
-  std::uint32_t _fileType = 1;
-  Text _pathToPrefFile;                       // reserved: never assigned
-  std::optional<Dictionary> _prefDictionary;  // reserved: never assigned
-  Text _xmlDocment;                           // from document creation until the file is written
-  std::optional<Dictionary> _otherInfoDict;
-  Text _libUUID;                            // the installation identifier, once asked for
-  platform::Calendar* _calendar = nullptr;  // of the face that lent the fields; else the platform's
+  std::unique_ptr<RecordFields> _fields;
 };
 
 using SurveyRecord = WENLOLIB;

@@ -6,7 +6,7 @@
 
 #include "base/Trace.h"
 #include "base/Utf8.h"
-#include "front/EntryPoints.h"
+#include "record/Record.h"
 #include "wenlolib/WENLOLIB.h"
 
 namespace {

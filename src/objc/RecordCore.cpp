@@ -1,5 +1,4 @@
 // The record's operations, in plain C.
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,50 +7,9 @@
 #include "base/Trace.h"
 #include "objc/FoundationCalendar.h"
 #include "objc/Private.h"
-#include "wenlolib/WENLOLIB.h"
-
-namespace wenlolib {
-
-/// Moves a record's fields between the Objective-C object that owns them and the core's record that
-/// works on them for the length of one operation.
-struct RecordFields {
-  static std::shared_ptr<WENLOLIB> lent(const CoreRecord& fields, platform::Calendar& calendar) {
-    auto record = WENLOLIB::initWithContents(objc::textIn(fields.contents),
-                                             objc::textIn(fields.applicationName), fields.options);
-    if (!record) return nullptr;
-    record->_calendar = &calendar;
-    record->setFileType(fields.fileType);
-    record->serOtherInfo(objc::dictionaryIn(fields.otherInfo));
-    record->_libUUID = objc::textIn(fields.identifier);
-    if (fields.document.kind == plainData) {
-      record->_xmlDocment.emplace(reinterpret_cast<const char*>(fields.document.as.bytes),
-                                  fields.document.count);
-    }
-    return record;
-  }
-
-  /// False where there is no memory for the document: the one that was lent then stays.
-  static bool handBack(const WENLOLIB& record, CoreRecord& fields) {
-    plainFree(&fields.identifier);
-    fields.identifier = objc::plain(record._libUUID);
-    Plain document{};
-    if (record._xmlDocment) {
-      document = objc::plainBytes(*record._xmlDocment);
-      if (document.kind != plainData) return false;
-    }
-    plainFree(&fields.document);
-    fields.document = document;
-    return true;
-  }
-
-  /// Null where no identifier could be made: the answer is then "", but not for good.
-  static Text identifierOf(WENLOLIB& record) {
-    static_cast<void>(record.getWENLOLIBId());
-    return record._libUUID;
-  }
-};
-
-}  // namespace wenlolib
+#include "record/HeaderValues.h"
+#include "record/Identifier.h"
+#include "record/Record.h"
 
 namespace {
 
@@ -62,32 +20,54 @@ uint8_t flag(bool value) {
   return value ? 1 : 0;
 }
 
-template <class Work>
-uint8_t done(CoreRecord& fields, Work work) {
+/// The fields of the Objective-C object, which owns them, for the length of one operation.
+RecordFields fieldsOf(const CoreRecord& object, platform::Calendar& calendar) {
+  RecordFields record;
+  record._xmlContents = objc::textIn(object.contents);
+  record._applicationName = objc::textIn(object.applicationName);
+  record._options = object.options;
+  if (isFileType(object.fileType)) record._fileType = object.fileType;
+  record._otherInfoDict = objc::dictionaryIn(object.otherInfo);
+  record._libUUID = objc::textIn(object.identifier);
+  record._calendar = &calendar;
+  if (object.document.kind == plainData) {
+    record._xmlDocment.emplace(reinterpret_cast<const char*>(object.document.as.bytes),
+                               object.document.count);
+  }
+  return record;
+}
+
+/// False where there is no memory for the document: the one that the object has then stays.
+bool handBack(const RecordFields& record, CoreRecord& object) {
+  plainFree(&object.identifier);
+  object.identifier = plain(record._libUUID);
+  Plain document{};
+  if (record._xmlDocment) {
+    document = objc::plainBytes(*record._xmlDocment);
+    if (document.kind != plainData) return false;
+  }
+  plainFree(&object.document);
+  object.document = document;
+  return true;
+}
+
+template <class Step>
+uint8_t run(CoreRecord& object, Step step) {
   return answered(uint8_t{0}, [&]() -> uint8_t {
     objc::FoundationCalendar calendar;
-    const auto record = RecordFields::lent(fields, calendar);
-    if (!record) return 0;
-    const bool answer = work(*record);
-    return flag(RecordFields::handBack(*record, fields) && answer);
+    RecordFields record = fieldsOf(object, calendar);
+    const bool answer = step(record);
+    return flag(handBack(record, object) && answer);
   });
 }
 
-/// What `probe` answers on a record with this identity of a printer.
-template <class Answer>
-Answer asked(const Plain& otherInfo, Answer fallback, Answer (WENLOLIB::*probe)() const noexcept) {
-  return answered(fallback, [&] {
-    const auto record = WENLOLIB::init();
-    if (!record) return fallback;
-    record->serOtherInfo(objc::dictionaryIn(otherInfo));
-    return (record.get()->*probe)();
-  });
+template <class Ask>
+Plain valueOf(Ask ask) {
+  return plain(Text(answered(std::string(), ask)));
 }
 
-template <class Probe>
-Plain askedWith(uint32_t options, Probe probe) {
-  const auto record = WENLOLIB::initWithContents(std::nullopt, std::nullopt, options);
-  return record ? plain(Text((record.get()->*probe)())) : Plain{};
+Plain identityOf(const Plain& otherInfo, std::string_view key) {
+  return valueOf([&] { return identityText(objc::dictionaryIn(otherInfo), key); });
 }
 
 }  // namespace
@@ -121,48 +101,46 @@ int32_t coreCreateTask(Plain path, Plain arguments, uint8_t wait) {
 }
 
 uint8_t coreCreateXMLDocument(CoreRecord* record) {
-  return done(*record, [](WENLOLIB& core) { return core.WENLOLIBCreateXMLDocument(); });
+  return run(*record, createDocument);
 }
 
 uint8_t coreWriteAppInfo(CoreRecord* record) {
-  return done(*record, [](WENLOLIB& core) { return core.writeAppInfo(); });
+  return run(*record, writeRecord);
 }
 
 Plain coreCliantVersion() {
-  return askedWith(0, &WENLOLIB::getCliantVersion);
+  return valueOf(clientVersion);
 }
 
 Plain coreCliantVersionforALM() {
-  return askedWith(0, &WENLOLIB::getCliantVersionforALM);
+  return valueOf(libraryVersion);
 }
 
 Plain coreMarkedOSVersion() {
-  return askedWith(0, &WENLOLIB::getOSVersion);
+  return valueOf(markedOSVersion);
 }
 
 Plain coreLocale(uint32_t options) {
-  return askedWith(options, &WENLOLIB::getLocale);
+  return valueOf([&] { return surveyLocale(options); });
 }
 
+/* Nothing where no identifier could be made: the answer is then "", but not for good. */
 Plain coreIdentifier() {
-  return answered(Plain{}, [] {
-    const auto record = WENLOLIB::init();
-    return record ? plain(RecordFields::identifierOf(*record)) : Plain{};
-  });
+  return plain(answered(Text(), installationIdentifier));
 }
 
 Plain coreDevId(Plain otherInfo) {
-  return plain(Text(asked(otherInfo, std::string(), &WENLOLIB::getDevId)));
+  return identityOf(otherInfo, deviceIdKey);
 }
 
 Plain coreSerialNum(Plain otherInfo) {
-  return plain(Text(asked(otherInfo, std::string(), &WENLOLIB::getSerialNum)));
+  return identityOf(otherInfo, serialNumberKey);
 }
 
 Plain coreRomVersion(Plain otherInfo) {
-  return plain(Text(asked(otherInfo, std::string(), &WENLOLIB::getRomVersion)));
+  return identityOf(otherInfo, romVersionKey);
 }
 
 uint8_t coreIsNewTagTypePrinter(Plain otherInfo) {
-  return flag(asked(otherInfo, false, &WENLOLIB::isNewTagTypePrinter));
+  return flag(answered(false, [&] { return hasNewTagType(objc::dictionaryIn(otherInfo)); }));
 }

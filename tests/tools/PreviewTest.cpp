@@ -8,7 +8,7 @@
 #include "ToolPlatform.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/posix/TemporaryFolder.h"
-#include "probes/ClientVersion.h"
+#include "record/HeaderValues.h"
 #include "support/HostInstallation.h"
 #include "wenlolib/plugin.h"
 

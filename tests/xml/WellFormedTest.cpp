@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "document/SurveyDocument.h"
+#include "record/Document.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "xml/HostileValues.h"
 

@@ -1,8 +1,8 @@
-#include "probes/Identifier.h"
+#include "record/Identifier.h"
 
 #include <gtest/gtest.h>
 
-#include "probes/IdentifierFile.h"
+#include "record/IdentifierFile.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -1,5 +1,5 @@
 // How the identifier's file is written, and what becomes of it where that does not work out.
-#include "probes/IdentifierFile.h"
+#include "record/IdentifierFile.h"
 
 #include <functional>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "probes/PrinterIdentity.h"
+#include "record/HeaderValues.h"
 
 #include <gtest/gtest.h>
 

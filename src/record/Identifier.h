@@ -1,6 +1,6 @@
 /// The persistent identifier of this library's installation.
-#ifndef WENLOLIB_PROBES_IDENTIFIER_H
-#define WENLOLIB_PROBES_IDENTIFIER_H
+#ifndef WENLOLIB_RECORD_IDENTIFIER_H
+#define WENLOLIB_RECORD_IDENTIFIER_H
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "document/Payload.h"
+#include "record/Document.h"
 
 #include <gtest/gtest.h>
 

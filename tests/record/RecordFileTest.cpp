@@ -3,7 +3,7 @@
 
 #include <new>
 
-#include "front/MonthFiles.h"
+#include "record/MonthFiles.h"
 #include "platform/Forwarding.h"
 #include "support/ExpectedDocument.h"
 #include "support/PlatformTest.h"

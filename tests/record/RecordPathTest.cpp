@@ -1,7 +1,7 @@
 // Which path a record's file has.
 #include <gtest/gtest.h>
 
-#include "front/MonthFiles.h"
+#include "record/MonthFiles.h"
 #include "support/PlatformTest.h"
 
 namespace wenlolib::tests {

@@ -1,4 +1,4 @@
-#include "probes/Identifier.h"
+#include "record/Identifier.h"
 
 #include <utility>
 

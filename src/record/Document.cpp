@@ -1,0 +1,173 @@
+#include "record/Document.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <new>
+#include <utility>
+
+#include "base/Answered.h"
+#include "base/EnumTable.h"
+#include "base/Trace.h"
+#include "platform/Platform.h"
+#include "toolkit/DateLayouts.h"
+#include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/codec.h"
+
+namespace wenlolib {
+
+// --- The date ---
+
+std::string dateFormat(const Text& zone) {
+  const std::string format = "%Y-%m-%dT%H:%M:%S";
+  if (!zone || zone->size() < 2) return format + "%z";
+  const std::size_t head = zone->size() - 2;
+  return format + zone->substr(0, head) + ":" + zone->substr(head);
+}
+
+Text currentDateText(platform::Calendar& calendar) {
+  const std::int32_t system = CommonTooWenlolib::systemVersionNum();
+  const Instant now = platform::current().clock->now();
+  if (system == -1 || system >= componentDatesOSVersion) {
+    return zonedDate(calendar, now);
+  }
+  // One instant for both readings: the offset is the one in force at the date it stands beside.
+  const Text zone = calendar.formatted(now, "%z");
+  return calendar.formatted(now, dateFormat(zone));
+}
+
+// --- The payload ---
+
+namespace {
+
+constexpr char encryptedLabel[] = "EncryptedData \n= ";
+
+/// Fills the cipher buffer with the encrypted input and answers the cipher's marker.
+char encrypt(const WorkingBuffers& buffers, const std::string& date, std::int32_t length) {
+  std::array<std::uint8_t, 16> key{};
+  std::int32_t outputLength = 0;
+  CreateDigestMD5_CC(date.c_str(), key.data());
+  const std::int32_t status =
+      DoRC4Encrypt(key.data(), std::int32_t{key.size()}, buffers.input.get(), length,
+                   buffers.cipher.get(), &outputLength);
+  WENLOLIB_TRACE("outBuffLen  = %d", outputLength);
+  if (status == 0) return 'R';
+  DoEncryptXOR(buffers.cipher.get(), &outputLength, buffers.input.get(), length, key.data());
+  return 'X';
+}
+
+}  // namespace
+
+std::optional<WorkingBuffers> WorkingBuffers::allocate(std::size_t n) noexcept {
+  if (n > std::size_t{std::numeric_limits<std::int32_t>::max()}) return std::nullopt;
+  WorkingBuffers buffers;
+  buffers.input.reset(new (std::nothrow) std::uint8_t[n]);
+  if (!buffers.input) {
+    WENLOLIB_TRACE(" inBuff memory error \n");
+    return std::nullopt;
+  }
+  buffers.cipher.reset(new (std::nothrow) std::uint8_t[2 * n]);
+  const bool complete = buffers.cipher && answered(false, [&] {
+                          buffers.digits.resize(2 * n);
+                          return true;
+                        });
+  if (!complete) {
+    WENLOLIB_TRACE(" outBuff memory error \n");
+    return std::nullopt;
+  }
+  return buffers;
+}
+
+Payload protect(WorkingBuffers buffers, const Text& date, std::string_view contents) {
+  const auto length = static_cast<std::int32_t>(contents.size());
+  Payload payload;
+  if (date) {
+    std::ranges::copy(contents, buffers.input.get());
+    payload.marker = encrypt(buffers, *date, length);
+  } else {
+    // Whatever the host's memory held before must not leave in a file.
+    std::fill_n(buffers.cipher.get(), contents.size(), std::uint8_t{0});
+  }
+  buffers.input.reset();
+  if (payload.marker == 'R') hexPrint(encryptedLabel, buffers.cipher.get(), length);
+  ConvertHexToCharData(buffers.cipher.get(), buffers.digits.data(), length, 1);
+  if (payload.marker == 'X') hexPrint(encryptedLabel, buffers.cipher.get(), length / 2);
+  payload.digits = std::move(buffers.digits);
+  return payload;
+}
+
+// --- The document around it ---
+
+namespace {
+
+constexpr std::size_t checksumLength = 32;
+
+constexpr EnumTable<Layout, std::string_view> wrapperNames({
+    {Layout::application, "OrvanQXApplication"},
+    {Layout::printer, "OrvanQX2Application"},
+    {Layout::printerOlderTag, "OrvanQXPrinter"},
+});
+
+void append(std::string& text, std::string_view name, std::string_view value) {
+  text.append("<").append(name).append(">").append(value).append("</").append(name).append(">");
+}
+
+/// The element that carries the payload; answers where in the text its digits stand.
+platform::DigitRun append(std::string& text, std::string_view name, const Payload& payload) {
+  text.append("<").append(name).append(" C=\"").append(1, payload.marker).append("\">");
+  const platform::DigitRun digits{text.size(), payload.digits.size()};
+  text.append(payload.digits).append("</").append(name).append(">");
+  return digits;
+}
+
+platform::DigitRun appendContent(std::string& text, Layout layout, const Header& header,
+                                 const Payload& payload) {
+  append(text, "Version", header.version);
+  append(text, "OSVersion", header.osVersion);
+  append(text, "Date", header.date);
+  append(text, "Locale", header.locale);
+  append(text, "ID", header.identifier);
+  if (layout != Layout::printerOlderTag) return append(text, "Encrypted", payload);
+  text.append("<Printer>");
+  append(text, "DeviceID", header.deviceId);
+  append(text, "SN", header.serialNumber);
+  append(text, "ROMVER", header.romVersion);
+  const platform::DigitRun digits = append(text, "PLI", payload);
+  text.append("</Printer>");
+  return digits;
+}
+
+/// Enough for the text in one piece: a large document must not grow step by step.
+std::size_t capacityFor(const Header& header, const Payload& payload) {
+  constexpr std::size_t markup = 512;
+  return markup + header.version.size() + header.osVersion.size() + header.date.size() +
+         header.locale.size() + header.identifier.size() + header.deviceId.size() +
+         header.serialNumber.size() + header.romVersion.size() + payload.digits.size();
+}
+
+void writeChecksum(const char* content, char* checksum) {
+  std::array<std::uint8_t, checksumLength / 2> digest{};
+  CreateDigestMD5_CC(content, digest.data());
+  ConvertHexToCharData(digest.data(), checksum, std::int32_t{digest.size()}, 1);
+}
+
+}  // namespace
+
+SurveyDocument assemble(Layout layout, const Header& header, const Payload& payload) {
+  SurveyDocument document;
+  std::string& text = document.text;
+  text.reserve(capacityFor(header, payload));
+  text.append("<").append(wrapperNames[layout]).append(" SUM=\"");
+  const std::size_t checksum = text.size();
+  text.append(checksumLength, '0').append("\">");
+  const std::size_t content = text.size();
+  document.digits = appendContent(text, layout, header, payload);
+  // The content is all that stands after the wrapper's start tag until its end tag is written, so
+  // it can be digested in place, as the NUL-terminated text that it is at this moment.
+  writeChecksum(text.c_str() + content, text.data() + checksum);
+  text.append("</").append(wrapperNames[layout]).append(">");
+  return document;
+}
+
+}  // namespace wenlolib

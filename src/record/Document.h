@@ -1,0 +1,86 @@
+/// The survey document: a wrapper with a checksum around the header and the protected contents.
+#ifndef WENLOLIB_RECORD_DOCUMENT_H
+#define WENLOLIB_RECORD_DOCUMENT_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Time.h"
+#include "platform/Xml.h"
+#include "wenlolib/Text.h"
+
+namespace wenlolib {
+
+// --- The date ---
+
+/// The calendar format of a date on systems that make it by directives: `zone` is the "%z" text of
+/// that date, such as "+0900", and stands in the format with a colon put in. A zone text that
+/// cannot be split leaves the offset as the directive gives it, without a colon.
+[[nodiscard]] std::string dateFormat(const Text& zone);
+
+/// The current date with its offset from GMT, such as "2024-03-15T09:05:07+09:00"; null when the
+/// calendar cannot show it.
+[[nodiscard]] Text currentDateText(platform::Calendar& calendar);
+
+// --- The payload ---
+
+/// The memory that protecting `n` bytes of contents takes, asked for before anything else is done
+/// for a document, so that a lack of it is found out early.
+struct WorkingBuffers {
+  std::unique_ptr<std::uint8_t[]> input;   // n bytes
+  std::unique_ptr<std::uint8_t[]> cipher;  // 2 * n bytes
+  std::string digits;                      // 2 * n characters
+
+  /// Nothing when the memory is not to be had, or when n is 2 GiB or more: lengths are 32 bits wide
+  /// in the codec.
+  [[nodiscard]] static std::optional<WorkingBuffers> allocate(std::size_t n) noexcept;
+};
+
+struct Payload {
+  char marker = 'R';   // 'R' for RC4, 'X' for the cycling XOR
+  std::string digits;  // upper-case hexadecimal, two digits a byte
+};
+
+/// Encrypts `contents` under the MD5 digest of `date`, with RC4 or, where that is refused, with the
+/// cycling XOR, and writes it as hexadecimal text. Without a date nothing is encrypted: the payload
+/// is all zeros then. `buffers` must have been allocated for the length of `contents`; each goes as
+/// soon as it is used up.
+[[nodiscard]] Payload protect(WorkingBuffers buffers, const Text& date, std::string_view contents);
+
+// --- The document around it ---
+
+enum class Layout : std::uint8_t {
+  application,      // application usage
+  printer,          // printer log, new tag type
+  printerOlderTag,  // printer log, older tag type: the printer's identity stands in the document
+};
+
+/// What a document says about where it comes from. Values go in as they are, without escaping.
+struct Header {
+  std::string version;
+  std::string osVersion;
+  std::string date;
+  std::string locale;
+  std::string identifier;
+  // The older printer layout only.
+  std::string deviceId;
+  std::string serialNumber;
+  std::string romVersion;
+};
+
+struct SurveyDocument {
+  std::string text;
+  platform::DigitRun digits;  // where the payload stands in the text
+};
+
+/// Puts a document together. Nothing stands between its parts: no white space, no declaration. The
+/// checksum is the MD5 digest, in upper-case hexadecimal, of the text between the wrapper's tags.
+[[nodiscard]] SurveyDocument assemble(Layout layout, const Header& header, const Payload& payload);
+
+}  // namespace wenlolib
+
+#endif

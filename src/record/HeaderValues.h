@@ -1,0 +1,58 @@
+/// The values that a survey document carries in its header.
+#ifndef WENLOLIB_RECORD_HEADERVALUES_H
+#define WENLOLIB_RECORD_HEADERVALUES_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "wenlolib/Value.h"
+
+namespace wenlolib {
+
+// --- Versions ---
+
+/// The first two components of a version: "1.2.3" gives "1.2". A version without a point, or with
+/// nothing after its first one, gives "".
+[[nodiscard]] std::string twoComponents(std::string_view version);
+
+/// The host application's version. The installed library's stands in only where there is no host
+/// bundle at all: a host bundle without a version gives "", on purpose.
+[[nodiscard]] std::string clientVersion();
+
+/// The version of the bundle that this library was loaded from.
+[[nodiscard]] std::string libraryVersion();
+
+/// "M." and the OS version, or "".
+[[nodiscard]] std::string markedOSVersion();
+
+// --- The user's locale ---
+
+/// Without its modifier ("@" and what follows), and cut before its second "_". Texts longer than
+/// 32,767 characters give "".
+[[nodiscard]] std::string normalisedLocale(std::string locale);
+
+/// The locale for an option word. The low four bits choose the source: 1 the language last selected
+/// in the host, with no other to fall back on; 0 and 2 the user's own setting; others none.
+[[nodiscard]] std::string surveyLocale(std::uint32_t option);
+
+// --- The printer's identity, as a host hands it over with a printer log ---
+
+inline constexpr std::string_view deviceIdKey = "DeviceID";
+inline constexpr std::string_view serialNumberKey = "SN";
+inline constexpr std::string_view romVersionKey = "ROMVER";
+inline constexpr std::string_view newTagTypeKey = "NEWTAGTYPE";
+
+/// The text under `key` as it stands; "" where it is absent or no text.
+[[nodiscard]] std::string identityText(const std::optional<Dictionary>& otherInfo,
+                                       std::string_view key);
+
+/// Whether the printer uses the newer document layout: the boolean reading of "NEWTAGTYPE". A text
+/// is true when after leading white space, one sign and zeros it begins with Y, y, T, t or a digit
+/// 1 to 9. False where the entry is absent, or neither boolean, number nor text.
+[[nodiscard]] bool hasNewTagType(const std::optional<Dictionary>& otherInfo);
+
+}  // namespace wenlolib
+
+#endif
