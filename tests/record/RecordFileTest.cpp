@@ -3,8 +3,8 @@
 
 #include <new>
 
-#include "record/MonthFiles.h"
 #include "platform/Forwarding.h"
+#include "record/MonthFiles.h"
 #include "support/ExpectedDocument.h"
 #include "support/PlatformTest.h"
 

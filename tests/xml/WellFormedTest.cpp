@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "record/Document.h"
 #include "platform/posix/TemporaryFolder.h"
+#include "record/Document.h"
 #include "xml/HostileValues.h"
 
 namespace wenlolib::tests {
