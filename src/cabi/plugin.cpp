@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "base/Answered.h"
 #include "base/Trace.h"
 #include "base/Utf8.h"
 #include "record/Record.h"
@@ -12,7 +13,6 @@
 namespace {
 
 using wenlolib::Dictionary;
-using wenlolib::RecordArguments;
 using wenlolib::Text;
 using wenlolib::WENLOLIB;
 
@@ -43,18 +43,22 @@ int WENLOLIB_isSupportedPlm(uint32_t option) {
 
 int WENLOLIB_writeAppInfoWithContents(const char* contents, const char* name, uint32_t option) {
   WENLOLIB_TRACE(" writeAppInfoWithContents %s\n", name == nullptr ? "(null)" : name);
-  const auto given = [&] { return RecordArguments{textFrom(contents), textFrom(name), {}}; };
-  return wenlolib::recordApplicationUsage(option, given) ? 1 : 0;
+  if (!WENLOLIB::isSupported(option)) return 0;
+  return wenlolib::answered(0, [&] {
+    return wenlolib::writeContents(textFrom(contents), textFrom(name), option,
+                                   wenlolib::applicationFileType, std::nullopt);
+  });
 }
 
 int WENLOLIB_writePrinterLogInfoWithContents(const char* contents, const char* name,
                                              uint32_t option, const WENLOLIBEntry* otherInfo,
                                              size_t otherInfoCount) {
-  const auto given = [&] {
-    return RecordArguments{textFrom(contents), textFrom(name),
-                           dictionaryFrom(otherInfo, otherInfoCount)};
-  };
-  return wenlolib::recordPrinterLog(option, given) ? 1 : 0;
+  if (!WENLOLIB::isSupportedPlm(option)) return 0;
+  return wenlolib::answered(0, [&] {
+    return wenlolib::writeContents(textFrom(contents), textFrom(name), option,
+                                   wenlolib::printerLogFileType,
+                                   dictionaryFrom(otherInfo, otherInfoCount));
+  });
 }
 
 const char* WENLOLIB_version(void) {

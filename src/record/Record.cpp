@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/Answered.h"
 #include "base/Trace.h"
 #include "base/Utf8.h"
 #include "platform/Platform.h"
@@ -43,10 +44,11 @@ Header gather(RecordFields& record, Layout layout, const Text& date) {
   return header;
 }
 
-/// Makes the document of `contents`. The record keeps an earlier one where the new one is refused.
-bool createDocument(RecordFields& record, std::string_view contents) {
+/// The document of these contents, or null where the XML service refuses it; nothing where there is
+/// no memory for one.
+std::optional<Text> documentOf(RecordFields& record, std::string_view contents) {
   std::optional<WorkingBuffers> buffers = WorkingBuffers::allocate(contents.size());
-  if (!buffers) return false;
+  if (!buffers) return std::nullopt;
   const Text date = currentDateText(calendarOf(record));
   Payload payload = protect(*std::move(buffers), date, contents);
   const Layout layout = layoutOf(record);
@@ -54,20 +56,20 @@ bool createDocument(RecordFields& record, std::string_view contents) {
   SurveyDocument document = assemble(layout, header, payload);
   payload = Payload();  // a large record holds its digits once from here on
   WENLOLIB_TRACE("xmlCheckSumStr = %s", document.text.c_str());
-  Text parsed = platform::current().xml->serialised(std::move(document.text), document.digits);
-  if (parsed) {
-    WENLOLIB_TRACE("xmlDoc desc =%s ", parsed->c_str());
-    record._xmlDocment = std::move(parsed);
-  }
-  return true;
+  Text xml = platform::current().xml->serialised(std::move(document.text), document.digits);
+  if (xml) WENLOLIB_TRACE("xmlDoc desc =%s ", xml->c_str());
+  return xml;
 }
 
 }  // namespace
 
 bool createDocument(RecordFields& record) noexcept {
   return answered(false, [&] {
-    return createDocument(
-        record, record._xmlContents ? std::string_view(*record._xmlContents) : std::string_view());
+    std::optional<Text> document =
+        documentOf(record, record._xmlContents ? std::string_view(*record._xmlContents) : "");
+    if (!document) return false;
+    if (*document) record._xmlDocment = *std::move(document);  // else an earlier one stays
+    return true;
   });
 }
 
@@ -79,10 +81,13 @@ bool write(RecordFields& record, std::string_view contents, const std::string& n
   RecordFile file = record._fileType == printerLogFileType
                         ? printerLogFile(name)
                         : applicationFile(name, calendarOf(record));
-  if (!createDocument(record, contents)) return false;
-  const Text document = std::exchange(record._xmlDocment, std::nullopt);
-  if (!document) return true;  // no document, and so no file: true on purpose
-  return writeDocument(std::move(file), name, *document);
+  std::optional<Text> document = documentOf(record, contents);
+  if (!document) return false;
+  // Where there is no new document an earlier one is written; once that is tried, none is left.
+  if (!*document) *document = std::move(record._xmlDocment);
+  record._xmlDocment.reset();
+  if (!*document) return true;  // no document, and so no file: true on purpose
+  return writeDocument(std::move(file), name, **document);
 }
 
 }  // namespace
@@ -94,14 +99,16 @@ bool writeRecord(RecordFields& record) noexcept {
   });
 }
 
-bool record(RecordArguments arguments, std::uint32_t option, std::uint32_t fileType) {
-  if (!arguments.contents || !arguments.name) return false;
-  const auto made =
-      WENLOLIB::initWithContents(std::move(arguments.contents), std::move(arguments.name), option);
-  if (!made) return false;
-  made->setFileType(fileType);
-  made->serOtherInfo(std::move(arguments.otherInfo));
-  return made->writeAppInfo();
+bool writeContents(Text contents, Text name, std::uint32_t option, std::uint32_t fileType,
+                   std::optional<Dictionary> otherInfo) {
+  contents = utf8OrNull(std::move(contents));
+  name = utf8OrNull(std::move(name));
+  if (!contents || !name) return false;
+  RecordFields record;
+  record._options = option;
+  record._fileType = fileType;
+  record._otherInfoDict = std::move(otherInfo);
+  return write(record, *contents, *name);
 }
 
 // --- The record as hosts see it ---
@@ -212,16 +219,18 @@ bool WENLOLIB::isNewTagTypePrinter() const noexcept {
 
 bool WENLOLIB::writeAppInfoWithContents(Text contents, Text name, std::uint32_t option) noexcept {
   WENLOLIB_TRACE(" writeAppInfoWithContents %s\n", name ? name->c_str() : "(null)");
-  return recordApplicationUsage(option, [&] {
-    return RecordArguments{std::move(contents), std::move(name), std::nullopt};
-  });
+  return isSupported(option) && answered(false, [&] {
+           return writeContents(std::move(contents), std::move(name), option, applicationFileType,
+                                std::nullopt);
+         });
 }
 
 bool WENLOLIB::writePrinterLogInfoWithContents(Text contents, Text name, std::uint32_t option,
                                                std::optional<Dictionary> otherInfo) noexcept {
-  return recordPrinterLog(option, [&] {
-    return RecordArguments{std::move(contents), std::move(name), std::move(otherInfo)};
-  });
+  return isSupportedPlm(option) && answered(false, [&] {
+           return writeContents(std::move(contents), std::move(name), option, printerLogFileType,
+                                std::move(otherInfo));
+         });
 }
 
 bool WENLOLIB::isSupported(std::uint32_t option) noexcept {

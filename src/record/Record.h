@@ -1,12 +1,11 @@
 /// The record behind `WENLOLIB`, for the faces of other languages: its fields, its two steps, and
-/// the two calls by which a host records.
+/// the call by which a host records.
 #ifndef WENLOLIB_RECORD_RECORD_H
 #define WENLOLIB_RECORD_RECORD_H
 
 #include <cstdint>
 #include <optional>
 
-#include "base/Answered.h"
 #include "platform/Time.h"
 #include "toolkit/Names.h"
 #include "wenlolib/WENLOLIB.h"
@@ -34,30 +33,10 @@ struct RecordFields {
 [[nodiscard]] bool createDocument(RecordFields& record) noexcept;
 [[nodiscard]] bool writeRecord(RecordFields& record) noexcept;
 
-/// What a host hands over with a record.
-struct RecordArguments {
-  Text contents;
-  Text name;
-  std::optional<Dictionary> otherInfo;
-};
-
-/// Builds the record and writes it; false without contents or a name.
-[[nodiscard]] bool record(RecordArguments arguments, std::uint32_t option, std::uint32_t fileType);
-
-// `given` answers the arguments. It is asked once recording turns out to be allowed, and not
-// before: a refused call looks at nothing of what it was handed, and copies nothing.
-
-template <class Given>
-[[nodiscard]] bool recordApplicationUsage(std::uint32_t option, const Given& given) noexcept {
-  return WENLOLIB::isSupported(option) &&
-         answered(false, [&] { return record(given(), option, applicationFileType); });
-}
-
-template <class Given>
-[[nodiscard]] bool recordPrinterLog(std::uint32_t option, const Given& given) noexcept {
-  return WENLOLIB::isSupportedPlm(option) &&
-         answered(false, [&] { return record(given(), option, printerLogFileType); });
-}
+/// Writes a record of what a host hands over, once recording is known to be allowed: before that
+/// nothing is looked at and nothing is copied. False without contents or a name.
+[[nodiscard]] bool writeContents(Text contents, Text name, std::uint32_t option,
+                                 std::uint32_t fileType, std::optional<Dictionary> otherInfo);
 
 }  // namespace wenlolib
 
