@@ -28,6 +28,14 @@ std::int32_t leadingInteger(std::string_view text) noexcept {
   return static_cast<std::int32_t>(negative ? -value : value);
 }
 
+std::optional<std::uint64_t> takeNumber(std::string_view& text, int base) noexcept {
+  std::uint64_t number = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (error != std::errc()) return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
+  return number;
+}
+
 std::string decimal(std::int64_t value, std::size_t width) {
   char buffer[std::numeric_limits<std::int64_t>::digits10 + 3];
   const auto result = std::to_chars(std::begin(buffer), std::end(buffer), value);

@@ -3,6 +3,7 @@
 #define WENLOLIB_BASE_INTEGER_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,12 +18,29 @@ namespace wenlolib {
   return character >= '0' && character <= '9';
 }
 
+/// The value of a hexadecimal digit in either case; -1 for any other character.
+[[nodiscard]] constexpr int digitValue(char character) noexcept {
+  if (isDigit(character)) return character - '0';
+  if (character >= 'a' && character <= 'f') return 10 + (character - 'a');
+  if (character >= 'A' && character <= 'F') return 10 + (character - 'A');
+  return -1;
+}
+
+/// Hexadecimal digits as they are written here.
+inline constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
+
 /// The nearest 32-bit integer.
 [[nodiscard]] std::int32_t saturated(std::int64_t value) noexcept;
 
 /// The integer that `text` begins with: leading blanks, an optional sign, then the digits up to the
 /// first other character. 0 where there are no digits; saturates at the 32-bit limits.
 [[nodiscard]] std::int32_t leadingInteger(std::string_view text) noexcept;
+
+/// Takes the number off that `text` begins with, its digits up to the first other character.
+/// Nothing, and `text` as it was, where it begins with no digit of the base, and for a number that
+/// needs more than 64 bits.
+[[nodiscard]] std::optional<std::uint64_t> takeNumber(std::string_view& text,
+                                                      int base = 10) noexcept;
 
 /// Decimal text, with leading zeros up to `width` characters, the sign counted among them; a wider
 /// number is written in full.

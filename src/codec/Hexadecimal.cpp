@@ -11,18 +11,15 @@ namespace {
 constexpr auto digitPairs = [] {
   std::array<std::array<char, 2>, 256> pairs{};
   for (std::size_t byte = 0; byte < pairs.size(); ++byte) {
-    pairs[byte] = {"0123456789ABCDEF"[byte >> 4], "0123456789ABCDEF"[byte & 15]};
+    pairs[byte] = {wenlolib::hexadecimalDigits[byte >> 4], wenlolib::hexadecimalDigits[byte & 15]};
   }
   return pairs;
 }();
 
 /// The value of one character of a pair, or -1 where the radix has no such digit.
-int digitValue(char character, bool hexadecimal) {
-  if (wenlolib::isDigit(character)) return character - '0';
-  if (!hexadecimal) return -1;
-  if (character >= 'a' && character <= 'f') return 10 + (character - 'a');
-  if (character >= 'A' && character <= 'F') return 10 + (character - 'A');
-  return -1;
+int valueIn(int radix, char character) {
+  const int value = wenlolib::digitValue(character);
+  return value < radix ? value : -1;
 }
 
 }  // namespace
@@ -39,14 +36,14 @@ int32_t ConvertCharDataToHex(const char* text, uint8_t* bytes, uint8_t radixFlag
   if (text == nullptr) return 1;
   const std::size_t length = std::strlen(text);
   if (length > 0 && bytes == nullptr) return 1;
-  const bool hexadecimal = radixFlag != 0;
+  const int radix = radixFlag != 0 ? 16 : 10;
   for (std::size_t i = 0; i < length; i += 2) {
     // A text of odd length ends in half a pair: its other half reads as the terminating NUL, which
     // is no digit.
-    const int high = digitValue(text[i], hexadecimal);
-    const int low = digitValue(text[i + 1], hexadecimal);
+    const int high = valueIn(radix, text[i]);
+    const int low = valueIn(radix, text[i + 1]);
     if (high < 0 || low < 0) return 1;
-    bytes[i / 2] = static_cast<uint8_t>(high * (hexadecimal ? 16 : 10) + low);
+    bytes[i / 2] = static_cast<uint8_t>(high * radix + low);
   }
   return 0;
 }

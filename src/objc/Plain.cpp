@@ -7,7 +7,6 @@
 #include "base/Answered.h"
 #include "base/Utf8.h"
 #include "objc/Private.h"
-#include "objc/Unicode.h"
 
 static bool nests(const Plain& plain) {
   return plain.kind == plainArray || plain.kind == plainDictionary;

@@ -1,13 +1,13 @@
 #include "plist/Scalars.h"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <limits>
 #include <system_error>
 
 #include "base/Integer.h"
+#include "base/Utf8.h"
 #include "plist/Reals.h"
 
 namespace wenlolib::plist {
@@ -33,11 +33,8 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
 
 /// The number that the whole of `text` spells, which starts with neither sign nor blank.
 std::optional<std::uint64_t> natural(std::string_view text, int base) {
-  std::uint64_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return number;
+  const auto number = takeNumber(text, base);
+  return text.empty() ? number : std::nullopt;
 }
 
 }  // namespace
@@ -99,16 +96,13 @@ std::int64_t floorDivided(std::int64_t number, std::int64_t divisor) {
 }
 
 /// The digits that `text` begins with, at least `fewest` and at most `most` of them, taken off it.
-std::optional<std::int64_t> takeNumber(std::string_view& text, std::size_t fewest,
+std::optional<std::int64_t> takeDigits(std::string_view& text, std::size_t fewest,
                                        std::size_t most) {
-  std::size_t length = 0;
-  while (length < text.size() && isDigit(text[length])) ++length;
-  if (length < fewest || length > most) return std::nullopt;
-  std::int64_t number = 0;
-  const auto result = std::from_chars(text.data(), text.data() + length, number);
-  if (result.ec != std::errc()) return std::nullopt;
-  text.remove_prefix(length);
-  return number;
+  const std::size_t size = text.size();
+  const auto number = takeNumber(text);
+  const std::size_t length = size - text.size();
+  if (!number || length < fewest || length > most) return std::nullopt;
+  return static_cast<std::int64_t>(*number);
 }
 
 bool takeMark(std::string_view& text, char mark) {
@@ -119,14 +113,14 @@ bool takeMark(std::string_view& text, char mark) {
 
 /// Two digits up to `highest`, then `mark`.
 std::optional<std::int64_t> takeField(std::string_view& text, std::int64_t highest, char mark) {
-  const auto number = takeNumber(text, 2, 2);
+  const auto number = takeDigits(text, 2, 2);
   if (!number || *number > highest || !takeMark(text, mark)) return std::nullopt;
   return number;
 }
 
 std::optional<std::int64_t> takeYear(std::string_view& text) {
   const bool negative = takeMark(text, '-');
-  const auto year = takeNumber(text, 1, 12);
+  const auto year = takeDigits(text, 1, 12);
   if (!year || *year > widestYear || !takeMark(text, '-')) return std::nullopt;
   return negative ? -*year : *year;
 }
@@ -237,55 +231,14 @@ std::optional<Value::Data> dataFromBase64(std::string_view text) {
 
 // --- Texts ---
 
-namespace {
-
-std::uint32_t unitAt(std::string_view bytes, std::size_t offset) {
-  const auto high = static_cast<unsigned char>(bytes[offset]);
-  const auto low = static_cast<unsigned char>(bytes[offset + 1]);
-  return static_cast<std::uint32_t>(high << 8 | low);
-}
-
-bool isHighSurrogate(std::uint32_t unit) {
-  return unit >= 0xD800 && unit <= 0xDBFF;
-}
-bool isLowSurrogate(std::uint32_t unit) {
-  return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
-void appendUtf8(std::string& text, std::uint32_t character) {
-  const auto append = [&](std::uint32_t byte) { text += static_cast<char>(byte); };
-  if (character < 0x80) return append(character);
-  if (character < 0x800) {
-    append(0xC0 | character >> 6);
-  } else if (character < 0x10000) {
-    append(0xE0 | character >> 12);
-    append(0x80 | (character >> 6 & 0x3F));
-  } else {
-    append(0xF0 | character >> 18);
-    append(0x80 | (character >> 12 & 0x3F));
-    append(0x80 | (character >> 6 & 0x3F));
+Text utf8FromUtf16(std::string_view bytes) {
+  std::vector<std::uint16_t> units(bytes.size() / 2);
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const auto high = static_cast<unsigned char>(bytes[2 * i]);
+    const auto low = static_cast<unsigned char>(bytes[2 * i + 1]);
+    units[i] = static_cast<std::uint16_t>(high << 8 | low);
   }
-  append(0x80 | (character & 0x3F));
-}
-
-}  // namespace
-
-std::optional<std::string> utf8FromUtf16(std::string_view bytes) {
-  std::string text;
-  for (std::size_t offset = 0; offset + 2 <= bytes.size(); offset += 2) {
-    const std::uint32_t unit = unitAt(bytes, offset);
-    if (!isHighSurrogate(unit)) {
-      if (isLowSurrogate(unit)) return std::nullopt;
-      appendUtf8(text, unit);
-      continue;
-    }
-    offset += 2;
-    if (offset + 2 > bytes.size()) return std::nullopt;
-    const std::uint32_t partner = unitAt(bytes, offset);
-    if (!isLowSurrogate(partner)) return std::nullopt;
-    appendUtf8(text, 0x10000 + ((unit - 0xD800) << 10) + (partner - 0xDC00));
-  }
-  return text;
+  return utf8From(units);
 }
 
 }  // namespace wenlolib::plist

@@ -59,7 +59,7 @@ void appendBase64(std::string& text, std::span<const std::uint8_t> bytes);
 
 /// The text that `bytes`, an even number of them, spell in UTF-16 with the higher byte first, in
 /// UTF-8. Nothing where a surrogate has no partner.
-[[nodiscard]] std::optional<std::string> utf8FromUtf16(std::string_view bytes);
+[[nodiscard]] Text utf8FromUtf16(std::string_view bytes);
 
 }  // namespace wenlolib::plist
 

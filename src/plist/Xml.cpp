@@ -1,6 +1,5 @@
 // The XML form.
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <iterator>
 #include <new>
@@ -89,7 +88,7 @@ bool holdsHalf(const std::string& text) {
   return text.find(halfMark) != std::string::npos || text.find("\xEF\xB7\x90") != std::string::npos;
 }
 
-constexpr bool isHalf(std::uint32_t character) {
+constexpr bool isHalf(std::uint64_t character) {
   return character >= 0xD800 && character <= 0xDFFF;
 }
 
@@ -100,13 +99,12 @@ std::size_t halfLength(std::string_view text) {
   if (text.size() < encoded) return 0;
   if (text[0] == '\xED' && (text[1] & 0xE0) == 0xA0 && (text[2] & 0xC0) == 0x80) return encoded;
   if (!text.starts_with("&#")) return 0;
-  const bool isHexadecimal = text[2] == 'x';
-  const char* const end = text.data() + text.size();
-  std::uint32_t character = 0;
-  const auto [stop, error] = std::from_chars(text.data() + (isHexadecimal ? 3 : 2), end, character,
-                                             isHexadecimal ? 16 : 10);
-  if (error != std::errc() || stop == end || *stop != ';' || !isHalf(character)) return 0;
-  return static_cast<std::size_t>(stop + 1 - text.data());
+  std::string_view rest = text.substr(2);
+  const bool isHexadecimal = rest.front() == 'x';
+  if (isHexadecimal) rest.remove_prefix(1);
+  const auto character = takeNumber(rest, isHexadecimal ? 16 : 10);
+  if (!character || !isHalf(*character) || !rest.starts_with(';')) return 0;
+  return text.size() - rest.size() + 1;
 }
 
 /// `bytes` with the mark in the place of each half.

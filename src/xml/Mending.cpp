@@ -10,8 +10,7 @@ namespace wenlolib::xml {
 namespace {
 
 bool isHexadecimalDigit(char character) {
-  return isDigit(character) || (character >= 'a' && character <= 'f') ||
-         (character >= 'A' && character <= 'F');
+  return digitValue(character) >= 0;
 }
 
 bool isLetter(char character) {

@@ -2,8 +2,9 @@
 
 #include <sys/utsname.h>
 
-#include <charconv>
+#include <limits>
 
+#include "base/Integer.h"
 #include "platform/posix/Errors.h"
 
 namespace wenlolib::platform::gnulinux {
@@ -17,28 +18,25 @@ std::optional<std::int32_t> architecture() {
 #endif
 }
 
-/// Takes a number off the front of `text`.
-std::optional<std::int32_t> takeNumber(std::string_view& text) noexcept {
-  std::int32_t number = 0;
-  if (text.starts_with('-')) return std::nullopt;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (result.ec != std::errc()) return std::nullopt;
-  text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()));
-  return number;
+/// Takes one component off the front of `release`.
+std::optional<std::int32_t> takeComponent(std::string_view& release) noexcept {
+  const auto number = takeNumber(release);
+  if (!number || *number > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
+  return static_cast<std::int32_t>(*number);
 }
 
 }  // namespace
 
 std::optional<KernelVersion> kernelVersion(std::string_view release) noexcept {
-  const auto major = takeNumber(release);
+  const auto major = takeComponent(release);
   if (!major || !release.starts_with('.')) return std::nullopt;
   release.remove_prefix(1);
-  const auto minor = takeNumber(release);
+  const auto minor = takeComponent(release);
   if (!minor) return std::nullopt;
   std::optional<std::int32_t> patch;
   if (release.starts_with('.')) {
     release.remove_prefix(1);
-    patch = takeNumber(release);
+    patch = takeComponent(release);
   }
   return KernelVersion{*major, *minor, patch.value_or(0)};
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxUuids.h"
 
+#include "base/Integer.h"
 #include "platform/posix/CancellationHold.h"
 #include "platform/posix/Random.h"
 
@@ -12,8 +13,8 @@ std::string standardForm(const posix::RandomBytes& bytes) {
   text.reserve(36);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
-    text += "0123456789ABCDEF"[bytes[i] >> 4];
-    text += "0123456789ABCDEF"[bytes[i] & 15];
+    text += hexadecimalDigits[bytes[i] >> 4];
+    text += hexadecimalDigits[bytes[i] & 15];
   }
   return text;
 }

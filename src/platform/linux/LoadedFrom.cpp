@@ -3,11 +3,11 @@
 #include <dlfcn.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "base/Integer.h"
 #include "platform/posix/BoundedRead.h"
 #include "platform/posix/CancellationHold.h"
 
@@ -18,14 +18,13 @@ const char anchor = 0;  // an address in this very object
 
 /// The file of one line of the process's memory map, where the line covers `address`.
 Text fileAt(std::string_view line, std::uintptr_t address) {
-  std::uintptr_t first = 0;
-  std::uintptr_t last = 0;
-  const char* end = line.data() + line.size();
-  const auto low = std::from_chars(line.data(), end, first, 16);
-  if (low.ec != std::errc() || low.ptr == end) return std::nullopt;
-  const auto high = std::from_chars(low.ptr + 1, end, last, 16);
+  std::string_view rest = line;
+  const auto first = takeNumber(rest, 16);
+  if (!first || !rest.starts_with('-')) return std::nullopt;
+  rest.remove_prefix(1);
+  const auto last = takeNumber(rest, 16);
+  if (!last || address < *first || address >= *last) return std::nullopt;
   const std::size_t path = line.find('/');
-  if (high.ec != std::errc() || address < first || address >= last) return std::nullopt;
   return path == std::string_view::npos ? Text() : Text(line.substr(path));
 }
 

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <optional>
 
+#include "base/Integer.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/Random.h"
 
@@ -63,7 +64,7 @@ std::optional<std::string> unguessableName() {
   if (!bytes) return std::nullopt;
   std::string name(unfinishedPrefix);
   for (const std::uint8_t byte : *bytes) {
-    name.append({"0123456789abcdef"[byte >> 4], "0123456789abcdef"[byte & 15]});
+    name.append({hexadecimalDigits[byte >> 4], hexadecimalDigits[byte & 15]});
   }
   return name.append(unfinishedSuffix);
 }
