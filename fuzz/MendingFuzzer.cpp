@@ -29,8 +29,9 @@ SurveyDocument documentFrom(Input& input) {
   const auto layout = static_cast<Layout>(input.below(3));
   Header header;
   for (std::string* value :
-       {&header.version, &header.osVersion, &header.date, &header.locale, &header.identifier,
-        &header.deviceId, &header.serialNumber, &header.romVersion}) {
+       {&header[Field::version], &header[Field::osVersion], &header[Field::date],
+        &header[Field::locale], &header[Field::identifier], &header[Field::deviceId],
+        &header[Field::serialNumber], &header[Field::romVersion]}) {
     *value = input.text();
   }
   Payload payload;

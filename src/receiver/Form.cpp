@@ -1,14 +1,120 @@
-// The layers from `xml` to `hexadecimal`, of a document that the walk went through.
 #include "receiver/Form.h"
 
 #include <algorithm>
 #include <array>
 
-#include "receiver/Digits.h"
-#include "receiver/Verdicts.h"
+#include "base/EnumTable.h"
+#include "base/Integer.h"
+#include "receiver/Contents.h"
+#include "receiver/Outline.h"
 #include "xml/WellFormed.h"
 
 namespace wenlolib::receiver {
+
+// --- Documents that fit no layout, or that the parser refuses ---
+
+namespace {
+
+/// Whether a wrapper has this name.
+bool isWrapperName(std::string_view name) {
+  return std::ranges::any_of(enumerators<Layout>,
+                             [&](Layout layout) { return name == wrapperName(layout); });
+}
+
+/// Whether the document ends in a wrapper's end tag, white space after it left aside.
+bool endsInWrapper(std::string_view bytes) {
+  bytes = bytes.substr(0, bytes.find_last_not_of(" \t\r\n") + 1);
+  return std::ranges::any_of(enumerators<Layout>, [&](Layout layout) {
+    return bytes.ends_with(slotsOf(layout).back().opening);
+  });
+}
+
+/// The match knew which layout it was in.
+bool wrapperBegun(const Match& match) {
+  return match.slot > 0;
+}
+
+/// Where a document that the parser refuses first goes wrong. Over a tag the match is the one that
+/// sees it first, over a character within a value the parser.
+std::size_t firstWrong(const Match& match, const xml::Finding& finding) {
+  if (match.complete) return finding.offset;
+  if (!wrapperBegun(match)) {
+    const std::size_t first = match.bytes.find_first_not_of(" \t\r\n");
+    const bool isTag = first < match.bytes.size() && match.bytes[first] == '<';
+    return isTag ? finding.offset : std::min(first, finding.offset);
+  }
+  if (finding.kind != xml::Finding::malformed) return match.reached;
+  return std::min(match.reached, finding.offset);
+}
+
+/// A document whose end tags are broken, or stand there with something open before them, has not
+/// lost its end.
+bool hasLostItsEnd(const Match& match, const xml::Finding& finding) {
+  if (finding.kind != xml::Finding::endMissing) return false;
+  if (match.endIsMissing) return true;
+  const bool anythingBegun = match.bytes.find('<') != std::string_view::npos;
+  return anythingBegun && !match.payloadFound() && !endsInWrapper(match.bytes);
+}
+
+std::string quoted(std::string_view text) {
+  return "\"" + std::string(text) + "\"";
+}
+
+std::string explained(const Match& match) {
+  if (match.slot == slotsOf(match.layout).size()) {
+    return "Something stands behind the end of the document.";
+  }
+  if (!wrapperBegun(match)) return "The document does not begin with the start tag of a layout.";
+  return quoted(match.expected) + " should stand here.";
+}
+
+Verdict truncated(const Match& match) {
+  const std::size_t length = match.bytes.size();
+  const std::string field(wrapperBegun(match) ? match.fieldAt(length) : "");
+  std::string explanation = "The document is empty.";
+  if (length > 0) {
+    explanation = "The document ends after " + decimal(static_cast<std::int64_t>(length)) +
+                  (length == 1 ? " byte" : " bytes") + (field.empty() ? "" : ", in " + field) +
+                  "; the rest is missing.";
+  }
+  return {Layer::xml, Fault::truncated, length, field, std::move(explanation)};
+}
+
+/// Of a document that the parser refuses. It may be one that fits its layout.
+Verdict refused(const Match& match, const xml::Finding& finding) {
+  if (hasLostItsEnd(match, finding)) return truncated(match);
+  const std::size_t offset = firstWrong(match, finding);
+  const std::string_view field = wrapperBegun(match) ? match.fieldAt(offset) : "";
+  std::string explanation = "The document is not well-formed XML: the parser reports " +
+                            quoted(finding.message) + " at byte " +
+                            decimal(static_cast<std::int64_t>(finding.offset)) + ".";
+  return {Layer::xml, Fault::damaged, offset, std::string(field), std::move(explanation)};
+}
+
+}  // namespace
+
+Verdict misfit(const Match& match) {
+  const platform::DigitRun digits =
+      match.payloadFound() ? platform::DigitRun{match.offsetOf(match.values[match.payloadSlot()]),
+                                                leadingDigits(match.values[match.payloadSlot()])}
+                           : longestRunAfterTag(match.bytes);
+  const xml::Finding finding = xml::parse(match.bytes, digits);
+  if (finding.kind == xml::Finding::wellFormed) {
+    const Outline outline = outlineOf(match.bytes);
+    if (outline.gap && isWrapperName(outline.outermost)) {
+      return {Layer::whiteSpace, Fault::damaged, outline.gap->offset, outline.gap->before,
+              "White space stands between the parts of the document."};
+    }
+  }
+  if (finding.kind != xml::Finding::wellFormed && finding.kind != xml::Finding::typeDeclared) {
+    return refused(match, finding);
+  }
+  const std::string_view field = wrapperBegun(match) ? match.fieldAt(match.reached) : "";
+  return {Layer::layout, Fault::damaged, match.reached, std::string(field), explained(match)};
+}
+
+// --- Documents that fit their layout: the layers from `xml` to `hexadecimal` ---
+
 namespace {
 
 constexpr auto plainCharacters = [] {
@@ -22,16 +128,16 @@ constexpr auto plainCharacters = [] {
 /// formed.
 bool needsParser(const Whole& whole) {
   if (whole.validDigits < whole.digits.size()) return true;
-  const std::size_t payload = whole.walk.payloadSlot();
-  return !std::all_of(whole.walk.values.begin(), whole.walk.values.begin() + payload, isPlain);
+  const std::size_t payload = whole.match.payloadSlot();
+  return !std::all_of(whole.match.values.begin(), whole.match.values.begin() + payload, isPlain);
 }
 
 std::optional<Verdict> xmlVerdict(const Whole& whole) {
   if (!needsParser(whole)) return std::nullopt;
   const xml::Finding finding =
-      xml::parse(whole.walk.bytes, {whole.offsetOf(whole.digits), whole.validDigits});
+      xml::parse(whole.match.bytes, {whole.offsetOf(whole.digits), whole.validDigits});
   if (finding.kind == xml::Finding::wellFormed) return std::nullopt;
-  return refused(whole.walk, finding);
+  return refused(whole.match, finding);
 }
 
 std::optional<Verdict> markerVerdict(const Whole& whole) {
@@ -41,7 +147,7 @@ std::optional<Verdict> markerVerdict(const Whole& whole) {
 }
 
 std::optional<Verdict> checksumFormVerdict(const Whole& whole) {
-  const std::string_view checksum = whole.walk.values[checksumSlot];
+  const std::string_view checksum = whole.match.values[checksumSlot];
   const std::size_t valid = std::min(leadingDigits(checksum), checksumLength);
   if (valid == checksumLength && checksum.size() == checksumLength) return std::nullopt;
   return Verdict{Layer::hexadecimal, Fault::damaged, whole.offsetOf(checksum) + valid, "SUM",
@@ -53,7 +159,7 @@ std::optional<Verdict> payloadVerdict(const Whole& whole) {
   if (whole.validDigits == length && length % 2 == 0) return std::nullopt;
   return Verdict{
       Layer::hexadecimal, Fault::damaged, whole.offsetOf(whole.digits) + whole.validDigits,
-      std::string(slotsOf(whole.walk.layout)[whole.walk.payloadSlot()].name),
+      std::string(slotsOf(whole.match.layout)[whole.match.payloadSlot()].name),
       whole.validDigits < length ? "The payload holds something else than digits 0 to 9 and A to F."
                                  : "The payload has an odd number of digits."};
 }
@@ -65,11 +171,11 @@ bool isPlain(std::string_view value) {
       value, [](char character) { return plainCharacters[static_cast<unsigned char>(character)]; });
 }
 
-Whole::Whole(const Walk& complete) : walk(complete) {
-  const std::size_t slot = walk.payloadSlot();
-  digits = walk.values[slot];
-  marker = walk.values[slot - 1];
-  date = walk.values[dateSlot];
+Whole::Whole(const Match& complete) : match(complete) {
+  const std::size_t slot = match.payloadSlot();
+  digits = match.values[slot];
+  marker = match.values[slot - 1];
+  date = match.values[dateSlot];
   payload.resize(digits.size() / 2);
   validDigits = decodeDigits(digits, payload.data());
 }

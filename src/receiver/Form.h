@@ -1,4 +1,4 @@
-/// Documents that the walk went through, and whether their form holds.
+/// Whether a document has the form of a layout, and what to say of one that has not.
 #ifndef WENLOLIB_RECEIVER_FORM_H
 #define WENLOLIB_RECEIVER_FORM_H
 
@@ -7,23 +7,26 @@
 #include <string>
 #include <string_view>
 
-#include "receiver/Walk.h"
+#include "receiver/Match.h"
 #include "wenlolib/Receiver.h"
 
 namespace wenlolib::receiver {
 
+/// Of a document that fits no layout from its first byte to its last.
+[[nodiscard]] Verdict misfit(const Match& match);
+
 /// A document each byte of which is known to be markup of the layout or a part of a value.
 struct Whole {
-  const Walk& walk;
+  const Match& match;
   std::string_view digits;
   std::size_t validDigits = 0;  // the number of digits that the payload begins with
   std::string payload;          // the payload in bytes, deciphered in the end
   std::string_view marker;
   std::string_view date;
 
-  explicit Whole(const Walk& complete);
+  explicit Whole(const Match& complete);
 
-  [[nodiscard]] std::size_t offsetOf(std::string_view value) const { return walk.offsetOf(value); }
+  [[nodiscard]] std::size_t offsetOf(std::string_view value) const { return match.offsetOf(value); }
 };
 
 /// True for a value that needs no parser: it holds nothing but characters which stand for

@@ -57,14 +57,14 @@ struct Units {
 constexpr std::size_t mostUnits = 6;
 
 /// The values that a repair can have touched.
-std::span<const std::string_view> repairable(const Walk& walk) {
-  return std::span(walk.values).subspan(checksumSlot + 1, walk.payloadSlot() - checksumSlot - 1);
+std::span<const std::string_view> repairable(const Match& match) {
+  return std::span(match.values).subspan(checksumSlot + 1, match.payloadSlot() - checksumSlot - 1);
 }
 
-Units unitsOf(const Walk& walk) {
+Units unitsOf(const Match& match) {
   std::size_t single = 0;
   std::size_t values = 0;
-  for (const std::string_view value : repairable(walk)) {
+  for (const std::string_view value : repairable(match)) {
     const std::size_t count = escapesIn(value);
     single += count;
     values += count > 0 ? 1 : 0;
@@ -73,13 +73,13 @@ Units unitsOf(const Walk& walk) {
 }
 
 /// The content with the units taken back whose bits are set in `chosen`, counted from the lowest.
-std::string takenBack(const Walk& walk, const Units& units, std::uint64_t chosen) {
-  const std::string_view content = walk.content();
+std::string takenBack(const Match& match, const Units& units, std::uint64_t chosen) {
+  const std::string_view content = match.content();
   std::string text;
   text.reserve(content.size());
   const char* copied = content.data();
   const auto copyUntil = [&](const char* end) { text.append(copied, end); };
-  for (const std::string_view value : repairable(walk)) {
+  for (const std::string_view value : repairable(match)) {
     if (escapesIn(value) == 0) continue;
     copyUntil(value.data());
     eachPart(
@@ -112,15 +112,15 @@ std::string checksumOf(std::string_view text) {
   return checksum;
 }
 
-bool holdsUnrepaired(const Walk& walk) {
-  const Units units = unitsOf(walk);
+bool holdsUnrepaired(const Match& match) {
+  const Units units = unitsOf(match);
   if (units.count == 0) return false;
-  const std::string_view checksum = walk.values[checksumSlot];
-  if (checksumOf(takenBack(walk, units, ~std::uint64_t{0})) == checksum) return true;
+  const std::string_view checksum = match.values[checksumSlot];
+  if (checksumOf(takenBack(match, units, ~std::uint64_t{0})) == checksum) return true;
   if (units.count > mostUnits) return false;
   std::uint64_t chosen = (std::uint64_t{1} << units.count) - 1;
-  for (std::size_t left = attempts(walk.content().size()); left > 1 && chosen > 1; --left) {
-    if (checksumOf(takenBack(walk, units, --chosen)) == checksum) return true;
+  for (std::size_t left = attempts(match.content().size()); left > 1 && chosen > 1; --left) {
+    if (checksumOf(takenBack(match, units, --chosen)) == checksum) return true;
   }
   return false;
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "receiver/Walk.h"
+#include "receiver/Match.h"
 
 namespace wenlolib::receiver {
 
@@ -16,7 +16,7 @@ namespace wenlolib::receiver {
 /// "]]&gt;" taken back to "<", "&" and "]]>". Any of them may have stood there from the start: all
 /// are taken back first, then, where they are few, some of them in all combinations, else those of
 /// some of the values. The number of digests taken is bounded.
-[[nodiscard]] bool holdsUnrepaired(const Walk& walk);
+[[nodiscard]] bool holdsUnrepaired(const Match& match);
 
 }  // namespace wenlolib::receiver
 

@@ -4,10 +4,10 @@
 #include <array>
 #include <limits>
 #include <new>
+#include <span>
 #include <utility>
 
 #include "base/Answered.h"
-#include "base/EnumTable.h"
 #include "base/Trace.h"
 #include "platform/Platform.h"
 #include "toolkit/DateLayouts.h"
@@ -101,49 +101,17 @@ Payload protect(WorkingBuffers buffers, const Text& date, std::string_view conte
 
 namespace {
 
-constexpr std::size_t checksumLength = 32;
-
-constexpr EnumTable<Layout, std::string_view> wrapperNames({
-    {Layout::application, "OrvanQXApplication"},
-    {Layout::printer, "OrvanQX2Application"},
-    {Layout::printerOlderTag, "OrvanQXPrinter"},
-});
-
-void append(std::string& text, std::string_view name, std::string_view value) {
-  text.append("<").append(name).append(">").append(value).append("</").append(name).append(">");
-}
-
-/// The element that carries the payload; answers where in the text its digits stand.
-platform::DigitRun append(std::string& text, std::string_view name, const Payload& payload) {
-  text.append("<").append(name).append(" C=\"").append(1, payload.marker).append("\">");
-  const platform::DigitRun digits{text.size(), payload.digits.size()};
-  text.append(payload.digits).append("</").append(name).append(">");
-  return digits;
-}
-
-platform::DigitRun appendContent(std::string& text, Layout layout, const Header& header,
-                                 const Payload& payload) {
-  append(text, "Version", header.version);
-  append(text, "OSVersion", header.osVersion);
-  append(text, "Date", header.date);
-  append(text, "Locale", header.locale);
-  append(text, "ID", header.identifier);
-  if (layout != Layout::printerOlderTag) return append(text, "Encrypted", payload);
-  text.append("<Printer>");
-  append(text, "DeviceID", header.deviceId);
-  append(text, "SN", header.serialNumber);
-  append(text, "ROMVER", header.romVersion);
-  const platform::DigitRun digits = append(text, "PLI", payload);
-  text.append("</Printer>");
-  return digits;
+std::string_view valueOf(Field field, const Header& header, const Payload& payload) {
+  if (field == Field::checksum) return "00000000000000000000000000000000";  // until it is known
+  if (field == Field::marker) return {&payload.marker, 1};
+  return field == Field::payload ? payload.digits : header[field];
 }
 
 /// Enough for the text in one piece: a large document must not grow step by step.
 std::size_t capacityFor(const Header& header, const Payload& payload) {
-  constexpr std::size_t markup = 512;
-  return markup + header.version.size() + header.osVersion.size() + header.date.size() +
-         header.locale.size() + header.identifier.size() + header.deviceId.size() +
-         header.serialNumber.size() + header.romVersion.size() + payload.digits.size();
+  std::size_t capacity = 512 + payload.digits.size();
+  for (const Field field : enumerators<Field>) capacity += header[field].size();
+  return capacity;
 }
 
 void writeChecksum(const char* content, char* checksum) {
@@ -158,15 +126,19 @@ SurveyDocument assemble(Layout layout, const Header& header, const Payload& payl
   SurveyDocument document;
   std::string& text = document.text;
   text.reserve(capacityFor(header, payload));
-  text.append("<").append(wrapperNames[layout]).append(" SUM=\"");
-  const std::size_t checksum = text.size();
-  text.append(checksumLength, '0').append("\">");
-  const std::size_t content = text.size();
-  document.digits = appendContent(text, layout, header, payload);
+  const std::span<const Slot> slots = slotsOf(layout);
+  std::size_t checksum = 0;
+  for (const Slot& slot : slots.first(slots.size() - 1)) {
+    text.append(slot.opening);
+    if (slot.field == Field::checksum) checksum = text.size();
+    if (slot.field == Field::payload) document.digits = {text.size(), payload.digits.size()};
+    text.append(valueOf(slot.field, header, payload)).append(slot.closing);
+  }
   // The content is all that stands after the wrapper's start tag until its end tag is written, so
   // it can be digested in place, as the NUL-terminated text that it is at this moment.
+  const std::size_t content = checksum + checksumLength + slots[checksumSlot].closing.size();
   writeChecksum(text.c_str() + content, text.data() + checksum);
-  text.append("</").append(wrapperNames[layout]).append(">");
+  text.append(slots.back().opening);
   return document;
 }
 

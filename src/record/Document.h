@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/EnumTable.h"
+#include "codec/Layouts.h"
 #include "platform/Time.h"
 #include "platform/Xml.h"
 #include "wenlolib/Text.h"
@@ -53,24 +55,9 @@ struct Payload {
 
 // --- The document around it ---
 
-enum class Layout : std::uint8_t {
-  application,      // application usage
-  printer,          // printer log, new tag type
-  printerOlderTag,  // printer log, older tag type: the printer's identity stands in the document
-};
-
-/// What a document says about where it comes from. Values go in as they are, without escaping.
-struct Header {
-  std::string version;
-  std::string osVersion;
-  std::string date;
-  std::string locale;
-  std::string identifier;
-  // The older printer layout only.
-  std::string deviceId;
-  std::string serialNumber;
-  std::string romVersion;
-};
+/// What a document says about where it comes from; "" where it says nothing. Values go in as they
+/// are, without escaping.
+using Header = EnumTable<Field, std::string>;
 
 struct SurveyDocument {
   std::string text;

@@ -31,15 +31,15 @@ Layout layoutOf(const RecordFields& record) {
 /// Asks for the values that a document of this layout carries, in the order in which it does.
 Header gather(RecordFields& record, Layout layout, const Text& date) {
   Header header;
-  header.version = layout == Layout::application ? libraryVersion() : clientVersion();
-  header.osVersion = markedOSVersion();
-  header.date = date.value_or("");
-  header.locale = surveyLocale(record._options);
-  header.identifier = cachedIdentifier(record._libUUID);
+  header[Field::version] = layout == Layout::application ? libraryVersion() : clientVersion();
+  header[Field::osVersion] = markedOSVersion();
+  header[Field::date] = date.value_or("");
+  header[Field::locale] = surveyLocale(record._options);
+  header[Field::identifier] = cachedIdentifier(record._libUUID);
   if (layout == Layout::printerOlderTag) {
-    header.deviceId = identityText(record._otherInfoDict, deviceIdKey);
-    header.serialNumber = identityText(record._otherInfoDict, serialNumberKey);
-    header.romVersion = identityText(record._otherInfoDict, romVersionKey);
+    header[Field::deviceId] = identityText(record._otherInfoDict, deviceIdKey);
+    header[Field::serialNumber] = identityText(record._otherInfoDict, serialNumberKey);
+    header[Field::romVersion] = identityText(record._otherInfoDict, romVersionKey);
   }
   return header;
 }

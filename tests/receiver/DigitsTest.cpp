@@ -1,4 +1,4 @@
-#include "receiver/Digits.h"
+#include "receiver/Contents.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 using platform::DigitRun;
 using receiver::decodeDigits;
 using receiver::leadingDigits;
-using receiver::longestRunBehindTag;
+using receiver::longestRunAfterTag;
 
 TEST(ReceiverDigits, EveryPairOfBytes) {
   int pairs = 0;
@@ -61,7 +61,7 @@ TEST(ReceiverDigits, TheLongestRunBehindATag) {
                                                               {">12>12", 1, 2},
                                                               {">>>>F", 4, 1},
                                                               {">x123456>1", 9, 1}}) {
-    const DigitRun run = longestRunBehindTag(text);
+    const DigitRun run = longestRunAfterTag(text);
     EXPECT_EQ(run.offset, offset) << text;
     EXPECT_EQ(run.length, length) << text;
   }

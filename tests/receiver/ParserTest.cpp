@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "receiver/Digits.h"
+#include "receiver/Contents.h"
 #include "receiver/Samples.h"
 #include "xml/HostileValues.h"
 #include "xml/WellFormed.h"
@@ -88,7 +88,7 @@ TEST(ReceiverParser, SaysTheSameWhereverTheLongestRunStands) {
                            "<a>%\xC3</a>",
                            "<a>%"}) {
     const std::string text = filled(form, run);
-    tally.compare(text, receiver::longestRunBehindTag(text));
+    tally.compare(text, receiver::longestRunAfterTag(text));
   }
 }
 

@@ -32,9 +32,9 @@ Payload payloadOf(std::size_t length) {
   return payload;
 }
 
-constexpr std::string Header::*fields[] = {
-    &Header::version,    &Header::osVersion, &Header::date,         &Header::locale,
-    &Header::identifier, &Header::deviceId,  &Header::serialNumber, &Header::romVersion};
+constexpr Field fields[] = {Field::version,      Field::osVersion,  Field::date,
+                            Field::locale,       Field::identifier, Field::deviceId,
+                            Field::serialNumber, Field::romVersion};
 
 Sample documentOf(const Header& header, std::size_t length) {
   SurveyDocument document = assemble(Layout::printerOlderTag, header, payloadOf(length));
@@ -64,11 +64,11 @@ struct Tally {
 
 TEST(DigitsNotShown, ChangeNoVerdictWhateverAHeaderFieldHolds) {
   Tally tally;
-  for (const auto field : fields) {
+  for (const Field field : fields) {
     for (const std::string& value : hostileValues()) {
       for (const std::size_t length : lengths) {
         Header header;
-        header.*field = value;
+        header[field] = value;
         tally.compare(documentOf(header, length));
       }
     }
@@ -83,8 +83,8 @@ TEST(DigitsNotShown, ChangeNoVerdictWhateverTwoHeaderFieldsHold) {
     for (const std::string& second : hostileValues()) {
       for (const std::size_t length : {std::size_t{1}, std::size_t{66}}) {
         Header header;
-        header.version = first;
-        header.romVersion = second;
+        header[Field::version] = first;
+        header[Field::romVersion] = second;
         tally.compare(documentOf(header, length));
       }
     }

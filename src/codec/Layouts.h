@@ -1,6 +1,7 @@
-/// The three layouts as tables of what stands in a document from its first byte to its last.
-#ifndef WENLOLIB_RECEIVER_LAYOUTS_H
-#define WENLOLIB_RECEIVER_LAYOUTS_H
+/// The three layouts as tables of what stands in a document from its first byte to its last: the
+/// writer goes through them, and so does the reader.
+#ifndef WENLOLIB_CODEC_LAYOUTS_H
+#define WENLOLIB_CODEC_LAYOUTS_H
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +10,9 @@
 
 #include "wenlolib/Receiver.h"
 
-namespace wenlolib::receiver {
+namespace wenlolib {
+
+using receiver::Layout;
 
 enum class Part : std::uint8_t {
   markup,     // no value
@@ -18,9 +21,26 @@ enum class Part : std::uint8_t {
   payload,    // an element's value too, and nothing but digits
 };
 
+/// The values that a document carries.
+enum class Field : std::uint8_t {
+  none,
+  checksum,
+  version,
+  osVersion,
+  date,
+  locale,
+  identifier,
+  deviceId,
+  serialNumber,
+  romVersion,
+  marker,
+  payload,
+};
+
 /// One step through a document: fixed text, a value of any length, fixed text.
 struct Slot {
   Part part;
+  Field field;
   std::string_view name;
   std::string_view opening;
   std::string_view closing;
@@ -35,12 +55,6 @@ constexpr std::size_t checksumLength = 32;
 /// checksum, the last its end tag.
 [[nodiscard]] std::span<const Slot> slotsOf(Layout layout);
 
-/// Whether a wrapper has this name.
-[[nodiscard]] bool isWrapperName(std::string_view name);
-
-/// Whether the document ends in a wrapper's end tag, white space behind it left aside.
-[[nodiscard]] bool endsInWrapper(std::string_view bytes);
-
-}  // namespace wenlolib::receiver
+}  // namespace wenlolib
 
 #endif

@@ -1,4 +1,4 @@
-#include "receiver/Walk.h"
+#include "receiver/Match.h"
 
 #include <algorithm>
 
@@ -14,41 +14,41 @@ std::size_t commonLength(std::string_view text, std::string_view literal) {
 }
 
 /// Goes past a fixed text; false where it does not stand there, or not to its end.
-bool pass(Walk& walk, std::string_view literal) {
-  const std::string_view rest = walk.bytes.substr(walk.reached);
+bool pass(Match& match, std::string_view literal) {
+  const std::string_view rest = match.bytes.substr(match.reached);
   if (rest.starts_with(literal)) {
-    walk.reached += literal.size();
+    match.reached += literal.size();
     return true;
   }
   const std::size_t common = commonLength(rest, literal);
-  walk.reached += common;
-  walk.expected = literal;
-  walk.endIsMissing = common == rest.size();
+  match.reached += common;
+  match.expected = literal;
+  match.endIsMissing = common == rest.size();
   return false;
 }
 
 /// Goes past a value; false where the bytes end before it does.
-bool passValue(Walk& walk, const Slot& slot) {
-  const std::string_view rest = walk.bytes.substr(walk.reached);
+bool passValue(Match& match, const Slot& slot) {
+  const std::string_view rest = match.bytes.substr(match.reached);
   // A quote that is missing must not be found far behind, in another tag.
   const std::size_t length =
       slot.part == Part::attribute ? rest.find_first_of("\"<>") : rest.find('<');
   if (length == std::string_view::npos) {
-    walk.reached = walk.bytes.size();
-    walk.expected = slot.closing;
-    walk.endIsMissing = true;
+    match.reached = match.bytes.size();
+    match.expected = slot.closing;
+    match.endIsMissing = true;
     return false;
   }
-  walk.values[walk.slot] = rest.substr(0, length);
-  walk.reached += length;
-  walk.valueFound = true;
+  match.values[match.slot] = rest.substr(0, length);
+  match.reached += length;
+  match.valueFound = true;
   return true;
 }
 
-bool pass(Walk& walk, const Slot& slot) {
-  walk.valueFound = false;
-  if (!pass(walk, slot.opening)) return false;
-  return slot.part == Part::markup || (passValue(walk, slot) && pass(walk, slot.closing));
+bool pass(Match& match, const Slot& slot) {
+  match.valueFound = false;
+  if (!pass(match, slot.opening)) return false;
+  return slot.part == Part::markup || (passValue(match, slot) && pass(match, slot.closing));
 }
 
 /// The layout whose wrapper the bytes begin with, or at least begin like.
@@ -61,20 +61,20 @@ Layout nearestLayout(std::string_view bytes) {
 
 }  // namespace
 
-std::size_t Walk::offsetOf(std::string_view value) const {
+std::size_t Match::offsetOf(std::string_view value) const {
   return static_cast<std::size_t>(value.data() - bytes.data());
 }
 
-std::size_t Walk::payloadSlot() const {
+std::size_t Match::payloadSlot() const {
   return static_cast<std::size_t>(std::ranges::find(slotsOf(layout), Part::payload, &Slot::part) -
                                   slotsOf(layout).begin());
 }
 
-bool Walk::payloadFound() const {
+bool Match::payloadFound() const {
   return slot > payloadSlot() || (slot == payloadSlot() && valueFound);
 }
 
-std::string_view Walk::content() const {
+std::string_view Match::content() const {
   const std::span<const Slot> slots = slotsOf(layout);
   const std::string_view& checksum = values[checksumSlot];
   const std::size_t begin =
@@ -82,7 +82,7 @@ std::string_view Walk::content() const {
   return bytes.substr(begin, bytes.size() - slots.back().opening.size() - begin);
 }
 
-std::string_view Walk::fieldAt(std::size_t offset) const {
+std::string_view Match::fieldAt(std::size_t offset) const {
   const std::span<const Slot> slots = slotsOf(layout);
   std::size_t end = 0;
   for (std::size_t i = 0; i < slot; ++i) {
@@ -93,16 +93,16 @@ std::string_view Walk::fieldAt(std::size_t offset) const {
   return slot < slots.size() ? slots[slot].name : std::string_view();
 }
 
-Walk walkThrough(std::string_view bytes) {
-  Walk walk;
-  walk.bytes = bytes;
-  walk.layout = nearestLayout(bytes);
-  for (const Slot& slot : slotsOf(walk.layout)) {
-    if (!pass(walk, slot)) return walk;
-    ++walk.slot;
+Match matchOf(std::string_view bytes) {
+  Match match;
+  match.bytes = bytes;
+  match.layout = nearestLayout(bytes);
+  for (const Slot& slot : slotsOf(match.layout)) {
+    if (!pass(match, slot)) return match;
+    ++match.slot;
   }
-  walk.complete = walk.reached == bytes.size();
-  return walk;
+  match.complete = match.reached == bytes.size();
+  return match;
 }
 
 }  // namespace wenlolib::receiver
