@@ -12,10 +12,9 @@
 #include "Watched.h"
 #include "base/EnumTable.h"
 #include "base/Integer.h"
-#include "toolkit/Entries.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/OptionMode.h"
-#include "toolkit/Paths.h"
+#include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

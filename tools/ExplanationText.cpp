@@ -5,7 +5,7 @@
 #include "VisibleText.h"
 #include "base/EnumTable.h"
 #include "base/Integer.h"
-#include "toolkit/OptionMode.h"
+#include "toolkit/Names.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -8,9 +8,9 @@
 #include "platform/posix/PosixPropertyLists.h"
 #include "policy/SupportDecision.h"
 #include "record/Identifier.h"
-#include "toolkit/Entries.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/Paths.h"
+#include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

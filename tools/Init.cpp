@@ -12,8 +12,8 @@
 #include "ToolPlatform.h"
 #include "VisibleText.h"
 #include "record/HeaderValues.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/Paths.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

@@ -2,9 +2,9 @@
 
 #include "ReasonText.h"
 #include "platform/Platform.h"
-#include "toolkit/Entries.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/Paths.h"
+#include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

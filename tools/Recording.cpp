@@ -3,8 +3,8 @@
 #include <cerrno>
 
 #include "platform/Forwarding.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/Paths.h"
 #include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tools {

@@ -5,8 +5,8 @@
 
 #include "ToolPlatform.h"
 #include "platform/posix/PosixPropertyLists.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/Paths.h"
 
 namespace wenlolib::tools {
 namespace {

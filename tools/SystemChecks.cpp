@@ -6,8 +6,8 @@
 #include "base/Integer.h"
 #include "platform/Platform.h"
 #include "record/HeaderValues.h"
-#include "toolkit/Entries.h"
 #include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 #include "wenlolib/plugin.h"
 

@@ -2,10 +2,46 @@
 
 #include <algorithm>
 
-#include "toolkit/Entries.h"
-#include "toolkit/OptionMode.h"
+#include "platform/Platform.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
+
+// --- The facts ---
+
+std::int32_t PlatformFacts::upperOSVersion() {
+  return CommonTooWenlolib::supportUpperOSVersion();
+}
+
+std::int32_t PlatformFacts::osVersion() {
+  return CommonTooWenlolib::systemVersionNum();
+}
+
+std::int32_t PlatformFacts::runningLibraryVersion() {
+  const auto information = platform::current().bundles->ownInformation();
+  return CommonTooWenlolib::convertVersionStrToNum(textEntry(information, shortVersionKey));
+}
+
+std::int32_t PlatformFacts::installedLibraryVersion() {
+  return CommonTooWenlolib::moduleVersionFromBundle();
+}
+
+std::int32_t PlatformFacts::listAnswer(std::int32_t libraryVersion) {
+  return CommonTooWenlolib::getandcompLocalSupportVersion(libraryVersion);
+}
+
+std::optional<Dictionary> PlatformFacts::preferences() {
+  return hostPreferences();
+}
+
+Instant PlatformFacts::now() {
+  return platform::current().clock->now();
+}
+
+// --- The decision ---
+
 namespace {
 
 /// What a decision goes by, and what it has found out on its way.
@@ -70,7 +106,7 @@ bool readsPreferences(Course& course) {
 }
 
 bool isDated(Course& course) {
-  const Value* installed = entry(course.preferences, "InstalledDate");
+  const Value* installed = entry(course.preferences, installedDateKey);
   const Instant* date = installed == nullptr ? nullptr : installed->date();
   if (date != nullptr) course.installed = *date;
   return date != nullptr;
@@ -82,7 +118,7 @@ bool isWithinPeriod(Course& course) {
 }
 
 bool isAgreed(Course& course) {
-  const Value* agreement = entry(course.preferences, "LatestSelectedAgreement");
+  const Value* agreement = entry(course.preferences, agreementKey);
   return agreement != nullptr && agreement->truth().value_or(false);
 }
 

@@ -7,10 +7,8 @@
 #include "base/Integer.h"
 #include "base/Utf8.h"
 #include "platform/Platform.h"
-#include "toolkit/Entries.h"
-#include "toolkit/HostPreferences.h"
 #include "toolkit/Names.h"
-#include "toolkit/OptionMode.h"
+#include "toolkit/Preferences.h"
 #include "toolkit/SystemInformation.h"
 
 namespace wenlolib {
@@ -57,7 +55,7 @@ Text localeSource(std::uint32_t option) {
     case 2:
       return utf8OrNull(platform::current().user->locale());
     case 1:
-      return textEntry(hostPreferences(), "LatestSelectedLanguage");
+      return textEntry(hostPreferences(), languageKey);
     default:
       return std::nullopt;
   }

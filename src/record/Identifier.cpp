@@ -3,10 +3,9 @@
 #include <utility>
 
 #include "platform/Platform.h"
-#include "toolkit/Entries.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/OpenFiles.h"
-#include "toolkit/Paths.h"
+#include "toolkit/Preferences.h"
 
 namespace wenlolib {
 namespace {

@@ -7,7 +7,6 @@
 #include "base/Utf8.h"
 #include "platform/Platform.h"
 #include "policy/SupportDecision.h"
-#include "policy/Task.h"
 #include "record/Document.h"
 #include "record/HeaderValues.h"
 #include "record/Identifier.h"
@@ -254,7 +253,12 @@ bool WENLOLIB::isSupportedPlm(std::uint32_t /*option*/) noexcept {
 std::int32_t WENLOLIB::createTask(const Text& path,
                                   const std::optional<std::vector<std::string>>& args,
                                   std::uint8_t wait) noexcept {
-  return answered(std::int32_t{0}, [&] { return runTask(path, args, wait); });
+  return answered(std::int32_t{0}, [&] {
+    const platform::Platform& platform = platform::current();
+    if (!path || !isUtf8(*path) || !platform.files->isExecutable(*path)) return 0;
+    const auto arguments = args.value_or(std::vector<std::string>());
+    return platform.programs->run(*path, arguments, wait == 1).value_or(0);
+  });
 }
 
 }  // namespace wenlolib

@@ -9,7 +9,6 @@
 #include "toolkit/DateLayouts.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "toolkit/OpenFiles.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {

@@ -1,7 +1,11 @@
-/// Where things lie, for the library's own use. Unlike the operations offered to hosts these let a
-/// failed allocation through: a record must fail for lack of memory, not go astray.
+/// Folders, and the files in them, for the library's own use. Unlike the operations offered to
+/// hosts these let a failed allocation through: a record must fail for lack of memory, not go
+/// astray.
 #ifndef WENLOLIB_TOOLKIT_FOLDERS_H
 #define WENLOLIB_TOOLKIT_FOLDERS_H
+
+#include <string>
+#include <string_view>
 
 #include "wenlolib/Text.h"
 
@@ -19,6 +23,18 @@ inline constexpr char groupContainerIdentifier[] = "K7MW2PL9QD.QX.common";
 [[nodiscard]] Text printerLogFolder();
 [[nodiscard]] Text applicationLogFolder();
 [[nodiscard]] Text configurationFolder();
+
+/// The path of a file in the configuration folder, its name the vendor prefix followed by
+/// `nameAfterPrefix`; null where the folder is not known.
+[[nodiscard]] Text configurationPath(std::string_view nameAfterPrefix);
+
+/// `path` with a leading "~" or "~/" replaced by the user's home folder. Other paths, and all paths
+/// of a user without a home folder, stay as they are.
+[[nodiscard]] Text homeExpanded(Text path);
+
+/// Opens up the file at `path`, as far as the platform does that: after a failed write the older
+/// one, on purpose. Has no say in any answer.
+void openPermissions(const std::string& path) noexcept;
 
 }  // namespace wenlolib
 

@@ -1,4 +1,4 @@
-/// The fixed names of folders, files, bundles and keys that the library shares with its hosts.
+/// The fixed names and numbers that the library shares with its hosts.
 #ifndef WENLOLIB_TOOLKIT_NAMES_H
 #define WENLOLIB_TOOLKIT_NAMES_H
 
@@ -26,6 +26,11 @@ inline constexpr std::string_view bundleVersionKey = "CFBundleVersion";
 /// The types of record.
 inline constexpr std::uint32_t printerLogFileType = 1;
 inline constexpr std::uint32_t applicationFileType = 2;
+
+/// The mode: the low four bits, the only part of the word that is interpreted.
+[[nodiscard]] constexpr std::uint32_t optionMode(std::uint32_t option) noexcept {
+  return option & 15U;
+}
 
 /// Read and write for owner, group and others: every file that the library writes.
 inline constexpr std::uint32_t openFileMode = 0666;

@@ -1,12 +1,11 @@
-#include "toolkit/Paths.h"
+#include "toolkit/Folders.h"
 
 #include <gtest/gtest.h>
 
 #include "base/Path.h"
 #include "support/PlatformTest.h"
-#include "toolkit/Entries.h"
-#include "toolkit/HostPreferences.h"
-#include "toolkit/OptionMode.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "Explanation.h"
 #include "support/PlatformTest.h"
-#include "toolkit/Entries.h"
-#include "toolkit/OptionMode.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
 #include "tools/RandomStates.h"
 
 namespace wenlolib::tests {

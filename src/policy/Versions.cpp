@@ -1,3 +1,4 @@
+// Version numbers as text and as integers, the bundles' versions, and the support version list.
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -5,9 +6,16 @@
 #include "base/Answered.h"
 #include "base/Integer.h"
 #include "base/Utf8.h"
+#include "platform/Platform.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
+
+// --- Numbers ---
+
 namespace {
 
 constexpr std::int32_t bias = 1000;
@@ -82,6 +90,53 @@ Text CommonTooWenlolib::convertBiasVersionStrToVerStr(const Text& text) noexcept
     const std::int32_t first = partOf(*text, 0);
     if (first < bias || first >= bias + 100) return std::nullopt;
     return pair(first - bias, partOf(*text, 1));
+  });
+}
+
+// --- Bundles ---
+
+namespace {
+
+std::int32_t bundleVersionAt(std::string_view path) noexcept {
+  return answered(std::int32_t{-1}, [&] {
+    const auto information = platform::current().bundles->informationAt(std::string(path));
+    return CommonTooWenlolib::convertVersionStrToNum(textEntry(information, bundleVersionKey));
+  });
+}
+
+}  // namespace
+
+std::int32_t CommonTooWenlolib::moduleVersion() noexcept {
+  return bundleVersionAt(hostBundlePath);
+}
+
+std::int32_t CommonTooWenlolib::moduleVersionFromBundle() noexcept {
+  return bundleVersionAt(installedBundlePath);
+}
+
+// --- The list ---
+
+namespace {
+
+/// The highest OS version that the list names for the library version under `key`, or -1.
+std::int32_t listedOSVersion(const std::string& key) {
+  const Text path = configurationPath(supportVersionListFile);
+  if (!path) return -1;
+  const auto list = platform::current().propertyLists->read(*path).dictionary;
+  return CommonTooWenlolib::convertVersionStrToNum(textEntry(list, key));
+}
+
+}  // namespace
+
+std::int32_t CommonTooWenlolib::getandcompLocalSupportVersion(std::int32_t version) noexcept {
+  return answered(std::int32_t{-1}, [&]() -> std::int32_t {
+    const Text text = convertVersionNumToStr(version);
+    const Text key = text ? convertVersionStrToBiasStr(text) : std::nullopt;
+    if (!key) return -1;
+    const std::int32_t highest = listedOSVersion(*key);
+    if (highest == -1) return -1;
+    const std::int32_t running = systemVersionNum();
+    return running != -1 && running <= highest ? 1 : -1;
   });
 }
 

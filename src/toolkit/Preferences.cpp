@@ -1,8 +1,18 @@
-#include "toolkit/Entries.h"
+#include "toolkit/Preferences.h"
 
 #include "base/Utf8.h"
+#include "platform/Platform.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
 
 namespace wenlolib {
+
+std::optional<Dictionary> hostPreferences() {
+  const platform::Platform& platform = platform::current();
+  const Text path = configurationPath(preferenceFile);
+  if (!path || platform.files->kindAt(*path) != platform::Kind::other) return std::nullopt;
+  return platform.propertyLists->read(*path).dictionary;
+}
 
 const Value* entry(const std::optional<Dictionary>& dictionary, std::string_view key) {
   if (!dictionary) return nullptr;
