@@ -25,7 +25,7 @@ Text FoundationCalendar::formatted(Instant date, std::string_view format) {
 #include <new>
 
 #include "objc/Private.h"
-#include "platform/CalendarFormat.h"
+#include "platform/Time.h"
 
 namespace wenlolib::objc {
 namespace {

@@ -8,10 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Bundles.h"
 #include "platform/Files.h"
-#include "platform/Programs.h"
 #include "platform/PropertyLists.h"
+#include "platform/System.h"
 
 namespace wenlolib::platform {
 

@@ -2,15 +2,11 @@
 #ifndef WENLOLIB_PLATFORM_PLATFORM_H
 #define WENLOLIB_PLATFORM_PLATFORM_H
 
-#include "platform/Bundles.h"
 #include "platform/Crypto.h"
 #include "platform/Files.h"
-#include "platform/Programs.h"
 #include "platform/PropertyLists.h"
 #include "platform/System.h"
 #include "platform/Time.h"
-#include "platform/User.h"
-#include "platform/Uuids.h"
 #include "platform/Xml.h"
 
 namespace wenlolib::platform {

@@ -1,4 +1,4 @@
-/// Property-list files whose root is a dictionary.
+/// Property lists, in files and in bundles.
 #ifndef WENLOLIB_PLATFORM_PROPERTYLISTS_H
 #define WENLOLIB_PLATFORM_PROPERTYLISTS_H
 
@@ -13,6 +13,8 @@
 #include "wenlolib/Value.h"
 
 namespace wenlolib::platform {
+
+// --- Files ---
 
 /// What a file turned out to be.
 enum class ListState : std::uint8_t {
@@ -51,6 +53,20 @@ class PropertyLists {
   /// `dictionary` as an XML property list that `read` gives back as it was (dates in whole
   /// seconds). Null when it holds a value that the form cannot carry.
   virtual Text asXml(const Dictionary& dictionary) = 0;
+};
+
+// --- Bundles ---
+
+class Bundles {
+ public:
+  virtual ~Bundles() = default;
+
+  /// The information dictionary of the bundle at `path`, empty where the bundle has none that can
+  /// be read. Nothing when there is no bundle at `path`.
+  virtual std::optional<Dictionary> informationAt(const std::string& path) = 0;
+
+  /// The same for the bundle that this library was loaded from, wherever that is.
+  virtual std::optional<Dictionary> ownInformation() = 0;
 };
 
 }  // namespace wenlolib::platform

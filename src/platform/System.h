@@ -1,11 +1,18 @@
-/// What the library asks of a platform about the system it runs on.
+/// The system, its user, its identifiers and its programs.
 #ifndef WENLOLIB_PLATFORM_SYSTEM_H
 #define WENLOLIB_PLATFORM_SYSTEM_H
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform {
+
+// --- The system ---
 
 /// Four-character codes, the first character in the highest byte.
 enum class Selector : std::uint32_t {
@@ -21,6 +28,55 @@ class System {
 
   /// The answer to one question, or nothing where the platform cannot tell. Any thread may call.
   virtual std::optional<std::int32_t> gestalt(Selector selector) = 0;
+};
+
+// --- The user ---
+
+/// The answer to a lookup of an app-group container. Where the system does not offer the lookup
+/// there is no path either; where it does, the path is null when it finds none.
+struct Container {
+  bool offered = false;
+  Text path;
+};
+
+class User {
+ public:
+  virtual ~User() = default;
+
+  /// The login name, the home folder and the user's Library folder; null where there is none.
+  virtual Text loginName() = 0;
+  virtual Text homeFolder() = 0;
+  virtual Text libraryFolder() = 0;
+
+  virtual Container groupContainer(std::string_view groupIdentifier) = 0;
+
+  /// The user's global locale setting ("AppleLocale"), such as en_US; null where none is set.
+  virtual Text locale() = 0;
+};
+
+// --- Identifiers ---
+
+class Uuids {
+ public:
+  virtual ~Uuids() = default;
+
+  /// A new random identifier (RFC 4122, version 4) in its standard text form, upper case: 36
+  /// characters. Null when the platform has no randomness to give.
+  virtual Text create() = 0;
+};
+
+// --- Programs ---
+
+class Programs {
+ public:
+  virtual ~Programs() = default;
+
+  /// Starts the program at `path` with `arguments` after its name. With `wait` the call ends when
+  /// the program does and answers its exit status (the signal's number where a signal ended it).
+  /// Nothing when it could not be started or is not waited for; it then runs on by itself. What the
+  /// host has arranged for its own children stays as it is.
+  virtual std::optional<std::int32_t> run(const std::string& path,
+                                          const std::vector<std::string>& arguments, bool wait) = 0;
 };
 
 }  // namespace wenlolib::platform

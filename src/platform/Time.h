@@ -1,9 +1,10 @@
-/// The clock, and local time.
+/// The clock, local time, and dates by calendar-format directives.
 #ifndef WENLOLIB_PLATFORM_TIME_H
 #define WENLOLIB_PLATFORM_TIME_H
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "wenlolib/Instant.h"
@@ -43,6 +44,12 @@ class Calendar {
   /// date that the calendar cannot show.
   virtual Text formatted(Instant date, std::string_view format) = 0;
 };
+
+// --- Directives ---
+
+/// `format` with its directives filled in; see `Calendar::formatted`. Anything that is no directive
+/// stands as it is.
+[[nodiscard]] std::string calendarText(const LocalTime& time, std::string_view format);
 
 }  // namespace wenlolib::platform
 

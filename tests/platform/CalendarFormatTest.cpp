@@ -1,4 +1,4 @@
-#include "platform/CalendarFormat.h"
+#include "platform/Time.h"
 
 #include <gtest/gtest.h>
 

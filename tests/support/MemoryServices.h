@@ -9,8 +9,7 @@
 #include <vector>
 
 #include "platform/Crypto.h"
-#include "platform/Programs.h"
-#include "platform/Uuids.h"
+#include "platform/System.h"
 #include "platform/Xml.h"
 #include "support/Recorder.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Bundles.h"
-#include "platform/User.h"
+#include "platform/PropertyLists.h"
+#include "platform/System.h"
 #include "support/Recorder.h"
 
 namespace wenlolib::tests {

@@ -11,7 +11,7 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
 #include "platform/posix/ProgramStart.h"
 #include "platform/posix/StandardDescriptors.h"
 

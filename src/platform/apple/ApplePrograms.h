@@ -2,7 +2,7 @@
 #ifndef WENLOLIB_PLATFORM_APPLE_APPLEPROGRAMS_H
 #define WENLOLIB_PLATFORM_APPLE_APPLEPROGRAMS_H
 
-#include "platform/Programs.h"
+#include "platform/System.h"
 #include "platform/posix/Root.h"
 
 namespace wenlolib::platform::apple {

@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <string>
 
-#include "platform/apple/Offered.h"
+#include "platform/apple/Objects.h"
 #include "platform/posix/StandardDescriptors.h"
 
 namespace wenlolib::platform::apple {

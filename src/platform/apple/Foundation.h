@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "platform/User.h"
+#include "platform/System.h"
 #include "wenlolib/Instant.h"
 
 namespace wenlolib::platform::apple::foundation {

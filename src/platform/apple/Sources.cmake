@@ -1,6 +1,6 @@
 # The sources of the macOS port, for the product and for the tests that drive it on stub services.
 set(platform_folder ${CMAKE_CURRENT_LIST_DIR}/..)
-set(apple_posix_sources AtomicFile BoundedRead PosixBundles PosixFiles PosixPropertyLists Random
+set(apple_posix_sources AtomicFile BoundedRead PosixFiles PosixPropertyLists Random
   SystemCalls)
 list(TRANSFORM apple_posix_sources PREPEND ${platform_folder}/posix/)
 list(TRANSFORM apple_posix_sources APPEND .cpp)

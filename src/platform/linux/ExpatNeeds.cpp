@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
 
 extern "C" char* wenlolib_noEnvironment(const char* /*name*/) {
   return nullptr;

@@ -2,7 +2,7 @@
 #ifndef WENLOLIB_PLATFORM_LINUX_LINUXPROGRAMS_H
 #define WENLOLIB_PLATFORM_LINUX_LINUXPROGRAMS_H
 
-#include "platform/Programs.h"
+#include "platform/System.h"
 #include "platform/posix/Root.h"
 
 namespace wenlolib::platform::gnulinux {

@@ -1,4 +1,4 @@
-/// OS version and architecture on Linux.
+/// The system on Linux: the version of its kernel, and its random identifiers.
 #ifndef WENLOLIB_PLATFORM_LINUX_LINUXSYSTEM_H
 #define WENLOLIB_PLATFORM_LINUX_LINUXSYSTEM_H
 
@@ -9,6 +9,8 @@
 #include "platform/System.h"
 
 namespace wenlolib::platform::gnulinux {
+
+// --- The system ---
 
 struct KernelVersion {
   std::int32_t major = 0;
@@ -27,6 +29,13 @@ struct KernelVersion {
 class LinuxSystem : public System {
  public:
   std::optional<std::int32_t> gestalt(Selector selector) override;
+};
+
+// --- Identifiers ---
+
+class LinuxUuids : public Uuids {
+ public:
+  Text create() override;
 };
 
 }  // namespace wenlolib::platform::gnulinux

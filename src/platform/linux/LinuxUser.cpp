@@ -14,7 +14,6 @@
 #include "base/Path.h"
 #include "base/Utf8.h"
 #include "platform/posix/BoundedRead.h"
-#include "platform/posix/CancellationHold.h"
 #include "platform/posix/Errors.h"
 
 namespace wenlolib::platform::gnulinux {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/User.h"
+#include "platform/System.h"
 
 namespace wenlolib::platform::gnulinux {
 

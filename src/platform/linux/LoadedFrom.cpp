@@ -9,7 +9,7 @@
 
 #include "base/Integer.h"
 #include "platform/posix/BoundedRead.h"
-#include "platform/posix/CancellationHold.h"
+#include "platform/posix/Errors.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {

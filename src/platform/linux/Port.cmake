@@ -4,7 +4,6 @@ include(linux/BuiltIn.cmake)
 add_library(wenlolib_port OBJECT
   posix/AtomicFile.cpp
   posix/BoundedRead.cpp
-  posix/PosixBundles.cpp
   posix/PosixFiles.cpp
   posix/PosixPropertyLists.cpp
   posix/PosixTime.cpp
@@ -16,7 +15,6 @@ add_library(wenlolib_port OBJECT
   linux/LinuxPrograms.cpp
   linux/LinuxSystem.cpp
   linux/LinuxUser.cpp
-  linux/LinuxUuids.cpp
   linux/LoadedFrom.cpp
   linux/MbedCrypto.cpp
 )

@@ -1,12 +1,17 @@
-/// What a failed system call says.
+/// How system calls are made here: what their errors say, and what happens when the thread is
+/// cancelled.
 #ifndef WENLOLIB_PLATFORM_POSIX_ERRORS_H
 #define WENLOLIB_PLATFORM_POSIX_ERRORS_H
+
+#include <pthread.h>
 
 #include <cerrno>
 
 #include "platform/Reason.h"
 
 namespace wenlolib::platform::posix {
+
+// --- Errors ---
 
 /// Repeats a call for as long as a signal interrupts it.
 template <class Call>
@@ -39,6 +44,22 @@ auto uninterrupted(Call call) {
 inline void throwUnlessAnswer(Step step, int error) {
   if (!isAnswer(error)) throw NoAnswer({step, error});
 }
+
+// --- Cancellation ---
+
+/// A host may cancel the thread that records. Most system calls are cancellation points, and the
+/// forced unwinding that starts there would end the host's process at the library's edge: within
+/// the scope of this object the request waits.
+class CancellationHold {
+ public:
+  CancellationHold() noexcept { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous_); }
+  ~CancellationHold() { pthread_setcancelstate(previous_, nullptr); }
+  CancellationHold(const CancellationHold&) = delete;
+  CancellationHold& operator=(const CancellationHold&) = delete;
+
+ private:
+  int previous_ = PTHREAD_CANCEL_ENABLE;
+};
 
 }  // namespace wenlolib::platform::posix
 

@@ -9,7 +9,6 @@
 
 #include "base/Integer.h"
 #include "platform/posix/AtomicFile.h"
-#include "platform/posix/CancellationHold.h"
 #include "platform/posix/Errors.h"
 #include "platform/posix/StandardDescriptors.h"
 

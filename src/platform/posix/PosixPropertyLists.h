@@ -1,13 +1,17 @@
-/// Property-list files, on any system.
+/// Property lists in files and in bundles, read by the library's own code.
 #ifndef WENLOLIB_PLATFORM_POSIX_POSIXPROPERTYLISTS_H
 #define WENLOLIB_PLATFORM_POSIX_POSIXPROPERTYLISTS_H
 
 #include <string>
+#include <string_view>
 
 #include "platform/PropertyLists.h"
 #include "platform/posix/Root.h"
+#include "wenlolib/Text.h"
 
 namespace wenlolib::platform::posix {
+
+// --- Files ---
 
 /// Reads the file at `path`, which is the system's own path.
 [[nodiscard]] ListReading readList(const std::string& path);
@@ -22,6 +26,33 @@ class PosixPropertyLists : public PropertyLists {
 
  private:
   const Root& root_;
+};
+
+// --- Bundles ---
+
+/// Where a bundle keeps its code on one system, and where the code lies that this library runs.
+struct BundleCode {
+  std::string_view folder;  // such as "/Contents/MacOS"
+  /// The path by which the object was loaded that this code is part of; null where none is known.
+  Text (*loadedFrom)();
+};
+
+/// The bundle around an object that lies in its folder for code, or is a link that leads to such a
+/// one; null for an object that lies elsewhere.
+[[nodiscard]] Text bundleAround(const std::string& object, std::string_view codeFolder);
+
+class PosixBundles : public Bundles {
+ public:
+  /// `root` must outlive this object.
+  PosixBundles(const Root& root, BundleCode code) : root_(root), code_(code) {}
+
+  std::optional<Dictionary> informationAt(const std::string& path) override;
+  /// Read from where the library was loaded, whatever the root.
+  std::optional<Dictionary> ownInformation() override;
+
+ private:
+  const Root& root_;
+  BundleCode code_;
 };
 
 }  // namespace wenlolib::platform::posix

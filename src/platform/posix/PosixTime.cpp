@@ -8,9 +8,8 @@
 #include <new>
 #include <string>
 
-#include "platform/CalendarFormat.h"
+#include "platform/Time.h"
 #include "platform/posix/BoundedRead.h"
-#include "platform/posix/CancellationHold.h"
 #include "platform/posix/Errors.h"
 
 // The first use of local time

@@ -1,5 +1,5 @@
 #include "apple_stubs/bodies/Stubs.h"
-#include "platform/CalendarFormat.h"
+#include "platform/Time.h"
 #include "platform/apple/Foundation.h"
 #include "platform/posix/PosixTime.h"
 #include "xml/WellFormed.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/User.h"
+#include "platform/System.h"
 #include "wenlolib/Text.h"
 
 namespace wenlolib::tests::stubs {

@@ -1,4 +1,4 @@
-#include "platform/apple/AppleCalendar.h"
+#include "platform/apple/AppleServices.h"
 
 #include <limits>
 

@@ -1,6 +1,5 @@
-#include "platform/apple/AppleClock.h"
-#include "platform/apple/AppleDigest.h"
-#include "platform/apple/AppleUuids.h"
+#include "platform/apple/AppleCrypto.h"
+#include "platform/apple/AppleServices.h"
 #include "platform/apple/StubTest.h"
 
 namespace wenlolib::tests {

@@ -1,4 +1,4 @@
-#include "platform/apple/AppleSystem.h"
+#include "platform/apple/AppleServices.h"
 
 #include "platform/Platform.h"
 #include "platform/apple/StubTest.h"

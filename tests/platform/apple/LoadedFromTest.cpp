@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "platform/posix/Child.h"
-#include "platform/posix/PosixBundles.h"
+#include "platform/posix/PosixPropertyLists.h"
 #include "platform/posix/TemporaryFolder.h"
 
 namespace wenlolib::tests {

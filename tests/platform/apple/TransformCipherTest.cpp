@@ -1,4 +1,4 @@
-#include "platform/apple/TransformCipher.h"
+#include "platform/apple/AppleCrypto.h"
 
 #include <algorithm>
 #include <vector>

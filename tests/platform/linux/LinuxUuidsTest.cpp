@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxUuids.h"
+#include "platform/linux/LinuxSystem.h"
 
 #include <gtest/gtest.h>
 

@@ -6,13 +6,12 @@
 #include <filesystem>
 
 #include "platform/linux/LinuxSystem.h"
-#include "platform/linux/LinuxUuids.h"
 #include "platform/linux/LoadedFrom.h"
 #include "platform/posix/BoundedRead.h"
 #include "platform/posix/BrokenCalls.h"
 #include "platform/posix/Child.h"
-#include "platform/posix/PosixBundles.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/PosixPropertyLists.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "xml/Parser.h"
 

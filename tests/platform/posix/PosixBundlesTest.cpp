@@ -1,4 +1,4 @@
-#include "platform/posix/PosixBundles.h"
+#include "platform/posix/PosixPropertyLists.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

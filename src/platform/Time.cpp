@@ -1,8 +1,11 @@
-#include "platform/CalendarFormat.h"
+#include "platform/Time.h"
 
 #include "base/Integer.h"
 
 namespace wenlolib::platform {
+
+// --- Directives ---
+
 namespace {
 
 std::string zoneText(std::int64_t seconds) {

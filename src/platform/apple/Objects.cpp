@@ -1,6 +1,8 @@
-#include "platform/apple/Strings.h"
+#include "platform/apple/Objects.h"
 
 namespace wenlolib::platform::apple {
+
+// --- Strings and bytes ---
 
 Text textOf(CFStringRef string) {
   if (string == nullptr) return std::nullopt;

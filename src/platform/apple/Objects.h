@@ -1,12 +1,18 @@
-/// Ownership of Core Foundation objects.
-#ifndef WENLOLIB_PLATFORM_APPLE_OWNED_H
-#define WENLOLIB_PLATFORM_APPLE_OWNED_H
+/// Core Foundation's objects: ownership, strings and bytes, and calls that not every system has.
+#ifndef WENLOLIB_PLATFORM_APPLE_OBJECTS_H
+#define WENLOLIB_PLATFORM_APPLE_OBJECTS_H
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <dlfcn.h>
 
 #include <utility>
 
+#include "platform/Crypto.h"
+#include "wenlolib/Text.h"
+
 namespace wenlolib::platform::apple {
+
+// --- Ownership ---
 
 /// One reference to an object that a call with "Create" or "Copy" in its name has handed out, given
 /// back at the end of the scope. May be null.
@@ -38,6 +44,26 @@ template <class Reference>
 [[nodiscard]] Reference as(CFTypeID type, CFTypeRef object) noexcept {
   const bool matches = object != nullptr && CFGetTypeID(object) == type;
   return matches ? static_cast<Reference>(object) : nullptr;
+}
+
+// --- Strings and bytes ---
+
+/// Null for the null string, and for one that no UTF-8 can carry (half of a surrogate pair).
+[[nodiscard]] Text textOf(CFStringRef string);
+
+/// A copy of the bytes as a data object; null where memory is short.
+[[nodiscard]] Owned<CFDataRef> dataFrom(Bytes bytes) noexcept;
+
+/// The bytes of a data object, good for as long as the object.
+[[nodiscard]] Bytes bytesOf(CFDataRef data) noexcept;
+
+// --- Calls that not every system has ---
+
+/// Whether the running system has the function `name`. The frameworks whose calls are out of date
+/// are linked weakly: the library loads without them, but a call that is gone must not be made. The
+/// name is looked up because a compiler may take the address of a function for never null.
+[[nodiscard]] inline bool isOffered(const char* name) noexcept {
+  return ::dlsym(RTLD_DEFAULT, name) != nullptr;
 }
 
 }  // namespace wenlolib::platform::apple

@@ -1,13 +1,26 @@
-#include "platform/apple/AppleCalendar.h"
+#include "platform/apple/AppleServices.h"
+
+#include <CoreServices/CoreServices.h>
 
 #include <cmath>
 #include <new>
 
-#include "platform/CalendarFormat.h"
+#include "platform/Time.h"
 #include "platform/apple/Foundation.h"
-#include "platform/apple/Owned.h"
+#include "platform/apple/Objects.h"
 
 namespace wenlolib::platform::apple {
+
+// --- The system ---
+
+std::optional<std::int32_t> AppleSystem::gestalt(Selector selector) {
+  if (!isOffered("Gestalt")) return std::nullopt;
+  SInt32 answer = 0;
+  if (Gestalt(static_cast<OSType>(selector), &answer) != noErr) return std::nullopt;
+  return answer;
+}
+
+// --- Local time ---
 
 std::optional<LocalTime> AppleCalendar::localTime(Instant date) {
   constexpr double limit = 8e12;  // the calendar counts milliseconds, and years in 32 bits
@@ -34,6 +47,40 @@ Text AppleCalendar::formatted(Instant date, std::string_view format) {
   if (Text text = foundation::calendarFormatted(date, format)) return text;
   const auto time = localTime(date);
   return time ? Text(calendarText(*time, format)) : std::nullopt;
+}
+
+// --- The user ---
+
+Text AppleUser::loginName() {
+  return foundation::userName();
+}
+
+Text AppleUser::homeFolder() {
+  return foundation::homeFolder();
+}
+
+Text AppleUser::libraryFolder() {
+  return foundation::libraryFolder();
+}
+
+Container AppleUser::groupContainer(std::string_view groupIdentifier) {
+  return foundation::groupContainer(groupIdentifier);
+}
+
+Text AppleUser::locale() {
+  // The search goes on from the application's own domain to the global one.
+  const Owned<CFPropertyListRef> setting(
+      CFPreferencesCopyAppValue(CFSTR("AppleLocale"), kCFPreferencesCurrentApplication));
+  return textOf(as<CFStringRef>(CFStringGetTypeID(), setting.get()));
+}
+
+// --- Identifiers ---
+
+Text AppleUuids::create() {
+  const Owned<CFUUIDRef> uuid(CFUUIDCreate(nullptr));
+  if (!uuid) return std::nullopt;
+  const Owned<CFStringRef> text(CFUUIDCreateString(nullptr, uuid.get()));
+  return textOf(text.get());
 }
 
 }  // namespace wenlolib::platform::apple

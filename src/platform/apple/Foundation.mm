@@ -1,0 +1,114 @@
+#import <Foundation/Foundation.h>
+
+#include "platform/apple/Foundation.h"
+#include "platform/posix/Errors.h"
+
+// Out of date since 10.10, and missing from some headers. It is sent only after asking.
+@interface NSDate (WENLOLIBCalendarFormat)
+- (NSString*)descriptionWithCalendarFormat:(NSString*)format
+                                  timeZone:(NSTimeZone*)zone
+                                    locale:(id)locale;
+@end
+
+// Declared for systems, and for other Foundations, whose headers lack it. It is sent only after
+// asking.
+@interface NSFileManager (WENLOLIBGroupContainer)
+- (NSURL*)containerURLForSecurityApplicationGroupIdentifier:(NSString*)groupIdentifier;
+@end
+
+namespace wenlolib::platform::apple::foundation {
+
+// --- Strings, and the pool that their makers need ---
+
+namespace {
+
+/// Releases at the end of the scope what Foundation hands out inside it. The host's thread may have
+/// no pool of its own.
+class Pool {
+ public:
+  Pool() : pool_([[NSAutoreleasePool alloc] init]) {}
+  ~Pool() { [pool_ drain]; }
+  Pool(const Pool&) = delete;
+  Pool& operator=(const Pool&) = delete;
+
+ private:
+  NSAutoreleasePool* pool_;
+};
+
+Text textOf(NSData* data) {
+  if (data == nil) return std::nullopt;
+  return std::string(static_cast<const char*>([data bytes]), [data length]);
+}
+
+/// Null for the null string, and for one that no UTF-8 can carry.
+Text textOf(NSString* string) {
+  return textOf([string dataUsingEncoding:NSUTF8StringEncoding]);
+}
+
+/// In the current pool; nil where the text is no UTF-8.
+NSString* stringFrom(std::string_view text) {
+  return [[[NSString alloc] initWithBytes:text.data()
+                                   length:text.size()
+                                 encoding:NSUTF8StringEncoding] autorelease];
+}
+
+}  // namespace
+
+// --- Folders ---
+
+Text userName() {
+  const Pool pool;
+  return textOf(NSUserName());
+}
+
+Text homeFolder() {
+  const Pool pool;
+  return textOf(NSHomeDirectory());
+}
+
+Text libraryFolder() {
+  const Pool pool;
+  NSArray* folders = NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
+  if ([folders count] == 0) return std::nullopt;
+  return textOf(static_cast<NSString*>([folders objectAtIndex:0]));
+}
+
+Container groupContainer(std::string_view groupIdentifier) {
+  const Pool pool;
+  NSFileManager* manager = [NSFileManager defaultManager];
+  const SEL lookup = @selector(containerURLForSecurityApplicationGroupIdentifier:);
+  if (![manager respondsToSelector:lookup]) return {};
+  NSURL* container =
+      [manager containerURLForSecurityApplicationGroupIdentifier:stringFrom(groupIdentifier)];
+  return {true, textOf([container path])};
+}
+
+// --- Dates ---
+
+Text calendarFormatted(Instant date, std::string_view format) {
+  const Pool pool;
+  NSDate* moment = [NSDate dateWithTimeIntervalSince1970:date.time_since_epoch().count()];
+  const SEL describe = @selector(descriptionWithCalendarFormat:timeZone:locale:);
+  if (![moment respondsToSelector:describe]) return std::nullopt;
+  NSDictionary* locale = [[NSUserDefaults standardUserDefaults] dictionaryRepresentation];
+  return textOf([moment descriptionWithCalendarFormat:stringFrom(format)
+                                             timeZone:nil
+                                               locale:locale]);
+}
+
+// --- XML ---
+
+Text tidied(std::string_view document) {
+  constexpr NSUInteger tidyXml = 1 << 10;
+  const posix::CancellationHold hold;
+  const Pool pool;
+  NSString* text = stringFrom(document);
+  if ([text length] == 0) return std::nullopt;  // nil makes the parser raise an exception
+  // The pool's, so that it goes too where there is no memory for the answer.
+  NSXMLDocument* parsed = [[[NSXMLDocument alloc] initWithXMLString:text
+                                                            options:tidyXml
+                                                              error:nullptr] autorelease];
+  return textOf([parsed XMLData]);
+}
+
+}  // namespace wenlolib::platform::apple::foundation
