@@ -32,40 +32,20 @@ struct Answer {
   std::int32_t status = 0;
 };
 
-class Pipe {
- public:
-  Pipe() {
-    if (!posix::pipeAboveStandard(ends_, ::pipe)) return;
-    for (const int end : ends_) static_cast<void>(::fcntl(end, F_SETFD, FD_CLOEXEC));
-  }
-  ~Pipe() {
-    closeEnd(ends_[0]);
-    closeEnd(ends_[1]);
-  }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
+int makePipe(int* ends) {
+  if (::pipe(ends) != 0) return -1;
+  for (int end = 0; end < 2; ++end) static_cast<void>(::fcntl(ends[end], F_SETFD, FD_CLOEXEC));
+  return 0;
+}
 
-  [[nodiscard]] bool valid() const { return ends_[0] >= 0 && ends_[1] >= 0; }
-  [[nodiscard]] int writingEnd() const { return ends_[1]; }
-
-  /// Closes the writing end first: a go-between that was killed tells nothing more.
-  Answer read() {
-    closeEnd(ends_[1]);
-    Answer answer;
-    ssize_t count = 0;
-    do {
-      count = ::read(ends_[0], &answer, sizeof answer);
-    } while (count < 0 && errno == EINTR);
-    return count == ssize_t{sizeof answer} ? answer : Answer();
-  }
-
- private:
-  static void closeEnd(int& end) {
-    if (end >= 0) static_cast<void>(::close(end));
-    end = -1;
-  }
-  std::array<int, 2> ends_{-1, -1};
-};
+/// The writing end goes first: a go-between that was killed tells nothing more.
+Answer answerFrom(posix::Pipe& pipe) {
+  pipe.closeWritingEnd();
+  Answer answer;
+  const ssize_t count =
+      posix::uninterrupted([&] { return ::read(pipe.readingEnd(), &answer, sizeof answer); });
+  return count == ssize_t{sizeof answer} ? answer : Answer();
+}
 
 /// Made before the fork: these calls may need memory, and the copy of a process with threads has
 /// none to give.
@@ -140,7 +120,7 @@ std::optional<std::int32_t> ApplePrograms::run(const std::string& path,
   const Text real = root_.below(path);
   if (!real || !posix::canBePassed(arguments)) return std::nullopt;
   const std::vector<char*> vector = posix::argumentVector(path, arguments);
-  Pipe pipe;
+  posix::Pipe pipe(makePipe);
   if (!pipe.valid()) return std::nullopt;
   pid_t child = -1;
   {
@@ -153,7 +133,7 @@ std::optional<std::int32_t> ApplePrograms::run(const std::string& path,
     }
   }
   if (child < 0) return std::nullopt;
-  const Answer answer = pipe.read();
+  const Answer answer = answerFrom(pipe);
   reap(child);
   return answer.ended ? std::optional(answer.status) : std::nullopt;
 }

@@ -25,28 +25,9 @@
 namespace wenlolib::platform::gnulinux {
 namespace {
 
-/// Both ends of a pipe that no started program inherits.
-class Pipe {
- public:
-  Pipe() {
-    const auto make = [](int* ends) { return pipe2(ends, O_CLOEXEC | O_NONBLOCK); };
-    static_cast<void>(posix::pipeAboveStandard(ends_, make));
-  }
-  ~Pipe() {
-    for (const int end : ends_) {
-      if (end >= 0) static_cast<void>(::close(end));
-    }
-  }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-
-  [[nodiscard]] bool valid() const { return ends_[0] >= 0 && ends_[1] >= 0; }
-  [[nodiscard]] int readingEnd() const { return ends_[0]; }
-  [[nodiscard]] int writingEnd() const { return ends_[1]; }
-
- private:
-  std::array<int, 2> ends_{-1, -1};
-};
+int makePipe(int* ends) {
+  return pipe2(ends, O_CLOEXEC | O_NONBLOCK);
+}
 
 /// While the go-between waits it must not keep alive what the host closes: all of its descriptors
 /// but the one for the answer go. A kernel that cannot do that leaves them open until the program
@@ -102,7 +83,7 @@ std::optional<std::int32_t> LinuxPrograms::run(const std::string& path,
   const Text real = root_.below(path);
   if (!real || !posix::canBePassed(arguments)) return std::nullopt;
   const std::vector<char*> vector = posix::argumentVector(path, arguments);
-  Pipe pipe;
+  const posix::Pipe pipe(makePipe);
   if (!pipe.valid()) return std::nullopt;
   pid_t child = -1;
   {

@@ -24,30 +24,6 @@ constexpr std::string_view unfinishedSuffix = ".tmp";
 constexpr std::size_t longestName = 255;
 constexpr time_t claimSeconds = 60;
 
-class Descriptor {
- public:
-  Descriptor(SystemCalls& calls, int number) : calls_(calls), number_(number) {}
-  ~Descriptor() { static_cast<void>(close()); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  [[nodiscard]] bool valid() const { return number_ >= 0; }
-  [[nodiscard]] int number() const { return number_; }
-
-  /// False when the system reports that what was written may be lost. An interrupted close has
-  /// closed all the same, and must not be repeated: the number may be somebody else's by then.
-  [[nodiscard]] bool close() {
-    if (!valid()) return true;
-    const int result = calls_.close(number_);
-    number_ = -1;
-    return result == 0 || errno == EINTR;
-  }
-
- private:
-  SystemCalls& calls_;
-  int number_;
-};
-
 /// An unfinished file; gone again when the scope ends, unless it has taken its name by then.
 struct Unfinished {
   SystemCalls& calls;

@@ -12,6 +12,7 @@
 
 #include "platform/posix/Errors.h"
 #include "platform/posix/StandardDescriptors.h"
+#include "platform/posix/SystemCalls.h"
 
 namespace wenlolib::platform::posix {
 namespace {
@@ -38,43 +39,26 @@ bool isSpecial(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-class OpenFile {
- public:
-  explicit OpenFile(const std::string& path) : number_(aboveStandard(openPatiently(path.c_str()))) {
-    if (number_ >= 0) return;
-    error_ = errno;
-    if (isAnswer(error_)) return;
-    if (!isSpecial(path)) throw NoAnswer({Step::openFile, error_});
-    error_ = 0;
-  }
-  ~OpenFile() { static_cast<void>(closed()); }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  [[nodiscard]] int number() const { return number_; }
-  /// Why it is not open.
-  [[nodiscard]] int error() const { return error_; }
-
-  /// Throws where the system could not even do that.
-  void close() {
-    if (!closed()) throwUnlessAnswer(Step::readFile, errno);
-  }
-
- private:
-  bool closed() {
-    return number_ < 0 || ::close(std::exchange(number_, -1)) == 0 || errno == EINTR;
-  }
-
-  int number_;
-  int error_ = 0;
+struct Opened {
+  int number;
+  int error = 0;  // why it is not open
 };
+
+Opened openFile(const std::string& path) {
+  const int number = aboveStandard(openPatiently(path.c_str()));
+  if (number >= 0) return {number};
+  const int error = errno;
+  if (isAnswer(error)) return {number, error};
+  if (!isSpecial(path)) throw NoAnswer({Step::openFile, error});
+  return {number};
+}
 
 struct Size {
   std::optional<std::size_t> bytes;  // of a regular file
   Reason reason;
 };
 
-Size sizeOf(const OpenFile& file, std::size_t bound) {
-  if (file.number() < 0) return {{}, {Step::openFile, file.error()}};
+Size sizeOf(const Descriptor& file, std::size_t bound) {
   struct stat status {};
   if (uninterrupted([&] { return ::fstat(file.number(), &status); }) != 0) {
     throwUnlessAnswer(Step::readFile, errno);
@@ -98,7 +82,10 @@ ssize_t readAt(int file, std::size_t place, char* bytes, std::size_t length) {
 }  // namespace
 
 WholeFile readWhole(const std::string& path, std::size_t bound) {
-  OpenFile file(path);
+  const Opened opened = openFile(path);
+  if (opened.number < 0) return {{}, {Step::openFile, opened.error}};
+  SystemCalls calls;
+  Descriptor file(calls, opened.number);
   const Size size = sizeOf(file, bound);
   if (!size.bytes) return {{}, size.reason};
   // Room for more than the file holds, so that a read of its very size tells its end. One that has
@@ -118,7 +105,7 @@ WholeFile readWhole(const std::string& path, std::size_t bound) {
     if (length == bytes.size()) bytes.resize(std::min(2 * length, bound + 1));
   }
   bytes.resize(length);
-  file.close();
+  if (!file.close()) throwUnlessAnswer(Step::readFile, errno);
   return {std::move(bytes), {}};
 }
 

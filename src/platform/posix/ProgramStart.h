@@ -5,9 +5,15 @@
 #include <signal.h>
 #include <sys/wait.h>
 
+#include <unistd.h>
+
+#include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "platform/posix/StandardDescriptors.h"
 
 namespace wenlolib::platform::posix {
 
@@ -27,6 +33,33 @@ class SignalHold {
 
  private:
   sigset_t previous_{};
+};
+
+/// Both ends of a pipe that no started program inherits.
+class Pipe {
+ public:
+  /// `make` is handed the place for both ends, and answers 0 for success.
+  template <class Make>
+  explicit Pipe(const Make& make) {
+    static_cast<void>(pipeAboveStandard(ends_, make));
+  }
+  ~Pipe() {
+    for (const int end : ends_) close(end);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  [[nodiscard]] bool valid() const { return ends_[0] >= 0 && ends_[1] >= 0; }
+  [[nodiscard]] int readingEnd() const { return ends_[0]; }
+  [[nodiscard]] int writingEnd() const { return ends_[1]; }
+  void closeWritingEnd() { close(std::exchange(ends_[1], -1)); }
+
+ private:
+  static void close(int end) {
+    if (end >= 0) static_cast<void>(::close(end));
+  }
+
+  std::array<int, 2> ends_{-1, -1};
 };
 
 /// The exit status, or the number of the signal that ended the program.

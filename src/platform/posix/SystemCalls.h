@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 
@@ -33,6 +34,31 @@ class SystemCalls {
   virtual int link(int folder, const char* from, const char* to);
   virtual int remove(int folder, const char* name);
   virtual int status(int folder, const char* name, Links links, struct stat& status);
+};
+
+/// One of them, closed at the end of the scope.
+class Descriptor {
+ public:
+  Descriptor(SystemCalls& calls, int number) : calls_(calls), number_(number) {}
+  ~Descriptor() { static_cast<void>(close()); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  [[nodiscard]] bool valid() const { return number_ >= 0; }
+  [[nodiscard]] int number() const { return number_; }
+
+  /// False when the system reports that what was written may be lost. An interrupted close has
+  /// closed all the same, and must not be repeated: the number may be somebody else's by then.
+  [[nodiscard]] bool close() {
+    if (!valid()) return true;
+    const int result = calls_.close(number_);
+    number_ = -1;
+    return result == 0 || errno == EINTR;
+  }
+
+ private:
+  SystemCalls& calls_;
+  int number_;
 };
 
 }  // namespace wenlolib::platform::posix
