@@ -20,40 +20,25 @@ std::optional<LocalTime> localTime(platform::Calendar& calendar, Instant date) {
   return calendar.localTime(date);
 }
 
-std::string dateText(const LocalTime& time, const char* separator) {
-  return decimal(time.year, 4) + separator + decimal(time.month, 2) + separator +
-         decimal(time.day, 2);
-}
-
-std::string clockText(const LocalTime& time) {
-  return decimal(time.hour, 2) + ":" + decimal(time.minute, 2) + ":" + decimal(time.second, 2);
-}
-
-std::string offsetText(std::int64_t seconds) {
-  const char* sign = seconds >= 0 ? "+" : "-";
-  if (seconds < 0) seconds = -seconds;
-  return sign + decimal(seconds / 3600, 2) + ":" + decimal(seconds % 3600 / 60, 2);
-}
-
 }  // namespace
 
 Text shortDate(platform::Calendar& calendar, Instant date, bool withDay) {
   const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
-  const std::string yearMonth = decimal(time->year - 2000, 2) + decimal(time->month, 2);
-  return withDay ? yearMonth + decimal(time->day, 2) : yearMonth;
+  return decimal(time->year - 2000, 2) + calendarText(*time, withDay ? "%m%d" : "%m");
 }
 
 Text zonedDate(platform::Calendar& calendar, Instant date) {
   const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
-  return dateText(*time, "-") + "T" + clockText(*time) + offsetText(time->secondsFromGMT);
+  std::string text = calendarText(*time, "%Y-%m-%dT%H:%M:%S%z");
+  return text.insert(text.size() - 2, ":");
 }
 
 Text slashedDate(platform::Calendar& calendar, Instant date) {
   const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
-  return dateText(*time, "/") + " " + clockText(*time);
+  return calendarText(*time, "%Y/%m/%d %H:%M:%S");
 }
 
 Text CommonTooWenlolib::calendarFormatString(Instant date, std::uint8_t isNeedDay) noexcept {
