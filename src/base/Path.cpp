@@ -4,7 +4,7 @@
 
 namespace wenlolib {
 
-Text joined(Text base, std::string_view part) {
+Text join(Text base, std::string_view part) {
   if (!base) return std::nullopt;
   if (base->empty()) return std::string(part);
   while (base->ends_with('/')) base->pop_back();

@@ -10,7 +10,7 @@ namespace wenlolib {
 
 /// `base` and `part` with exactly one "/" between them; `part` where `base` is empty, which would
 /// else become the root folder; null where `base` is.
-[[nodiscard]] Text joined(Text base, std::string_view part);
+[[nodiscard]] Text join(Text base, std::string_view part);
 
 }  // namespace wenlolib
 

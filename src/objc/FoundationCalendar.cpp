@@ -36,7 +36,7 @@ using namespace std::chrono;
 /// The 400 years after which the Gregorian calendar repeats itself.
 using Cycles = duration<std::int64_t, std::ratio_multiply<days::period, std::ratio<146097>>>;
 
-LocalTime shown(sys_time<seconds> local, std::int32_t secondsFromGMT) {
+LocalTime fieldsOf(sys_time<seconds> local, std::int32_t secondsFromGMT) {
   // The standard's years end at 32767: it shows the date in the first cycle after 1970.
   const auto cycles = floor<Cycles>(local.time_since_epoch());
   const auto day = floor<days>(local - cycles);
@@ -65,7 +65,7 @@ std::optional<LocalTime> FoundationCalendar::localTime(Instant date) {
     _last = now;
   }
   const seconds local(static_cast<std::int64_t>(whole) + _last->offset);
-  return shown(sys_time<seconds>(local), _last->offset);
+  return fieldsOf(sys_time<seconds>(local), _last->offset);
 }
 
 Text FoundationCalendar::formatted(Instant date, std::string_view format) {

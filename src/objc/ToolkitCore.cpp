@@ -16,7 +16,7 @@ using objc::textIn;
 
 /// A date in Foundation's calendar, in the layout that `work` makes; nothing where there is none.
 template <class Work>
-Plain shown(const Plain& date, Work work) {
+Plain format(const Plain& date, Work work) {
   if (date.kind != plainDate) return Plain{};
   return answered(Plain{}, [&] {
     objc::FoundationCalendar calendar;
@@ -112,17 +112,17 @@ uint8_t coreCreateDir(Plain path) {
 }
 
 Plain coreCalendarFormatString(Plain date, uint8_t isNeedDay) {
-  return shown(date, [&](platform::Calendar& calendar, Instant at) {
+  return format(date, [&](platform::Calendar& calendar, Instant at) {
     return shortDate(calendar, at, isNeedDay == 1);
   });
 }
 
 Plain coreCalendarWithTimeZoneFormatString(Plain date) {
-  return shown(date, zonedDate);
+  return format(date, zonedDate);
 }
 
 Plain coreDateFormatWithHourMinSec(Plain date) {
-  return shown(date, slashedDate);
+  return format(date, slashedDate);
 }
 
 Plain coreReplaceString(Plain string, Plain before, Plain after) {

@@ -73,7 +73,7 @@ static void replaceText(NSString** held, NSString* string) {
 static NSString* const lostIdentity = @"lost for lack of memory";
 
 /* Never nil. */
-static NSString* known(Plain text) {
+static NSString* textOrEmpty(Plain text) {
   NSString* string = stringTaking(text);
   return string != nil ? string : @"";
 }
@@ -81,7 +81,7 @@ static NSString* known(Plain text) {
 /* What a probe says of the printer's identity. */
 static NSString* identityText(NSDictionary* otherInfo, Plain (*probe)(Plain)) {
   Plain identity = dictionaryFrom(otherInfo);
-  NSString* text = known(probe(identity));
+  NSString* text = textOrEmpty(probe(identity));
   plainFree(&identity);
   return text;
 }
@@ -176,7 +176,7 @@ static void clear(WENLOLIB* self) {
   _otherInfoDict = taken;
 }
 
-static CoreRecord lent(WENLOLIB* self) {
+static CoreRecord fieldsOf(WENLOLIB* self) {
   CoreRecord fields = {.options = self->_options, .fileType = self->_fileType};
   fields.contents = textFrom(self->_xmlContents);
   fields.applicationName = textFrom(self->_applicationName);
@@ -215,7 +215,7 @@ static BOOL takeBack(WENLOLIB* self, CoreRecord* fields) {
 
 /* Lets `operation` work on the record's fields. */
 static BOOL performed(WENLOLIB* self, uint8_t (*operation)(CoreRecord*)) {
-  CoreRecord fields = lent(self);
+  CoreRecord fields = fieldsOf(self);
   BOOL answer = NO;
   if (isWhole(self, &fields)) {
     answer = operation(&fields) != 0;
@@ -238,19 +238,19 @@ static BOOL performed(WENLOLIB* self, uint8_t (*operation)(CoreRecord*)) {
 }
 
 - (NSString*)getCliantVersion {
-  return known(coreCliantVersion());
+  return textOrEmpty(coreCliantVersion());
 }
 
 - (NSString*)getCliantVersionforALM {
-  return known(coreCliantVersionforALM());
+  return textOrEmpty(coreCliantVersionforALM());
 }
 
 - (NSString*)getOSVersion {
-  return known(coreMarkedOSVersion());
+  return textOrEmpty(coreMarkedOSVersion());
 }
 
 - (NSString*)getLocale {
-  return known(coreLocale(_options));
+  return textOrEmpty(coreLocale(_options));
 }
 
 - (NSString*)getWENLOLIBId {

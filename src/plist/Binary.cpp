@@ -258,9 +258,9 @@ std::optional<Value> scalar(const BinaryObject& object) {
 
 /// Walks the objects from the root down. An object is read anew at each reference to it; where
 /// references run in a circle, the walk ends at the bound for levels.
-class Walk {
+class Traversal {
  public:
-  Walk(const BinaryObjects& objects, std::size_t bytes) : objects_(objects), builder_(bytes) {}
+  Traversal(const BinaryObjects& objects, std::size_t bytes) : objects_(objects), builder_(bytes) {}
 
   [[nodiscard]] platform::ListReading run();
 
@@ -282,7 +282,7 @@ class Walk {
   platform::ListFault fault_;  // the object that was looked at last, and what is wrong with it
 };
 
-platform::ListReading Walk::run() {
+platform::ListReading Traversal::run() {
   const bool isDone = enter(objects_.root()) && [this] {
     while (!open_.empty()) {
       if (!step()) return false;
@@ -294,7 +294,7 @@ platform::ListReading Walk::run() {
 }
 
 /// The next element of the innermost array or dictionary, or its end.
-bool Walk::step() {
+bool Traversal::step() {
   Open& innermost = open_.back();
   const BinaryObject object = innermost.object;
   if (innermost.next == object.count) {
@@ -306,14 +306,14 @@ bool Walk::step() {
   return entry(object, index);
 }
 
-bool Walk::entry(const BinaryObject& dictionary, std::size_t index) {
+bool Traversal::entry(const BinaryObject& dictionary, std::size_t index) {
   const auto object = objectAt(objects_.reference(dictionary.content, index));
   if (!object) return false;
   return builder_.key(text(*object)) &&
          enter(objects_.reference(dictionary.content, dictionary.count + index));
 }
 
-bool Walk::enter(std::uint64_t number) {
+bool Traversal::enter(std::uint64_t number) {
   const auto object = objectAt(number);
   if (!object) return false;
   if (object->type == Type::uid) {
@@ -327,7 +327,7 @@ bool Walk::enter(std::uint64_t number) {
   return object->type == Type::array ? builder_.openArray() : builder_.openDictionary();
 }
 
-std::optional<BinaryObject> Walk::objectAt(std::uint64_t number) {
+std::optional<BinaryObject> Traversal::objectAt(std::uint64_t number) {
   const auto object = objects_.object(number);
   // A reference that leads nowhere is at fault itself; it lies in the object looked at before.
   if (const std::size_t offset = objects_.offsetOf(number)) fault_.byte = offset;
@@ -339,7 +339,7 @@ std::optional<BinaryObject> Walk::objectAt(std::uint64_t number) {
 
 platform::ListReading readBinary(std::string_view bytes) {
   const auto objects = BinaryObjects::in(bytes);
-  if (objects) return Walk(*objects, bytes.size()).run();
+  if (objects) return Traversal(*objects, bytes.size()).run();
   return Builder(bytes.size()).finish({"the file's frame is damaged, or cut off", 0, 0});
 }
 

@@ -28,17 +28,17 @@ bool isBlankText(std::string_view text) {
   return std::all_of(text.begin(), text.end(), isBlank);
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view trim(std::string_view text) {
   while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
   while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
   return text;
 }
 
 std::optional<Value> realValue(const std::string& text) {
-  return realFromText(trimmed(text));
+  return realFromText(trim(text));
 }
 std::optional<Value> dateValue(const std::string& text) {
-  return dateFromText(trimmed(text));
+  return dateFromText(trim(text));
 }
 std::optional<Value> dataValue(const std::string& text) {
   return dataFromBase64(text);
@@ -47,7 +47,7 @@ std::optional<Value> stringValue(const std::string& text) {
   return text;
 }
 std::optional<Value> integerValue(const std::string& text) {
-  return integerFromText(trimmed(text));
+  return integerFromText(trim(text));
 }
 
 template <bool truth>
@@ -192,15 +192,14 @@ bool Document::characters(std::string_view text) {
 
 /// Brings expat's events to the document. It calls nothing that expat 2.0 did not have: old systems
 /// bring that one.
-class Reader {
+class Parse {
  public:
-  Reader(std::string_view bytes, bool hasMarks)
-      : bytes_(bytes), document_(bytes.size(), hasMarks) {}
+  Parse(std::string_view bytes, bool hasMarks) : bytes_(bytes), document_(bytes.size(), hasMarks) {}
 
   [[nodiscard]] platform::ListReading read();
 
  private:
-  static Reader& from(void* self) { return *static_cast<Reader*>(self); }
+  static Parse& from(void* self) { return *static_cast<Parse*>(self); }
   static void refuseDeclaration(void* self);
   void handleDeclarations();
 
@@ -211,12 +210,12 @@ class Reader {
 
 /// Declarations inside the document can multiply its size (entities) or the time it takes (defaults
 /// of attributes), and no property list needs any. An empty list of them does no harm.
-void Reader::refuseDeclaration(void* self) {
+void Parse::refuseDeclaration(void* self) {
   from(self).parser_.run(
       [&] { return from(self).document_.refuse("it declares entities or elements of its own"); });
 }
 
-void Reader::handleDeclarations() {
+void Parse::handleDeclarations() {
   XML_ParserStruct* const parser = parser_.handle();
   XML_SetEntityDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
   XML_SetAttlistDeclHandler(parser, [](void* self, auto...) { refuseDeclaration(self); });
@@ -231,7 +230,7 @@ void Reader::handleDeclarations() {
   });
 }
 
-platform::ListReading Reader::read() {
+platform::ListReading Parse::read() {
   if (!parser_.valid()) throw std::bad_alloc();
   XML_ParserStruct* const parser = parser_.handle();
   XML_SetUserData(parser, this);
@@ -272,10 +271,10 @@ std::optional<platform::ListReading> readPlainly(std::string_view bytes) {
 
 platform::ListReading readXml(std::string_view bytes, bool plainFirst) {
   if (auto plain = plainFirst ? readPlainly(bytes) : std::nullopt) return *std::move(plain);
-  platform::ListReading reading = Reader(bytes, false).read();
+  platform::ListReading reading = Parse(bytes, false).read();
   if (reading.state != platform::ListState::damaged) return reading;
   const std::string marked = withHalvesMarked(bytes);
-  return marked == bytes ? reading : Reader(marked, true).read();
+  return marked == bytes ? reading : Parse(marked, true).read();
 }
 
 }  // namespace wenlolib::plist

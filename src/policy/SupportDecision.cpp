@@ -154,7 +154,7 @@ consteval bool inOrder() {
 }
 static_assert(inOrder());
 
-StepState taken(const Stage& stage, Course& course) {
+StepState take(const Stage& stage, Course& course) {
   if (!stage.needed(course)) return StepState::notNeeded;
   return stage.passes(course) ? StepState::passed : StepState::refused;
 }
@@ -169,7 +169,7 @@ Gate refusal(SupportFacts& facts, RecordKind kind, std::uint32_t option,
   for (const Stage& stage : stages) {
     if (!stage.belongs(course)) continue;
     StepState state = StepState::notReached;
-    if (refusedBy == Gate::none) state = taken(stage, course);
+    if (refusedBy == Gate::none) state = take(stage, course);
     if (state == StepState::refused) refusedBy = stage.gate;
     if (stage.gate == Gate::preferences) ++reading;
     if (steps != nullptr) steps->push_back({stage.gate, state, reading});

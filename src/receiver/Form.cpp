@@ -56,16 +56,16 @@ bool hasLostItsEnd(const Match& match, const xml::Finding& finding) {
   return anythingBegun && !match.payloadFound() && !endsInWrapper(match.bytes);
 }
 
-std::string quoted(std::string_view text) {
+std::string quote(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }
 
-std::string explained(const Match& match) {
+std::string explain(const Match& match) {
   if (match.slot == slotsOf(match.layout).size()) {
     return "Something stands behind the end of the document.";
   }
   if (!wrapperBegun(match)) return "The document does not begin with the start tag of a layout.";
-  return quoted(match.expected) + " should stand here.";
+  return quote(match.expected) + " should stand here.";
 }
 
 Verdict truncated(const Match& match) {
@@ -81,12 +81,12 @@ Verdict truncated(const Match& match) {
 }
 
 /// Of a document that the parser refuses. It may be one that fits its layout.
-Verdict refused(const Match& match, const xml::Finding& finding) {
+Verdict refusal(const Match& match, const xml::Finding& finding) {
   if (hasLostItsEnd(match, finding)) return truncated(match);
   const std::size_t offset = firstWrong(match, finding);
   const std::string_view field = wrapperBegun(match) ? match.fieldAt(offset) : "";
   std::string explanation = "The document is not well-formed XML: the parser reports " +
-                            quoted(finding.message) + " at byte " +
+                            quote(finding.message) + " at byte " +
                             decimal(static_cast<std::int64_t>(finding.offset)) + ".";
   return {Layer::xml, Fault::damaged, offset, std::string(field), std::move(explanation)};
 }
@@ -107,10 +107,10 @@ Verdict misfit(const Match& match) {
     }
   }
   if (finding.kind != xml::Finding::wellFormed && finding.kind != xml::Finding::typeDeclared) {
-    return refused(match, finding);
+    return refusal(match, finding);
   }
   const std::string_view field = wrapperBegun(match) ? match.fieldAt(match.reached) : "";
-  return {Layer::layout, Fault::damaged, match.reached, std::string(field), explained(match)};
+  return {Layer::layout, Fault::damaged, match.reached, std::string(field), explain(match)};
 }
 
 // --- Documents that fit their layout: the layers from `xml` to `hexadecimal` ---
@@ -137,7 +137,7 @@ std::optional<Verdict> xmlVerdict(const Whole& whole) {
   const xml::Finding finding =
       xml::parse(whole.match.bytes, {whole.offsetOf(whole.digits), whole.validDigits});
   if (finding.kind == xml::Finding::wellFormed) return std::nullopt;
-  return refused(whole.match, finding);
+  return refusal(whole.match, finding);
 }
 
 std::optional<Verdict> markerVerdict(const Whole& whole) {

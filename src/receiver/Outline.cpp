@@ -14,16 +14,16 @@ bool isBlank(std::string_view text) {
 }
 
 /// Follows the parser from mark to mark: a mark is anything but text.
-class Reader {
+class OutlineParse {
  public:
-  explicit Reader(std::string_view document) : document_(document) {}
+  explicit OutlineParse(std::string_view document) : document_(document) {}
 
   [[nodiscard]] Outline read();
 
  private:
   enum class Mark : std::uint8_t { start, end, other };
 
-  static Reader& from(void* self) { return *static_cast<Reader*>(self); }
+  static OutlineParse& from(void* self) { return *static_cast<OutlineParse*>(self); }
   void text();
   void mark(Mark mark, std::string_view name);
   void section(bool begins) noexcept;
@@ -41,11 +41,11 @@ std::size_t at(const xml::Parser& parser) {
   return static_cast<std::size_t>(XML_GetCurrentByteIndex(parser.handle()));
 }
 
-void Reader::text() {
+void OutlineParse::text() {
   if (!textBegin_ && !inSection_) textBegin_ = at(parser_);
 }
 
-void Reader::mark(Mark mark, std::string_view name) {
+void OutlineParse::mark(Mark mark, std::string_view name) {
   const bool isValue = before_ == Mark::start && mark == Mark::end;
   if (textBegin_ && !isValue && !outline_.gap &&
       isBlank(document_.substr(*textBegin_, at(parser_) - *textBegin_))) {
@@ -55,7 +55,7 @@ void Reader::mark(Mark mark, std::string_view name) {
   before_ = mark;
 }
 
-void Reader::section(bool begins) noexcept {
+void OutlineParse::section(bool begins) noexcept {
   parser_.run([&] {
     mark(Mark::other, "");
     inSection_ = begins;
@@ -63,7 +63,7 @@ void Reader::section(bool begins) noexcept {
   });
 }
 
-void Reader::handleEvents() {
+void OutlineParse::handleEvents() {
   XML_ParserStruct* const parser = parser_.handle();
   XML_SetUserData(parser, this);
   XML_SetElementHandler(
@@ -98,7 +98,7 @@ void Reader::handleEvents() {
   });
 }
 
-Outline Reader::read() {
+Outline OutlineParse::read() {
   if (!parser_.valid()) throw std::bad_alloc();
   handleEvents();
   if (parser_.feed(document_, true)) {
@@ -111,7 +111,7 @@ Outline Reader::read() {
 }  // namespace
 
 Outline outlineOf(std::string_view document) {
-  return Reader(document).read();
+  return OutlineParse(document).read();
 }
 
 }  // namespace wenlolib::receiver

@@ -15,16 +15,16 @@ constexpr char placeholder[] = "NOTDETERMINED";
 
 platform::ListReading configurationAt(const Text& path) {
   if (!path) return {};
-  return platform::current().propertyLists->read(*homeExpanded(path));
+  return platform::current().propertyLists->read(*expandHome(path));
 }
 
 /// Stores `configuration` at `path`, a leading "~" expanded; `failed` where that does not work out.
-platform::Outcome stored(const Dictionary& configuration, const Text& path,
-                         platform::Publication publication) {
+platform::Outcome store(const Dictionary& configuration, const Text& path,
+                        platform::Publication publication) {
   const platform::Platform& platform = platform::current();
   const Text xml = platform.propertyLists->asXml(configuration);
   if (!xml) return platform::Outcome::failed;
-  return platform.files->writeAtomically(*homeExpanded(path), *xml, openFileMode, publication);
+  return platform.files->writeAtomically(*expandHome(path), *xml, openFileMode, publication);
 }
 
 /// Stores a new identifier beside what `read` holds. Whether that works out is of no consequence to
@@ -35,24 +35,24 @@ void save(platform::ListReading read, const std::string& identifier, const Text&
   Dictionary configuration = std::move(read.dictionary).value_or(Dictionary());
   configuration.insert_or_assign(identifierKey, Value(identifier));
   if (read.state != platform::ListState::partial) {
-    static_cast<void>(stored(configuration, path, platform::Publication::replacing));
+    static_cast<void>(store(configuration, path, platform::Publication::replacing));
   }
   openPermissions(*path);
 }
 
 /// Where no configuration stands yet, the first of several processes that find that lays down the
 /// identifier of all of them. Null where another one was first.
-Text published(const std::string& identifier, const Text& path) {
+Text publish(const std::string& identifier, const Text& path) {
   Dictionary configuration;
   configuration.insert_or_assign(identifierKey, Value(identifier));
-  const auto outcome = stored(configuration, path, platform::Publication::asNew);
+  const auto outcome = store(configuration, path, platform::Publication::asNew);
   if (outcome == platform::Outcome::taken) return std::nullopt;
   openPermissions(*path);
   return identifier;
 }
 
 bool isVacant(const Text& path) {
-  return platform::current().files->kindAt(*homeExpanded(path)) == platform::Kind::nothing;
+  return platform::current().files->kindAt(*expandHome(path)) == platform::Kind::nothing;
 }
 
 }  // namespace
@@ -73,7 +73,7 @@ Text installationIdentifier() {
   const std::string identifier = "{" + *uuid + "}";
   if (!path) return identifier;
   if (!configuration.dictionary) {
-    if (isVacant(path) && published(identifier, path)) return identifier;
+    if (isVacant(path) && publish(identifier, path)) return identifier;
     // Another process may have laid one down since it was read.
     configuration = configurationAt(path);
     if (Text other = storedIdentifier(configuration.dictionary)) return other;

@@ -24,31 +24,31 @@ Text groupContainerFolder() {
 }
 
 Text supportFolder() {
-  return joined(groupContainerFolder(), "Library/Application Support/QMR");
+  return join(groupContainerFolder(), "Library/Application Support/QMR");
 }
 
 Text printerLogFolder() {
-  return joined(supportFolder(), "PLM");
+  return join(supportFolder(), "PLM");
 }
 
 Text applicationLogFolder() {
-  return joined(supportFolder(), "ALM");
+  return join(supportFolder(), "ALM");
 }
 
 Text configurationFolder() {
-  return joined(supportFolder(), "Config");
+  return join(supportFolder(), "Config");
 }
 
 Text configurationPath(std::string_view nameAfterPrefix) {
-  return joined(configurationFolder(), std::string(VendorPrefix).append(nameAfterPrefix));
+  return join(configurationFolder(), std::string(VendorPrefix).append(nameAfterPrefix));
 }
 
-Text homeExpanded(Text path) {
+Text expandHome(Text path) {
   if (!path || !path->starts_with('~')) return path;
   if (path->size() > 1 && (*path)[1] != '/') return path;
   const Text home = platform::current().user->homeFolder();
   if (!home) return path;
-  return path->size() == 1 ? home : joined(home, std::string_view(*path).substr(1));
+  return path->size() == 1 ? home : join(home, std::string_view(*path).substr(1));
 }
 
 void openPermissions(const std::string& path) noexcept {
@@ -71,7 +71,7 @@ Text libraryFile(std::string_view nameAfterPrefix) noexcept {
   return path([&] {
     const std::string part =
         std::string("Preferences/").append(VendorPrefix).append(nameAfterPrefix);
-    return joined(platform::current().user->libraryFolder(), part);
+    return join(platform::current().user->libraryFolder(), part);
   });
 }
 
@@ -97,11 +97,11 @@ Text CommonTooWenlolib::appSupportDirPath() noexcept {
 }
 
 Text CommonTooWenlolib::prefDirPath() noexcept {
-  return path([] { return joined(groupContainerFolder(), "Library/Preferences/QMR"); });
+  return path([] { return join(groupContainerFolder(), "Library/Preferences/QMR"); });
 }
 
 Text CommonTooWenlolib::cacheDirPath() noexcept {
-  return path([] { return joined(groupContainerFolder(), "Library/Caches/QMR"); });
+  return path([] { return join(groupContainerFolder(), "Library/Caches/QMR"); });
 }
 
 Text CommonTooWenlolib::pliDirPath(std::uint8_t flag) noexcept {
@@ -118,7 +118,7 @@ Text CommonTooWenlolib::confDirPath() noexcept {
 }
 
 Text CommonTooWenlolib::WENLOLIBDirPath(std::uint8_t flag) noexcept {
-  return path([&] { return joined(supportFolder(), flag == 1 ? "PlugIns" : "Frameworks"); });
+  return path([&] { return join(supportFolder(), flag == 1 ? "PlugIns" : "Frameworks"); });
 }
 
 Text CommonTooWenlolib::printerListPath() noexcept {

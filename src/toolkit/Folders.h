@@ -30,7 +30,7 @@ inline constexpr char groupContainerIdentifier[] = "K7MW2PL9QD.QX.common";
 
 /// `path` with a leading "~" or "~/" replaced by the user's home folder. Other paths, and all paths
 /// of a user without a home folder, stay as they are.
-[[nodiscard]] Text homeExpanded(Text path);
+[[nodiscard]] Text expandHome(Text path);
 
 /// Opens up the file at `path`, as far as the platform does that: after a failed write the older
 /// one, on purpose. Has no say in any answer.

@@ -13,14 +13,14 @@ namespace {
 
 using platform::Selector;
 
-std::optional<std::int32_t> asked(Selector selector) {
+std::optional<std::int32_t> ask(Selector selector) {
   return platform::current().system->gestalt(selector);
 }
 
 Text majorMinorVersion() {
-  const auto major = asked(Selector::majorVersion);
+  const auto major = ask(Selector::majorVersion);
   if (!major) return std::nullopt;
-  const auto minor = asked(Selector::minorVersion);
+  const auto minor = ask(Selector::minorVersion);
   if (!minor) return std::nullopt;
   return decimal(*major) + "." + decimal(*minor);
 }
@@ -29,7 +29,7 @@ Text majorMinorVersion() {
 
 Text fullOSVersion() {
   const Text version = majorMinorVersion();
-  const std::int32_t bugFix = asked(Selector::bugFixVersion).value_or(-1);
+  const std::int32_t bugFix = ask(Selector::bugFixVersion).value_or(-1);
   if (!version || bugFix == -1) return std::nullopt;
   return *version + "." + decimal(bugFix);
 }
@@ -45,7 +45,7 @@ std::int32_t CommonTooWenlolib::systemVersionNum() noexcept {
                                               {Selector::minorVersion, 100},
                                               {Selector::bugFixVersion, 1}};
     for (const auto& [selector, factor] : parts) {
-      const auto part = asked(selector);
+      const auto part = ask(selector);
       if (!part) return std::int32_t{-1};
       number += std::int64_t{*part} * factor;
     }
@@ -54,7 +54,7 @@ std::int32_t CommonTooWenlolib::systemVersionNum() noexcept {
 }
 
 std::int32_t CommonTooWenlolib::systemBugFixVersion() noexcept {
-  return answered(std::int32_t{-1}, [] { return asked(Selector::bugFixVersion).value_or(-1); });
+  return answered(std::int32_t{-1}, [] { return ask(Selector::bugFixVersion).value_or(-1); });
 }
 
 std::int32_t CommonTooWenlolib::supportUpperOSVersion() noexcept {
@@ -74,8 +74,7 @@ std::ptrdiff_t CommonTooWenlolib::compareSystemVersionNumber(std::int32_t major,
 }
 
 std::int32_t CommonTooWenlolib::systemArchitecture() noexcept {
-  return answered(std::int32_t{-1},
-                  [] { return asked(Selector::systemArchitecture).value_or(-1); });
+  return answered(std::int32_t{-1}, [] { return ask(Selector::systemArchitecture).value_or(-1); });
 }
 
 }  // namespace wenlolib

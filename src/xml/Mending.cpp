@@ -54,7 +54,7 @@ struct Enclosure {
 constexpr Enclosure enclosures[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
 
 /// The character that begins `text`, which is one of "&<]", escaped unless it has a meaning there.
-std::string_view mended(std::string_view text) {
+std::string_view escapeStray(std::string_view text) {
   const std::string_view rest = text.substr(1);
   if (text.front() == '&') return beginsReference(rest) ? "&" : "&amp;";
   if (text.front() == '<') return beginsTag(rest) ? "<" : "&lt;";
@@ -77,7 +77,7 @@ std::size_t Mending::addContent(std::string_view piece) {
     return plain + each.begin.size();
   }
   const bool stray = piece.starts_with(strayEnd);
-  text.append(stray ? "]]&gt;" : mended(piece));
+  text.append(stray ? "]]&gt;" : escapeStray(piece));
   return plain + (stray ? strayEnd.size() : 1);
 }
 

@@ -84,7 +84,7 @@ bool isPlain(const Shown& shown) {
 }
 
 /// The document with what can be mended outside its digits mended; `digits` moves along.
-std::string mended(std::string_view document, DigitRun& digits) {
+std::string mend(std::string_view document, DigitRun& digits) {
   const std::size_t end = digits.offset + digits.length;
   Mending mending;
   mending.add(document.substr(0, digits.offset));
@@ -122,7 +122,7 @@ Text Service::serialised(std::string document, DigitRun digits) {
   // A document that stands serialises to itself: it has no declaration, no white space of its own,
   // and its empty elements are written open.
   if (isWellFormed(document, digits)) return document;
-  std::string text = mended(document, digits);
+  std::string text = mend(document, digits);
   if (text == document || !isWellFormed(text, digits)) return std::nullopt;
   return text;
 }

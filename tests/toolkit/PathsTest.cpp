@@ -21,7 +21,7 @@ TEST(Joined, PutsOneSlashBetweenBaseAndPart) {
       {"", "b", "b"},      {"", "b/c", "b/c"},    {"", "/b", "/b"},
       {"", "", ""},        {"//", "b", "/b"},     {std::nullopt, "", std::nullopt},
   };
-  for (const auto& row : table) EXPECT_EQ(joined(row.base, row.part), row.result);
+  for (const auto& row : table) EXPECT_EQ(join(row.base, row.part), row.result);
 }
 
 class HomeExpanded : public PlatformTest {};
@@ -39,12 +39,12 @@ TEST_F(HomeExpanded, ReplacesOnlyALeadingTildeThatStandsForTheUsersHome) {
       {"", ""},
       {std::nullopt, std::nullopt},
   };
-  for (const auto& row : table) EXPECT_EQ(homeExpanded(row.path), row.result);
+  for (const auto& row : table) EXPECT_EQ(expandHome(row.path), row.result);
 }
 
 TEST_F(HomeExpanded, WithoutAHomeFolderPathsStayAsTheyAre) {
   world.user.home = std::nullopt;
-  EXPECT_EQ(homeExpanded("~/a"), Text("~/a"));
+  EXPECT_EQ(expandHome("~/a"), Text("~/a"));
 }
 
 TEST(OptionMode, IsTheLowFourBits) {

@@ -84,7 +84,7 @@ bool makeTransform(Objects& objects, Bytes source) noexcept {
 
 /// The encrypted bytes; nothing where the service refuses at any step. No bytes at all may come as
 /// data without any or as no data.
-std::optional<Bytes> encrypted(Objects& objects, Bytes key, Bytes source) noexcept {
+std::optional<Bytes> encrypt(Objects& objects, Bytes key, Bytes source) noexcept {
   if (!makeKey(objects, key) || !makeTransform(objects, source)) return std::nullopt;
   objects.result = Owned(SecTransformExecute(objects.transform.get(), objects.error.slot()));
   if (objects.error) return std::nullopt;
@@ -101,7 +101,7 @@ bool TransformCipher::rc4(Bytes key, Bytes source, std::uint8_t* destination) no
   // Out of date for long. Where the transforms are gone, so is the cipher.
   if (!isOffered("SecKeyCreateFromData") || !isOffered("SecEncryptTransformCreate")) return false;
   Objects objects;
-  const std::optional<Bytes> bytes = encrypted(objects, key, source);
+  const std::optional<Bytes> bytes = encrypt(objects, key, source);
   // A stream cipher's output is as long as its input; anything else would not fit the destination.
   if (!bytes || bytes->size() != source.size()) return false;
   std::ranges::copy(*bytes, destination);

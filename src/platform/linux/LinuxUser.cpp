@@ -109,12 +109,12 @@ Text LinuxUser::homeFolder() {
 }
 
 Text LinuxUser::libraryFolder() {
-  return joined(homeFolder(), "Library");
+  return join(homeFolder(), "Library");
 }
 
 Container LinuxUser::groupContainer(std::string_view groupIdentifier) {
   const std::string part = std::string("Library/Group Containers/").append(groupIdentifier);
-  return {true, joined(homeFolder(), part)};
+  return {true, join(homeFolder(), part)};
 }
 
 Text LinuxUser::locale() {

@@ -48,22 +48,22 @@ std::string zoneFile() {
   return std::string(given ? folder : "/usr/share/zoneinfo") + "/" + name;
 }
 
-bool shown(time_t date, struct tm& fields) {
+bool convert(time_t date, struct tm& fields) {
   return ::localtime_r(&date, &fields) != nullptr;
 }
 
 /// Local time where the zone's file has not been read for certain. Throws where it cannot be.
-bool shownWithCare(time_t date, struct tm& fields) {
+bool convertWithCare(time_t date, struct tm& fields) {
   constexpr std::size_t longestFile = std::size_t{1} << 20;
   const auto file = readWhole(zoneFile(), longestFile).bytes;
   const auto isLost = [&] {
     return file && file->starts_with("TZif") && file->find(fields.tm_zone) == std::string::npos;
   };
-  if (!shown(date, fields)) return false;
+  if (!convert(date, fields)) return false;
   if (isLost()) {
     zone = Zone::lost;
     ::tzset();
-    if (!shown(date, fields) || isLost()) throw std::bad_alloc();
+    if (!convert(date, fields) || isLost()) throw std::bad_alloc();
   }
   zone = Zone::known;
   return true;
@@ -71,7 +71,7 @@ bool shownWithCare(time_t date, struct tm& fields) {
 
 bool localFields(time_t date, struct tm& fields) {
   const bool isKnown = zone == Zone::known || (wasUsedBefore && zone == Zone::notAsked);
-  return isKnown ? shown(date, fields) : shownWithCare(date, fields);
+  return isKnown ? convert(date, fields) : convertWithCare(date, fields);
 }
 
 }  // namespace
