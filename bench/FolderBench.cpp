@@ -15,7 +15,7 @@
 #include "Pairs.h"
 #include "RecordedDocument.h"
 #include "TemporaryInstallation.h"
-#include "Verify.h"
+#include "calls/Verify.h"
 
 namespace wenlolib::bench {
 namespace {

@@ -3,13 +3,12 @@
 #include <string>
 
 #include "Checks.h"
-#include "Comparison.h"
-#include "DocumentJson.h"
-#include "DocumentText.h"
 #include "Require.h"
 #include "Shown.h"
-#include "TextDiff.h"
 #include "base/Utf8.h"
+#include "documents/Comparison.h"
+#include "documents/DocumentJson.h"
+#include "documents/DocumentText.h"
 
 namespace wenlolib::fuzz {
 namespace {

@@ -1,13 +1,13 @@
 #include <string>
 
 #include "Checks.h"
-#include "DocumentJson.h"
 #include "Require.h"
 #include "Shown.h"
-#include "Verdicts.h"
-#include "Verify.h"
-#include "VisibleText.h"
 #include "base/Utf8.h"
+#include "calls/Verify.h"
+#include "documents/DocumentJson.h"
+#include "documents/DocumentText.h"
+#include "terminal/VisibleText.h"
 
 namespace wenlolib::fuzz {
 namespace {
@@ -27,7 +27,7 @@ void checkVerdictLine(const receiver::Verdict& verdict) {
   const std::size_t at = line.find(name);
   require(at != std::string::npos, "a verdict names its document");
   const std::string word = line.substr(0, line.find(' '));
-  require(word == tools::word(tools::conditionOf(verdict)), "a verdict begins with its word");
+  require(word == tools::wordFor(tools::conditionOf(verdict)), "a verdict begins with its word");
   require((word == "sound") == verdict.sound(), "and only what is sound is called so");
   require((line.size() == at + name.size() + 1) == verdict.sound(),
           "what is not sound is described, and nothing else");

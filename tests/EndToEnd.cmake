@@ -10,12 +10,13 @@ test_binary(endtoend_tests endtoend ${endtoend_tests} PROPERTIES
 target_link_libraries(endtoend_tests PRIVATE test_support wenlolib_static process_state)
 
 # What several threads do at once, by itself: for the thread sanitizer.
-set(threaded_tools DocumentCount DocumentWalk Format Progress Terminal WorkerPool)
+set(threaded_tools documents/DocumentFiles documents/Jobs
+  terminal/Format terminal/Output terminal/VisibleText)
 list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
 list(TRANSFORM threaded_tools APPEND .cpp)
 add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}
   endtoend/ConcurrencyTest.cpp endtoend/KeptDocuments.cpp endtoend/World.cpp endtoend/Writers.cpp
-  tools/ProgressTest.cpp tools/WorkerPoolTest.cpp)
+  tools/ProgressTest.cpp tools/DocumentJobsTest.cpp)
 target_include_directories(thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
   ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static)

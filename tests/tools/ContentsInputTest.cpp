@@ -1,4 +1,4 @@
-#include "ContentsInput.h"
+#include "calls/RecordInput.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Room on a disk, as its file system tells it.
-#include "DiskRoom.h"
+#include "doctor/Checks.h"
 
 #include <gtest/gtest.h>
 

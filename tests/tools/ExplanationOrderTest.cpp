@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "Explanation.h"
+#include "explain/Explanation.h"
 #include "support/PlatformTest.h"
 #include "toolkit/Names.h"
 #include "toolkit/Preferences.h"

@@ -1,8 +1,7 @@
 // What an explanation says of the steps.
 #include <gtest/gtest.h>
 
-#include "Explanation.h"
-#include "ExplanationText.h"
+#include "explain/Explanation.h"
 #include "support/PlatformTest.h"
 
 namespace wenlolib::tests {

@@ -1,11 +1,11 @@
 // Explanations beside the library's own answers, over all kinds of states.
-#include "Explanation.h"
+#include "explain/Explanation.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 
-#include "Replay.h"
+#include "explain/Replay.h"
 #include "support/PlatformTest.h"
 #include "tools/RandomStates.h"
 #include "wenlolib/WENLOLIB.h"

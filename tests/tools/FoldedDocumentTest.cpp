@@ -1,4 +1,4 @@
-#include "FoldedDocument.h"
+#include "documents/DocumentText.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ TEST(FoldedDocument, HoldsEveryByteWithinItsWidth) {
   const std::string document =
       "<A SUM=\"0\"><V></V><D>" + std::string(300, 'x') + "</D><P>ä€ä€ä€ä€ä€ä€ä€ä€ä€ä€</P></A>";
   std::string joined;
-  const std::string folded = tools::foldedDocument(document, 20);
+  const std::string folded = tools::foldDocument(document, 20);
   for (std::size_t start = 0; start < folded.size();) {
     const std::size_t end = folded.find('\n', start);
     const std::string line = folded.substr(start, end - start);
@@ -26,7 +26,7 @@ TEST(FoldedDocument, HoldsEveryByteWithinItsWidth) {
 
 TEST(FoldedDocument, SaysHowMuchOfALongElementIsLeftOut) {
   const std::string document = "<A><P>" + std::string(5000, 'F') + "</P></A>";
-  const std::string folded = tools::foldedDocument(document, 80);
+  const std::string folded = tools::foldDocument(document, 80);
   EXPECT_NE(folded.find("  (4,495 bytes more)\n"), std::string::npos) << folded;
   EXPECT_LT(folded.size(), 1000U);
 }

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <map>
 
-#include "Recording.h"
-#include "ToolPlatform.h"
+#include "library/Recording.h"
+#include "library/ToolPlatform.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "record/HeaderValues.h"

@@ -1,11 +1,14 @@
 // The line that tells how far a long run has come.
-#include "Progress.h"
+#include "terminal/Output.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <thread>
+
+#include "documents/DocumentFiles.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -4,11 +4,10 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "Explanation.h"
-#include "ExplanationText.h"
-#include "ReasonText.h"
-#include "Recording.h"
-#include "Watched.h"
+#include "explain/Explanation.h"
+#include "library/Recording.h"
+#include "library/ToolPlatform.h"
+#include "library/Wording.h"
 #include "support/PlatformTest.h"
 #include "wenlolib/WENLOLIB.h"
 

@@ -1,9 +1,9 @@
 // What a person types to replay a case, and the files of one.
-#include "Replay.h"
+#include "explain/Replay.h"
 
 #include <gtest/gtest.h>
 
-#include "Explanation.h"
+#include "explain/Explanation.h"
 #include "platform/posix/Environment.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "support/PlatformTest.h"

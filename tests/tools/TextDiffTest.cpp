@@ -1,4 +1,4 @@
-#include "TextDiff.h"
+#include "documents/Comparison.h"
 
 #include <gtest/gtest.h>
 

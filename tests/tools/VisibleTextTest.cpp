@@ -1,9 +1,8 @@
-#include "VisibleText.h"
+#include "terminal/VisibleText.h"
 
 #include <gtest/gtest.h>
 
-#include "Table.h"
-#include "Terminal.h"
+#include "terminal/Output.h"
 
 namespace wenlolib::tools {
 namespace {

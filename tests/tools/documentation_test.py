@@ -117,7 +117,7 @@ def gate_names():
 
 
 def state_codes():
-    return [code for code, _ in rows_of("stateNames", "tools/ExplanationText.cpp")]
+    return [code for code, _ in rows_of("stateNames", "tools/explain/Explanation.cpp")]
 
 
 def in_the_host_guide():

@@ -1,0 +1,79 @@
+#include "calls/CommandLine.h"
+
+#include <charconv>
+#include <optional>
+
+namespace wenlolib::tools {
+
+std::string firstScreen() {
+  return R"(wenlolib: see, verify and explain what WENLOLIB records.
+
+Receiving documents:
+  wenlolib verify PATH...           are these documents sound? (folders too)
+  wenlolib decode PATH...           what do they say?
+  wenlolib diff A B                 what differs between two documents?
+
+Recording:
+  wenlolib explain app --option 1   would a record be allowed now, and why not?
+  wenlolib explain printer
+  wenlolib preview app --name N     the very bytes a record would write
+  wenlolib record app --name N --option 2 FILE
+                                    record the contents of FILE (or - for input)
+  wenlolib record printer --name N --sn S FILE
+
+The installation:
+  wenlolib doctor                   is it healthy, and what is to be done?
+  wenlolib init                     make the folders that a host provides
+
+wenlolib CALL --help says more of one call, with examples. Exit status: 0 all
+is well, 1 something is not, 2 wrong usage or unreadable.
+)";
+}
+
+std::string HelpFormatter::make_subcommands(const CLI::App* app, CLI::AppFormatMode mode) const {
+  return app->get_parent() == nullptr ? "" : CLI::Formatter::make_subcommands(app, mode);
+}
+
+void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs) {
+  call.add_option("PATH", paths, "Documents, and folders of documents")->type_name("")->required();
+  call.add_option("--jobs,-j", jobs, "Work on N documents at a time (1)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256).description(""));
+}
+
+void requireKind(CLI::App& call) {
+  call.require_subcommand(0, 1);
+  call.callback([&call] {
+    if (call.get_subcommands().empty())
+      throw CLI::RequiredError(call.get_name() + ": app or printer");
+  });
+}
+
+namespace {
+
+std::optional<std::uint32_t> numberIn(const std::string& text) {
+  std::uint32_t number = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, number);
+  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+  return number;
+}
+
+std::string complaint(const std::string& text) {
+  return numberIn(text) ? "" : text + " is no option word: a number from 0 to 4294967295";
+}
+
+}  // namespace
+
+void addOptionWord(CLI::App& call, std::string& text) {
+  call.add_option("--option", text, "The option word; its low four bits are the mode")
+      ->type_name("N")
+      ->capture_default_str()
+      ->check(CLI::Validator(complaint, ""));
+}
+
+std::uint32_t optionWord(const std::string& text) {
+  return numberIn(text).value_or(0);
+}
+
+}  // namespace wenlolib::tools

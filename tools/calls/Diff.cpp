@@ -1,0 +1,119 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <utility>
+
+#include "calls/CommandLine.h"
+#include "documents/Comparison.h"
+#include "documents/DocumentFiles.h"
+#include "documents/DocumentJson.h"
+#include "documents/DocumentText.h"
+#include "terminal/Format.h"
+#include "terminal/Output.h"
+#include "terminal/VisibleText.h"
+
+namespace wenlolib::tools {
+namespace {
+
+struct DiffOptions {
+  std::string a;
+  std::string b;
+  bool json = false;
+};
+
+/// A document on the one side, with the bytes that it leads into.
+struct Loaded {
+  std::string buffer;
+  Side side;
+};
+
+constexpr auto examples =
+    "The same means: the same verdict, layout, fields, cipher and contents. Contents\n"
+    "are compared as text, line by line. Paths are taken as they stand, whatever\n"
+    "--root is. Exit status: 0 the same, 1 they differ, 2 wrong usage, or a document\n"
+    "cannot be read.\n"
+    "\n"
+    "Examples:\n"
+    "  wenlolib diff QX200_1.PLM QX200_2.PLM\n"
+    "  wenlolib diff --json before.ALM after.ALM";
+
+/// Null after a complaint.
+std::unique_ptr<Loaded> load(const std::string& path, Output& output) {
+  auto loaded = std::make_unique<Loaded>();
+  const DocumentReading reading = readDocument({path, "", true, false}, loaded->buffer);
+  if (!reading.complaint.empty()) {
+    output.complain(path, reading.complaint);
+    return nullptr;
+  }
+  loaded->side.report = receiver::examine(reading.bytes);
+  const receiver::Report& report = loaded->side.report;
+  if (!report.document) {
+    output.complain(path, std::string(wordFor(conditionOf(report.verdict))) + ": " +
+                              description(report.verdict));
+    return nullptr;
+  }
+  loaded->side.contents = receiver::contentsOf(*report.document);
+  return loaded;
+}
+
+std::string valueLine(char sign, Colour colour, const std::optional<std::string>& value,
+                      const Paint& paint) {
+  const std::string start(1, sign);
+  if (value && !value->empty()) return paint(colour, start + " " + visibleInLine(*value)) + "\n";
+  return paint(colour, start) + paint(Colour::faint, value ? " (empty)" : " (not there)") + "\n";
+}
+
+std::string contentsSize(const Side& side) {
+  return sizeText(side.report.document->digits.size() / 2);
+}
+
+std::string contentsText(const Side& a, const Side& b, const Comparison& comparison,
+                         const Paint& paint) {
+  const std::string heading = paint(Colour::heading, "Contents");
+  if (comparison.sameContents) return heading + ": the same, " + contentsSize(a) + "\n";
+  const std::string sizes = ": " + contentsSize(a) + " and " + contentsSize(b);
+  if (!a.contents || !b.contents) return heading + sizes + ", not both can be decrypted\n";
+  return heading + sizes + "\n" +
+         unifiedText(comparison.aLines, comparison.bLines, comparison.changes, paint);
+}
+
+std::string comparisonText(const DiffOptions& options, const Side& a, const Side& b,
+                           const Comparison& comparison, const Paint& paint) {
+  if (comparison.same()) return "They say the same.\n";
+  std::string text = paint(Colour::bad, "--- " + visibleInLine(options.a)) + "\n" +
+                     paint(Colour::good, "+++ " + visibleInLine(options.b)) + "\n";
+  for (const Difference& difference : comparison.differences) {
+    text += paint(Colour::heading, difference.name) + "\n";
+    text += valueLine('-', Colour::bad, difference.a, paint);
+    text += valueLine('+', Colour::good, difference.b, paint);
+  }
+  return text + contentsText(a, b, comparison, paint);
+}
+
+int diff(const DiffOptions& options, Output& output) {
+  const auto a = load(options.a, output);
+  const auto b = load(options.b, output);
+  if (!a || !b) return unreadable;
+  const Comparison comparison = compare(a->side, b->side);
+  output.write(options.json
+                   ? comparisonJson(options.a, options.b, comparison)
+                   : comparisonText(options, a->side, b->side, comparison, output.paint()));
+  output.finish();
+  return comparison.same() ? allGood : notGood;
+}
+
+}  // namespace
+
+void addDiff(CLI::App& app, Session& session) {
+  const auto options = std::make_shared<DiffOptions>();
+  CLI::App* const call = app.add_subcommand("diff", "Show what differs between two documents");
+  call->add_option("A", options->a, "One document")->type_name("")->required();
+  call->add_option("B", options->b, "The other")->type_name("")->required();
+  call->add_flag("--json", options->json, "One JSON object");
+  call->footer(examples);
+  call->callback([options, &session] {
+    Output output("diff");
+    session.exitStatus = diff(*options, output);
+  });
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,64 @@
+// `wenlolib doctor`: is the installation healthy?
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "calls/CommandLine.h"
+#include "doctor/Checks.h"
+#include "terminal/Output.h"
+#include "toolkit/Folders.h"
+
+namespace wenlolib::tools {
+namespace {
+
+Findings examine(const ToolPlatform& platform, bool clean) {
+  Findings findings;
+  checkFolders(platform, findings);
+  if (supportFolder()) {
+    checkPreferences(platform, findings);
+    checkSupportList(platform, findings);
+    checkIdentifier(platform, findings);
+  }
+  checkVersions(platform, findings);
+  checkDecisions(findings);
+  if (supportFolder()) {
+    checkLeftovers(platform, clean, findings);
+    checkNumbers(platform, findings);
+    checkDisk(platform, findings);
+  }
+  return findings;
+}
+
+void doctorTo(Session& session, bool json, bool clean) {
+  const ToolPlatform platform(session.root);
+  const platform::Substitute substitute(platform.services());
+  const Findings findings = examine(platform, clean);
+  const Text folder = supportFolder();
+  Output output("doctor");
+  output.write(json ? findingsJson(findings)
+                    : findingsText(findings, output.paint(),
+                                   folder ? platform.real(*folder) : std::string()));
+  output.finish();
+  session.exitStatus = hasErrors(findings) ? notGood : allGood;
+}
+
+}  // namespace
+
+void addDoctor(CLI::App& app, Session& session) {
+  const auto json = std::make_shared<bool>(false);
+  CLI::App& call = *app.add_subcommand("doctor", "Is the installation healthy, and if not, why?");
+  const auto clean = std::make_shared<bool>(false);
+  call.add_flag("--json", *json, "One JSON object for each finding");
+  call.add_flag("--clean", *clean, "Remove what killed programs have left");
+  call.footer(
+      "Looks at the user's folders and files and changes nothing, but for --clean: that\n"
+      "removes files called .wenlolib-*.tmp that are a day old, from the folders of\n"
+      "records and configuration, and says which. Exit status: 0 no error, 1 at least\n"
+      "one, 2 wrong usage.\n\nExamples:\n"
+      "  wenlolib doctor\n"
+      "  wenlolib doctor --clean\n"
+      "  wenlolib doctor --json | grep -v '\"level\":\"ok\"'\n"
+      "  sudo -H -u ada wenlolib doctor");
+  call.callback([&session, json, clean] { doctorTo(session, *json, *clean); });
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,126 @@
+// `wenlolib init`: the folders that a host provides, and preferences to start from.
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "calls/CommandLine.h"
+#include "library/ToolPlatform.h"
+#include "library/Wording.h"
+#include "record/HeaderValues.h"
+#include "terminal/Output.h"
+#include "terminal/VisibleText.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
+#include "wenlolib/CommonTooWenlolib.h"
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::uint32_t folderMode = 0700;
+constexpr std::uint32_t preferenceMode = 0600;
+
+struct Arguments {
+  bool samplePreferences = false;
+  bool agree = false;
+};
+
+/// What became of one thing: made now, or there before, or neither, and then why.
+struct Made {
+  enum Kind { now, before, failed };
+  Kind kind;
+  std::string why;
+
+  Made(Kind what, std::string reason = "") : kind(what), why(std::move(reason)) {}
+};
+
+Made makeFolder(const std::string& path) {
+  platform::Files& files = *platform::current().files;
+  const platform::Kind there = files.kindAt(path);
+  if (there == platform::Kind::folder) return Made::before;
+  if (there == platform::Kind::other) return {Made::failed, "something else is in its place"};
+  const platform::Reason reason = files.createFolder(path, folderMode);
+  if (!reason.hasFailed()) return Made::now;
+  return {Made::failed, reasonWithAdvice(reason)};
+}
+
+Dictionary samplePreferences(bool agree) {
+  const platform::Platform& platform = platform::current();
+  Dictionary preferences;
+  preferences.emplace("InstalledDate", platform.clock->now());
+  preferences.emplace("LatestSelectedAgreement", agree);
+  const std::string language = normalisedLocale(platform.user->locale().value_or(""));
+  if (!language.empty()) preferences.emplace("LatestSelectedLanguage", language);
+  return preferences;
+}
+
+Made makePreferences(const std::string& path, const std::string& realPath, bool agree) {
+  std::error_code error;
+  // A link that leads nowhere is somebody's as well.
+  if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
+    return Made::before;
+  }
+  const platform::Platform& platform = platform::current();
+  const std::string xml = platform.propertyLists->asXml(samplePreferences(agree)).value();
+  const platform::Outcome outcome =
+      platform.files->writeAtomically(path, xml, preferenceMode, platform::Publication::asNew);
+  if (outcome == platform::Outcome::written) return Made::now;
+  if (outcome == platform::Outcome::taken) return Made::before;
+  return {Made::failed, reasonWithAdvice(outcome.reason)};
+}
+
+/// Says what became of one thing; answers whether it is there now.
+bool tell(Output& output, const std::string& realPath, const Made& made) {
+  if (made.kind == Made::failed) {
+    output.complain(realPath, "not made: " + made.why);
+    return false;
+  }
+  const std::string word = made.kind == Made::now ? "made         " : "was there    ";
+  output.write(word + visibleInLine(realPath) + "\n");
+  return true;
+}
+
+bool initialise(Output& output, const ToolPlatform& platform, const Arguments& arguments) {
+  bool good = true;
+  for (const Text& folder : {CommonTooWenlolib::pliDirPath(1), CommonTooWenlolib::almDirPath(),
+                             CommonTooWenlolib::confDirPath()}) {
+    if (!folder) {
+      output.complain("HOME", "the user has no home folder that is known");
+      return false;
+    }
+    good = tell(output, platform.real(*folder), makeFolder(*folder)) && good;
+  }
+  if (!arguments.samplePreferences) return good;
+  const std::string path = configurationPath(preferenceFile).value_or("");
+  const std::string real = platform.real(path);
+  return tell(output, real, makePreferences(path, real, arguments.agree)) && good;
+}
+
+void initTo(Session& session, const Arguments& arguments) {
+  const ToolPlatform platform(session.root);
+  const platform::Substitute substitute(platform.services());
+  Output output("init");
+  session.exitStatus = initialise(output, platform, arguments) ? allGood : notGood;
+  output.finish();
+}
+
+}  // namespace
+
+void addInit(CLI::App& app, Session& session) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& call = *app.add_subcommand("init", "Make the folders that a host provides");
+  CLI::Option* sample = call.add_flag("--sample-preferences", arguments->samplePreferences,
+                                      "A preference file too: installed now, no agreement");
+  call.add_flag("--agree", arguments->agree, "With the user's agreement in that file")
+      ->needs(sample);
+  call.footer(
+      "Makes what is missing, for the user who calls, and never overwrites anything.\n"
+      "Exit status: 0 all is there, 1 something is not, 2 wrong usage.\n\nExamples:\n"
+      "  wenlolib init\n"
+      "  wenlolib init --sample-preferences --agree\n"
+      "  mkdir trial && wenlolib init --root trial");
+  call.callback([&session, arguments] { initTo(session, *arguments); });
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,132 @@
+// `wenlolib preview`: what a record would write, without writing it.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "calls/CommandLine.h"
+#include "calls/RecordInput.h"
+#include "documents/DocumentText.h"
+#include "explain/Explanation.h"
+#include "library/ToolPlatform.h"
+#include "terminal/Format.h"
+#include "terminal/Output.h"
+#include "terminal/VisibleText.h"
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::size_t width = 80;
+
+struct Arguments {
+  RecordArguments record;
+  bool bytes = false;
+};
+
+std::string folderNote(const std::string& path) {
+  std::error_code error;
+  const auto folder = std::filesystem::path(path).parent_path();
+  if (std::filesystem::is_directory(folder, error)) return "";
+  return "not there, so that record would fail now (wenlolib init makes it)";
+}
+
+std::string identifierNote(const PreviewedDocument& document) {
+  if (!document.exampleIdentifier) return "the one that is stored";
+  return std::string("an EXAMPLE, {") + exampleUuid +
+         "}: none is stored yet, and the first record makes one";
+}
+
+std::string readable(const PreviewedDocument& document, const std::string& realPath,
+                     const Explanation& decision, const Paint& paint) {
+  Table table;
+  if (const std::string note = folderNote(realPath); !note.empty()) table.add({"folder", note});
+  table.add({"size", sizeText(document.bytes.size()) +
+                         "; the document has no line breaks (--bytes writes it as it is)"});
+  table.add({"identifier", identifierNote(document)});
+  table.add({"recording", outcomeText(decision, paint)});
+  return "path        " + visibleInLine(realPath) + "\n" + table.text(0, width) + "\n" +
+         foldDocument(document.bytes, width);
+}
+
+/// The contents; nothing typed at a terminal, where a look at the document is all that is wanted.
+ContentsInput contentsOf(const RecordArguments& record) {
+  if (!record.file && isTerminal(stdin)) return {};
+  return readContents(record.file.value_or("-"));
+}
+
+void show(Output& output, const ToolPlatform& platform, const Arguments& arguments,
+          const PreviewedDocument& document) {
+  if (arguments.bytes) {
+    output.write(document.bytes);
+    output.finish();
+    if (document.exampleIdentifier) {
+      output.complain(platform.real(document.path),
+                      "the identifier in it is an example: none is stored yet");
+    }
+    return;
+  }
+  const platform::Substitute substitute(platform.services());
+  const RecordArguments& record = arguments.record;
+  const Explanation decision = explain(record.kind, requestOf(record).option);
+  output.write(readable(document, platform.real(document.path), decision, output.paint()));
+}
+
+void previewTo(Session& session, const Arguments& arguments) {
+  const ToolPlatform platform(session.root);
+  Output output("preview");
+  ContentsInput input = contentsOf(arguments.record);
+  if (!input.complaint.empty()) {
+    output.complain(arguments.record.file.value_or("-"), input.complaint);
+    session.exitStatus = unreadable;
+    return;
+  }
+  RecordRequest request = requestOf(arguments.record);
+  request.contents = std::move(input.contents);
+  const Preview previewed = preview(platform.services(), request);
+  if (previewed.document) {
+    show(output, platform, arguments, *previewed.document);
+  } else {
+    output.complain(arguments.record.name,
+                    previewed.unanswered
+                        ? "there is no document: " + unansweredText(*previewed.unanswered)
+                        : "there is no document: a value holds markup that cannot be mended, or a "
+                          "character that XML does not have");
+    session.exitStatus = notGood;
+  }
+  output.finish();
+}
+
+void addKind(CLI::App& call, Session& session, RecordKind kind, const char* name,
+             const char* description, const char* examples) {
+  const auto arguments = std::make_shared<Arguments>();
+  arguments->record.kind = kind;
+  CLI::App& one = *call.add_subcommand(name, description);
+  addRecordArguments(one, arguments->record);
+  one.add_flag("--bytes", arguments->bytes, "The document's bytes alone");
+  one.footer(examples);
+  one.callback([&session, arguments] { previewTo(session, *arguments); });
+}
+
+}  // namespace
+
+void addPreview(CLI::App& app, Session& session) {
+  CLI::App& call =
+      *app.add_subcommand("preview", "The very bytes that a record would write, without writing");
+  requireKind(call);
+  call.footer(
+      "Nothing is written, and no identifier is made. Exit status: 0 shown, 1 the\n"
+      "record comes to no document, 2 wrong usage or unreadable.\n\nExamples:\n"
+      "  wenlolib preview app --name PhotoAlbum usage.txt\n"
+      "  wenlolib preview printer --name QX200 --sn 4711 --bytes log.txt > QX200_1.PLM");
+  addKind(call, session, RecordKind::application, "app", "Application usage",
+          "Examples:\n"
+          "  wenlolib preview app --name PhotoAlbum --option 2 usage.txt\n"
+          "  echo pages=12 | wenlolib preview app --name PhotoAlbum --bytes");
+  addKind(call, session, RecordKind::printerLog, "printer", "A printer log",
+          "Examples:\n"
+          "  wenlolib preview printer --name QX200 --sn QX200-0004711 log.txt\n"
+          "  wenlolib preview printer --name QX500 --new-tag-type --bytes log.txt");
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,116 @@
+// `wenlolib record`: hands a record to the library.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+
+#include "calls/CommandLine.h"
+#include "calls/RecordInput.h"
+#include "explain/Explanation.h"
+#include "library/ToolPlatform.h"
+#include "library/Wording.h"
+#include "terminal/Format.h"
+#include "terminal/Output.h"
+#include "terminal/VisibleText.h"
+#include "toolkit/Folders.h"
+
+namespace wenlolib::tools {
+namespace {
+
+/// What the library thinks of such a record; on standard error, where the refusal is told.
+void tellRefusal(Output& output, const ToolPlatform& platform, const RecordRequest& request,
+                 const std::optional<Unanswered>& unanswered) {
+  if (unanswered) {
+    output.complain(request.name, "not recorded: " + unansweredText(*unanswered));
+    return;
+  }
+  const platform::Substitute substitute(platform.services());
+  const Explanation decision = explain(request.kind, request.option, {platform.root(), {}, {}});
+  if (decision.allowed()) {
+    output.complain(request.name,
+                    "not recorded, and yet it is allowed now: memory ran out, or the settings "
+                    "have just changed. Try again.");
+    return;
+  }
+  output.complain(request.name, "refused (" + std::string(reasonCode(decision)) + ")");
+  const Text folder = supportFolder();
+  Output explanation("record", stderr);
+  explanation.write("\n" + explanationText(decision, explanation.paint(),
+                                           folder ? platform.real(*folder) : std::string()));
+  explanation.finish();
+}
+
+/// Says what came of the record; answers whether there is a new file.
+bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& request,
+          const RecordOutcome& outcome) {
+  if (!outcome.document && outcome.answer) {
+    output.complain(request.name,
+                    "not written, although the library answers that it is: a value holds markup "
+                    "that cannot be mended, or a character that XML does not have");
+  } else if (!outcome.document) {
+    tellRefusal(output, platform, request, outcome.unanswered);
+  } else {
+    const std::string path = platform.real(outcome.document->path);
+    if (outcome.document->outcome == platform::Outcome::written) {
+      const std::string sizes =
+          sizeText(outcome.document->size) + ", contents " + sizeText(request.contents.size());
+      output.write("recorded in " + visibleInLine(path) + "\n  (" + sizes + ")\n");
+      return true;
+    }
+    output.complain(path, whyNotWritten(outcome.document->outcome.reason));
+  }
+  return false;
+}
+
+void recordTo(Session& session, const RecordArguments& arguments) {
+  const ToolPlatform platform(session.root);
+  Output output("record");
+  if (!arguments.file && isTerminal(stdin)) {
+    output.complain("FILE", "missing, and standard input is a terminal (- to type the contents)");
+    session.exitStatus = wrongUsage;
+    return;
+  }
+  ContentsInput input = readContents(arguments.file.value_or("-"));
+  if (!input.complaint.empty()) {
+    output.complain(arguments.file.value_or("-"), input.complaint);
+    session.exitStatus = unreadable;
+    return;
+  }
+  RecordRequest request = requestOf(arguments);
+  request.contents = std::move(input.contents);
+  const RecordOutcome outcome = record(platform.services(), request);
+  session.exitStatus = tell(output, platform, request, outcome) ? allGood : notGood;
+  output.finish();
+}
+
+void addKind(CLI::App& call, Session& session, RecordKind kind, const char* name,
+             const char* description, const char* examples) {
+  const auto arguments = std::make_shared<RecordArguments>();
+  arguments->kind = kind;
+  CLI::App& one = *call.add_subcommand(name, description);
+  addRecordArguments(one, *arguments);
+  one.footer(examples);
+  one.callback([&session, arguments] { recordTo(session, *arguments); });
+}
+
+}  // namespace
+
+void addRecord(CLI::App& app, Session& session) {
+  CLI::App& call = *app.add_subcommand("record", "Hand a record to the library");
+  requireKind(call);
+  call.footer(
+      "Says where the record went, or why it was refused. Exit status: 0 recorded,\n"
+      "1 not recorded, 2 wrong usage or unreadable.\n\nExamples:\n"
+      "  wenlolib record app --name PhotoAlbum --option 2 usage.txt\n"
+      "  wenlolib record printer --name QX200 --sn QX200-0004711 log.txt");
+  addKind(call, session, RecordKind::application, "app", "Application usage",
+          "Examples:\n"
+          "  wenlolib record app --name PhotoAlbum --option 2 usage.txt\n"
+          "  echo pages=12 | wenlolib record app --name PhotoAlbum --option 1 -");
+  addKind(call, session, RecordKind::printerLog, "printer", "A printer log",
+          "Examples:\n"
+          "  wenlolib record printer --name QX200 --device-id 'MFG:Orvan;MDL:QX 200;' \\\n"
+          "      --sn QX200-0004711 --romver 2.14 log.txt\n"
+          "  wenlolib record printer --name QX500 --new-tag-type log.txt");
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,142 @@
+#include "calls/RecordInput.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+#include <system_error>
+
+#include "base/Utf8.h"
+#include "calls/CommandLine.h"
+#include "record/HeaderValues.h"
+#include "terminal/Format.h"
+
+namespace wenlolib::tools {
+namespace {
+
+/// The library takes a text that is not UTF-8 for none at all.
+const CLI::Validator& utf8() {
+  static const CLI::Validator validator(
+      [](const std::string& text) { return isUtf8(text) ? "" : "the text is not UTF-8"; }, "");
+  return validator;
+}
+
+void addText(CLI::App& call, const char* option, Text& value, const char* description) {
+  call.add_option(option, value, description)->type_name("TEXT")->check(utf8());
+}
+
+}  // namespace
+
+void addRecordArguments(CLI::App& call, RecordArguments& arguments) {
+  call.add_option("--name", arguments.name, "The name that the file gets")
+      ->type_name("TEXT")
+      ->required()
+      ->check(utf8());
+  addOptionWord(call, arguments.option);
+  if (arguments.kind == RecordKind::printerLog) {
+    addText(call, "--device-id", arguments.deviceId, "The printer's device identifier");
+    addText(call, "--sn", arguments.serialNumber, "Its serial number");
+    addText(call, "--romver", arguments.romVersion, "The version of its ROM");
+    call.add_flag("--new-tag-type", arguments.newTagType,
+                  "The newer layout, which leaves these three out");
+  }
+  call.add_option("FILE", arguments.file, "The contents, - for standard input (default)")
+      ->type_name("");
+}
+
+RecordRequest requestOf(const RecordArguments& arguments) {
+  RecordRequest request;
+  request.kind = arguments.kind;
+  request.name = arguments.name;
+  request.option = optionWord(arguments.option);
+  const auto add = [&](std::string_view key, const Text& value) {
+    if (value) request.printer.emplace(key, *value);
+  };
+  add(deviceIdKey, arguments.deviceId);
+  add(serialNumberKey, arguments.serialNumber);
+  add(romVersionKey, arguments.romVersion);
+  if (arguments.newTagType) request.printer.emplace(newTagTypeKey, true);
+  return request;
+}
+
+namespace {
+
+class Source {
+ public:
+  explicit Source(const std::string& path) : owned_(path != "-") {
+    number_ = owned_ ? ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY) : STDIN_FILENO;
+  }
+  ~Source() {
+    if (owned_ && number_ >= 0) static_cast<void>(::close(number_));
+  }
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+  [[nodiscard]] int number() const { return number_; }
+
+ private:
+  bool owned_;
+  int number_;
+};
+
+std::string lastError() {
+  return std::generic_category().message(errno);
+}
+
+/// What a regular file has to hold, and so what to make room for; 0 where that is not known.
+std::size_t sizeOf(int file) {
+  struct stat status {};
+  const bool known = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+  return known ? static_cast<std::size_t>(status.st_size) : 0;
+}
+
+ContentsInput refused(std::string complaint) {
+  return {"", std::move(complaint)};
+}
+
+ContentsInput tooMany(std::size_t most) {
+  return refused("the contents are too large: a record takes less than " + sizeText(most + 1));
+}
+
+/// Where the first bytes stand that are no character.
+std::size_t firstNonUtf8(std::string_view text) {
+  constexpr std::size_t longest = 4;
+  std::size_t good = 0;
+  while (good < text.size()) {
+    std::size_t length = 1;
+    while (length <= longest && !isUtf8(text.substr(good, length))) ++length;
+    if (length > longest) break;
+    good += length;
+  }
+  return good;
+}
+
+}  // namespace
+
+ContentsInput readContents(const std::string& path, std::size_t most) {
+  const Source source(path);
+  if (source.number() < 0) return refused(lastError());
+  const std::size_t expected = sizeOf(source.number());
+  if (expected > most) return tooMany(most);
+  ContentsInput input;
+  std::size_t length = 0;
+  constexpr std::size_t piece = std::size_t{64} << 10;
+  input.contents.resize(expected + piece);
+  while (true) {
+    const ssize_t count =
+        ::read(source.number(), input.contents.data() + length, input.contents.size() - length);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return refused(lastError());
+    if (count == 0) break;
+    length += static_cast<std::size_t>(count);
+    if (length > most) return tooMany(most);
+    if (length == input.contents.size()) input.contents.resize(2 * length);
+  }
+  input.contents.resize(length);
+  if (isUtf8(input.contents)) return input;
+  return refused("the contents are not UTF-8: no character begins at byte " +
+                 grouped(firstNonUtf8(input.contents)));
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,43 @@
+/// What `preview` and `record` take alike: options and contents.
+#ifndef WENLOLIB_TOOLS_CALLS_RECORDINPUT_H
+#define WENLOLIB_TOOLS_CALLS_RECORDINPUT_H
+
+#include <CLI/CLI.hpp>
+#include <cstddef>
+#include <string>
+
+#include "library/Recording.h"
+#include "wenlolib/Text.h"
+
+namespace wenlolib::tools {
+
+struct RecordArguments {
+  RecordKind kind = RecordKind::application;
+  std::string name;
+  std::string option = "0";
+  Text deviceId, serialNumber, romVersion;  // of a printer
+  bool newTagType = false;
+  Text file;  // "-" for standard input
+};
+
+/// Adds the options of a record of this kind; `arguments` must outlive the command line.
+void addRecordArguments(CLI::App& call, RecordArguments& arguments);
+
+/// The record without its contents.
+[[nodiscard]] RecordRequest requestOf(const RecordArguments& arguments);
+
+/// Contents, or what is wrong with them.
+struct ContentsInput {
+  std::string contents;
+  std::string complaint;  // "" where they will do
+};
+
+/// The library refuses contents of 2 GiB and more.
+inline constexpr std::size_t mostContents = (std::size_t{1} << 31) - 1;
+
+/// All of the file at `path`, or of standard input for "-", in UTF-8 and of at most `most` bytes.
+[[nodiscard]] ContentsInput readContents(const std::string& path, std::size_t most = mostContents);
+
+}  // namespace wenlolib::tools
+
+#endif

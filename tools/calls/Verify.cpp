@@ -1,0 +1,107 @@
+#include "calls/Verify.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <memory>
+
+#include "base/EnumTable.h"
+#include "calls/CommandLine.h"
+#include "documents/DocumentJson.h"
+#include "documents/DocumentText.h"
+#include "documents/Jobs.h"
+#include "terminal/Format.h"
+#include "terminal/VisibleText.h"
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr auto examples =
+    "A folder is searched for *.PLM and *.ALM with all that is in it, in the folder's\n"
+    "own order; unfinished files and links to folders are passed over. A file that is\n"
+    "named is always examined. Paths are taken as they stand, whatever --root is.\n"
+    "Exit status: 0 all are sound, 1 some are not, 2 wrong usage, or something could\n"
+    "not be read.\n"
+    "\n"
+    "  truncated  the end is missing\n"
+    "  damaged    the form is broken inside\n"
+    "  altered    well formed, but the checksum belongs to another content\n"
+    "  repaired   stray markup was escaped before the document was stored, so that\n"
+    "             the checksum belongs to the text before that; the document can be\n"
+    "             read all the same\n"
+    "  illegible  whole, but the contents cannot be decrypted; above all where there\n"
+    "             was no date to encrypt them by\n"
+    "\n"
+    "Examples:\n"
+    "  wenlolib verify Quillmere_Log_Album_2611.ALM\n"
+    "  wenlolib verify --quiet --jobs 4 incoming/\n"
+    "  wenlolib verify --json incoming/ | jq -r 'select(.sound | not) | .path'";
+
+/// How many documents of each kind.
+class Counts {
+ public:
+  void add(const Answer& answer) {
+    ++(answer.status == unreadable ? unreadable_ : counts_[answer.condition]);
+  }
+
+  [[nodiscard]] std::string summary() const {
+    std::uint64_t documents = 0;
+    std::string parts;
+    for (const Condition condition : enumerators<Condition>) {
+      const std::uint64_t count = counts_[condition];
+      documents += count;
+      if (count == 0) continue;
+      parts += parts.empty() ? ": " : ", ";
+      parts += grouped(count) + " " + std::string(wordFor(condition));
+    }
+    const std::string unreadable =
+        unreadable_ == 0 ? "" : "; " + grouped(unreadable_) + " could not be read";
+    return counted(documents, "document") + parts + unreadable + "\n";
+  }
+
+ private:
+  EnumTable<Condition, std::uint64_t> counts_;
+  std::uint64_t unreadable_ = 0;
+};
+
+Answer verdictOn(const Candidate& candidate, std::string_view bytes, const VerifyOptions& options,
+                 const Style& style) {
+  const receiver::Verdict verdict = receiver::examine(bytes).verdict;
+  Answer answer;
+  answer.condition = conditionOf(verdict);
+  answer.status = verdict.sound() ? allGood : notGood;
+  if (options.quiet && verdict.sound()) return answer;
+  answer.output = options.json ? verdictJson(candidate.path, bytes.size(), verdict)
+                               : verdictLine(candidate.path, verdict, style);
+  return answer;
+}
+
+}  // namespace
+
+int verify(const VerifyOptions& options, Output& output) {
+  Counts counts;
+  const Style style{output.paint(), output.columns()};
+  const int status = goThrough(
+      options.paths, options.jobs,
+      [&](const Candidate& candidate, std::string_view bytes) {
+        return verdictOn(candidate, bytes, options, style);
+      },
+      output, [&](const Answer& answer) { counts.add(answer); });
+  if (!options.json && !options.quiet) output.write(counts.summary());
+  output.finish();
+  return status;
+}
+
+void addVerify(CLI::App& app, Session& session) {
+  const auto options = std::make_shared<VerifyOptions>();
+  CLI::App* const call = app.add_subcommand("verify", "Check whether documents are sound");
+  call->add_flag("--json", options->json, "One JSON object a document, one a line");
+  call->add_flag("--quiet,-q", options->quiet, "Show only what is not sound");
+  addDocuments(*call, options->paths, options->jobs);
+  call->footer(examples);
+  call->callback([options, &session] {
+    Output output("verify");
+    session.exitStatus = verify(*options, output);
+  });
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,100 @@
+// `wenlolib`, the command beside the library: see, verify, explain.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "calls/CommandLine.h"
+#include "library/Wording.h"
+#include "platform/linux/BuiltIn.h"
+#include "terminal/VisibleText.h"
+#include "wenlolib/plugin.h"
+
+namespace {
+
+using namespace wenlolib::tools;
+
+/// False after a complaint where standard output did not take what was written.
+bool flushOutput() {
+  if (std::fflush(stdout) == 0) return true;
+  std::perror("wenlolib: standard output");
+  return false;
+}
+
+/// The first word that has no meaning where it stands.
+std::string unexpected(const CLI::App& app) {
+  const std::vector<std::string> words = app.remaining(true);
+  const auto option = std::ranges::find_if(
+      words, [](const std::string& word) { return word.size() > 1 && word.front() == '-'; });
+  if (option != words.end()) return visibleInLine(*option) + ": there is no such option here";
+  const std::string word = words.empty() ? "" : visibleInLine(words.front());
+  if (app.get_subcommands().empty()) return word + ": there is no such call";
+  return word + ": one argument too many";
+}
+
+/// Usage errors say what is wrong and where to read on; help and version go to standard output.
+int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) {
+    const int status = app.exit(error);
+    std::cout.flush();
+    return flushOutput() && std::cout ? status : int{unreadable};
+  }
+  const bool extra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+  const std::string what = extra ? unexpected(app) : visibleInLine(error.what());
+  std::fprintf(stderr, "wenlolib: %s\nTry wenlolib --help, or --help behind a call's name.\n",
+               what.c_str());
+  return wrongUsage;
+}
+
+/// Without its last line end, which is the parser's to print.
+std::string versionText() {
+  std::string text = std::string("wenlolib ") + WENLOLIB_VERSION + "\nbuilt in:\n" +
+                     wenlolib::platform::gnulinux::builtInLibraries();
+  text.pop_back();
+  return text;
+}
+
+int run(int count, char** arguments) {
+  Session session;
+  CLI::App app(firstScreen(), "wenlolib");
+  app.set_help_flag("--help,-h", "Show help");
+  app.set_version_flag("--version", versionText(), "Show the version, and what is built in");
+  app.add_option("--root", session.root, "Take DIR for the system's root folder")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory.description(""));
+  app.require_subcommand(0, 1);
+  app.fallthrough();  // --root may stand behind the call's name too
+  app.formatter(std::make_shared<HelpFormatter>());
+  for (const auto add :
+       {addVerify, addDecode, addDiff, addExplain, addPreview, addRecord, addDoctor, addInit}) {
+    add(app, session);
+  }
+  try {
+    app.parse(count, arguments);
+  } catch (const CLI::ParseError& error) {
+    return parseFailure(app, error);
+  }
+  if (app.get_subcommands().empty()) {
+    std::fputs(app.help().c_str(), stderr);
+    return wrongUsage;
+  }
+  return flushOutput() ? session.exitStatus : int{unreadable};
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  try {
+    return run(count, arguments);
+  } catch (const wenlolib::platform::NoAnswer& failure) {
+    std::fprintf(stderr, "wenlolib: %s\n", reasonText(failure.reason()).c_str());
+    return unreadable;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "wenlolib: %s\n", failure.what());
+    return unreadable;
+  }
+}

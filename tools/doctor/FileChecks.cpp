@@ -1,0 +1,168 @@
+// The files in the configuration folder: whether they can be read, and hold what they should.
+#include "base/Integer.h"
+#include "doctor/Checks.h"
+#include "library/Wording.h"
+#include "platform/Platform.h"
+#include "platform/posix/PosixPropertyLists.h"
+#include "policy/SupportDecision.h"
+#include "record/Identifier.h"
+#include "terminal/VisibleText.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
+#include "wenlolib/CommonTooWenlolib.h"
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::size_t identifierLength = 38;
+
+std::string realPath(const ToolPlatform& platform, std::string_view name) {
+  const Text path = configurationPath(name);
+  return path ? platform.real(*path) : "";
+}
+
+/// Where the system does not answer, that is what is the matter with the file.
+platform::ListReading readListFile(const std::string& path) {
+  try {
+    return platform::posix::readList(path);
+  } catch (const platform::NoAnswer& thrown) {
+    platform::ListReading reading;
+    reading.reason = thrown.reason();
+    return reading;
+  }
+}
+
+/// Of a file that holds a dictionary. A value that was left out may be the one that counts.
+Finding readFinding(std::string_view check, const std::string& path,
+                    const platform::ListReading& file) {
+  Finding finding{Level::ok, std::string(check), path, "can be read", ""};
+  if (file.state == platform::ListState::partial) {
+    finding.level = Level::warning;
+    finding.message = listTrouble(file);
+    finding.remedy = "Look for numbers and dates out of range: plutil or plistutil shows the file.";
+  }
+  return finding;
+}
+
+Finding dateFinding(const Value* date) {
+  Finding finding{Level::ok, "installed_date", "InstalledDate", valueText(date), ""};
+  if (date == nullptr || date->date() == nullptr) {
+    finding.level = Level::error;
+    finding.message += ", and not a date";
+    finding.remedy = "The host has to store, as a date, when it was installed.";
+  } else if (*date->date() > platform::current().clock->now()) {
+    finding.level = Level::warning;
+    finding.message += ", which is yet to come";
+    finding.remedy = "Look at the computer's clock; until then the period does not run.";
+  }
+  return finding;
+}
+
+Finding agreementFinding(const Value* agreement) {
+  Finding finding{Level::ok, "agreement", "LatestSelectedAgreement", valueText(agreement), ""};
+  if (agreement == nullptr) {
+    finding.message += ", which counts as no agreement";
+  } else if (!agreement->truth()) {
+    finding.level = Level::error;
+    finding.message += ", and neither boolean nor number: it counts as no agreement";
+    finding.remedy = "The host has to store the agreement as a boolean.";
+  }
+  return finding;
+}
+
+Finding languageFinding(const Value* language) {
+  Finding finding{Level::ok, "language", "LatestSelectedLanguage", valueText(language), ""};
+  if (language == nullptr) {
+    finding.message += ": records of mode 1 have an empty Locale";
+  } else if (language->text() == nullptr) {
+    finding.level = Level::warning;
+    finding.message += ", and not a text: records of mode 1 have an empty Locale";
+    finding.remedy = "The host has to store the language as a text such as en_US.";
+  }
+  return finding;
+}
+
+Finding listEntryFinding(const std::string& key, const Value& value) {
+  Finding finding{Level::ok, "support_list_entry", visibleInLine(key), valueText(value), ""};
+  const Text version = CommonTooWenlolib::convertBiasVersionStrToVerStr(key);
+  const std::int32_t number = CommonTooWenlolib::convertVersionStrToNum(version);
+  const bool named = number != -1 && CommonTooWenlolib::convertVersionNumToBiasStr(number) == key;
+  const Text highest = value.text() == nullptr ? Text() : Text(*value.text());
+  if (!named || CommonTooWenlolib::convertVersionStrToNum(highest) == -1) {
+    finding.level = Level::warning;
+    finding.message +=
+        named ? ", and not an OS version as a text" : ", under a key never looked up";
+    finding.remedy = "An entry is a key such as 1001.0 with a text such as 10.17.3.";
+  }
+  return finding;
+}
+
+}  // namespace
+
+void checkPreferences(const ToolPlatform& platform, Findings& findings) {
+  const std::string path = realPath(platform, preferenceFile);
+  const platform::ListReading file = readListFile(path);
+  if (!file.dictionary) {
+    findings.push_back({isMissing(file) ? Level::warning : Level::error, "preferences", path,
+                        listTrouble(file) + ": only application usage of mode 2 is recorded",
+                        isMissing(file) ? "The host writes it. wenlolib init --sample-preferences "
+                                          "makes one to start from."
+                                        : "Move it away and let the host write it again."});
+    return;
+  }
+  findings.push_back(readFinding("preferences", path, file));
+  findings.push_back(dateFinding(entry(file.dictionary, "InstalledDate")));
+  findings.push_back(agreementFinding(entry(file.dictionary, "LatestSelectedAgreement")));
+  findings.push_back(languageFinding(entry(file.dictionary, "LatestSelectedLanguage")));
+}
+
+void checkSupportList(const ToolPlatform& platform, Findings& findings) {
+  const std::string path = realPath(platform, supportVersionListFile);
+  const bool needed =
+      listCounts(CommonTooWenlolib::systemVersionNum(), CommonTooWenlolib::supportUpperOSVersion());
+  const platform::ListReading file = readListFile(path);
+  Finding finding = readFinding("support_list", path, file);
+  if (!file.dictionary) {
+    if (!isMissing(file)) finding.level = Level::warning;
+    if (needed) finding.level = Level::error;
+    finding.message =
+        listTrouble(file) + (needed ? ": nothing is recorded" : ", and not needed on this OS");
+    if (finding.level != Level::ok) {
+      finding.remedy = "Whoever installs the library has to provide the list.";
+    }
+  }
+  findings.push_back(finding);
+  if (!file.dictionary) return;
+  for (const auto& [key, value] : *file.dictionary) {
+    findings.push_back(listEntryFinding(key, value));
+  }
+}
+
+void checkIdentifier(const ToolPlatform& platform, Findings& findings) {
+  const std::string path = realPath(platform, configurationFile);
+  const platform::ListReading file = readListFile(path);
+  const Text identifier = storedIdentifier(file.dictionary);
+  Finding finding{Level::ok, "identifier", path, "an identifier is stored", ""};
+  if (file.state == platform::ListState::partial) {
+    finding = readFinding("identifier", path, file);
+    if (!identifier) {
+      finding.level = Level::error;
+      finding.message += ". It is never written anew, and every record has another identifier";
+    }
+  } else if (isMissing(file) || (file.dictionary && !identifier)) {
+    finding.message = "no identifier yet: the first record makes one";
+  } else if (!file.dictionary) {
+    finding.level = Level::warning;
+    finding.message = listTrouble(file) + ": the next record tries to put a new one in its place";
+    finding.remedy = "Move it away; the next record makes another identifier.";
+  } else if (identifier->size() != identifierLength) {
+    finding.level = Level::warning;
+    finding.message = identifier->empty() ? "the identifier is empty, and so in every record"
+                                          : "the identifier does not have the usual form";
+    finding.remedy = "Remove the key WENLIBUUID; the next record makes another identifier.";
+  }
+  findings.push_back(finding);
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,90 @@
+#include "doctor/Findings.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "base/EnumTable.h"
+#include "terminal/Format.h"
+#include "terminal/VisibleText.h"
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::size_t width = 80;
+
+struct LevelNames {
+  std::string_view text;
+  Colour colour;
+};
+
+constexpr EnumTable<Level, LevelNames> levelNames({
+    {Level::ok, {"ok", Colour::good}},
+    {Level::warning, {"warning", Colour::doubtful}},
+    {Level::error, {"error", Colour::bad}},
+});
+
+std::size_t countOf(const Findings& findings, Level level) {
+  return static_cast<std::size_t>(std::ranges::count(findings, level, &Finding::level));
+}
+
+std::string subjectText(const Finding& finding, const std::string& folder) {
+  const bool within = !folder.empty() && finding.subject.starts_with(folder + "/");
+  return visibleInLine(within ? "QMR" + finding.subject.substr(folder.size()) : finding.subject);
+}
+
+/// A line, or one for the subject and more for the message: a path stays whole.
+std::string findingText(const Finding& finding, const Paint& paint, const std::string& folder) {
+  constexpr std::size_t indent = 9;
+  const std::string blanks(indent, ' ');
+  const LevelNames& level = levelNames[finding.level];
+  const std::string subject = subjectText(finding, folder);
+  std::string text =
+      paint(level.colour, level.text) + std::string(indent - level.text.size(), ' ') + subject;
+  const std::string joint = ": " + finding.message;
+  if (indent + displayWidth(subject + joint) <= width) {
+    text += joint + "\n";
+  } else {
+    text += "\n" + wrapped(blanks + finding.message, width, indent) + "\n";
+  }
+  if (finding.remedy.empty()) return text;
+  return text + wrapped(blanks + "remedy: " + finding.remedy, width, indent) + "\n";
+}
+
+std::string summary(const Findings& findings) {
+  const std::size_t errors = countOf(findings, Level::error);
+  const std::size_t warnings = countOf(findings, Level::warning);
+  if (errors + warnings == 0) return "All is well.\n";
+  return counted(errors, "error") + ", " + counted(warnings, "warning") + ".\n";
+}
+
+}  // namespace
+
+bool hasErrors(const Findings& findings) {
+  return countOf(findings, Level::error) > 0;
+}
+
+std::string findingsText(const Findings& findings, const Paint& paint,
+                         const std::string& supportFolder) {
+  std::string text;
+  if (!supportFolder.empty()) text = "QMR is " + visibleInLine(supportFolder) + "\n\n";
+  for (const Finding& finding : findings) {
+    text += findingText(finding, paint, supportFolder);
+  }
+  return text + "\n" + summary(findings);
+}
+
+std::string findingsJson(const Findings& findings) {
+  using Json = nlohmann::ordered_json;
+  std::string lines;
+  for (const Finding& finding : findings) {
+    Json json = {{"level", levelNames[finding.level].text},
+                 {"check", finding.check},
+                 {"subject", finding.subject},
+                 {"message", finding.message}};
+    if (!finding.remedy.empty()) json["remedy"] = finding.remedy;
+    lines += json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  }
+  return lines;
+}
+
+}  // namespace wenlolib::tools

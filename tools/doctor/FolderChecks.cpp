@@ -1,0 +1,166 @@
+// Folders: whether they are there and whose they are, the numbers of printer logs that are taken in
+// them, and the room that is left for more.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <system_error>
+
+#include "doctor/Checks.h"
+#include "terminal/Format.h"
+#include "toolkit/Folders.h"
+
+namespace wenlolib::tools {
+namespace {
+
+std::string modeText(mode_t mode) {
+  char digits[8];
+  const auto result = std::to_chars(digits, digits + sizeof digits, mode & 07777U, 8);
+  return "mode 0" + std::string(digits, result.ptr);
+}
+
+Finding missing(const std::string& path) {
+  const std::string message =
+      errno == ENOENT ? "is not there"
+                      : "cannot be looked at: " + std::generic_category().message(errno);
+  return {Level::error, "folder", path, message,
+          errno == ENOENT ? "wenlolib init makes it." : "Let this user search the folders above."};
+}
+
+Finding examined(const std::string& path, const struct stat& status) {
+  if (!S_ISDIR(status.st_mode)) {
+    return {Level::error, "folder", path, "is no folder", "Move it away, then wenlolib init."};
+  }
+  if (::faccessat(AT_FDCWD, path.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) != 0) {
+    return {Level::error, "folder", path,
+            "this user cannot read or write in it: " + modeText(status.st_mode),
+            "Give it to the user who records, with mode 0700."};
+  }
+  if (status.st_uid != ::geteuid()) {
+    return {Level::warning, "folder", path, "belongs to another user",
+            "Run wenlolib as the user who records, or give the folder to this one."};
+  }
+  const bool writable = (status.st_mode & 022U) != 0;
+  if (!writable && (status.st_mode & 055U) == 0) {
+    return {Level::ok, "folder", path, "is there, " + modeText(status.st_mode), ""};
+  }
+  const std::string who = writable ? "other users may write in it, " : "other users may look in, ";
+  return {Level::warning, "folder", path,
+          who + modeText(status.st_mode) + "; record files are open to all, so it protects them",
+          "chmod 700"};
+}
+
+}  // namespace
+
+void checkFolders(const ToolPlatform& platform, Findings& findings) {
+  if (!supportFolder()) {
+    findings.push_back({Level::error, "home", "home folder", "is not known",
+                        "Set HOME to an absolute path; without it nothing can be recorded."});
+    return;
+  }
+  for (const Text& folder : {printerLogFolder(), applicationLogFolder(), configurationFolder()}) {
+    const std::string path = platform.real(folder.value_or(""));
+    struct stat status {};
+    findings.push_back(::stat(path.c_str(), &status) == 0 ? examined(path, status) : missing(path));
+  }
+}
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int lastNumber = 999;
+constexpr int manyNumbers = 900;
+
+/// The name of a printer log whose file name ends in "_NUMBER.PLM", or nothing.
+std::optional<std::string> numberedName(const std::string& file) {
+  constexpr std::string_view extension = ".PLM";
+  const std::size_t line = file.rfind('_');
+  if (line == std::string::npos || !file.ends_with(extension)) return std::nullopt;
+  int number = 0;
+  const char* end = file.data() + file.size() - extension.size();
+  const auto result = std::from_chars(file.data() + line + 1, end, number);
+  const bool counts = result.ec == std::errc() && result.ptr == end && number >= 1;
+  return counts && number <= lastNumber ? std::optional(file.substr(0, line)) : std::nullopt;
+}
+
+/// The folder itself, or the nearest one above it that is there.
+std::string nearestFolder(const std::string& path) {
+  fs::path folder = path;
+  std::error_code error;
+  while (!fs::is_directory(folder, error) && folder.has_relative_path()) {
+    folder = folder.parent_path();
+  }
+  return folder.empty() ? "." : folder.string();
+}
+
+}  // namespace
+
+void checkNumbers(const ToolPlatform& platform, Findings& findings) {
+  const std::string folder = platform.real(printerLogFolder().value_or(""));
+  std::map<std::string, int> taken;
+  std::error_code error;
+  fs::directory_iterator entries(folder, error);
+  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+    if (const auto name = numberedName(entries->path().filename().string())) ++taken[*name];
+  }
+  bool good = true;
+  for (const auto& [name, count] : taken) {
+    if (count < manyNumbers) continue;
+    good = false;
+    findings.push_back({Level::warning, "printer_log_numbers",
+                        std::string(folder).append("/").append(name).append("_*.PLM"),
+                        grouped(static_cast<std::uint64_t>(count)) + " of 999 numbers are taken",
+                        "Take finished logs away: with all taken, number 999 is replaced."});
+  }
+  if (good) {
+    findings.push_back(
+        {Level::ok, "printer_log_numbers", "Numbers of printer logs", "enough are free", ""});
+  }
+}
+
+void checkDisk(const ToolPlatform& platform, Findings& findings) {
+  const std::string folder = nearestFolder(platform.real(supportFolder().value_or("/")));
+  struct statvfs disk {};
+  const bool known = ::statvfs(folder.c_str(), &disk) == 0;
+  findings.push_back(known ? roomFinding(folder, disk) : unknownRoomFinding(folder, errno));
+}
+
+namespace {
+
+constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
+
+}  // namespace
+
+Finding roomFinding(const std::string& folder, const struct statvfs& disk) {
+  const std::uint64_t room = std::uint64_t{disk.f_bavail} * disk.f_frsize;
+  Finding finding{Level::ok, "disk", folder, sizeText(room) + " of room", ""};
+  const bool noFiles = disk.f_files > 0 && disk.f_favail == 0;
+  if ((disk.f_flag & ST_RDONLY) != 0) {
+    finding.level = Level::error;
+    finding.message = "is on a read-only file system";
+    finding.remedy = "Mount it for writing.";
+  } else if (room < mebibyte || noFiles) {
+    finding.level = Level::error;
+    finding.message += noFiles ? ", but not for another file" : "";
+    finding.remedy = "Make room: without it records are lost.";
+  } else if (room < 100 * mebibyte) {
+    finding.level = Level::warning;
+    finding.remedy = "Make room before records are lost.";
+  }
+  return finding;
+}
+
+Finding unknownRoomFinding(const std::string& folder, int error) {
+  return {Level::warning, "disk", folder,
+          "its room is not known: " + std::generic_category().message(error),
+          "Look at it with df: where there is no room records are lost."};
+}
+
+}  // namespace wenlolib::tools

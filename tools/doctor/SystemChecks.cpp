@@ -1,0 +1,78 @@
+// Versions, and what the library decides.
+#include "base/Integer.h"
+#include "doctor/Checks.h"
+#include "explain/Explanation.h"
+#include "library/Wording.h"
+#include "platform/Platform.h"
+#include "record/HeaderValues.h"
+#include "terminal/VisibleText.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/plugin.h"
+
+namespace wenlolib::tools {
+namespace {
+
+Finding osFinding() {
+  const Text version = CommonTooWenlolib::osVersion();
+  if (version) return {Level::ok, "os_version", "OS version", *version, ""};
+  return {Level::error, "os_version", "OS version", "is not known: nothing is recorded",
+          "The kernel's release (uname -r) has to begin with two numbers."};
+}
+
+/// A bundle in a fixed place. None needs to be there.
+Finding bundleFinding(const ToolPlatform& platform, const char* check, std::string_view path) {
+  const auto information = platform::current().bundles->informationAt(std::string(path));
+  Finding finding{Level::ok, check, platform.real(std::string(path)), "is not installed", ""};
+  if (!information) return finding;
+  const Text version = textEntry(information, shortVersionKey);
+  finding.message = "version " + visibleInLine(version.value_or("unknown"));
+  if (twoComponents(version.value_or("")).empty()) {
+    finding.level = Level::warning;
+    finding.message += ": no CFBundleShortVersionString with a point in it";
+    finding.remedy = "Install it again, Contents/Info.plist included.";
+  }
+  return finding;
+}
+
+Finding clientFinding() {
+  const std::string version = visibleInLine(clientVersion());
+  return {Level::ok, "printer_log_version", "Version in printer logs",
+          version.empty() ? "is empty: neither bundle tells it" : version, ""};
+}
+
+Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string& subject,
+                        const std::string& call) {
+  const Explanation decision = explain(kind, option);
+  const std::string reason(reasonCode(decision));
+  if (decision.allowed()) return {Level::ok, "decision", subject, "allowed now", ""};
+  // It is for the user to say no: nothing is wrong with that.
+  const bool wanted = decision.refusedBy == Gate::agreement;
+  return {
+      wanted ? Level::ok : Level::warning, "decision", subject,
+      "refused now, " + reason + (decision.unanswered.empty() ? "" : ": " + decision.unanswered),
+      wanted ? "" : call + " tells why."};
+}
+
+}  // namespace
+
+void checkVersions(const ToolPlatform& platform, Findings& findings) {
+  findings.push_back(osFinding());
+  findings.push_back({Level::ok, "library_version", "This library", WENLOLIB_VERSION, ""});
+  findings.push_back(bundleFinding(platform, "host_bundle", hostBundlePath));
+  findings.push_back(bundleFinding(platform, "installed_bundle", installedBundlePath));
+  findings.push_back(clientFinding());
+}
+
+void checkDecisions(Findings& findings) {
+  for (const std::uint32_t mode : {0U, 1U, 2U}) {
+    findings.push_back(decisionFinding(RecordKind::application, mode,
+                                       "Application usage, mode " + decimal(mode),
+                                       "wenlolib explain app --option " + decimal(mode)));
+  }
+  findings.push_back(
+      decisionFinding(RecordKind::printerLog, 0, "Printer logs", "wenlolib explain printer"));
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,269 @@
+#include "documents/DocumentText.h"
+
+#include <algorithm>
+
+#include "base/EnumTable.h"
+#include "terminal/Format.h"
+#include "terminal/VisibleText.h"
+
+namespace wenlolib::tools {
+namespace {
+
+using receiver::Fault;
+using receiver::Layer;
+using receiver::Layout;
+
+struct Names {
+  std::string_view code;
+  std::string_view phrase;
+};
+
+constexpr EnumTable<Layout, Names> layouts({
+    {Layout::application, {"application", "application usage"}},
+    {Layout::printer, {"printer", "printer log, newer tag type"}},
+    {Layout::printerOlderTag, {"printer_older_tag", "printer log, older tag type"}},
+});
+
+constexpr EnumTable<Layer, Names> layers({
+    {Layer::none, {"none", ""}},
+    {Layer::xml, {"xml", "not XML"}},
+    {Layer::whiteSpace, {"white_space", "white space"}},
+    {Layer::layout, {"layout", "wrong layout"}},
+    {Layer::cipherMarker, {"cipher_marker", "wrong cipher marker"}},
+    {Layer::hexadecimal, {"hexadecimal", "bad hexadecimal"}},
+    {Layer::checksum, {"checksum", "wrong checksum"}},
+    {Layer::contents, {"contents", "undecodable contents"}},
+});
+
+struct FaultNames {
+  std::string_view code;
+  Condition condition;
+};
+
+constexpr EnumTable<Fault, FaultNames> faults({
+    {Fault::none, {"none", Condition::sound}},
+    {Fault::truncated, {"truncated", Condition::truncated}},
+    {Fault::damaged, {"damaged", Condition::damaged}},
+    {Fault::altered, {"altered", Condition::altered}},
+    {Fault::repaired, {"repaired", Condition::repaired}},
+});
+
+constexpr std::size_t wordColumns = 11;  // the longest word and two blanks
+
+struct ConditionNames {
+  std::string_view word;
+  Colour colour;
+};
+
+constexpr EnumTable<Condition, ConditionNames> conditions({
+    {Condition::sound, {"sound", Colour::good}},
+    {Condition::truncated, {"truncated", Colour::bad}},
+    {Condition::damaged, {"damaged", Colour::bad}},
+    {Condition::altered, {"altered", Colour::bad}},
+    {Condition::repaired, {"repaired", Colour::doubtful}},
+    {Condition::illegible, {"illegible", Colour::doubtful}},
+});
+
+}  // namespace
+
+std::string_view code(Layout layout) {
+  return layouts[layout].code;
+}
+
+std::string_view code(Layer layer) {
+  return layers[layer].code;
+}
+
+std::string_view code(Fault fault) {
+  return faults[fault].code;
+}
+
+Condition conditionOf(const receiver::Verdict& verdict) {
+  const bool illegible = verdict.fault == Fault::none && !verdict.sound();
+  return illegible ? Condition::illegible : faults[verdict.fault].condition;
+}
+
+std::string_view wordFor(Condition condition) {
+  return conditions[condition].word;
+}
+
+Colour colourOf(Condition condition) {
+  return conditions[condition].colour;
+}
+
+std::string_view description(Layout layout) {
+  return layouts[layout].phrase;
+}
+
+std::string description(const receiver::Verdict& verdict) {
+  std::string text(layers[verdict.layer].phrase);
+  text += " at byte " + grouped(verdict.offset);
+  if (!verdict.field.empty()) text += ", " + verdict.field;
+  if (!verdict.explanation.empty()) text += ": " + verdict.explanation;
+  return text;
+}
+
+std::string_view cipherName(char marker) {
+  return marker == 'X' ? "XOR" : "RC4";
+}
+
+std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,
+                        const Style& style) {
+  const Condition condition = conditionOf(verdict);
+  std::string line(wordFor(condition));
+  line.resize(wordColumns, ' ');
+  line = style.paint(colourOf(condition), line) + visibleInLine(path);
+  if (!verdict.sound()) {
+    line += ": " + visibleInLine(description(verdict));
+    if (style.columns > 0) line = wrapped(line, style.columns, wordColumns);
+  }
+  return line + "\n";
+}
+
+namespace {
+
+/// The date as it stands, and what the reader's own clock showed then, where that is another time.
+std::string dateText(const std::string& date) {
+  const auto moment = momentOf(date);
+  std::string shown = visibleInLine(date);
+  if (!moment) return shown;
+  const std::string local = localTime(*moment);
+  std::string asLocal = date;
+  std::ranges::replace(asLocal, 'T', ' ');
+  asLocal.insert(asLocal.find_last_of("+-"), " ");
+  return local == asLocal ? shown : shown + " (here " + local + ")";
+}
+
+std::string valueText(const receiver::Field& field, const Redaction& redaction,
+                      const Paint& paint) {
+  if (redaction.hides(field.name)) return paint(Colour::faint, "(redacted)");
+  if (field.value.empty()) return paint(Colour::faint, "(empty)");
+  const std::string value = redaction(field.value);
+  return field.name == "Date" ? dateText(value) : visibleInLine(value);
+}
+
+std::string verdictText(const receiver::Verdict& verdict, const Paint& paint) {
+  const Condition condition = conditionOf(verdict);
+  const std::string text = paint(colourOf(condition), wordFor(condition));
+  return verdict.sound() ? text : text + ": " + visibleInLine(description(verdict));
+}
+
+/// All documents have the names of their values in a column of the same width, whatever is known.
+std::string inNameColumn(std::string name) {
+  constexpr std::size_t widest = std::string_view("OSVersion").size();
+  name.resize(std::max(name.size(), widest), ' ');
+  return name;
+}
+
+std::string headerText(std::size_t bytes, const receiver::Report& report,
+                       const Redaction& redaction, const Style& style) {
+  Table table;
+  table.add({inNameColumn("Verdict"), verdictText(redaction(report.verdict), style.paint)});
+  table.add({"Size", sizeText(bytes)});
+  if (report.document) {
+    const receiver::Document& document = *report.document;
+    table.add({"Kind", std::string(description(document.layout))});
+    for (const receiver::Field& field : document.fields) {
+      table.add({field.name, valueText(field, redaction, style.paint)});
+    }
+    table.add({"Cipher", std::string(cipherName(document.marker))});
+    table.add({"Contents", sizeText(document.digits.size() / 2)});
+  }
+  return table.text(2, style.columns);
+}
+
+void appendContents(std::string& out, std::string_view contents, const Paint& paint) {
+  const std::string margin = paint(Colour::faint, "  | ");
+  const std::string shown = visible(contents);
+  std::string_view rest = shown;
+  out.reserve(out.size() + shown.size() + shown.size() / 8);
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find('\n'), rest.size());
+    out += margin;
+    out += rest.substr(0, end);
+    out += '\n';
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+}
+
+}  // namespace
+
+std::string documentText(std::string_view path, std::size_t bytes, const receiver::Report& report,
+                         const std::optional<std::string>& contents, const Redaction& redaction,
+                         const Style& style) {
+  std::string out = style.paint(Colour::heading, visibleInLine(redaction(path))) + "\n";
+  out += headerText(bytes, report, redaction, style);
+  if (contents) {
+    appendContents(out, redaction(*contents), style.paint);
+  } else if (report.document) {
+    const bool dated = !report.document->value("Date").empty();
+    out += dated ? "  The contents cannot be decrypted here.\n"
+                 : "  The contents cannot be decrypted: there is no date, and so no key.\n";
+  }
+  return out + "\n";
+}
+
+namespace {
+
+constexpr std::string_view indent = "  ";
+constexpr std::size_t mostShown = 2048;
+constexpr std::size_t shownOfLong = 512;
+
+bool isContinuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+/// At most `length` bytes of `text` that do not end within a character.
+std::string_view headOf(std::string_view text, std::size_t length) {
+  if (text.size() <= length) return text;
+  std::size_t end = length;
+  while (end > 1 && isContinuation(text[end])) --end;
+  return text.substr(0, end);
+}
+
+/// What is put on a line is longer than what stands in the document where it has been spelled out,
+/// so that fits which is short enough afterwards.
+std::string_view fittingHead(std::string_view text, std::size_t width) {
+  std::string_view head = headOf(text, width);
+  while (head.size() > 1 && displayWidth(visibleInLine(head)) > width) {
+    head = headOf(text, head.size() - 1);
+  }
+  return head;
+}
+
+void appendFolded(std::string& out, std::string_view element, std::size_t width) {
+  const bool tooLong = element.size() > mostShown;
+  std::string_view rest = tooLong ? headOf(element, shownOfLong) : element;
+  const std::size_t leftOut = element.size() - rest.size();
+  while (!rest.empty()) {
+    const std::string_view head = fittingHead(rest, width - indent.size());
+    out.append(indent).append(visibleInLine(head)).append("\n");
+    rest.remove_prefix(head.size());
+  }
+  if (tooLong) out.append(indent).append("(" + counted(leftOut, "byte") + " more)\n");
+}
+
+/// Where the element, or the tag of one with others inside, ends that `document` begins with.
+std::size_t lengthOfFirst(std::string_view document) {
+  std::size_t boundary = document.find("><");
+  // An empty element stays on its line.
+  const bool emptyElement =
+      document.substr(std::min(boundary, document.size())).starts_with("></") &&
+      document.substr(0, boundary).find("</") == std::string_view::npos;
+  if (emptyElement) boundary = document.find("><", boundary + 1);
+  return boundary == std::string_view::npos ? document.size() : boundary + 1;
+}
+
+}  // namespace
+
+std::string foldDocument(std::string_view document, std::size_t width) {
+  std::string out;
+  while (!document.empty()) {
+    const std::size_t length = lengthOfFirst(document);
+    appendFolded(out, document.substr(0, length), width);
+    document.remove_prefix(length);
+  }
+  return out;
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,194 @@
+#include "documents/Jobs.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::size_t tasksPerThread = 128;
+constexpr std::size_t mostHeldBytes = std::size_t{32} << 20;
+
+/// How many tasks a thread takes at once. A small document is done sooner than two threads have
+/// told each other of it, so those are taken by the dozen; a large one is a task by itself.
+class Portion {
+ public:
+  [[nodiscard]] std::size_t size() const { return size_; }
+
+  void adapt(std::chrono::steady_clock::duration taken) {
+    constexpr std::size_t largest = 32;
+    if (taken < std::chrono::milliseconds(1)) size_ = std::min(2 * size_, largest);
+    if (taken > std::chrono::milliseconds(4)) size_ = std::max<std::size_t>(size_ / 2, 1);
+  }
+
+ private:
+  std::size_t size_ = 1;
+};
+
+}  // namespace
+
+DocumentJobs::DocumentJobs(int jobs, Work work)
+    : work_(std::move(work)), window_(static_cast<std::size_t>(jobs) * tasksPerThread) {
+  threads_.reserve(static_cast<std::size_t>(jobs));
+  for (int i = 0; i < jobs; ++i) threads_.emplace_back([this] { workOn(); });
+}
+
+DocumentJobs::~DocumentJobs() {
+  {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    given_ = tasks_.size();  // what nobody has begun is left
+  }
+  added_.notify_all();
+  for (std::thread& thread : threads_) thread.join();
+}
+
+void DocumentJobs::run(const Source& source, const Hear& take) {
+  bool more = true;
+  while (more || !tasks_.empty()) {
+    if (more) more = fill(source);
+    for (const Answer& answer : takeFinished()) take(answer);
+  }
+}
+
+/// False when the source has nothing left. The caller's thread alone adds and removes tasks, so it
+/// may look at their number.
+bool DocumentJobs::fill(const Source& source) {
+  std::vector<Candidate> candidates;
+  bool more = true;
+  while (more && tasks_.size() + candidates.size() < window_) {
+    std::optional<Candidate> candidate = source();
+    more = candidate.has_value();
+    if (more) candidates.push_back(std::move(*candidate));
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    for (Candidate& candidate : candidates) tasks_.push_back({std::move(candidate), {}, false});
+  }
+  added_.notify_all();
+  return more;
+}
+
+/// Waits for the first task, and takes it and those behind it that are done off the queue.
+std::vector<Answer> DocumentJobs::takeFinished() {
+  std::vector<Answer> answers;
+  if (tasks_.empty()) return answers;
+  {
+    std::unique_lock lock(mutex_);
+    finished_.wait(lock, [this] { return tasks_.front().done; });
+    while (!tasks_.empty() && tasks_.front().done) {
+      answers.push_back(std::move(tasks_.front().answer));
+      held_ -= answers.back().output.size();
+      tasks_.pop_front();
+      --given_;
+    }
+  }
+  added_.notify_all();
+  return answers;
+}
+
+void DocumentJobs::workOn() {
+  std::string buffer;
+  std::vector<Task*> tasks;
+  std::vector<Answer> answers;
+  Portion portion;
+  while (takeTasks(tasks, portion.size()) > 0) {
+    const auto start = std::chrono::steady_clock::now();
+    answers.clear();
+    for (const Task* task : tasks) answers.push_back(work_(task->candidate, buffer));
+    portion.adapt(std::chrono::steady_clock::now() - start);
+    finish(tasks, answers);
+  }
+}
+
+/// Waits for tasks that nobody has begun and takes some; none when none will come. Where much waits
+/// for its turn only the task whose turn it is goes on.
+std::size_t DocumentJobs::takeTasks(std::vector<Task*>& taken, std::size_t most) {
+  std::unique_lock lock(mutex_);
+  added_.wait(lock, [this] {
+    return ended_ || (given_ < tasks_.size() && (held_ < mostHeldBytes || given_ == 0));
+  });
+  taken.clear();
+  while (given_ < tasks_.size() && taken.size() < most) taken.push_back(&tasks_[given_++]);
+  return taken.size();
+}
+
+void DocumentJobs::finish(const std::vector<Task*>& done, std::vector<Answer>& answers) {
+  const std::lock_guard lock(mutex_);
+  for (std::size_t i = 0; i < done.size(); ++i) {
+    held_ += answers[i].output.size();
+    done[i]->answer = std::move(answers[i]);
+    done[i]->done = true;
+  }
+  if (done.front() == &tasks_.front()) finished_.notify_one();
+}
+
+namespace {
+
+Answer complaintOf(const Candidate& candidate, std::string complaint) {
+  Answer answer;
+  answer.complaint = std::move(complaint);
+  answer.path = candidate.path;
+  answer.status = unreadable;
+  return answer;
+}
+
+Answer readAndExamine(const Candidate& candidate, const Examine& examine, std::string& buffer) {
+  if (!candidate.complaint.empty()) return complaintOf(candidate, candidate.complaint);
+  try {
+    DocumentReading reading = readDocument(candidate, buffer);
+    if (!reading.complaint.empty()) return complaintOf(candidate, std::move(reading.complaint));
+    if (!reading.vanished) return examine(candidate, reading.bytes);
+  } catch (const std::bad_alloc&) {
+    std::string().swap(buffer);
+    return complaintOf(candidate, "too large for the memory there is");
+  }
+  Answer gone;
+  gone.skipped = true;
+  return gone;
+}
+
+/// The number of documents. Counting begins when it is asked for: most runs are over before.
+Progress::Total countAhead(std::vector<std::string> paths) {
+  return [paths = std::move(paths), count = std::shared_ptr<DocumentCount>()]() mutable {
+    try {
+      if (!count) count = std::make_shared<DocumentCount>(std::exchange(paths, {}));
+      return count->total();
+    } catch (const std::system_error&) {
+      return std::optional<std::uint64_t>();
+    }
+  };
+}
+
+}  // namespace
+
+int goThrough(std::vector<std::string> paths, int jobs, const Examine& examine, Output& output,
+              const Hear& hear) {
+  output.expect(countAhead(paths));
+  DocumentWalk walk(std::move(paths));
+  int status = allGood;
+  const auto take = [&](const Answer& answer) {
+    if (answer.skipped) return;
+    output.write(answer.output);
+    if (!answer.complaint.empty()) output.complain(answer.path, answer.complaint);
+    status = std::max(status, answer.status);
+    if (hear) hear(answer);
+    output.advance();
+  };
+  const auto work = [&](const Candidate& candidate, std::string& buffer) {
+    return readAndExamine(candidate, examine, buffer);
+  };
+  if (jobs > 1) {
+    DocumentJobs(jobs, work).run([&] { return walk.next(); }, take);
+  } else {
+    std::string buffer;
+    while (const auto candidate = walk.next()) take(work(*candidate, buffer));
+  }
+  return status;
+}
+
+}  // namespace wenlolib::tools

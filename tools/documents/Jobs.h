@@ -1,0 +1,88 @@
+/// Many documents, several at a time, answered in their order.
+#ifndef WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
+#define WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "documents/DocumentFiles.h"
+#include "documents/DocumentText.h"
+#include "terminal/Output.h"
+
+namespace wenlolib::tools {
+
+/// What came of one document.
+struct Answer {
+  std::string output;     // for standard output
+  std::string complaint;  // for standard error, behind the path; or ""
+  std::string path;       // as complaints name it
+  int status = allGood;   // an `Exit`
+  bool skipped = false;   // it is not there any more: it counts for nothing
+  Condition condition = Condition::sound;
+};
+
+/// Examines the bytes of one document. Several threads call it at once.
+using Examine = std::function<Answer(const Candidate&, std::string_view bytes)>;
+
+/// Hears of every document, in order, on the caller's thread.
+using Hear = std::function<void(const Answer&)>;
+
+/// Walks through `paths`, reads and examines on `jobs` threads (1: the caller's own) and writes the
+/// answers in the order of the walk, whatever `jobs` is. Memory does not grow with their number.
+/// Returns the exit status.
+int goThrough(std::vector<std::string> paths, int jobs, const Examine& examine, Output& output,
+              const Hear& hear = nullptr);
+
+/// Threads that work on documents ahead of the one whose turn it is.
+class DocumentJobs {
+ public:
+  /// The text is the thread's own buffer. Must not throw; several threads call it.
+  using Work = std::function<Answer(const Candidate&, std::string&)>;
+  using Source = std::function<std::optional<Candidate>()>;
+
+  DocumentJobs(int jobs, Work work);
+  ~DocumentJobs();
+  DocumentJobs(const DocumentJobs&) = delete;
+  DocumentJobs& operator=(const DocumentJobs&) = delete;
+
+  /// Hands out what `source` gives, until it gives nothing, and the answers to `take` in the same
+  /// order; both are called on the caller's thread. No more than a number of documents a thread are
+  /// on their way at any time, and few where their answers are large.
+  void run(const Source& source, const Hear& take);
+
+ private:
+  struct Task {
+    Candidate candidate;
+    Answer answer;
+    bool done = false;
+  };
+
+  void workOn();
+  [[nodiscard]] std::size_t takeTasks(std::vector<Task*>& taken, std::size_t most);
+  void finish(const std::vector<Task*>& done, std::vector<Answer>& answers);
+  [[nodiscard]] bool fill(const Source& source);
+  [[nodiscard]] std::vector<Answer> takeFinished();
+
+  Work work_;
+  std::size_t window_;
+  std::mutex mutex_;
+  std::condition_variable added_;
+  std::condition_variable finished_;
+  std::deque<Task> tasks_;  // in order; a deque leaves the others where they are
+  std::size_t given_ = 0;   // how many of them a thread has taken
+  std::size_t held_ = 0;    // bytes in answers that wait for their turn
+  bool ended_ = false;      // no more will come
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace wenlolib::tools
+
+#endif

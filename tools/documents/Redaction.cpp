@@ -1,0 +1,70 @@
+#include "documents/Redaction.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace wenlolib::tools {
+namespace {
+
+constexpr std::string_view hiddenFields[] = {"ID", "SN"};
+constexpr std::string_view replacement = "[redacted]";
+constexpr std::size_t shortestSecret = 4;
+
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string_view withoutBraces(std::string_view text) {
+  const bool braces = text.size() > 2 && text.front() == '{' && text.back() == '}';
+  return braces ? text.substr(1, text.size() - 2) : text;
+}
+
+void replaceAll(std::string& text, std::string_view secret) {
+  const std::boyer_moore_horspool_searcher searcher(
+      secret.begin(), secret.end(), [](char c) { return lower(c); },
+      [](char a, char b) { return lower(a) == lower(b); });
+  std::string out;
+  auto from = text.cbegin();
+  for (;;) {
+    const auto [first, last] = searcher(from, text.cend());
+    if (first == text.cend()) break;
+    out.append(from, first);
+    out += replacement;
+    from = last;
+  }
+  if (from == text.cbegin()) return;
+  out.append(from, text.cend());
+  text = std::move(out);
+}
+
+}  // namespace
+
+Redaction::Redaction(const receiver::Report& report) : on_(true), known_(report.document) {
+  if (!known_) return;
+  for (const std::string_view name : hiddenFields) {
+    const std::string_view secret = withoutBraces(report.document->value(name));
+    if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);
+  }
+  std::ranges::sort(secrets_, [](const auto& a, const auto& b) { return a.size() > b.size(); });
+}
+
+bool Redaction::hides(std::string_view field) const {
+  return on_ && std::ranges::find(hiddenFields, field) != std::ranges::end(hiddenFields);
+}
+
+std::string Redaction::operator()(std::string_view text) const {
+  std::string redacted(text);
+  for (const std::string& secret : secrets_) replaceAll(redacted, secret);
+  return redacted;
+}
+
+receiver::Verdict Redaction::operator()(receiver::Verdict verdict) const {
+  if (on_ && !known_) {
+    verdict.explanation.clear();
+    verdict.field.clear();
+  }
+  verdict.explanation = (*this)(verdict.explanation);
+  return verdict;
+}
+
+}  // namespace wenlolib::tools

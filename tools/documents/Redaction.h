@@ -1,0 +1,44 @@
+/// Output without what tells one user or device from all others.
+#ifndef WENLOLIB_TOOLS_DOCUMENTS_REDACTION_H
+#define WENLOLIB_TOOLS_DOCUMENTS_REDACTION_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "wenlolib/Receiver.h"
+
+namespace wenlolib::tools {
+
+/// Takes the installation identifier and the serial number out of whatever is shown of a document.
+/// They also turn up in file names, device identifiers and contents, in capitals or not, and the
+/// identifier without its braces.
+class Redaction {
+ public:
+  /// Leaves everything as it is.
+  Redaction() = default;
+
+  explicit Redaction(const receiver::Report& report);
+
+  [[nodiscard]] bool on() const { return on_; }
+
+  /// Whether a field is left out altogether.
+  [[nodiscard]] bool hides(std::string_view field) const;
+
+  /// The text with "[redacted]" in place of either value. A value of one to three characters tells
+  /// nobody from another and would blacken half of every text: it is left outside its own field.
+  [[nodiscard]] std::string operator()(std::string_view text) const;
+
+  /// A verdict whose words give neither value away. Where the form does not hold, nobody knows what
+  /// of the document its words repeat: they are left out.
+  [[nodiscard]] receiver::Verdict operator()(receiver::Verdict verdict) const;
+
+ private:
+  bool on_ = false;
+  bool known_ = false;                // the document was read, and so its values are known
+  std::vector<std::string> secrets_;  // longer ones first
+};
+
+}  // namespace wenlolib::tools
+
+#endif

@@ -1,0 +1,296 @@
+#include "explain/Explanation.h"
+
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/EnumTable.h"
+#include "base/Integer.h"
+#include "explain/RecordedFacts.h"
+#include "library/ToolPlatform.h"
+#include "library/Wording.h"
+#include "terminal/Format.h"
+#include "terminal/VisibleText.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
+#include "wenlolib/CommonTooWenlolib.h"
+
+namespace wenlolib::tools {
+namespace {
+
+struct Context {
+  RecordKind kind;
+  std::uint32_t option;
+  const AskedFacts& asked;
+  const Sources& sources;
+};
+
+std::string fileText(const std::string& root, const Text& replacement, std::string_view name) {
+  if (replacement) return *replacement;
+  const Text path = configurationPath(name);
+  return path ? root + *path : "no file: the user has no home folder";
+}
+
+std::string preferenceSource(const Context& context) {
+  return fileText(context.sources.root, context.sources.preferences, preferenceFile);
+}
+
+const PreferenceReading& readingFor(const Step& step, const Context& context) {
+  return context.asked.readings[step.reading - 1];
+}
+
+std::string preferencesText(const PreferenceReading& reading) {
+  if (reading.preferences) {
+    const std::string keys = "a dictionary of " + counted(reading.preferences->size(), "key");
+    return reading.trouble.empty() ? keys : keys + "; it " + reading.trouble;
+  }
+  if (reading.kind == platform::Kind::nothing) return "no file";
+  if (reading.kind == platform::Kind::folder) return "a folder";
+  return "a file that " + reading.trouble;
+}
+
+void describeOS(Step& step, const Context& context) {
+  const FoundVersion& os = *context.asked.os;
+  step.source = "the system's version";
+  step.expected = "a known version";
+  step.found = os.number == -1 ? "none" : versionText(os.text, os.number);
+  step.remedy = "The kernel's release (uname -r) has to begin with two numbers.";
+}
+
+void describeLibrary(Step& step, const Context& context) {
+  const FoundVersion& library = *context.asked.library;
+  step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
+                                  : "the running library's bundle";
+  step.key = library.installed ? bundleVersionKey : shortVersionKey;
+  step.expected = "a version such as 1.0.0, since the OS is " +
+                  versionText(context.asked.upperBound.value_or(-1)) + " or later";
+  step.found = versionText(library.text, library.number);
+  step.remedy = library.installed ? "Install the library's bundle at this path."
+                                  : "Load the library from its bundle, Contents/Info.plist in it.";
+}
+
+void describeList(Step& step, const Context& context) {
+  const ListLookup& list = *context.asked.list;
+  const std::int32_t os = context.asked.os->number;
+  const std::string least =
+      CommonTooWenlolib::convertVersionNumToStr(os).value_or("the OS version");
+  step.source = fileText(context.sources.root, context.sources.supportList, supportVersionListFile);
+  step.key = list.key.value_or("");
+  step.expected = "a text, " + least + " or later";
+  step.found = list.readable ? valueText(list.entry ? &*list.entry : nullptr)
+                             : "no list: the file " + list.trouble;
+  step.remedy = "Whoever installs the library has to list " + least + " or later under this key.";
+}
+
+void describeMode(Step& step, const Context& context) {
+  step.source = "the option word, its low four bits";
+  step.expected = "mode 0, 1 or 2";
+  step.found =
+      "option " + decimal(context.option) + ", mode " + decimal(optionMode(context.option));
+  step.remedy = "The host has to pass an option of mode 0, 1 or 2.";
+}
+
+void describePreferences(Step& step, const Context& context) {
+  step.source = preferenceSource(context);
+  step.expected = "a property list, a dictionary at its root";
+  step.found = preferencesText(readingFor(step, context));
+  step.remedy =
+      "The host writes this file. To have one to start from: wenlolib init --sample-preferences";
+}
+
+void describeDate(Step& step, const Context& context) {
+  step.source = preferenceSource(context);
+  step.key = "InstalledDate";
+  step.expected = "a date";
+  step.found = valueText(entry(readingFor(step, context).preferences, step.key));
+  step.remedy = "The host has to store here, as a date, when it was installed.";
+}
+
+void describePeriod(Step& step, const Context& context) {
+  const Value* installed = entry(readingFor(step, context).preferences, "InstalledDate");
+  const std::chrono::days period = periods[context.kind];
+  const std::string days = decimal(period.count()) + " days";
+  step.source = "the clock, and InstalledDate";
+  const Instant* date = installed == nullptr ? nullptr : installed->date();
+  if (date != nullptr) {
+    step.expected =
+        "before " + instantText(*date + period) + ", " + days + " after the installation";
+  }
+  step.found = instantText(*context.asked.now);
+  step.remedy = "The period of " + days + " begins anew with an installation.";
+}
+
+void describeAgreement(Step& step, const Context& context) {
+  step.source = preferenceSource(context);
+  step.key = "LatestSelectedAgreement";
+  step.expected = "a boolean or number other than zero";
+  step.found = valueText(entry(readingFor(step, context).preferences, step.key));
+  step.remedy = "The user has to agree in the host, which stores it here as a boolean.";
+}
+
+/// What was read, expected and found at a gate.
+using Description = void (*)(Step&, const Context&);
+constexpr EnumTable<Gate, Description> descriptions({
+    {Gate::none, nullptr},  // no step is taken at it
+    {Gate::osVersion, describeOS},
+    {Gate::libraryVersion, describeLibrary},
+    {Gate::supportVersionList, describeList},
+    {Gate::mode, describeMode},
+    {Gate::preferences, describePreferences},
+    {Gate::installationDate, describeDate},
+    {Gate::period, describePeriod},
+    {Gate::agreement, describeAgreement},
+});
+
+}  // namespace
+
+std::string_view reasonCode(const Explanation& explanation) {
+  if (!explanation.unanswered.empty()) return "no_answer";
+  return gateNames[explanation.refusedBy].reason;
+}
+
+Explanation explain(RecordKind kind, std::uint32_t option, const Sources& sources) {
+  const Watched watched(platform::current());
+  const platform::Substitute substitute(watched.services());
+  PlatformFacts facts;
+  RecordedFacts recorded(facts, watched.seen().lists);
+  std::vector<DecisionStep> steps;
+  Explanation explanation{kind, option, Gate::none, {}, {}};
+  bool isAllowed = false;
+  try {
+    explanation.refusedBy = refusal(recorded, kind, option, &steps);
+    isAllowed = explanation.refusedBy == Gate::none;
+  } catch (const platform::NoAnswer&) {
+    // What was seen says why. The library answers no.
+  }
+  if (!isAllowed && watched.seen().unanswered) {
+    explanation.unanswered = unansweredText(*watched.seen().unanswered);
+  }
+  for (const DecisionStep& reported : steps) {
+    Step step{reported, {}, {}, {}, {}, {}};
+    if (step.taken()) descriptions[step.gate](step, {kind, option, recorded.asked(), sources});
+    if (step.state != StepState::refused) step.remedy.clear();
+    explanation.steps.push_back(std::move(step));
+  }
+  return explanation;
+}
+
+namespace {
+
+constexpr std::size_t width = 80;
+constexpr std::size_t detailIndent = 6;
+constexpr std::size_t detailWidth = 10;
+constexpr std::string_view shortFolder = "QMR";
+
+struct StateNames {
+  std::string_view code, text;
+  Colour colour;
+};
+
+constexpr EnumTable<StepState, StateNames> stateNames({
+    {StepState::passed, {"passed", "passed", Colour::good}},
+    {StepState::refused, {"refused", "refused", Colour::bad}},
+    {StepState::notNeeded, {"not_needed", "not needed", Colour::faint}},
+    {StepState::notReached, {"not_reached", "not reached", Colour::faint}},
+});
+
+std::string heading(const Explanation& explanation) {
+  const std::string option = decimal(explanation.option);
+  if (explanation.kind == RecordKind::printerLog) return "Printer log";
+  return "Application usage, option " + option + " (mode " +
+         decimal(optionMode(explanation.option)) + ")";
+}
+
+std::string shortened(const std::string& source, const std::string& folder) {
+  const bool within = !folder.empty() && source.starts_with(folder + "/");
+  if (!within) return visibleInLine(source);
+  return visibleInLine(std::string(shortFolder) + source.substr(folder.size()));
+}
+
+/// A line of a step; only a path may be longer than a line, so that it can be copied whole.
+std::string detail(const char* name, const std::string& text, bool whole = false) {
+  if (text.empty()) return "";
+  std::string line = std::string(detailIndent, ' ') + name;
+  line.resize(detailIndent + detailWidth, ' ');
+  line += text;
+  return (whole ? line : wrapped(line, width, detailIndent + detailWidth)) + "\n";
+}
+
+/// What was read, expected and found; nothing of a step that was not taken.
+std::string details(const Step& step, const std::string& folder) {
+  return detail("read", shortened(step.source, folder), true) +
+         detail("key", visibleInLine(step.key), true) + detail("expected", step.expected) +
+         detail("found", step.found) + detail("remedy", step.remedy);
+}
+
+std::string title(const Step& step) {
+  return std::string(gateNames[step.gate].title) +
+         (step.gate == Gate::preferences && step.reading > 1 ? ", read again" : "");
+}
+
+std::string stepText(int number, const Step& step, const Paint& paint, const std::string& folder) {
+  constexpr std::size_t stateWidth = 13;
+  const StateNames& state = stateNames[step.state];
+  return "  " + decimal(number) + "  " + paint(state.colour, state.text) +
+         std::string(stateWidth - state.text.size(), ' ') + title(step) + "\n" +
+         details(step, folder);
+}
+
+}  // namespace
+
+std::string outcomeText(const Explanation& explanation, const Paint& paint) {
+  if (explanation.allowed()) return paint(Colour::good, "allowed");
+  if (!explanation.unanswered.empty()) {
+    return paint(Colour::bad, "refused") + ": " + explanation.unanswered + " (no_answer)";
+  }
+  const GateNames& names = gateNames[explanation.refusedBy];
+  return paint(Colour::bad, "refused") + ": " + std::string(names.title) + " (" +
+         std::string(names.reason) + ")";
+}
+
+std::string explanationText(const Explanation& explanation, const Paint& paint,
+                            const std::string& supportFolder) {
+  std::string text = paint(Colour::heading, heading(explanation)) + "\n" +
+                     outcomeText(explanation, paint) + "\n\n";
+  if (!supportFolder.empty()) {
+    text += std::string(shortFolder) + " is " + visibleInLine(supportFolder) + "\n\n";
+  }
+  int number = 0;
+  for (const Step& step : explanation.steps) {
+    text += stepText(++number, step, paint, supportFolder);
+  }
+  return text;
+}
+
+std::string explanationJson(const Explanation& explanation) {
+  using Json = nlohmann::ordered_json;
+  const bool application = explanation.kind == RecordKind::application;
+  Json json = {{"record", application ? "application" : "printer"}};
+  if (application) {
+    json["option"] = explanation.option;
+    json["mode"] = optionMode(explanation.option);
+  }
+  json["allowed"] = explanation.allowed();
+  json["reason"] = reasonCode(explanation);
+  if (!explanation.unanswered.empty()) json["no_answer"] = explanation.unanswered;
+  json["steps"] = Json::array();
+  for (const Step& step : explanation.steps) {
+    Json one = {{"gate", gateNames[step.gate].code}, {"state", stateNames[step.state].code}};
+    if (step.gate == Gate::preferences) one["reading"] = step.reading;
+    const std::pair<const char*, const std::string&> texts[] = {{"source", step.source},
+                                                                {"key", step.key},
+                                                                {"expected", step.expected},
+                                                                {"found", step.found},
+                                                                {"remedy", step.remedy}};
+    for (const auto& [name, value] : texts) {
+      if (!value.empty()) one[name] = value;
+    }
+    json["steps"].push_back(std::move(one));
+  }
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace wenlolib::tools

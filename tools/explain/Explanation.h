@@ -1,0 +1,61 @@
+/// A support decision step by step, for a person and for a program.
+#ifndef WENLOLIB_TOOLS_EXPLAIN_EXPLANATION_H
+#define WENLOLIB_TOOLS_EXPLAIN_EXPLANATION_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "policy/SupportDecision.h"
+#include "terminal/Output.h"
+#include "wenlolib/Text.h"
+
+namespace wenlolib::tools {
+
+/// One gate as a decision came to it. Texts are for a person; "" where there is nothing to say.
+struct Step : DecisionStep {
+  std::string source;    // the file, or what else was read
+  std::string key;       // in it
+  std::string expected;  // for the gate to open
+  std::string found;
+  std::string remedy;  // what would open it; where the step has refused
+};
+
+struct Explanation {
+  RecordKind kind = RecordKind::application;
+  std::uint32_t option = 0;
+  Gate refusedBy = Gate::none;
+  std::vector<Step> steps;  // in the order in which the library takes them
+  std::string unanswered;   // why the platform did not answer; the library then answers no
+
+  [[nodiscard]] bool allowed() const { return refusedBy == Gate::none && unanswered.empty(); }
+};
+
+/// The code of an outcome, such as "no_agreement"; "no_answer" where the platform gave none.
+[[nodiscard]] std::string_view reasonCode(const Explanation& explanation);
+
+/// Where what is read really lies.
+struct Sources {
+  std::string root;  // the port's root folder; "" for the system's
+  Text preferences;  // files of a replayed case; null for the one in its place
+  Text supportList;
+};
+
+/// Makes the library's decision on the platform in use and says how it came about.
+[[nodiscard]] Explanation explain(RecordKind kind, std::uint32_t option,
+                                  const Sources& sources = {});
+
+/// The outcome in a few words, such as "refused: Agreement (no_agreement)".
+[[nodiscard]] std::string outcomeText(const Explanation& explanation, const Paint& paint);
+
+/// Outcome and steps, in lines of 80 columns but for long paths. `supportFolder`, shown once, is
+/// shortened where it begins a path; "" for none.
+[[nodiscard]] std::string explanationText(const Explanation& explanation, const Paint& paint,
+                                          const std::string& supportFolder);
+
+/// One JSON object on a line.
+[[nodiscard]] std::string explanationJson(const Explanation& explanation);
+
+}  // namespace wenlolib::tools
+
+#endif

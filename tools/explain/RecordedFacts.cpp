@@ -1,0 +1,85 @@
+#include "explain/RecordedFacts.h"
+
+#include "library/Wording.h"
+#include "platform/Platform.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
+#include "wenlolib/CommonTooWenlolib.h"
+
+namespace wenlolib::tools {
+namespace {
+
+Text installedVersionText() {
+  const auto information =
+      platform::current().bundles->informationAt(std::string(installedBundlePath));
+  return textEntry(information, bundleVersionKey);
+}
+
+ListLookup lookup(std::int32_t libraryVersion, std::int32_t answer) {
+  ListLookup lookup;
+  lookup.answer = answer;
+  lookup.key = CommonTooWenlolib::convertVersionNumToBiasStr(libraryVersion);
+  const Text path = configurationPath(supportVersionListFile);
+  std::optional<Dictionary> list;
+  if (path) list = platform::current().propertyLists->read(*path).dictionary;
+  lookup.readable = list.has_value();
+  const Value* value = lookup.key ? entry(list, *lookup.key) : nullptr;
+  if (value != nullptr) lookup.entry = *value;
+  return lookup;
+}
+
+}  // namespace
+
+std::int32_t RecordedFacts::upperOSVersion() {
+  asked_.upperBound = facts_.upperOSVersion();
+  return *asked_.upperBound;
+}
+
+std::int32_t RecordedFacts::osVersion() {
+  const std::int32_t number = facts_.osVersion();
+  asked_.os = FoundVersion{number, CommonTooWenlolib::osVersion()};
+  return number;
+}
+
+std::int32_t RecordedFacts::runningLibraryVersion() {
+  const std::int32_t number = facts_.runningLibraryVersion();
+  const auto information = platform::current().bundles->ownInformation();
+  asked_.library = FoundVersion{number, textEntry(information, shortVersionKey)};
+  return number;
+}
+
+std::int32_t RecordedFacts::installedLibraryVersion() {
+  const std::int32_t number = facts_.installedLibraryVersion();
+  asked_.library = FoundVersion{number, installedVersionText(), true};
+  return number;
+}
+
+std::int32_t RecordedFacts::listAnswer(std::int32_t libraryVersion) {
+  const std::int32_t answer = facts_.listAnswer(libraryVersion);
+  asked_.list = lookup(libraryVersion, answer);
+  asked_.list->trouble = troubleAt(configurationPath(supportVersionListFile));
+  return answer;
+}
+
+std::optional<Dictionary> RecordedFacts::preferences() {
+  PreferenceReading reading;
+  reading.preferences = facts_.preferences();
+  reading.path = configurationPath(preferenceFile);
+  if (reading.path) reading.kind = platform::current().files->kindAt(*reading.path);
+  reading.trouble = troubleAt(reading.path);
+  asked_.readings.push_back(reading);
+  return reading.preferences;
+}
+
+std::string RecordedFacts::troubleAt(const Text& path) const {
+  const auto found = path ? lists_.find(*path) : lists_.end();
+  return found == lists_.end() ? "" : listTrouble(found->second);
+}
+
+Instant RecordedFacts::now() {
+  asked_.now = facts_.now();
+  return *asked_.now;
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,85 @@
+/// The facts behind a support decision, noted while it is made.
+#ifndef WENLOLIB_TOOLS_EXPLAIN_RECORDEDFACTS_H
+#define WENLOLIB_TOOLS_EXPLAIN_RECORDEDFACTS_H
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/PropertyLists.h"
+#include "policy/SupportDecision.h"
+#include "wenlolib/Instant.h"
+#include "wenlolib/Text.h"
+#include "wenlolib/Value.h"
+
+namespace wenlolib::tools {
+
+/// A version as the decision got it, and the text that it was read from.
+struct FoundVersion {
+  std::int32_t number = -1;
+  Text text;
+  bool installed = false;  // of the library at its fixed path, not of the running one
+};
+
+/// A look into the support version list.
+struct ListLookup {
+  std::int32_t answer = -1;
+  Text key;
+  bool readable = false;       // there is a list
+  std::string trouble;         // where there is none
+  std::optional<Value> entry;  // under the key
+};
+
+/// One reading of the preference file.
+struct PreferenceReading {
+  Text path;
+  platform::Kind kind = platform::Kind::nothing;
+  std::optional<Dictionary> preferences;
+  std::string trouble;  // where there is a file, and no dictionary in it
+};
+
+/// What was asked, with the answers; what was not asked is absent.
+struct AskedFacts {
+  std::optional<std::int32_t> upperBound;
+  std::optional<FoundVersion> os;
+  std::optional<FoundVersion> library;
+  std::optional<ListLookup> list;
+  std::vector<PreferenceReading> readings;
+  std::optional<Instant> now;
+};
+
+/// Hands every question on and notes the answer. For a person it also notes what the answer was
+/// read from, which takes another look at the platform in use.
+class RecordedFacts : public SupportFacts {
+ public:
+  /// What the platform read, by path.
+  using Lists = std::map<std::string, platform::ListReading>;
+
+  /// `facts` and `lists`, which grows as they are asked, must outlive this object.
+  RecordedFacts(SupportFacts& facts, const Lists& lists) : facts_(facts), lists_(lists) {}
+
+  std::int32_t upperOSVersion() override;
+  std::int32_t osVersion() override;
+  std::int32_t runningLibraryVersion() override;
+  std::int32_t installedLibraryVersion() override;
+  std::int32_t listAnswer(std::int32_t libraryVersion) override;
+  std::optional<Dictionary> preferences() override;
+  Instant now() override;
+
+  [[nodiscard]] const AskedFacts& asked() const { return asked_; }
+
+ private:
+  /// What is the matter with the file at `path`; "" for nothing, and where it was not read.
+  [[nodiscard]] std::string troubleAt(const Text& path) const;
+
+  SupportFacts& facts_;
+  const Lists& lists_;
+  AskedFacts asked_;
+};
+
+}  // namespace wenlolib::tools
+
+#endif

@@ -1,0 +1,172 @@
+// What a person types for a version and a date.
+#include "explain/Replay.h"
+
+#include <time.h>
+
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+
+#include "library/ToolPlatform.h"
+#include "platform/posix/PosixPropertyLists.h"
+#include "toolkit/Folders.h"
+#include "toolkit/Names.h"
+
+namespace wenlolib::tools {
+namespace {
+
+/// Takes texts apart from the front; once something is missing it has failed for good.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view rest) : rest_(rest) {}
+
+  [[nodiscard]] bool sound() const { return sound_; }
+  [[nodiscard]] bool done() const { return sound_ && rest_.empty(); }
+  [[nodiscard]] char next() const { return rest_.empty() ? '\0' : rest_.front(); }
+
+  Scanner& expect(char character) {
+    if (next() == character && !rest_.empty()) {
+      rest_.remove_prefix(1);
+    } else {
+      sound_ = false;
+    }
+    return *this;
+  }
+
+  /// A number from `least` to `most`; of exactly `digits` digits where that is not 0.
+  std::int32_t number(std::int32_t least, std::int32_t most, std::size_t digits) {
+    std::int32_t value = 0;
+    const std::string_view text = digits == 0 ? rest_ : rest_.substr(0, digits);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto length = static_cast<std::size_t>(end - text.data());
+    const bool sized = digits == 0 || length == digits;
+    sound_ = sound_ && error == std::errc() && sized && value >= least && value <= most;
+    if (sound_) rest_.remove_prefix(length);
+    return value;
+  }
+
+ private:
+  std::string_view rest_;
+  bool sound_ = true;
+};
+
+/// Seconds from GMT as "Z", "+09:00" or "-0330"; nothing when the text says none of that.
+std::optional<std::int32_t> offset(Scanner& scanner) {
+  if (scanner.next() == 'Z') {
+    scanner.expect('Z');
+    return 0;
+  }
+  const char sign = scanner.next();
+  if (sign != '+' && sign != '-') return std::nullopt;
+  scanner.expect(sign);
+  const std::int32_t hours = scanner.number(0, 23, 2);
+  if (scanner.next() == ':') scanner.expect(':');
+  const std::int32_t minutes = scanner.number(0, 59, 2);
+  return (sign == '-' ? -1 : 1) * (hours * 3600 + minutes * 60);
+}
+
+/// The date of fields that a calendar has; nothing for 30 February and the like.
+std::optional<Instant> dateOf(const tm& fields, std::optional<std::int32_t> secondsFromGMT) {
+  tm normal = fields;
+  normal.tm_isdst = -1;
+  const time_t time = secondsFromGMT ? ::timegm(&normal) : ::mktime(&normal);
+  if (normal.tm_mday != fields.tm_mday || normal.tm_mon != fields.tm_mon) return std::nullopt;
+  return Instant(Seconds(static_cast<double>(time) - secondsFromGMT.value_or(0)));
+}
+
+}  // namespace
+
+std::optional<OSVersion> osVersionFromText(std::string_view text) {
+  OSVersion version;
+  version.known = text != "unknown";
+  if (!version.known) return version;
+  constexpr std::int32_t most = 99999;
+  Scanner scanner(text);
+  version.major = scanner.number(0, most, 0);
+  version.minor = scanner.expect('.').number(0, most, 0);
+  if (scanner.next() == '.') version.bugFix = scanner.expect('.').number(0, most, 0);
+  return scanner.done() ? std::optional(version) : std::nullopt;
+}
+
+std::optional<Instant> dateFromText(std::string_view text) {
+  tm fields{};
+  std::optional<std::int32_t> secondsFromGMT;
+  Scanner scanner(text);
+  fields.tm_year = scanner.number(0, 9999, 4) - 1900;
+  fields.tm_mon = scanner.expect('-').number(1, 12, 2) - 1;
+  fields.tm_mday = scanner.expect('-').number(1, 31, 2);
+  if (scanner.next() == 'T' || scanner.next() == ' ') {
+    fields.tm_hour = scanner.expect(scanner.next()).number(0, 23, 2);
+    fields.tm_min = scanner.expect(':').number(0, 59, 2);
+    if (scanner.next() == ':') fields.tm_sec = scanner.expect(':').number(0, 60, 2);
+    secondsFromGMT = offset(scanner);
+  }
+  if (!scanner.done()) return std::nullopt;
+  return dateOf(fields, secondsFromGMT);
+}
+
+namespace {
+
+Redirections redirectionsOf(const platform::Platform& base, const ReplayedCase& replayed) {
+  const platform::Substitute substitute(base);
+  Redirections redirections;
+  const auto add = [&](std::string_view name, const Text& file) {
+    const Text path = configurationPath(name);
+    if (path && file) redirections.emplace(*path, *file);
+  };
+  add(preferenceFile, replayed.preferences);
+  add(supportVersionListFile, replayed.supportList);
+  return redirections;
+}
+
+}  // namespace
+
+std::optional<std::int32_t> ReplayedSystem::gestalt(platform::Selector selector) {
+  using platform::Selector;
+  if (selector == Selector::systemArchitecture) return target_.gestalt(selector);
+  if (!version_.known) return std::nullopt;
+  if (selector == Selector::majorVersion) return version_.major;
+  return selector == Selector::minorVersion ? version_.minor : version_.bugFix;
+}
+
+std::optional<Dictionary> VersionedBundles::informationAt(const std::string& path) {
+  if (path == installedBundlePath) return bundleInformation(version_);
+  return platform::ForwardingBundles::informationAt(path);
+}
+
+std::optional<Dictionary> VersionedBundles::ownInformation() {
+  return bundleInformation(version_);
+}
+
+platform::Kind RedirectedFiles::kindAt(const std::string& path) {
+  const auto found = redirections_.find(path);
+  if (found == redirections_.end()) return platform::ForwardingFiles::kindAt(path);
+  std::error_code error;
+  const auto status = std::filesystem::status(found->second, error);
+  if (!std::filesystem::exists(status)) return platform::Kind::nothing;
+  return std::filesystem::is_directory(status) ? platform::Kind::folder : platform::Kind::other;
+}
+
+platform::ListReading RedirectedPropertyLists::read(const std::string& path) {
+  const auto found = redirections_.find(path);
+  if (found == redirections_.end()) return platform::ForwardingPropertyLists::read(path);
+  return platform::posix::readList(found->second);
+}
+
+Replay::Replay(const platform::Platform& base, const ReplayedCase& replayed)
+    : redirections_(redirectionsOf(base, replayed)),
+      system_(*base.system, replayed.os.value_or(OSVersion())),
+      clock_(replayed.date.value_or(Instant())),
+      bundles_(*base.bundles, replayed.libraryVersion.value_or("")),
+      files_(*base.files, redirections_),
+      propertyLists_(*base.propertyLists, redirections_),
+      services_(base) {
+  if (replayed.os) services_.system = &system_;
+  if (replayed.date) services_.clock = &clock_;
+  if (replayed.libraryVersion) services_.bundles = &bundles_;
+  services_.files = &files_;
+  services_.propertyLists = &propertyLists_;
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,192 @@
+#include "library/Wording.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <ctime>
+#include <system_error>
+#include <type_traits>
+
+#include "base/EnumTable.h"
+#include "base/Integer.h"
+#include "plist/PropertyList.h"
+#include "terminal/Format.h"
+#include "terminal/VisibleText.h"
+#include "wenlolib/CommonTooWenlolib.h"
+
+namespace wenlolib::tools {
+namespace {
+
+using platform::ListReading;
+using platform::ListState;
+using platform::Reason;
+
+constexpr EnumTable<platform::Step, std::string_view> stepNames({
+    {platform::Step::none, "nothing"},
+    {platform::Step::askSystem, "asking the system for its version"},
+    {platform::Step::askUser, "looking the user up"},
+    {platform::Step::askClock, "asking for the time"},
+    {platform::Step::takeRandomness, "asking the system for random bytes"},
+    {platform::Step::findFile, "looking for the file"},
+    {platform::Step::openFile, "opening the file"},
+    {platform::Step::readFile, "reading the file"},
+    {platform::Step::findFolder, "opening the folder"},
+    {platform::Step::makeFile, "making the file"},
+    {platform::Step::makeFolder, "making the folder"},
+    {platform::Step::writeFile, "writing the file"},
+    {platform::Step::flushFile, "writing the file to the disk"},
+    {platform::Step::nameFile, "giving the file its name"},
+});
+
+/// What to do where the error alone does not say it.
+std::string_view advice(const Reason& reason) {
+  switch (reason.error) {
+    case ENOENT:
+      return "Its folder is not there. wenlolib init makes PLM, ALM and Config; a \"/\" in the "
+             "name leads into a sub-folder, which somebody else has to make.";
+    case ENOTDIR:
+      return "Something in its path is not a folder: move that away.";
+    case EISDIR:
+      return "A folder is in its place: move it away.";
+    case EACCES:
+    case EPERM:
+      return "Let this user write in its folder.";
+    case ENOSPC:
+    case EDQUOT:
+      return "Make room on the disk.";
+    case EFBIG:
+      return "Raise the limit of file sizes (ulimit -f).";
+    case EMFILE:
+      return "Raise the limit of open files (ulimit -n).";
+    case ENAMETOOLONG:
+      return "Choose a shorter name.";
+    case EROFS:
+      return "The disk is mounted for reading alone.";
+    default:
+      return "";
+  }
+}
+
+std::string placeText(const platform::ListFault& fault) {
+  if (fault.line > 0) return " (line " + decimal(static_cast<std::int64_t>(fault.line)) + ")";
+  return " (byte " + decimal(static_cast<std::int64_t>(fault.byte)) + ")";
+}
+
+std::string unreadText(const Reason& reason) {
+  if (reason.error == EISDIR) return "is a folder";
+  if (reason.error == 0) return "is not a regular file";
+  return "cannot be read: " + reasonText(reason);
+}
+
+std::string largeText(const platform::ListFault& fault) {
+  if (!fault.what.empty()) return "is too large: " + std::string(fault.what) + placeText(fault);
+  return "is larger than " + sizeText(plist::bounds.bytes);
+}
+
+}  // namespace
+
+std::string reasonText(const Reason& reason) {
+  const std::string step(stepNames[reason.step]);
+  if (reason.error == 0) return step + " failed";
+  return step + " failed: " + std::generic_category().message(reason.error);
+}
+
+std::string reasonWithAdvice(const Reason& reason) {
+  const std::string todo(advice(reason));
+  return reasonText(reason) + (todo.empty() ? "" : ". " + todo);
+}
+
+std::string whyNotWritten(const Reason& reason) {
+  return "not written: " + reasonWithAdvice(reason);
+}
+
+bool isMissing(const ListReading& reading) {
+  return reading.state == ListState::notRead && reading.reason.error == ENOENT;
+}
+
+std::string listTrouble(const ListReading& reading) {
+  switch (reading.state) {
+    case ListState::whole:
+      return "";
+    case ListState::partial:
+      return "holds values that cannot be read; they are left out";
+    case ListState::notRead:
+      return isMissing(reading) ? "is not there" : unreadText(reading.reason);
+    case ListState::tooLarge:
+      return largeText(reading.fault);
+    case ListState::empty:
+      return "is empty";
+    case ListState::oldForm:
+      return "is not in XML or in the binary form; the old form in braces is not read";
+    case ListState::damaged:
+      return "is damaged: " + std::string(reading.fault.what) + placeText(reading.fault);
+    case ListState::otherRoot:
+      return "is a property list, but its root is not a dictionary";
+  }
+  return "";
+}
+
+namespace {
+
+constexpr std::size_t longest = 60;
+
+/// In quotes and on one line, long ones cut.
+std::string quoted(const std::string& text) {
+  std::string shown = visibleInLine(text.substr(0, longest));
+  return "\"" + shown + (text.size() > longest ? "\"..." : "\"");
+}
+
+template <class Number>
+std::string numberText(Number number) {
+  char digits[32];
+  const auto result = std::to_chars(digits, digits + sizeof digits, number);
+  return {digits, result.ptr};
+}
+
+struct Describe {
+  std::string operator()(bool value) const { return value ? "boolean true" : "boolean false"; }
+  std::string operator()(std::int64_t value) const { return "integer " + numberText(value); }
+  std::string operator()(std::uint64_t value) const { return "integer " + numberText(value); }
+  std::string operator()(double value) const { return "real " + numberText(value); }
+  std::string operator()(Instant value) const { return "date " + instantText(value); }
+  std::string operator()(const std::string& value) const { return "text " + quoted(value); }
+  std::string operator()(const Value::Data& value) const {
+    return "data, " + counted(value.size(), "byte");
+  }
+  std::string operator()(const Value::Array& value) const {
+    return "array, " + counted(value.size(), "value");
+  }
+  std::string operator()(const Dictionary& value) const {
+    return "dictionary, " + counted(value.size(), "key");
+  }
+};
+
+}  // namespace
+
+std::string valueText(const Value& value) {
+  return value.visit(Describe());
+}
+
+std::string valueText(const Value* value) {
+  return value == nullptr ? "nothing" : valueText(*value);
+}
+
+std::string instantText(Instant instant) {
+  constexpr double limit = sizeof(std::time_t) > 4 ? 1e18 : 2e9;
+  const double seconds = std::floor(instant.time_since_epoch().count());
+  if (!(std::abs(seconds) < limit)) return "(no date)";
+  return localTime(static_cast<std::time_t>(seconds));
+}
+
+std::string versionText(std::int32_t number) {
+  if (number == -1) return "unknown";
+  const Text text = CommonTooWenlolib::convertVersionNumToStr(number);
+  return text ? *text + " (" + decimal(number) + ")" : decimal(number);
+}
+
+std::string versionText(const Text& text, std::int32_t number) {
+  if (!text) return "nothing";
+  return quoted(*text) + (number == -1 ? ", which is no version" : " (" + decimal(number) + ")");
+}
+
+}  // namespace wenlolib::tools

@@ -1,0 +1,157 @@
+#include "terminal/Output.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+#include "base/EnumTable.h"
+#include "base/Integer.h"
+#include "terminal/Format.h"
+#include "terminal/VisibleText.h"
+
+namespace wenlolib::tools {
+namespace {
+
+std::string_view environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : value;
+}
+
+constexpr EnumTable<Colour, std::string_view> sequences({
+    {Colour::good, "\x1B[32m"},
+    {Colour::doubtful, "\x1B[33m"},
+    {Colour::bad, "\x1B[31m"},
+    {Colour::heading, "\x1B[1m"},
+    {Colour::faint, "\x1B[2m"},
+});
+
+/// On a terminal that has them, unless NO_COLOR is set to anything but the empty text.
+bool hasColours(std::FILE* stream) {
+  return isTerminal(stream) && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+}
+
+/// On a terminal that can go back in its line.
+bool hasProgress(std::FILE* stream) {
+  return isTerminal(stream) && environment("TERM") != "dumb";
+}
+
+/// The columns of a terminal; 80 where they are not known.
+std::size_t columnsOf(std::FILE* stream) {
+  winsize size{};
+  const bool known = ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
+}  // namespace
+
+bool isTerminal(std::FILE* stream) {
+  const int file = fileno(stream);
+  return file >= 0 && isatty(file) == 1;
+}
+
+std::string Paint::operator()(Colour colour, std::string_view text) const {
+  if (!on_ || text.empty()) return std::string(text);
+  return std::string(sequences[colour]) + std::string(text) + "\x1B[0m";
+}
+
+namespace {
+
+std::string bar(std::uint64_t documents, std::uint64_t total) {
+  constexpr std::uint64_t width = 16;
+  const std::size_t filled = documents * width / total;
+  const std::string percent = decimal(static_cast<std::int64_t>(documents * 100 / total));
+  return "[" + std::string(filled, '#') + std::string(width - filled, ' ') + "] " +
+         std::string(3 - percent.size(), ' ') + percent + " %  ";
+}
+
+}  // namespace
+
+std::string progressText(std::uint64_t documents, std::optional<std::uint64_t> total,
+                         std::uint64_t rate, std::size_t columns) {
+  std::string text;
+  if (total && *total > 0) {
+    const std::uint64_t done = std::min(documents, *total);
+    text = bar(done, *total) + grouped(done) + " of " + counted(*total, "document");
+  } else {
+    text = counted(documents, "document");
+  }
+  text += ", " + grouped(rate) + " a second";
+  return text.substr(0, columns);
+}
+
+Progress::Progress(std::FILE* stream) : stream_(stream), on_(hasProgress(stream)) {}
+
+void Progress::advance() {
+  ++documents_;
+  if (!on_) return;
+  const Clock::time_point now = Clock::now();
+  if (now >= next_) draw(now);
+}
+
+void Progress::draw(Clock::time_point now) {
+  const std::chrono::duration<double> past = now - start_;
+  const auto rate = static_cast<std::uint64_t>(static_cast<double>(documents_) / past.count());
+  // A line that reaches the last column may break.
+  const std::string line = progressText(documents_, total_(), rate, columnsOf(stream_) - 1);
+  std::fprintf(stream_, "\r\x1B[K%s", line.c_str());
+  std::fflush(stream_);
+  drawn_ = true;
+  next_ = now + std::chrono::milliseconds(100);
+}
+
+void Progress::clear() {
+  if (!drawn_) return;
+  std::fputs("\r\x1B[K", stream_);
+  std::fflush(stream_);
+  drawn_ = false;
+}
+
+namespace {
+
+constexpr std::size_t pieceBytes = std::size_t{64} << 10;
+
+}  // namespace
+
+Output::Output(std::string call, std::FILE* out, std::FILE* errors)
+    : call_(std::move(call)),
+      out_(out),
+      errors_(errors),
+      progress_(errors),
+      paint_(hasColours(out)),
+      columns_(isTerminal(out) ? columnsOf(out) : 0) {}
+
+void Output::write(std::string_view text) {
+  pending_ += text;
+  // Whoever looks on sees each document at once.
+  if (pending_.size() >= pieceBytes || columns_ > 0) flush();
+}
+
+void Output::complain(std::string_view path, std::string_view what) {
+  flush();
+  progress_.clear();
+  const std::string line =
+      "wenlolib " + call_ + ": " + visibleInLine(path) + ": " + visibleInLine(what) + "\n";
+  std::fputs(line.c_str(), errors_);
+}
+
+void Output::finish() {
+  progress_.clear();
+  flush();
+}
+
+void Output::flush() {
+  if (pending_.empty()) return;
+  progress_.clear();
+  const bool written = std::fwrite(pending_.data(), 1, pending_.size(), out_) == pending_.size() &&
+                       std::fflush(out_) == 0;
+  if (!written) throw std::system_error(errno, std::generic_category(), "standard output");
+  pending_.clear();
+  if (pending_.capacity() > 4 * pieceBytes) pending_.shrink_to_fit();
+}
+
+}  // namespace wenlolib::tools
