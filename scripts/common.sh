@@ -5,7 +5,7 @@ project=$PWD
 
 # What it takes to build the library, on Debian 12.
 build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev libcli11-dev
-  nlohmann-json3-dev)
+  nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev)
 
 # What the tests need besides: GoogleTest, and second opinions from other programs.
 test_packages=(libgtest-dev python3 libxml2-utils libplist-utils tidy binutils)

@@ -19,7 +19,8 @@ add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}
   tools/ProgressTest.cpp tools/DocumentJobsTest.cpp)
 target_include_directories(thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
   ${PROJECT_SOURCE_DIR}/tools)
-target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static)
+target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static
+  fmt::fmt-header-only PkgConfig::UTF8PROC)
 
 # All tests together leave 1108; where mounts and unprivileged users are not permitted, a few less.
 add_test(NAME endtoend.verify_written

@@ -40,12 +40,6 @@ TEST(Counted, OneAndMany) {
   EXPECT_EQ(counted(2000, "document"), "2,000 documents");
 }
 
-TEST(Hexadecimal, PaddedAndWide) {
-  EXPECT_EQ(hexadecimal(0, 2), "00");
-  EXPECT_EQ(hexadecimal(0x1B, 2), "1B");
-  EXPECT_EQ(hexadecimal(0x1F5A8, 4), "1F5A8");
-}
-
 TEST(MomentOf, DateTexts) {
   EXPECT_EQ(momentOf("1970-01-01T00:00:00+00:00"), 0);
   EXPECT_EQ(momentOf("2024-03-15T09:05:07+09:00"), 1710461107);

@@ -87,6 +87,21 @@ TEST(ChangesBetween, TooManyEditsAreOneChange) {
   EXPECT_EQ(changesBetween(a, b, 4), Changes({{1, 5, 1, 6}}));
 }
 
+TEST(ChangesBetween, LargeTextsThatDifferThroughoutAreOneChange) {
+  std::mt19937 made(2);
+  const Lines alphabet = {"a", "b"};
+  Lines a(200'000);
+  Lines b(200'000);
+  for (auto* lines : {&a, &b}) {
+    for (std::string_view& line : *lines) line = alphabet[made() % 2];
+  }
+  a.front() = b.back() = "first";
+  b.front() = a.back() = "last";
+  EXPECT_EQ(changesBetween(a, b), Changes({{0, a.size(), 0, b.size()}}));
+  a.resize(100'000);
+  EXPECT_EQ(changesBetween(a, b), Changes({{0, a.size(), 0, b.size()}}));
+}
+
 TEST(UnifiedText, HunksMeetWhereTheirContextDoes) {
   Lines a;
   for (int i = 0; i < 20; ++i) a.push_back(i % 2 == 0 ? "even\n" : "odd\n");

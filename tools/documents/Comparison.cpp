@@ -1,21 +1,27 @@
 #include "documents/Comparison.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <dtl/dtl.hpp>
 #include <unordered_map>
 
 #include "documents/DocumentText.h"
-#include "documents/EditSearch.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 
 namespace wenlolib::tools {
 namespace {
 
+constexpr std::size_t mostComparisons = 200'000'000;
+
+/// Lines by number, so that comparing two takes one step: equal lines have equal numbers.
+using Numbers = std::vector<std::uint32_t>;
+
 class Numbering {
  public:
-  std::vector<std::uint32_t> of(const Lines& lines) {
-    std::vector<std::uint32_t> numbers;
+  Numbers of(const Lines& lines) {
+    Numbers numbers;
     numbers.reserve(lines.size());
     for (const std::string_view line : lines) {
       const auto next = static_cast<std::uint32_t>(known_.size());
@@ -29,7 +35,7 @@ class Numbering {
 };
 
 /// All but the lines that both begin with, and those that both end in.
-Change middleOf(Numbers a, Numbers b) {
+Change middleOf(const Numbers& a, const Numbers& b) {
   Change middle{0, a.size(), 0, b.size()};
   const auto some = [&] { return middle.aBegin < middle.aEnd && middle.bBegin < middle.bEnd; };
   while (some() && a[middle.aBegin] == b[middle.bBegin]) {
@@ -43,25 +49,42 @@ Change middleOf(Numbers a, Numbers b) {
   return middle;
 }
 
+Numbers slice(const Numbers& numbers, std::size_t begin, std::size_t end) {
+  return {numbers.begin() + static_cast<std::ptrdiff_t>(begin),
+          numbers.begin() + static_cast<std::ptrdiff_t>(end)};
+}
+
+/// Compares lines so many times. After that none are the same, which ends a search.
+struct LimitedEquality {
+  std::size_t* left;
+
+  [[nodiscard]] bool impl(std::uint32_t a, std::uint32_t b) const {
+    if (*left == 0) return false;
+    --*left;
+    return a == b;
+  }
+};
+
+using EditSearch = dtl::Diff<std::uint32_t, Numbers, LimitedEquality>;
+
 /// Gathers neighbouring lines of a script into changes. The two texts begin at `x` and `y`.
-std::vector<Change> gathered(const EditSearch::Script& script, std::size_t x, std::size_t y) {
+std::vector<Change> gather(const EditSearch& search, std::size_t x, std::size_t y) {
   std::vector<Change> changes;
-  std::size_t i = 0;
-  std::size_t j = 0;
-  while (i < script.removed.size() || j < script.added.size()) {
-    Change change{x + i, 0, y + j, 0};
-    while (i < script.removed.size() && script.removed[i]) ++i;
-    while (j < script.added.size() && script.added[j]) ++j;
-    change.aEnd = x + i;
-    change.bEnd = y + j;
-    const bool nothing = change.aBegin == change.aEnd && change.bBegin == change.bEnd;
-    if (nothing) {  // a line that both have
-      ++i;
-      ++j;
-    } else {
-      changes.push_back(change);
+  Change change{x, x, y, y};
+  const auto close = [&] {
+    if (change.aBegin < change.aEnd || change.bBegin < change.bEnd) changes.push_back(change);
+  };
+  for (const auto& [number, edit] : search.getSes().getSequence()) {
+    if (edit.type == dtl::SES_DELETE) {
+      ++change.aEnd;
+    } else if (edit.type == dtl::SES_ADD) {
+      ++change.bEnd;
+    } else {  // a line that both have
+      close();
+      change = {change.aEnd + 1, change.aEnd + 1, change.bEnd + 1, change.bEnd + 1};
     }
   }
+  close();
   return changes;
 }
 
@@ -79,17 +102,24 @@ Lines linesOf(std::string_view text) {
 
 std::vector<Change> changesBetween(const Lines& a, const Lines& b, std::size_t mostEdits) {
   Numbering numbering;
-  const std::vector<std::uint32_t> aNumbers = numbering.of(a);
-  const std::vector<std::uint32_t> bNumbers = numbering.of(b);
+  const Numbers aNumbers = numbering.of(a);
+  const Numbers bNumbers = numbering.of(b);
   const Change middle = middleOf(aNumbers, bNumbers);
   const std::size_t aSize = middle.aEnd - middle.aBegin;
   const std::size_t bSize = middle.bEnd - middle.bBegin;
   if (aSize == 0 && bSize == 0) return {};
-  if (aSize == 0 || bSize == 0) return {middle};
-  EditSearch search(Numbers(aNumbers).subspan(middle.aBegin, aSize),
-                    Numbers(bNumbers).subspan(middle.bBegin, bSize));
-  if (!search.run(mostEdits)) return {middle};
-  return gathered(search.script(), middle.aBegin, middle.bBegin);
+  const std::size_t fewestEdits = std::max(aSize, bSize) - std::min(aSize, bSize);
+  if (aSize == 0 || bSize == 0 || fewestEdits > mostEdits) return {middle};
+  std::size_t comparisons = mostComparisons;
+  EditSearch search(slice(aNumbers, middle.aBegin, middle.aEnd),
+                    slice(bNumbers, middle.bBegin, middle.bEnd), LimitedEquality{&comparisons});
+  // It gives up where it would have to remember more than two million places, which takes more
+  // than 2800 edits, instead of beginning anew from there.
+  search.onUnserious();
+  search.compose();
+  const bool tooMany = search.getEditDistance() > static_cast<long long>(mostEdits);
+  if (tooMany || comparisons == 0) return {middle};
+  return gather(search, middle.aBegin, middle.bBegin);
 }
 
 namespace {

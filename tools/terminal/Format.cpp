@@ -90,14 +90,6 @@ std::string counted(std::uint64_t number, std::string_view noun) {
   return grouped(number) + " " + std::string(noun) + (number == 1 ? "" : "s");
 }
 
-std::string hexadecimal(std::uint64_t number, std::size_t digits) {
-  std::string text;
-  for (; number != 0 || text.size() < digits; number /= 16) {
-    text.insert(text.begin(), "0123456789ABCDEF"[number % 16]);
-  }
-  return text;
-}
-
 std::string localTime(std::time_t time) {
   std::tm parts{};
   if (localtime_r(&time, &parts) == nullptr) return "(no date)";

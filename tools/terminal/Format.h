@@ -20,9 +20,6 @@ namespace wenlolib::tools {
 /// "1 document", "2,000 documents".
 [[nodiscard]] std::string counted(std::uint64_t number, std::string_view noun);
 
-/// Capital hexadecimal digits, at least so many.
-[[nodiscard]] std::string hexadecimal(std::uint64_t number, std::size_t digits);
-
 /// "2024-03-15 09:05:07 +09:00", in the time zone of whoever reads it.
 [[nodiscard]] std::string localTime(std::time_t time);
 

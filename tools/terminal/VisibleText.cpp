@@ -1,57 +1,43 @@
 #include "terminal/VisibleText.h"
 
+#include <fmt/format.h>
+#include <utf8proc.h>
+
 #include <algorithm>
 #include <iterator>
-
-#include "base/Utf8.h"
-#include "terminal/Format.h"
 
 namespace wenlolib::tools {
 namespace {
 
 struct Character {
-  char32_t code;
+  utf8proc_int32_t code;
   std::size_t bytes;
   bool valid;  // else `code` is the byte's own value
 };
 
-struct Range {
-  char32_t first;
-  char32_t last;
-};
-
-constexpr Range invisible[] = {{0x80, 0x9F},     {0xAD, 0xAD},     {0x61C, 0x61C},
-                               {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F},
-                               {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};
-constexpr Range withoutWidth[] = {{0x300, 0x36F}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}};
-constexpr Range twoColumns[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0xA4CF},
-                                {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},
-                                {0xFF00, 0xFF60},   {0xFFE0, 0xFFE6},   {0x1F300, 0x1F64F},
-                                {0x1F680, 0x1F6FF}, {0x1F900, 0x1FAFF}, {0x20000, 0x3FFFD}};
-
-template <std::size_t size>
-bool within(char32_t code, const Range (&ranges)[size]) {
-  return std::ranges::any_of(
-      ranges, [&](const Range& range) { return code >= range.first && code <= range.last; });
-}
-
-std::size_t lengthByLead(unsigned char lead) {
-  if (lead < 0x80) return 1;
-  if (lead < 0xE0) return 2;
-  return lead < 0xF0 ? 3 : 4;
-}
-
 /// The first character of a text that is not empty.
 Character firstOf(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t bytes = lengthByLead(lead);
-  if (!isUtf8(text.substr(0, bytes))) return {lead, 1, false};
-  if (bytes == 1) return {lead, 1, true};
-  char32_t code = lead & (0x7Fu >> bytes);
-  for (std::size_t i = 1; i < bytes; ++i) {
-    code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
+  const auto* const bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+  utf8proc_int32_t code = 0;
+  const auto length = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &code);
+  if (length <= 0) return {*bytes, 1, false};
+  return {code, static_cast<std::size_t>(length), true};
+}
+
+/// Controls, what nobody can see, and what has no shape that everybody knows.
+bool isHidden(const Character& character) {
+  if (!character.valid) return true;
+  switch (utf8proc_category(character.code)) {
+    case UTF8PROC_CATEGORY_CC:  // controls
+    case UTF8PROC_CATEGORY_CF:  // controls of the writing direction and other format characters
+    case UTF8PROC_CATEGORY_CN:  // not assigned
+    case UTF8PROC_CATEGORY_CO:  // for private use
+    case UTF8PROC_CATEGORY_ZL:  // line and paragraph separators
+    case UTF8PROC_CATEGORY_ZP:
+      return true;
+    default:
+      return false;
   }
-  return {code, bytes, true};
 }
 
 bool isPlain(char c) {
@@ -59,12 +45,12 @@ bool isPlain(char c) {
 }
 
 void appendVisible(std::string& out, const Character& character, std::string_view bytes) {
-  if (!character.valid || character.code < ' ' || character.code == 0x7F) {
-    out += "\\x" + hexadecimal(character.code, 2);
-  } else if (within(character.code, invisible)) {
-    out += "\\u{" + hexadecimal(character.code, 4) + "}";
-  } else {
+  if (!isHidden(character)) {
     out += bytes;
+  } else if (!character.valid || character.code < 0x80) {
+    out += fmt::format("\\x{:02X}", character.code);
+  } else {
+    out += fmt::format("\\u{{{:04X}}}", character.code);
   }
 }
 
@@ -118,11 +104,8 @@ std::size_t displayWidth(std::string_view text) {
       continue;
     }
     const Character character = firstOf(text);
-    if (within(character.code, twoColumns)) {
-      columns += 2;
-    } else if (!within(character.code, withoutWidth)) {
-      columns += 1;
-    }
+    columns +=
+        isHidden(character) ? 1 : static_cast<std::size_t>(utf8proc_charwidth(character.code));
     text.remove_prefix(character.bytes);
   }
   return columns;
