@@ -23,7 +23,7 @@ void checkVerdictLine(const receiver::Verdict& verdict) {
   require(isUtf8(line) && steersNothing(line), "a verdict is harmless on a terminal");
   require(line.find('\n') == line.size() - 1 && line.find('\t') == std::string::npos,
           "a verdict is one line");
-  const std::string name = tools::visibleInLine(path);
+  const std::string name = tools::visibleLine(path);
   const std::size_t at = line.find(name);
   require(at != std::string::npos, "a verdict names its document");
   const std::string word = line.substr(0, line.find(' '));

@@ -28,16 +28,16 @@ TEST(SizeText, EveryUnitAndItsEdges) {
 }
 
 TEST(Grouped, ThousandsAreSetApart) {
-  EXPECT_EQ(grouped(0), "0");
-  EXPECT_EQ(grouped(999), "999");
-  EXPECT_EQ(grouped(1000), "1,000");
-  EXPECT_EQ(grouped(1234567), "1,234,567");
+  EXPECT_EQ(groupDigits(0), "0");
+  EXPECT_EQ(groupDigits(999), "999");
+  EXPECT_EQ(groupDigits(1000), "1,000");
+  EXPECT_EQ(groupDigits(1234567), "1,234,567");
 }
 
 TEST(Counted, OneAndMany) {
-  EXPECT_EQ(counted(0, "document"), "0 documents");
-  EXPECT_EQ(counted(1, "document"), "1 document");
-  EXPECT_EQ(counted(2000, "document"), "2,000 documents");
+  EXPECT_EQ(countText(0, "document"), "0 documents");
+  EXPECT_EQ(countText(1, "document"), "1 document");
+  EXPECT_EQ(countText(2000, "document"), "2,000 documents");
 }
 
 TEST(MomentOf, DateTexts) {

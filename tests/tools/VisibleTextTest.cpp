@@ -43,7 +43,7 @@ TEST(Visible, WhatCouldSteerATerminalIsSpelledOut) {
       {"\xED\xA0\x80", "\\xED\\xA0\\x80"},  // half a surrogate pair
       {"\xE6\x9D", "\\xE6\\x9D"},           // cut off
   };
-  for (const Case& c : cases) EXPECT_EQ(visible(c.given), c.expected);
+  for (const Case& c : cases) EXPECT_EQ(visibleText(c.given), c.expected);
 }
 
 TEST(Visible, InvisibleCharactersOfEveryKind) {
@@ -82,12 +82,12 @@ TEST(Visible, InvisibleCharactersOfEveryKind) {
   for (const auto& [code, shown] : table) {
     char digits[16];
     std::snprintf(digits, sizeof digits, "\\u{%04X}", static_cast<unsigned>(code));
-    EXPECT_EQ(visible(utf8(code)), shown ? utf8(code) : digits);
+    EXPECT_EQ(visibleText(utf8(code)), shown ? utf8(code) : digits);
   }
 }
 
 TEST(Visible, WithinALineLineBreaksAndTabsToo) {
-  EXPECT_EQ(visibleInLine("a\tb\nc\x1B"), "a\\tb\\nc\\x1B");
+  EXPECT_EQ(visibleLine("a\tb\nc\x1B"), "a\\tb\\nc\\x1B");
 }
 
 TEST(DisplayWidth, ColumnsOnATerminal) {
@@ -125,11 +125,11 @@ TEST(DisplayWidth, OfCharacters) {
 }
 
 TEST(Wrapped, BetweenWordsWithAnIndent) {
-  EXPECT_EQ(wrapped("aa bb cc dd", 20, 2), "aa bb cc dd");
-  EXPECT_EQ(wrapped("aa bb cc dd", 5, 2), "aa bb\n  cc\n  dd");
-  EXPECT_EQ(wrapped("aa bb cc dd", 8, 0), "aa bb cc\ndd");
-  EXPECT_EQ(wrapped("word-that-is-long b", 5, 1), "word-that-is-long\n b");
-  EXPECT_EQ(wrapped("", 5, 1), "");
+  EXPECT_EQ(wrap("aa bb cc dd", 20, 2), "aa bb cc dd");
+  EXPECT_EQ(wrap("aa bb cc dd", 5, 2), "aa bb\n  cc\n  dd");
+  EXPECT_EQ(wrap("aa bb cc dd", 8, 0), "aa bb cc\ndd");
+  EXPECT_EQ(wrap("word-that-is-long b", 5, 1), "word-that-is-long\n b");
+  EXPECT_EQ(wrap("", 5, 1), "");
 }
 
 TEST(Table, ColumnsLineUp) {

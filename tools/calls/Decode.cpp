@@ -59,8 +59,8 @@ Answer wholeDocument(const Candidate& candidate, std::string_view bytes,
   return answer;
 }
 
-Answer decoded(const Candidate& candidate, std::string_view bytes, const DecodeOptions& options,
-               const Style& style) {
+Answer decodeDocument(const Candidate& candidate, std::string_view bytes,
+                      const DecodeOptions& options, const Style& style) {
   receiver::Report report = receiver::examine(bytes);
   const Condition condition = conditionOf(report.verdict);
   Answer answer = options.contents ? contentsAlone(candidate, std::move(report))
@@ -75,7 +75,7 @@ int decode(const DecodeOptions& options, Output& output) {
   const int status = goThrough(
       options.paths, options.jobs,
       [&](const Candidate& candidate, std::string_view bytes) {
-        return decoded(candidate, bytes, options, style);
+        return decodeDocument(candidate, bytes, options, style);
       },
       output);
   output.finish();

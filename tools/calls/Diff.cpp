@@ -21,7 +21,7 @@ struct DiffOptions {
 };
 
 /// A document on the one side, with the bytes that it leads into.
-struct Loaded {
+struct LoadedDocument {
   std::string buffer;
   Side side;
 };
@@ -37,8 +37,8 @@ constexpr auto examples =
     "  wenlolib diff --json before.ALM after.ALM";
 
 /// Null after a complaint.
-std::unique_ptr<Loaded> load(const std::string& path, Output& output) {
-  auto loaded = std::make_unique<Loaded>();
+std::unique_ptr<LoadedDocument> load(const std::string& path, Output& output) {
+  auto loaded = std::make_unique<LoadedDocument>();
   const DocumentReading reading = readDocument({path, "", true, false}, loaded->buffer);
   if (!reading.complaint.empty()) {
     output.complain(path, reading.complaint);
@@ -58,7 +58,7 @@ std::unique_ptr<Loaded> load(const std::string& path, Output& output) {
 std::string valueLine(char sign, Colour colour, const std::optional<std::string>& value,
                       const Paint& paint) {
   const std::string start(1, sign);
-  if (value && !value->empty()) return paint(colour, start + " " + visibleInLine(*value)) + "\n";
+  if (value && !value->empty()) return paint(colour, start + " " + visibleLine(*value)) + "\n";
   return paint(colour, start) + paint(Colour::faint, value ? " (empty)" : " (not there)") + "\n";
 }
 
@@ -79,8 +79,8 @@ std::string contentsText(const Side& a, const Side& b, const Comparison& compari
 std::string comparisonText(const DiffOptions& options, const Side& a, const Side& b,
                            const Comparison& comparison, const Paint& paint) {
   if (comparison.same()) return "They say the same.\n";
-  std::string text = paint(Colour::bad, "--- " + visibleInLine(options.a)) + "\n" +
-                     paint(Colour::good, "+++ " + visibleInLine(options.b)) + "\n";
+  std::string text = paint(Colour::bad, "--- " + visibleLine(options.a)) + "\n" +
+                     paint(Colour::good, "+++ " + visibleLine(options.b)) + "\n";
   for (const Difference& difference : comparison.differences) {
     text += paint(Colour::heading, difference.name) + "\n";
     text += valueLine('-', Colour::bad, difference.a, paint);

@@ -44,8 +44,8 @@ void explainTo(Session& session, const Arguments& arguments) {
   session.exitStatus = explanation.allowed() ? allGood : notGood;
 }
 
-/// A file that is there and may be read, so that a slip of the pen is not taken for a case.
-std::string readableFile(const std::string& path) {
+/// "" for a file that is there and may be read: a slip of the pen is not taken for a case.
+std::string fileComplaint(const std::string& path) {
   std::error_code error;
   const bool file = std::filesystem::is_regular_file(path, error);
   return file && ::access(path.c_str(), R_OK) == 0 ? "" : path + " is no file that can be read";
@@ -60,7 +60,7 @@ void addReplay(CLI::App& call, Arguments& arguments) {
     arguments.replayed.date = dateFromText(text);
     if (!arguments.replayed.date) throw CLI::ValidationError("--date", text + " is no date");
   };
-  const CLI::Validator readable(readableFile, "");
+  const CLI::Validator readableFile(fileComplaint, "");
   call.add_option_function<std::string>("--os", osSet, "On this OS, such as 10.17.0, or unknown")
       ->type_name("VERSION");
   call.add_option_function<std::string>("--date", dateSet,
@@ -71,11 +71,11 @@ void addReplay(CLI::App& call, Arguments& arguments) {
       ->type_name("VERSION");
   call.add_option("--preferences", arguments.replayed.preferences, "With this preference file")
       ->type_name("FILE")
-      ->check(readable);
+      ->check(readableFile);
   call.add_option("--support-list", arguments.replayed.supportList,
                   "With this support version list")
       ->type_name("FILE")
-      ->check(readable);
+      ->check(readableFile);
   call.add_flag("--json", arguments.json, "One JSON object instead of text");
 }
 

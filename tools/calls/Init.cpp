@@ -27,22 +27,22 @@ struct Arguments {
 };
 
 /// What became of one thing: made now, or there before, or neither, and then why.
-struct Made {
+struct Creation {
   enum Kind { now, before, failed };
   Kind kind;
   std::string why;
 
-  Made(Kind what, std::string reason = "") : kind(what), why(std::move(reason)) {}
+  Creation(Kind what, std::string reason = "") : kind(what), why(std::move(reason)) {}
 };
 
-Made makeFolder(const std::string& path) {
+Creation makeFolder(const std::string& path) {
   platform::Files& files = *platform::current().files;
   const platform::Kind there = files.kindAt(path);
-  if (there == platform::Kind::folder) return Made::before;
-  if (there == platform::Kind::other) return {Made::failed, "something else is in its place"};
+  if (there == platform::Kind::folder) return Creation::before;
+  if (there == platform::Kind::other) return {Creation::failed, "something else is in its place"};
   const platform::Reason reason = files.createFolder(path, folderMode);
-  if (!reason.hasFailed()) return Made::now;
-  return {Made::failed, reasonWithAdvice(reason)};
+  if (!reason.hasFailed()) return Creation::now;
+  return {Creation::failed, reasonWithAdvice(reason)};
 }
 
 Dictionary samplePreferences(bool agree) {
@@ -55,29 +55,29 @@ Dictionary samplePreferences(bool agree) {
   return preferences;
 }
 
-Made makePreferences(const std::string& path, const std::string& realPath, bool agree) {
+Creation makePreferences(const std::string& path, const std::string& realPath, bool agree) {
   std::error_code error;
   // A link that leads nowhere is somebody's as well.
   if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
-    return Made::before;
+    return Creation::before;
   }
   const platform::Platform& platform = platform::current();
   const std::string xml = platform.propertyLists->asXml(samplePreferences(agree)).value();
   const platform::Outcome outcome =
       platform.files->writeAtomically(path, xml, preferenceMode, platform::Publication::asNew);
-  if (outcome == platform::Outcome::written) return Made::now;
-  if (outcome == platform::Outcome::taken) return Made::before;
-  return {Made::failed, reasonWithAdvice(outcome.reason)};
+  if (outcome == platform::Outcome::written) return Creation::now;
+  if (outcome == platform::Outcome::taken) return Creation::before;
+  return {Creation::failed, reasonWithAdvice(outcome.reason)};
 }
 
 /// Says what became of one thing; answers whether it is there now.
-bool tell(Output& output, const std::string& realPath, const Made& made) {
-  if (made.kind == Made::failed) {
-    output.complain(realPath, "not made: " + made.why);
+bool tell(Output& output, const std::string& realPath, const Creation& creation) {
+  if (creation.kind == Creation::failed) {
+    output.complain(realPath, "not made: " + creation.why);
     return false;
   }
-  const std::string word = made.kind == Made::now ? "made         " : "was there    ";
-  output.write(word + visibleInLine(realPath) + "\n");
+  const std::string word = creation.kind == Creation::now ? "made         " : "was there    ";
+  output.write(word + visibleLine(realPath) + "\n");
   return true;
 }
 

@@ -37,15 +37,15 @@ std::string identifierNote(const PreviewedDocument& document) {
          "}: none is stored yet, and the first record makes one";
 }
 
-std::string readable(const PreviewedDocument& document, const std::string& realPath,
-                     const Explanation& decision, const Paint& paint) {
+std::string previewText(const PreviewedDocument& document, const std::string& realPath,
+                        const Explanation& decision, const Paint& paint) {
   Table table;
   if (const std::string note = folderNote(realPath); !note.empty()) table.add({"folder", note});
   table.add({"size", sizeText(document.bytes.size()) +
                          "; the document has no line breaks (--bytes writes it as it is)"});
   table.add({"identifier", identifierNote(document)});
   table.add({"recording", outcomeText(decision, paint)});
-  return "path        " + visibleInLine(realPath) + "\n" + table.text(0, width) + "\n" +
+  return "path        " + visibleLine(realPath) + "\n" + table.text(0, width) + "\n" +
          foldDocument(document.bytes, width);
 }
 
@@ -69,7 +69,7 @@ void show(Output& output, const ToolPlatform& platform, const Arguments& argumen
   const platform::Substitute substitute(platform.services());
   const RecordArguments& record = arguments.record;
   const Explanation decision = explain(record.kind, requestOf(record).option);
-  output.write(readable(document, platform.real(document.path), decision, output.paint()));
+  output.write(previewText(document, platform.real(document.path), decision, output.paint()));
 }
 
 void previewTo(Session& session, const Arguments& arguments) {

@@ -53,7 +53,7 @@ bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& req
     if (outcome.document->outcome == platform::Outcome::written) {
       const std::string sizes =
           sizeText(outcome.document->size) + ", contents " + sizeText(request.contents.size());
-      output.write("recorded in " + visibleInLine(path) + "\n  (" + sizes + ")\n");
+      output.write("recorded in " + visibleLine(path) + "\n  (" + sizes + ")\n");
       return true;
     }
     output.complain(path, whyNotWritten(outcome.document->outcome.reason));

@@ -91,12 +91,12 @@ std::size_t sizeOf(int file) {
   return known ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
-ContentsInput refused(std::string complaint) {
+ContentsInput refusal(std::string complaint) {
   return {"", std::move(complaint)};
 }
 
-ContentsInput tooMany(std::size_t most) {
-  return refused("the contents are too large: a record takes less than " + sizeText(most + 1));
+ContentsInput sizeRefusal(std::size_t most) {
+  return refusal("the contents are too large: a record takes less than " + sizeText(most + 1));
 }
 
 /// Where the first bytes stand that are no character.
@@ -116,9 +116,9 @@ std::size_t firstNonUtf8(std::string_view text) {
 
 ContentsInput readContents(const std::string& path, std::size_t most) {
   const Source source(path);
-  if (source.number() < 0) return refused(lastError());
+  if (source.number() < 0) return refusal(lastError());
   const std::size_t expected = sizeOf(source.number());
-  if (expected > most) return tooMany(most);
+  if (expected > most) return sizeRefusal(most);
   ContentsInput input;
   std::size_t length = 0;
   constexpr std::size_t piece = std::size_t{64} << 10;
@@ -127,16 +127,16 @@ ContentsInput readContents(const std::string& path, std::size_t most) {
     const ssize_t count =
         ::read(source.number(), input.contents.data() + length, input.contents.size() - length);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return refused(lastError());
+    if (count < 0) return refusal(lastError());
     if (count == 0) break;
     length += static_cast<std::size_t>(count);
-    if (length > most) return tooMany(most);
+    if (length > most) return sizeRefusal(most);
     if (length == input.contents.size()) input.contents.resize(2 * length);
   }
   input.contents.resize(length);
   if (isUtf8(input.contents)) return input;
-  return refused("the contents are not UTF-8: no character begins at byte " +
-                 grouped(firstNonUtf8(input.contents)));
+  return refusal("the contents are not UTF-8: no character begins at byte " +
+                 groupDigits(firstNonUtf8(input.contents)));
 }
 
 }  // namespace wenlolib::tools

@@ -51,11 +51,11 @@ class Counts {
       documents += count;
       if (count == 0) continue;
       parts += parts.empty() ? ": " : ", ";
-      parts += grouped(count) + " " + std::string(wordFor(condition));
+      parts += groupDigits(count) + " " + std::string(wordFor(condition));
     }
     const std::string unreadable =
-        unreadable_ == 0 ? "" : "; " + grouped(unreadable_) + " could not be read";
-    return counted(documents, "document") + parts + unreadable + "\n";
+        unreadable_ == 0 ? "" : "; " + groupDigits(unreadable_) + " could not be read";
+    return countText(documents, "document") + parts + unreadable + "\n";
   }
 
  private:

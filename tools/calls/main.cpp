@@ -25,13 +25,13 @@ bool flushOutput() {
   return false;
 }
 
-/// The first word that has no meaning where it stands.
-std::string unexpected(const CLI::App& app) {
+/// Names the first word that has no meaning where it stands.
+std::string extraWordText(const CLI::App& app) {
   const std::vector<std::string> words = app.remaining(true);
   const auto option = std::ranges::find_if(
       words, [](const std::string& word) { return word.size() > 1 && word.front() == '-'; });
-  if (option != words.end()) return visibleInLine(*option) + ": there is no such option here";
-  const std::string word = words.empty() ? "" : visibleInLine(words.front());
+  if (option != words.end()) return visibleLine(*option) + ": there is no such option here";
+  const std::string word = words.empty() ? "" : visibleLine(words.front());
   if (app.get_subcommands().empty()) return word + ": there is no such call";
   return word + ": one argument too many";
 }
@@ -44,7 +44,7 @@ int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
     return flushOutput() && std::cout ? status : int{unreadable};
   }
   const bool extra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
-  const std::string what = extra ? unexpected(app) : visibleInLine(error.what());
+  const std::string what = extra ? extraWordText(app) : visibleLine(error.what());
   std::fprintf(stderr, "wenlolib: %s\nTry wenlolib --help, or --help behind a call's name.\n",
                what.c_str());
   return wrongUsage;

@@ -23,7 +23,7 @@ std::string realPath(const ToolPlatform& platform, std::string_view name) {
 }
 
 /// Where the system does not answer, that is what is the matter with the file.
-platform::ListReading readListFile(const std::string& path) {
+platform::ListReading readPropertyList(const std::string& path) {
   try {
     return platform::posix::readList(path);
   } catch (const platform::NoAnswer& thrown) {
@@ -84,7 +84,7 @@ Finding languageFinding(const Value* language) {
 }
 
 Finding listEntryFinding(const std::string& key, const Value& value) {
-  Finding finding{Level::ok, "support_list_entry", visibleInLine(key), valueText(value), ""};
+  Finding finding{Level::ok, "support_list_entry", visibleLine(key), valueText(value), ""};
   const Text version = CommonTooWenlolib::convertBiasVersionStrToVerStr(key);
   const std::int32_t number = CommonTooWenlolib::convertVersionStrToNum(version);
   const bool named = number != -1 && CommonTooWenlolib::convertVersionNumToBiasStr(number) == key;
@@ -102,7 +102,7 @@ Finding listEntryFinding(const std::string& key, const Value& value) {
 
 void checkPreferences(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, preferenceFile);
-  const platform::ListReading file = readListFile(path);
+  const platform::ListReading file = readPropertyList(path);
   if (!file.dictionary) {
     findings.push_back({isMissing(file) ? Level::warning : Level::error, "preferences", path,
                         listTrouble(file) + ": only application usage of mode 2 is recorded",
@@ -121,7 +121,7 @@ void checkSupportList(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, supportVersionListFile);
   const bool needed =
       listCounts(CommonTooWenlolib::systemVersionNum(), CommonTooWenlolib::supportUpperOSVersion());
-  const platform::ListReading file = readListFile(path);
+  const platform::ListReading file = readPropertyList(path);
   Finding finding = readFinding("support_list", path, file);
   if (!file.dictionary) {
     if (!isMissing(file)) finding.level = Level::warning;
@@ -141,7 +141,7 @@ void checkSupportList(const ToolPlatform& platform, Findings& findings) {
 
 void checkIdentifier(const ToolPlatform& platform, Findings& findings) {
   const std::string path = realPath(platform, configurationFile);
-  const platform::ListReading file = readListFile(path);
+  const platform::ListReading file = readPropertyList(path);
   const Text identifier = storedIdentifier(file.dictionary);
   Finding finding{Level::ok, "identifier", path, "an identifier is stored", ""};
   if (file.state == platform::ListState::partial) {

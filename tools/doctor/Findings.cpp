@@ -29,7 +29,7 @@ std::size_t countOf(const Findings& findings, Level level) {
 
 std::string subjectText(const Finding& finding, const std::string& folder) {
   const bool within = !folder.empty() && finding.subject.starts_with(folder + "/");
-  return visibleInLine(within ? "QMR" + finding.subject.substr(folder.size()) : finding.subject);
+  return visibleLine(within ? "QMR" + finding.subject.substr(folder.size()) : finding.subject);
 }
 
 /// A line, or one for the subject and more for the message: a path stays whole.
@@ -44,17 +44,17 @@ std::string findingText(const Finding& finding, const Paint& paint, const std::s
   if (indent + displayWidth(subject + joint) <= width) {
     text += joint + "\n";
   } else {
-    text += "\n" + wrapped(blanks + finding.message, width, indent) + "\n";
+    text += "\n" + wrap(blanks + finding.message, width, indent) + "\n";
   }
   if (finding.remedy.empty()) return text;
-  return text + wrapped(blanks + "remedy: " + finding.remedy, width, indent) + "\n";
+  return text + wrap(blanks + "remedy: " + finding.remedy, width, indent) + "\n";
 }
 
 std::string summary(const Findings& findings) {
   const std::size_t errors = countOf(findings, Level::error);
   const std::size_t warnings = countOf(findings, Level::warning);
   if (errors + warnings == 0) return "All is well.\n";
-  return counted(errors, "error") + ", " + counted(warnings, "warning") + ".\n";
+  return countText(errors, "error") + ", " + countText(warnings, "warning") + ".\n";
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ bool hasErrors(const Findings& findings) {
 std::string findingsText(const Findings& findings, const Paint& paint,
                          const std::string& supportFolder) {
   std::string text;
-  if (!supportFolder.empty()) text = "QMR is " + visibleInLine(supportFolder) + "\n\n";
+  if (!supportFolder.empty()) text = "QMR is " + visibleLine(supportFolder) + "\n\n";
   for (const Finding& finding : findings) {
     text += findingText(finding, paint, supportFolder);
   }

@@ -25,7 +25,7 @@ std::string modeText(mode_t mode) {
   return "mode 0" + std::string(digits, result.ptr);
 }
 
-Finding missing(const std::string& path) {
+Finding missingFolderFinding(const std::string& path) {
   const std::string message =
       errno == ENOENT ? "is not there"
                       : "cannot be looked at: " + std::generic_category().message(errno);
@@ -33,7 +33,7 @@ Finding missing(const std::string& path) {
           errno == ENOENT ? "wenlolib init makes it." : "Let this user search the folders above."};
 }
 
-Finding examined(const std::string& path, const struct stat& status) {
+Finding folderFinding(const std::string& path, const struct stat& status) {
   if (!S_ISDIR(status.st_mode)) {
     return {Level::error, "folder", path, "is no folder", "Move it away, then wenlolib init."};
   }
@@ -67,7 +67,8 @@ void checkFolders(const ToolPlatform& platform, Findings& findings) {
   for (const Text& folder : {printerLogFolder(), applicationLogFolder(), configurationFolder()}) {
     const std::string path = platform.real(folder.value_or(""));
     struct stat status {};
-    findings.push_back(::stat(path.c_str(), &status) == 0 ? examined(path, status) : missing(path));
+    findings.push_back(::stat(path.c_str(), &status) == 0 ? folderFinding(path, status)
+                                                          : missingFolderFinding(path));
   }
 }
 
@@ -114,10 +115,11 @@ void checkNumbers(const ToolPlatform& platform, Findings& findings) {
   for (const auto& [name, count] : taken) {
     if (count < manyNumbers) continue;
     good = false;
-    findings.push_back({Level::warning, "printer_log_numbers",
-                        std::string(folder).append("/").append(name).append("_*.PLM"),
-                        grouped(static_cast<std::uint64_t>(count)) + " of 999 numbers are taken",
-                        "Take finished logs away: with all taken, number 999 is replaced."});
+    findings.push_back(
+        {Level::warning, "printer_log_numbers",
+         std::string(folder).append("/").append(name).append("_*.PLM"),
+         groupDigits(static_cast<std::uint64_t>(count)) + " of 999 numbers are taken",
+         "Take finished logs away: with all taken, number 999 is replaced."});
   }
   if (good) {
     findings.push_back(

@@ -23,9 +23,9 @@ constexpr std::int64_t aDay = 24 * anHour;
 constexpr std::size_t mostListed = 20;
 
 std::string agoText(std::int64_t seconds) {
-  if (seconds < 2 * anHour) return counted(static_cast<std::uint64_t>(seconds / 60), "minute");
-  if (seconds < 2 * aDay) return counted(static_cast<std::uint64_t>(seconds / anHour), "hour");
-  return counted(static_cast<std::uint64_t>(seconds / aDay), "day");
+  if (seconds < 2 * anHour) return countText(static_cast<std::uint64_t>(seconds / 60), "minute");
+  if (seconds < 2 * aDay) return countText(static_cast<std::uint64_t>(seconds / anHour), "hour");
+  return countText(static_cast<std::uint64_t>(seconds / aDay), "day");
 }
 
 bool isUnfinished(const std::string& name) {
@@ -44,16 +44,16 @@ void addUnfinished(const std::string& folder, std::vector<std::string>& paths) {
   }
 }
 
-Finding gone(const std::string& path) {
+Finding vanishedFinding(const std::string& path) {
   return {Level::ok, "leftover", path, "was being written just now", ""};
 }
 
 /// Takes the file away that `message` tells of.
-Finding removed(const std::string& path, const std::string& message) {
+Finding removeLeftover(const std::string& path, const std::string& message) {
   if (::unlink(path.c_str()) == 0) {
     return {Level::ok, "leftover_removed", path, message + ": removed", ""};
   }
-  if (errno == ENOENT) return gone(path);
+  if (errno == ENOENT) return vanishedFinding(path);
   return {Level::error, "leftover", path,
           message + ": cannot be removed: " + std::generic_category().message(errno),
           "Let the user to whom its folder belongs remove it."};
@@ -62,7 +62,7 @@ Finding removed(const std::string& path, const std::string& message) {
 Finding leftoverFinding(const std::string& path, bool clean) {
   const std::string left = clean ? ": left" : "";
   struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return gone(path);
+  if (::lstat(path.c_str(), &status) != 0) return vanishedFinding(path);
   if (!S_ISREG(status.st_mode)) {
     return {Level::warning, "leftover", path, "is no regular file" + left,
             "It is none of the library's; look at what it is."};
@@ -81,7 +81,7 @@ Finding leftoverFinding(const std::string& path, bool clean) {
             "A program was killed while writing; wenlolib doctor --clean removes it once it is a "
             "day old."};
   }
-  if (clean) return removed(path, message);
+  if (clean) return removeLeftover(path, message);
   return {Level::warning, "leftover", path, message,
           "A program was killed while writing; wenlolib doctor --clean removes it."};
 }
@@ -102,11 +102,11 @@ void tell(const Others& others, bool clean, Findings& findings) {
   const std::string subject = "More unfinished files";
   if (others.removed > 0) {
     findings.push_back(
-        {Level::ok, "leftover_removed", subject, grouped(others.removed) + " removed", ""});
+        {Level::ok, "leftover_removed", subject, groupDigits(others.removed) + " removed", ""});
   }
   if (others.left > 0) {
     findings.push_back({others.worst, "leftover", subject,
-                        grouped(others.left) + (clean ? " left" : ""),
+                        groupDigits(others.left) + (clean ? " left" : ""),
                         "wenlolib doctor --clean removes what is a day old."});
   }
 }

@@ -27,7 +27,7 @@ Finding bundleFinding(const ToolPlatform& platform, const char* check, std::stri
   Finding finding{Level::ok, check, platform.real(std::string(path)), "is not installed", ""};
   if (!information) return finding;
   const Text version = textEntry(information, shortVersionKey);
-  finding.message = "version " + visibleInLine(version.value_or("unknown"));
+  finding.message = "version " + visibleLine(version.value_or("unknown"));
   if (twoComponents(version.value_or("")).empty()) {
     finding.level = Level::warning;
     finding.message += ": no CFBundleShortVersionString with a point in it";
@@ -37,7 +37,7 @@ Finding bundleFinding(const ToolPlatform& platform, const char* check, std::stri
 }
 
 Finding clientFinding() {
-  const std::string version = visibleInLine(clientVersion());
+  const std::string version = visibleLine(clientVersion());
   return {Level::ok, "printer_log_version", "Version in printer logs",
           version.empty() ? "is empty: neither bundle tells it" : version, ""};
 }

@@ -20,7 +20,7 @@ using Numbers = std::vector<std::uint32_t>;
 
 class Numbering {
  public:
-  Numbers of(const Lines& lines) {
+  Numbers number(const Lines& lines) {
     Numbers numbers;
     numbers.reserve(lines.size());
     for (const std::string_view line : lines) {
@@ -102,8 +102,8 @@ Lines linesOf(std::string_view text) {
 
 std::vector<Change> changesBetween(const Lines& a, const Lines& b, std::size_t mostEdits) {
   Numbering numbering;
-  const Numbers aNumbers = numbering.of(a);
-  const Numbers bNumbers = numbering.of(b);
+  const Numbers aNumbers = numbering.number(a);
+  const Numbers bNumbers = numbering.number(b);
   const Change middle = middleOf(aNumbers, bNumbers);
   const std::size_t aSize = middle.aEnd - middle.aBegin;
   const std::size_t bSize = middle.bEnd - middle.bBegin;
@@ -165,7 +165,7 @@ class Hunks {
       std::string_view line = from[i];
       const bool ended = line.ends_with('\n');
       if (ended) line.remove_suffix(1);
-      const std::string shown = sign + visible(line);
+      const std::string shown = sign + visibleText(line);
       text_ += sign == ' ' ? shown : paint_(sign == '-' ? Colour::bad : Colour::good, shown);
       text_ += ended ? "\n" : "\n\\ no line break at the end\n";
     }
@@ -221,7 +221,7 @@ class Differences {
     if (a != b) found_.push_back({std::move(name), std::move(a), std::move(b)});
   }
 
-  std::vector<Difference> found() && { return std::move(found_); }
+  std::vector<Difference> list() && { return std::move(found_); }
 
  private:
   std::vector<Difference> found_;
@@ -249,7 +249,7 @@ Comparison compare(const Side& a, const Side& b) {
   differences.add("Cipher", std::string(cipherName(aDocument.marker)),
                   std::string(cipherName(bDocument.marker)));
   Comparison comparison;
-  comparison.differences = std::move(differences).found();
+  comparison.differences = std::move(differences).list();
   comparison.sameContents = contentsAreSame(a, b);
   if (comparison.sameContents || !a.contents || !b.contents) return comparison;
   comparison.aLines = linesOf(*a.contents);

@@ -158,7 +158,7 @@ bool isGone(const std::string& path) {
   return lstat(path.c_str(), &status) != 0 && errno == ENOENT;
 }
 
-DocumentReading missing(const Candidate& candidate, int number) {
+DocumentReading openFailure(const Candidate& candidate, int number) {
   if (number == ENOENT && !candidate.named && isGone(candidate.path)) return {{}, "", true};
   return failure(number);
 }
@@ -197,11 +197,11 @@ DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
   struct stat status {};
   // Opening alone can do something to a device: what may be one is asked about before.
   if (!candidate.regular) {
-    if (stat(candidate.path.c_str(), &status) != 0) return missing(candidate, errno);
+    if (stat(candidate.path.c_str(), &status) != 0) return openFailure(candidate, errno);
     if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   }
   const OpenFile file(open(candidate.path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  if (file.get() < 0) return missing(candidate, errno);
+  if (file.get() < 0) return openFailure(candidate, errno);
   if (fstat(file.get(), &status) != 0) return failure(errno);
   if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   const auto size = static_cast<std::size_t>(status.st_size);

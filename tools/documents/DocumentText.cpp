@@ -97,7 +97,7 @@ std::string_view description(Layout layout) {
 
 std::string description(const receiver::Verdict& verdict) {
   std::string text(layers[verdict.layer].phrase);
-  text += " at byte " + grouped(verdict.offset);
+  text += " at byte " + groupDigits(verdict.offset);
   if (!verdict.field.empty()) text += ", " + verdict.field;
   if (!verdict.explanation.empty()) text += ": " + verdict.explanation;
   return text;
@@ -112,10 +112,10 @@ std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,
   const Condition condition = conditionOf(verdict);
   std::string line(wordFor(condition));
   line.resize(wordColumns, ' ');
-  line = style.paint(colourOf(condition), line) + visibleInLine(path);
+  line = style.paint(colourOf(condition), line) + visibleLine(path);
   if (!verdict.sound()) {
-    line += ": " + visibleInLine(description(verdict));
-    if (style.columns > 0) line = wrapped(line, style.columns, wordColumns);
+    line += ": " + visibleLine(description(verdict));
+    if (style.columns > 0) line = wrap(line, style.columns, wordColumns);
   }
   return line + "\n";
 }
@@ -125,7 +125,7 @@ namespace {
 /// The date as it stands, and what the reader's own clock showed then, where that is another time.
 std::string dateText(const std::string& date) {
   const auto moment = momentOf(date);
-  std::string shown = visibleInLine(date);
+  std::string shown = visibleLine(date);
   if (!moment) return shown;
   const std::string local = localTime(*moment);
   std::string asLocal = date;
@@ -139,13 +139,13 @@ std::string valueText(const receiver::Field& field, const Redaction& redaction,
   if (redaction.hides(field.name)) return paint(Colour::faint, "(redacted)");
   if (field.value.empty()) return paint(Colour::faint, "(empty)");
   const std::string value = redaction(field.value);
-  return field.name == "Date" ? dateText(value) : visibleInLine(value);
+  return field.name == "Date" ? dateText(value) : visibleLine(value);
 }
 
 std::string verdictText(const receiver::Verdict& verdict, const Paint& paint) {
   const Condition condition = conditionOf(verdict);
   const std::string text = paint(colourOf(condition), wordFor(condition));
-  return verdict.sound() ? text : text + ": " + visibleInLine(description(verdict));
+  return verdict.sound() ? text : text + ": " + visibleLine(description(verdict));
 }
 
 /// All documents have the names of their values in a column of the same width, whatever is known.
@@ -174,7 +174,7 @@ std::string headerText(std::size_t bytes, const receiver::Report& report,
 
 void appendContents(std::string& out, std::string_view contents, const Paint& paint) {
   const std::string margin = paint(Colour::faint, "  | ");
-  const std::string shown = visible(contents);
+  const std::string shown = visibleText(contents);
   std::string_view rest = shown;
   out.reserve(out.size() + shown.size() + shown.size() / 8);
   while (!rest.empty()) {
@@ -191,7 +191,7 @@ void appendContents(std::string& out, std::string_view contents, const Paint& pa
 std::string documentText(std::string_view path, std::size_t bytes, const receiver::Report& report,
                          const std::optional<std::string>& contents, const Redaction& redaction,
                          const Style& style) {
-  std::string out = style.paint(Colour::heading, visibleInLine(redaction(path))) + "\n";
+  std::string out = style.paint(Colour::heading, visibleLine(redaction(path))) + "\n";
   out += headerText(bytes, report, redaction, style);
   if (contents) {
     appendContents(out, redaction(*contents), style.paint);
@@ -225,7 +225,7 @@ std::string_view headOf(std::string_view text, std::size_t length) {
 /// so that fits which is short enough afterwards.
 std::string_view fittingHead(std::string_view text, std::size_t width) {
   std::string_view head = headOf(text, width);
-  while (head.size() > 1 && displayWidth(visibleInLine(head)) > width) {
+  while (head.size() > 1 && displayWidth(visibleLine(head)) > width) {
     head = headOf(text, head.size() - 1);
   }
   return head;
@@ -237,10 +237,10 @@ void appendFolded(std::string& out, std::string_view element, std::size_t width)
   const std::size_t leftOut = element.size() - rest.size();
   while (!rest.empty()) {
     const std::string_view head = fittingHead(rest, width - indent.size());
-    out.append(indent).append(visibleInLine(head)).append("\n");
+    out.append(indent).append(visibleLine(head)).append("\n");
     rest.remove_prefix(head.size());
   }
-  if (tooLong) out.append(indent).append("(" + counted(leftOut, "byte") + " more)\n");
+  if (tooLong) out.append(indent).append("(" + countText(leftOut, "byte") + " more)\n");
 }
 
 /// Where the element, or the tag of one with others inside, ends that `document` begins with.

@@ -47,7 +47,7 @@ DocumentJobs::~DocumentJobs() {
   for (std::thread& thread : threads_) thread.join();
 }
 
-void DocumentJobs::run(const Source& source, const Hear& take) {
+void DocumentJobs::run(const Source& source, const Listener& take) {
   bool more = true;
   while (more || !tasks_.empty()) {
     if (more) more = fill(source);
@@ -137,7 +137,7 @@ Answer complaintOf(const Candidate& candidate, std::string complaint) {
   return answer;
 }
 
-Answer readAndExamine(const Candidate& candidate, const Examine& examine, std::string& buffer) {
+Answer readAndExamine(const Candidate& candidate, const Examiner& examine, std::string& buffer) {
   if (!candidate.complaint.empty()) return complaintOf(candidate, candidate.complaint);
   try {
     DocumentReading reading = readDocument(candidate, buffer);
@@ -166,8 +166,8 @@ Progress::Total countAhead(std::vector<std::string> paths) {
 
 }  // namespace
 
-int goThrough(std::vector<std::string> paths, int jobs, const Examine& examine, Output& output,
-              const Hear& hear) {
+int goThrough(std::vector<std::string> paths, int jobs, const Examiner& examine, Output& output,
+              const Listener& hear) {
   output.expect(countAhead(paths));
   DocumentWalk walk(std::move(paths));
   int status = allGood;

@@ -30,16 +30,16 @@ struct Answer {
 };
 
 /// Examines the bytes of one document. Several threads call it at once.
-using Examine = std::function<Answer(const Candidate&, std::string_view bytes)>;
+using Examiner = std::function<Answer(const Candidate&, std::string_view bytes)>;
 
 /// Hears of every document, in order, on the caller's thread.
-using Hear = std::function<void(const Answer&)>;
+using Listener = std::function<void(const Answer&)>;
 
 /// Walks through `paths`, reads and examines on `jobs` threads (1: the caller's own) and writes the
 /// answers in the order of the walk, whatever `jobs` is. Memory does not grow with their number.
 /// Returns the exit status.
-int goThrough(std::vector<std::string> paths, int jobs, const Examine& examine, Output& output,
-              const Hear& hear = nullptr);
+int goThrough(std::vector<std::string> paths, int jobs, const Examiner& examine, Output& output,
+              const Listener& hear = nullptr);
 
 /// Threads that work on documents ahead of the one whose turn it is.
 class DocumentJobs {
@@ -56,7 +56,7 @@ class DocumentJobs {
   /// Hands out what `source` gives, until it gives nothing, and the answers to `take` in the same
   /// order; both are called on the caller's thread. No more than a number of documents a thread are
   /// on their way at any time, and few where their answers are large.
-  void run(const Source& source, const Hear& take);
+  void run(const Source& source, const Listener& take);
 
  private:
   struct Task {

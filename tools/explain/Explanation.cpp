@@ -24,7 +24,7 @@ namespace {
 struct Context {
   RecordKind kind;
   std::uint32_t option;
-  const AskedFacts& asked;
+  const FactNotes& notes;
   const Sources& sources;
 };
 
@@ -39,12 +39,12 @@ std::string preferenceSource(const Context& context) {
 }
 
 const PreferenceReading& readingFor(const Step& step, const Context& context) {
-  return context.asked.readings[step.reading - 1];
+  return context.notes.readings[step.reading - 1];
 }
 
 std::string preferencesText(const PreferenceReading& reading) {
   if (reading.preferences) {
-    const std::string keys = "a dictionary of " + counted(reading.preferences->size(), "key");
+    const std::string keys = "a dictionary of " + countText(reading.preferences->size(), "key");
     return reading.trouble.empty() ? keys : keys + "; it " + reading.trouble;
   }
   if (reading.kind == platform::Kind::nothing) return "no file";
@@ -53,7 +53,7 @@ std::string preferencesText(const PreferenceReading& reading) {
 }
 
 void describeOS(Step& step, const Context& context) {
-  const FoundVersion& os = *context.asked.os;
+  const FoundVersion& os = *context.notes.os;
   step.source = "the system's version";
   step.expected = "a known version";
   step.found = os.number == -1 ? "none" : versionText(os.text, os.number);
@@ -61,20 +61,20 @@ void describeOS(Step& step, const Context& context) {
 }
 
 void describeLibrary(Step& step, const Context& context) {
-  const FoundVersion& library = *context.asked.library;
+  const FoundVersion& library = *context.notes.library;
   step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
                                   : "the running library's bundle";
   step.key = library.installed ? bundleVersionKey : shortVersionKey;
   step.expected = "a version such as 1.0.0, since the OS is " +
-                  versionText(context.asked.upperBound.value_or(-1)) + " or later";
+                  versionText(context.notes.upperBound.value_or(-1)) + " or later";
   step.found = versionText(library.text, library.number);
   step.remedy = library.installed ? "Install the library's bundle at this path."
                                   : "Load the library from its bundle, Contents/Info.plist in it.";
 }
 
 void describeList(Step& step, const Context& context) {
-  const ListLookup& list = *context.asked.list;
-  const std::int32_t os = context.asked.os->number;
+  const ListLookup& list = *context.notes.list;
+  const std::int32_t os = context.notes.os->number;
   const std::string least =
       CommonTooWenlolib::convertVersionNumToStr(os).value_or("the OS version");
   step.source = fileText(context.sources.root, context.sources.supportList, supportVersionListFile);
@@ -119,7 +119,7 @@ void describePeriod(Step& step, const Context& context) {
     step.expected =
         "before " + instantText(*date + period) + ", " + days + " after the installation";
   }
-  step.found = instantText(*context.asked.now);
+  step.found = instantText(*context.notes.now);
   step.remedy = "The period of " + days + " begins anew with an installation.";
 }
 
@@ -153,10 +153,10 @@ std::string_view reasonCode(const Explanation& explanation) {
 }
 
 Explanation explain(RecordKind kind, std::uint32_t option, const Sources& sources) {
-  const Watched watched(platform::current());
+  const WatchedPlatform watched(platform::current());
   const platform::Substitute substitute(watched.services());
   PlatformFacts facts;
-  RecordedFacts recorded(facts, watched.seen().lists);
+  RecordedFacts recorded(facts, watched.sightings().lists);
   std::vector<DecisionStep> steps;
   Explanation explanation{kind, option, Gate::none, {}, {}};
   bool isAllowed = false;
@@ -166,12 +166,12 @@ Explanation explain(RecordKind kind, std::uint32_t option, const Sources& source
   } catch (const platform::NoAnswer&) {
     // What was seen says why. The library answers no.
   }
-  if (!isAllowed && watched.seen().unanswered) {
-    explanation.unanswered = unansweredText(*watched.seen().unanswered);
+  if (!isAllowed && watched.sightings().unanswered) {
+    explanation.unanswered = unansweredText(*watched.sightings().unanswered);
   }
   for (const DecisionStep& reported : steps) {
     Step step{reported, {}, {}, {}, {}, {}};
-    if (step.taken()) descriptions[step.gate](step, {kind, option, recorded.asked(), sources});
+    if (step.taken()) descriptions[step.gate](step, {kind, option, recorded.notes(), sources});
     if (step.state != StepState::refused) step.remedy.clear();
     explanation.steps.push_back(std::move(step));
   }
@@ -204,10 +204,10 @@ std::string heading(const Explanation& explanation) {
          decimal(optionMode(explanation.option)) + ")";
 }
 
-std::string shortened(const std::string& source, const std::string& folder) {
+std::string shortPath(const std::string& source, const std::string& folder) {
   const bool within = !folder.empty() && source.starts_with(folder + "/");
-  if (!within) return visibleInLine(source);
-  return visibleInLine(std::string(shortFolder) + source.substr(folder.size()));
+  if (!within) return visibleLine(source);
+  return visibleLine(std::string(shortFolder) + source.substr(folder.size()));
 }
 
 /// A line of a step; only a path may be longer than a line, so that it can be copied whole.
@@ -216,13 +216,13 @@ std::string detail(const char* name, const std::string& text, bool whole = false
   std::string line = std::string(detailIndent, ' ') + name;
   line.resize(detailIndent + detailWidth, ' ');
   line += text;
-  return (whole ? line : wrapped(line, width, detailIndent + detailWidth)) + "\n";
+  return (whole ? line : wrap(line, width, detailIndent + detailWidth)) + "\n";
 }
 
 /// What was read, expected and found; nothing of a step that was not taken.
 std::string details(const Step& step, const std::string& folder) {
-  return detail("read", shortened(step.source, folder), true) +
-         detail("key", visibleInLine(step.key), true) + detail("expected", step.expected) +
+  return detail("read", shortPath(step.source, folder), true) +
+         detail("key", visibleLine(step.key), true) + detail("expected", step.expected) +
          detail("found", step.found) + detail("remedy", step.remedy);
 }
 
@@ -256,7 +256,7 @@ std::string explanationText(const Explanation& explanation, const Paint& paint,
   std::string text = paint(Colour::heading, heading(explanation)) + "\n" +
                      outcomeText(explanation, paint) + "\n\n";
   if (!supportFolder.empty()) {
-    text += std::string(shortFolder) + " is " + visibleInLine(supportFolder) + "\n\n";
+    text += std::string(shortFolder) + " is " + visibleLine(supportFolder) + "\n\n";
   }
   int number = 0;
   for (const Step& step : explanation.steps) {

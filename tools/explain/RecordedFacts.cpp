@@ -32,33 +32,33 @@ ListLookup lookup(std::int32_t libraryVersion, std::int32_t answer) {
 }  // namespace
 
 std::int32_t RecordedFacts::upperOSVersion() {
-  asked_.upperBound = facts_.upperOSVersion();
-  return *asked_.upperBound;
+  notes_.upperBound = facts_.upperOSVersion();
+  return *notes_.upperBound;
 }
 
 std::int32_t RecordedFacts::osVersion() {
   const std::int32_t number = facts_.osVersion();
-  asked_.os = FoundVersion{number, CommonTooWenlolib::osVersion()};
+  notes_.os = FoundVersion{number, CommonTooWenlolib::osVersion()};
   return number;
 }
 
 std::int32_t RecordedFacts::runningLibraryVersion() {
   const std::int32_t number = facts_.runningLibraryVersion();
   const auto information = platform::current().bundles->ownInformation();
-  asked_.library = FoundVersion{number, textEntry(information, shortVersionKey)};
+  notes_.library = FoundVersion{number, textEntry(information, shortVersionKey)};
   return number;
 }
 
 std::int32_t RecordedFacts::installedLibraryVersion() {
   const std::int32_t number = facts_.installedLibraryVersion();
-  asked_.library = FoundVersion{number, installedVersionText(), true};
+  notes_.library = FoundVersion{number, installedVersionText(), true};
   return number;
 }
 
 std::int32_t RecordedFacts::listAnswer(std::int32_t libraryVersion) {
   const std::int32_t answer = facts_.listAnswer(libraryVersion);
-  asked_.list = lookup(libraryVersion, answer);
-  asked_.list->trouble = troubleAt(configurationPath(supportVersionListFile));
+  notes_.list = lookup(libraryVersion, answer);
+  notes_.list->trouble = troubleAt(configurationPath(supportVersionListFile));
   return answer;
 }
 
@@ -68,7 +68,7 @@ std::optional<Dictionary> RecordedFacts::preferences() {
   reading.path = configurationPath(preferenceFile);
   if (reading.path) reading.kind = platform::current().files->kindAt(*reading.path);
   reading.trouble = troubleAt(reading.path);
-  asked_.readings.push_back(reading);
+  notes_.readings.push_back(reading);
   return reading.preferences;
 }
 
@@ -78,8 +78,8 @@ std::string RecordedFacts::troubleAt(const Text& path) const {
 }
 
 Instant RecordedFacts::now() {
-  asked_.now = facts_.now();
-  return *asked_.now;
+  notes_.now = facts_.now();
+  return *notes_.now;
 }
 
 }  // namespace wenlolib::tools

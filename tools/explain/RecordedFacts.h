@@ -42,7 +42,7 @@ struct PreferenceReading {
 };
 
 /// What was asked, with the answers; what was not asked is absent.
-struct AskedFacts {
+struct FactNotes {
   std::optional<std::int32_t> upperBound;
   std::optional<FoundVersion> os;
   std::optional<FoundVersion> library;
@@ -69,7 +69,7 @@ class RecordedFacts : public SupportFacts {
   std::optional<Dictionary> preferences() override;
   Instant now() override;
 
-  [[nodiscard]] const AskedFacts& asked() const { return asked_; }
+  [[nodiscard]] const FactNotes& notes() const { return notes_; }
 
  private:
   /// What is the matter with the file at `path`; "" for nothing, and where it was not read.
@@ -77,7 +77,7 @@ class RecordedFacts : public SupportFacts {
 
   SupportFacts& facts_;
   const Lists& lists_;
-  AskedFacts asked_;
+  FactNotes notes_;
 };
 
 }  // namespace wenlolib::tools

@@ -69,7 +69,7 @@ constexpr std::uint32_t fileTypeOf(RecordKind kind) {
 }  // namespace
 
 RecordOutcome record(const platform::Platform& base, const RecordRequest& request) {
-  const Watched watched(base);
+  const WatchedPlatform watched(base);
   NotedFiles files(*watched.services().files);
   platform::Platform services = watched.services();
   services.files = &files;
@@ -81,12 +81,12 @@ RecordOutcome record(const platform::Platform& base, const RecordRequest& reques
           : WENLOLIB::writePrinterLogInfoWithContents(request.contents, request.name,
                                                       request.option, request.printer);
   outcome.document = files.document;
-  outcome.unanswered = watched.seen().unanswered;
+  outcome.unanswered = watched.sightings().unanswered;
   return outcome;
 }
 
 Preview preview(const platform::Platform& base, const RecordRequest& request) {
-  const Watched watched(base);
+  const WatchedPlatform watched(base);
   HeldBackFiles files(*watched.services().files);
   ExampleUuids uuids;
   platform::Platform services = watched.services();
@@ -97,7 +97,7 @@ Preview preview(const platform::Platform& base, const RecordRequest& request) {
   if (record == nullptr) return {};
   record->setFileType(fileTypeOf(request.kind));
   if (request.kind == RecordKind::printerLog) record->serOtherInfo(request.printer);
-  if (!record->writeAppInfo()) return {std::nullopt, watched.seen().unanswered};
+  if (!record->writeAppInfo()) return {std::nullopt, watched.sightings().unanswered};
   if (files.document) files.document->exampleIdentifier = uuids.asked;
   return {std::move(files.document), std::nullopt};
 }

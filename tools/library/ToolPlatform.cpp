@@ -43,9 +43,9 @@ namespace {
 
 /// Notes what a call throws, and throws it on.
 template <class Call>
-auto watch(Sightings& seen, const std::string& path, const Call& call) {
+auto watch(Sightings& sightings, const std::string& path, const Call& call) {
   const auto note = [&](platform::Reason reason) {
-    if (!seen.unanswered) seen.unanswered = Unanswered{path, reason};
+    if (!sightings.unanswered) sightings.unanswered = Unanswered{path, reason};
   };
   try {
     return call();
@@ -60,134 +60,140 @@ auto watch(Sightings& seen, const std::string& path, const Call& call) {
 
 class WatchedFiles : public platform::ForwardingFiles {
  public:
-  WatchedFiles(platform::Files& target, Sightings& seen) : ForwardingFiles(target), seen_(seen) {}
+  WatchedFiles(platform::Files& target, Sightings& sightings)
+      : ForwardingFiles(target), sightings_(sightings) {}
 
   platform::Kind kindAt(const std::string& path) override {
-    return watch(seen_, path, [&] { return target_.kindAt(path); });
+    return watch(sightings_, path, [&] { return target_.kindAt(path); });
   }
   platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
                                     std::uint32_t mode, platform::Publication how) override {
-    return watch(seen_, path, [&] { return target_.writeAtomically(path, bytes, mode, how); });
+    return watch(sightings_, path, [&] { return target_.writeAtomically(path, bytes, mode, how); });
   }
 
  private:
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedLists : public platform::ForwardingPropertyLists {
  public:
-  WatchedLists(platform::PropertyLists& target, Sightings& seen)
-      : ForwardingPropertyLists(target), seen_(seen) {}
+  WatchedLists(platform::PropertyLists& target, Sightings& sightings)
+      : ForwardingPropertyLists(target), sightings_(sightings) {}
 
   platform::ListReading read(const std::string& path) override {
-    auto reading = watch(seen_, path, [&] { return target_.read(path); });
-    seen_.lists.insert_or_assign(path, reading);
+    auto reading = watch(sightings_, path, [&] { return target_.read(path); });
+    sightings_.lists.insert_or_assign(path, reading);
     return reading;
   }
 
  private:
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedBundles : public platform::ForwardingBundles {
  public:
-  WatchedBundles(platform::Bundles& target, Sightings& seen)
-      : ForwardingBundles(target), seen_(seen) {}
+  WatchedBundles(platform::Bundles& target, Sightings& sightings)
+      : ForwardingBundles(target), sightings_(sightings) {}
 
   std::optional<Dictionary> informationAt(const std::string& path) override {
-    return watch(seen_, path, [&] { return target_.informationAt(path); });
+    return watch(sightings_, path, [&] { return target_.informationAt(path); });
   }
   std::optional<Dictionary> ownInformation() override {
-    return watch(seen_, "", [&] { return target_.ownInformation(); });
+    return watch(sightings_, "", [&] { return target_.ownInformation(); });
   }
 
  private:
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedUser : public platform::User {
  public:
-  WatchedUser(platform::User& target, Sightings& seen) : target_(target), seen_(seen) {}
+  WatchedUser(platform::User& target, Sightings& sightings)
+      : target_(target), sightings_(sightings) {}
 
   Text loginName() override {
-    return watch(seen_, "", [&] { return target_.loginName(); });
+    return watch(sightings_, "", [&] { return target_.loginName(); });
   }
   Text homeFolder() override {
-    return watch(seen_, "", [&] { return target_.homeFolder(); });
+    return watch(sightings_, "", [&] { return target_.homeFolder(); });
   }
   Text libraryFolder() override {
-    return watch(seen_, "", [&] { return target_.libraryFolder(); });
+    return watch(sightings_, "", [&] { return target_.libraryFolder(); });
   }
   platform::Container groupContainer(std::string_view identifier) override {
-    return watch(seen_, "", [&] { return target_.groupContainer(identifier); });
+    return watch(sightings_, "", [&] { return target_.groupContainer(identifier); });
   }
   Text locale() override {
-    return watch(seen_, "", [&] { return target_.locale(); });
+    return watch(sightings_, "", [&] { return target_.locale(); });
   }
 
  private:
   platform::User& target_;
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedSystem : public platform::System {
  public:
-  WatchedSystem(platform::System& target, Sightings& seen) : target_(target), seen_(seen) {}
+  WatchedSystem(platform::System& target, Sightings& sightings)
+      : target_(target), sightings_(sightings) {}
 
   std::optional<std::int32_t> gestalt(platform::Selector selector) override {
-    return watch(seen_, "", [&] { return target_.gestalt(selector); });
+    return watch(sightings_, "", [&] { return target_.gestalt(selector); });
   }
 
  private:
   platform::System& target_;
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedClock : public platform::Clock {
  public:
-  WatchedClock(platform::Clock& target, Sightings& seen) : target_(target), seen_(seen) {}
+  WatchedClock(platform::Clock& target, Sightings& sightings)
+      : target_(target), sightings_(sightings) {}
 
   Instant now() override {
-    return watch(seen_, "", [&] { return target_.now(); });
+    return watch(sightings_, "", [&] { return target_.now(); });
   }
 
  private:
   platform::Clock& target_;
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedCalendar : public platform::Calendar {
  public:
-  WatchedCalendar(platform::Calendar& target, Sightings& seen) : target_(target), seen_(seen) {}
+  WatchedCalendar(platform::Calendar& target, Sightings& sightings)
+      : target_(target), sightings_(sightings) {}
 
   std::optional<platform::LocalTime> localTime(Instant date) override {
-    return watch(seen_, "", [&] { return target_.localTime(date); });
+    return watch(sightings_, "", [&] { return target_.localTime(date); });
   }
   Text formatted(Instant date, std::string_view format) override {
-    return watch(seen_, "", [&] { return target_.formatted(date, format); });
+    return watch(sightings_, "", [&] { return target_.formatted(date, format); });
   }
 
  private:
   platform::Calendar& target_;
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 class WatchedUuids : public platform::Uuids {
  public:
-  WatchedUuids(platform::Uuids& target, Sightings& seen) : target_(target), seen_(seen) {}
+  WatchedUuids(platform::Uuids& target, Sightings& sightings)
+      : target_(target), sightings_(sightings) {}
 
   Text create() override {
-    return watch(seen_, "", [&] { return target_.create(); });
+    return watch(sightings_, "", [&] { return target_.create(); });
   }
 
  private:
   platform::Uuids& target_;
-  Sightings& seen_;
+  Sightings& sightings_;
 };
 
 }  // namespace
 
-struct Watched::Services {
+struct WatchedPlatform::Services {
   WatchedSystem system;
   WatchedClock clock;
   WatchedCalendar calendar;
@@ -197,19 +203,19 @@ struct Watched::Services {
   WatchedUser user;
   WatchedUuids uuids;
 
-  Services(const platform::Platform& base, Sightings& seen)
-      : system(*base.system, seen),
-        clock(*base.clock, seen),
-        calendar(*base.calendar, seen),
-        files(*base.files, seen),
-        lists(*base.propertyLists, seen),
-        bundles(*base.bundles, seen),
-        user(*base.user, seen),
-        uuids(*base.uuids, seen) {}
+  Services(const platform::Platform& base, Sightings& sightings)
+      : system(*base.system, sightings),
+        clock(*base.clock, sightings),
+        calendar(*base.calendar, sightings),
+        files(*base.files, sightings),
+        lists(*base.propertyLists, sightings),
+        bundles(*base.bundles, sightings),
+        user(*base.user, sightings),
+        uuids(*base.uuids, sightings) {}
 };
 
-Watched::Watched(const platform::Platform& base)
-    : watching_(std::make_unique<Services>(base, seen_)), services_(base) {
+WatchedPlatform::WatchedPlatform(const platform::Platform& base)
+    : watching_(std::make_unique<Services>(base, sightings_)), services_(base) {
   services_.system = &watching_->system;
   services_.clock = &watching_->clock;
   services_.calendar = &watching_->calendar;
@@ -220,12 +226,12 @@ Watched::Watched(const platform::Platform& base)
   services_.uuids = &watching_->uuids;
 }
 
-Watched::~Watched() = default;
+WatchedPlatform::~WatchedPlatform() = default;
 
 std::string unansweredText(const Unanswered& unanswered) {
   if (unanswered.reason.step == platform::Step::none) return "there is not enough memory";
   const std::string what = "the system gave no answer: " + reasonText(unanswered.reason);
-  return unanswered.path.empty() ? what : what + " (" + visibleInLine(unanswered.path) + ")";
+  return unanswered.path.empty() ? what : what + " (" + visibleLine(unanswered.path) + ")";
 }
 
 }  // namespace wenlolib::tools

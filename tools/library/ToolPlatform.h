@@ -64,21 +64,21 @@ struct Sightings {
 };
 
 /// Stands before a platform. Whatever a service throws is noted and thrown on.
-class Watched {
+class WatchedPlatform {
  public:
-  explicit Watched(const platform::Platform& base);
-  Watched(const Watched&) = delete;
-  Watched& operator=(const Watched&) = delete;
-  ~Watched();
+  explicit WatchedPlatform(const platform::Platform& base);
+  WatchedPlatform(const WatchedPlatform&) = delete;
+  WatchedPlatform& operator=(const WatchedPlatform&) = delete;
+  ~WatchedPlatform();
 
   /// Good for as long as this object.
   [[nodiscard]] const platform::Platform& services() const { return services_; }
-  [[nodiscard]] const Sightings& seen() const { return seen_; }
+  [[nodiscard]] const Sightings& sightings() const { return sightings_; }
 
  private:
   struct Services;
 
-  Sightings seen_;
+  Sightings sightings_;
   std::unique_ptr<Services> watching_;
   platform::Platform services_;
 };

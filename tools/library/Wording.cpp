@@ -131,8 +131,8 @@ namespace {
 constexpr std::size_t longest = 60;
 
 /// In quotes and on one line, long ones cut.
-std::string quoted(const std::string& text) {
-  std::string shown = visibleInLine(text.substr(0, longest));
+std::string quote(const std::string& text) {
+  std::string shown = visibleLine(text.substr(0, longest));
   return "\"" + shown + (text.size() > longest ? "\"..." : "\"");
 }
 
@@ -143,28 +143,28 @@ std::string numberText(Number number) {
   return {digits, result.ptr};
 }
 
-struct Describe {
+struct Describer {
   std::string operator()(bool value) const { return value ? "boolean true" : "boolean false"; }
   std::string operator()(std::int64_t value) const { return "integer " + numberText(value); }
   std::string operator()(std::uint64_t value) const { return "integer " + numberText(value); }
   std::string operator()(double value) const { return "real " + numberText(value); }
   std::string operator()(Instant value) const { return "date " + instantText(value); }
-  std::string operator()(const std::string& value) const { return "text " + quoted(value); }
+  std::string operator()(const std::string& value) const { return "text " + quote(value); }
   std::string operator()(const Value::Data& value) const {
-    return "data, " + counted(value.size(), "byte");
+    return "data, " + countText(value.size(), "byte");
   }
   std::string operator()(const Value::Array& value) const {
-    return "array, " + counted(value.size(), "value");
+    return "array, " + countText(value.size(), "value");
   }
   std::string operator()(const Dictionary& value) const {
-    return "dictionary, " + counted(value.size(), "key");
+    return "dictionary, " + countText(value.size(), "key");
   }
 };
 
 }  // namespace
 
 std::string valueText(const Value& value) {
-  return value.visit(Describe());
+  return value.visit(Describer());
 }
 
 std::string valueText(const Value* value) {
@@ -186,7 +186,7 @@ std::string versionText(std::int32_t number) {
 
 std::string versionText(const Text& text, std::int32_t number) {
   if (!text) return "nothing";
-  return quoted(*text) + (number == -1 ? ", which is no version" : " (" + decimal(number) + ")");
+  return quote(*text) + (number == -1 ? ", which is no version" : " (" + decimal(number) + ")");
 }
 
 }  // namespace wenlolib::tools

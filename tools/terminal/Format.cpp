@@ -74,20 +74,20 @@ std::string sizeText(std::uint64_t bytes) {
   std::size_t unit = 0;
   std::uint64_t scale = 1;
   for (; unit + 1 < units.size() && bytes / scale >= 1024; ++unit) scale *= 1024;
-  const std::string whole = grouped(bytes / scale);
+  const std::string whole = groupDigits(bytes / scale);
   if (unit == 0) return whole + units[unit];
   const auto tenths = static_cast<std::int64_t>(bytes % scale * 10 / scale);
   return whole + "." + decimal(tenths) + units[unit];
 }
 
-std::string grouped(std::uint64_t number) {
+std::string groupDigits(std::uint64_t number) {
   std::string digits = std::to_string(number);
   for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, ",");
   return digits;
 }
 
-std::string counted(std::uint64_t number, std::string_view noun) {
-  return grouped(number) + " " + std::string(noun) + (number == 1 ? "" : "s");
+std::string countText(std::uint64_t number, std::string_view noun) {
+  return groupDigits(number) + " " + std::string(noun) + (number == 1 ? "" : "s");
 }
 
 std::string localTime(std::time_t time) {

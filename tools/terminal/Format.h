@@ -15,10 +15,10 @@ namespace wenlolib::tools {
 [[nodiscard]] std::string sizeText(std::uint64_t bytes);
 
 /// "1,234,567".
-[[nodiscard]] std::string grouped(std::uint64_t number);
+[[nodiscard]] std::string groupDigits(std::uint64_t number);
 
 /// "1 document", "2,000 documents".
-[[nodiscard]] std::string counted(std::uint64_t number, std::string_view noun);
+[[nodiscard]] std::string countText(std::uint64_t number, std::string_view noun);
 
 /// "2024-03-15 09:05:07 +09:00", in the time zone of whoever reads it.
 [[nodiscard]] std::string localTime(std::time_t time);

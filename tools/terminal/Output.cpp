@@ -76,11 +76,11 @@ std::string progressText(std::uint64_t documents, std::optional<std::uint64_t> t
   std::string text;
   if (total && *total > 0) {
     const std::uint64_t done = std::min(documents, *total);
-    text = bar(done, *total) + grouped(done) + " of " + counted(*total, "document");
+    text = bar(done, *total) + groupDigits(done) + " of " + countText(*total, "document");
   } else {
-    text = counted(documents, "document");
+    text = countText(documents, "document");
   }
-  text += ", " + grouped(rate) + " a second";
+  text += ", " + groupDigits(rate) + " a second";
   return text.substr(0, columns);
 }
 
@@ -135,7 +135,7 @@ void Output::complain(std::string_view path, std::string_view what) {
   flush();
   progress_.clear();
   const std::string line =
-      "wenlolib " + call_ + ": " + visibleInLine(path) + ": " + visibleInLine(what) + "\n";
+      "wenlolib " + call_ + ": " + visibleLine(path) + ": " + visibleLine(what) + "\n";
   std::fputs(line.c_str(), errors_);
 }
 

@@ -63,7 +63,7 @@ std::string_view behindColour(std::string_view text) {
 
 }  // namespace
 
-std::string visible(std::string_view text) {
+std::string visibleText(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {
@@ -80,10 +80,10 @@ std::string visible(std::string_view text) {
   return out;
 }
 
-std::string visibleInLine(std::string_view text) {
+std::string visibleLine(std::string_view text) {
   if (std::ranges::all_of(text, isPlain)) return std::string(text);
   std::string out;
-  for (const char c : visible(text)) {
+  for (const char c : visibleText(text)) {
     if (c == '\n') {
       out += "\\n";
     } else if (c == '\t') {
@@ -111,7 +111,7 @@ std::size_t displayWidth(std::string_view text) {
   return columns;
 }
 
-std::string wrapped(std::string_view text, std::size_t width, std::size_t indent) {
+std::string wrap(std::string_view text, std::size_t width, std::size_t indent) {
   std::string out;
   std::size_t column = 0;
   while (!text.empty()) {
@@ -153,7 +153,7 @@ std::vector<std::size_t> Table::widths() const {
   return widths;
 }
 
-std::string Table::padded(const std::string& cell, std::size_t column, std::size_t width) const {
+std::string Table::pad(const std::string& cell, std::size_t column, std::size_t width) const {
   const std::string blanks(width - displayWidth(cell), ' ');
   const bool right = column < columns_.size() && columns_[column] == Align::right;
   return right ? blanks + cell : cell + blanks;
@@ -170,9 +170,9 @@ std::string Table::text(std::size_t indent, std::size_t width) const {
       if (last && width > place && displayWidth(row[i]) > width - place) {
         // Lines behind the first are indented to where the column begins.
         const std::string blanks(place, ' ');
-        line += wrapped(blanks + row[i], width, place).substr(place);
+        line += wrap(blanks + row[i], width, place).substr(place);
       } else {
-        line += padded(row[i], i, columnWidths[i]) + std::string(gap, ' ');
+        line += pad(row[i], i, columnWidths[i]) + std::string(gap, ' ');
       }
       place += columnWidths[i] + gap;
     }

@@ -12,10 +12,10 @@ namespace wenlolib::tools {
 /// The text with everything that could steer a terminal or hide something spelled out: \x1B for
 /// control characters and bytes that are not UTF-8, \u{202E} for controls of the writing direction,
 /// other invisible characters and those that are not assigned. Line breaks and tabs stay.
-[[nodiscard]] std::string visible(std::string_view text);
+[[nodiscard]] std::string visibleText(std::string_view text);
 
 /// The same for a text that has to stay within its line: \n and \t as well.
-[[nodiscard]] std::string visibleInLine(std::string_view text);
+[[nodiscard]] std::string visibleLine(std::string_view text);
 
 /// How many columns a terminal takes for the text. Colours and combining marks take none, most East
 /// Asian characters and pictures two.
@@ -23,7 +23,7 @@ namespace wenlolib::tools {
 
 /// The text broken between words, so that no line is wider than `width`; all lines but the first
 /// begin with `indent` blanks. A word that is too long stays whole.
-[[nodiscard]] std::string wrapped(std::string_view text, std::size_t width, std::size_t indent);
+[[nodiscard]] std::string wrap(std::string_view text, std::size_t width, std::size_t indent);
 
 /// Rows of cells, each column as wide as its widest cell; colours in a cell take no room.
 class Table {
@@ -41,8 +41,8 @@ class Table {
 
  private:
   [[nodiscard]] std::vector<std::size_t> widths() const;
-  [[nodiscard]] std::string padded(const std::string& cell, std::size_t column,
-                                   std::size_t width) const;
+  [[nodiscard]] std::string pad(const std::string& cell, std::size_t column,
+                                std::size_t width) const;
 
   std::vector<Align> columns_;
   std::vector<std::vector<std::string>> rows_;
