@@ -38,8 +38,7 @@ Answer contentsAlone(const Candidate& candidate, receiver::Report report) {
   Answer answer;
   answer.path = candidate.path;
   if (!report.verdict.sound()) {
-    answer.complaint =
-        std::string(wordFor(conditionOf(report.verdict))) + ": " + description(report.verdict);
+    answer.complaint = verdictText(report.verdict);
   }
   if (!report.document) return answer;
   answer.output = receiver::contentsOf(std::move(*report.document)).value_or("");

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <utility>
@@ -47,8 +49,7 @@ std::unique_ptr<LoadedDocument> load(const std::string& path, Output& output) {
   loaded->side.report = receiver::examine(reading.bytes);
   const receiver::Report& report = loaded->side.report;
   if (!report.document) {
-    output.complain(path, std::string(wordFor(conditionOf(report.verdict))) + ": " +
-                              description(report.verdict));
+    output.complain(path, verdictText(report.verdict));
     return nullptr;
   }
   loaded->side.contents = receiver::contentsOf(*report.document);
@@ -69,10 +70,10 @@ std::string contentsSize(const Side& side) {
 std::string contentsText(const Side& a, const Side& b, const Comparison& comparison,
                          const Paint& paint) {
   const std::string heading = paint(Colour::heading, "Contents");
-  if (comparison.sameContents) return heading + ": the same, " + contentsSize(a) + "\n";
-  const std::string sizes = ": " + contentsSize(a) + " and " + contentsSize(b);
-  if (!a.contents || !b.contents) return heading + sizes + ", not both can be decrypted\n";
-  return heading + sizes + "\n" +
+  if (comparison.sameContents) return fmt::format("{}: the same, {}\n", heading, contentsSize(a));
+  const bool readable = a.contents && b.contents;
+  return fmt::format("{}: {} and {}{}\n", heading, contentsSize(a), contentsSize(b),
+                     readable ? "" : ", not both can be decrypted") +
          unifiedText(comparison.aLines, comparison.bLines, comparison.changes, paint);
 }
 

@@ -32,11 +32,9 @@ void doctorTo(Session& session, bool json, bool clean) {
   const ToolPlatform platform(session.root);
   const platform::Substitute substitute(platform.services());
   const Findings findings = examine(platform, clean);
-  const Text folder = supportFolder();
   Output output("doctor");
   output.write(json ? findingsJson(findings)
-                    : findingsText(findings, output.paint(),
-                                   folder ? platform.real(*folder) : std::string()));
+                    : findingsText(findings, output.paint(), platform.realSupportFolder()));
   output.finish();
   session.exitStatus = hasErrors(findings) ? notGood : allGood;
 }

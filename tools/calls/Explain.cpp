@@ -12,7 +12,6 @@
 #include "explain/Replay.h"
 #include "library/ToolPlatform.h"
 #include "terminal/Output.h"
-#include "toolkit/Folders.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -36,9 +35,7 @@ void explainTo(Session& session, const Arguments& arguments) {
   if (arguments.json) {
     output.write(explanationJson(explanation));
   } else {
-    const Text folder = supportFolder();
-    output.write(
-        explanationText(explanation, output.paint(), folder ? platform.real(*folder) : ""));
+    output.write(explanationText(explanation, output.paint(), platform.realSupportFolder()));
   }
   output.finish();
   session.exitStatus = explanation.allowed() ? allGood : notGood;

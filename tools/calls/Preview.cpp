@@ -1,4 +1,6 @@
 // `wenlolib preview`: what a record would write, without writing it.
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
@@ -33,8 +35,8 @@ std::string folderNote(const std::string& path) {
 
 std::string identifierNote(const PreviewedDocument& document) {
   if (!document.exampleIdentifier) return "the one that is stored";
-  return std::string("an EXAMPLE, {") + exampleUuid +
-         "}: none is stored yet, and the first record makes one";
+  return fmt::format("an EXAMPLE, {{{}}}: none is stored yet, and the first record makes one",
+                     exampleUuid);
 }
 
 std::string previewText(const PreviewedDocument& document, const std::string& realPath,
@@ -45,8 +47,8 @@ std::string previewText(const PreviewedDocument& document, const std::string& re
                          "; the document has no line breaks (--bytes writes it as it is)"});
   table.add({"identifier", identifierNote(document)});
   table.add({"recording", outcomeText(decision, paint)});
-  return "path        " + visibleLine(realPath) + "\n" + table.text(0, width) + "\n" +
-         foldDocument(document.bytes, width);
+  return fmt::format("path        {}\n{}\n{}", visibleLine(realPath), table.text(0, width),
+                     foldDocument(document.bytes, width));
 }
 
 /// The contents; nothing typed at a terminal, where a look at the document is all that is wanted.

@@ -1,4 +1,6 @@
 // `wenlolib record`: hands a record to the library.
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
@@ -11,7 +13,6 @@
 #include "terminal/Format.h"
 #include "terminal/Output.h"
 #include "terminal/VisibleText.h"
-#include "toolkit/Folders.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -32,10 +33,9 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
     return;
   }
   output.complain(request.name, "refused (" + std::string(reasonCode(decision)) + ")");
-  const Text folder = supportFolder();
   Output explanation("record", stderr);
-  explanation.write("\n" + explanationText(decision, explanation.paint(),
-                                           folder ? platform.real(*folder) : std::string()));
+  explanation.write("\n" +
+                    explanationText(decision, explanation.paint(), platform.realSupportFolder()));
   explanation.finish();
 }
 
@@ -51,9 +51,9 @@ bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& req
   } else {
     const std::string path = platform.real(outcome.document->path);
     if (outcome.document->outcome == platform::Outcome::written) {
-      const std::string sizes =
-          sizeText(outcome.document->size) + ", contents " + sizeText(request.contents.size());
-      output.write("recorded in " + visibleLine(path) + "\n  (" + sizes + ")\n");
+      output.write(fmt::format("recorded in {}\n  ({}, contents {})\n", visibleLine(path),
+                               sizeText(outcome.document->size),
+                               sizeText(request.contents.size())));
       return true;
     }
     output.complain(path, whyNotWritten(outcome.document->outcome.reason));

@@ -1,5 +1,7 @@
 #include "calls/Verify.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <memory>
@@ -50,8 +52,8 @@ class Counts {
       const std::uint64_t count = counts_[condition];
       documents += count;
       if (count == 0) continue;
-      parts += parts.empty() ? ": " : ", ";
-      parts += groupDigits(count) + " " + std::string(wordFor(condition));
+      parts += fmt::format("{}{} {}", parts.empty() ? ": " : ", ", groupDigits(count),
+                           wordFor(condition));
     }
     const std::string unreadable =
         unreadable_ == 0 ? "" : "; " + groupDigits(unreadable_) + " could not be read";

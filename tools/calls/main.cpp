@@ -1,4 +1,6 @@
 // `wenlolib`, the command beside the library: see, verify, explain.
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -52,8 +54,8 @@ int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
 
 /// Without its last line end, which is the parser's to print.
 std::string versionText() {
-  std::string text = std::string("wenlolib ") + WENLOLIB_VERSION + "\nbuilt in:\n" +
-                     wenlolib::platform::gnulinux::builtInLibraries();
+  std::string text = fmt::format("wenlolib {}\nbuilt in:\n{}", WENLOLIB_VERSION,
+                                 wenlolib::platform::gnulinux::builtInLibraries());
   text.pop_back();
   return text;
 }

@@ -1,9 +1,12 @@
 #include "doctor/Findings.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "base/EnumTable.h"
+#include "library/Wording.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 
@@ -27,17 +30,12 @@ std::size_t countOf(const Findings& findings, Level level) {
   return static_cast<std::size_t>(std::ranges::count(findings, level, &Finding::level));
 }
 
-std::string subjectText(const Finding& finding, const std::string& folder) {
-  const bool within = !folder.empty() && finding.subject.starts_with(folder + "/");
-  return visibleLine(within ? "QMR" + finding.subject.substr(folder.size()) : finding.subject);
-}
-
 /// A line, or one for the subject and more for the message: a path stays whole.
 std::string findingText(const Finding& finding, const Paint& paint, const std::string& folder) {
   constexpr std::size_t indent = 9;
   const std::string blanks(indent, ' ');
   const LevelNames& level = levelNames[finding.level];
-  const std::string subject = subjectText(finding, folder);
+  const std::string subject = shortPath(finding.subject, folder);
   std::string text =
       paint(level.colour, level.text) + std::string(indent - level.text.size(), ' ') + subject;
   const std::string joint = ": " + finding.message;
@@ -54,7 +52,7 @@ std::string summary(const Findings& findings) {
   const std::size_t errors = countOf(findings, Level::error);
   const std::size_t warnings = countOf(findings, Level::warning);
   if (errors + warnings == 0) return "All is well.\n";
-  return countText(errors, "error") + ", " + countText(warnings, "warning") + ".\n";
+  return fmt::format("{}, {}.\n", countText(errors, "error"), countText(warnings, "warning"));
 }
 
 }  // namespace
@@ -65,8 +63,7 @@ bool hasErrors(const Findings& findings) {
 
 std::string findingsText(const Findings& findings, const Paint& paint,
                          const std::string& supportFolder) {
-  std::string text;
-  if (!supportFolder.empty()) text = "QMR is " + visibleLine(supportFolder) + "\n\n";
+  std::string text = shortFolderText(supportFolder);
   for (const Finding& finding : findings) {
     text += findingText(finding, paint, supportFolder);
   }

@@ -1,4 +1,5 @@
 // Files that were left unfinished, and their removal.
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -68,9 +69,8 @@ Finding leftoverFinding(const std::string& path, bool clean) {
             "It is none of the library's; look at what it is."};
   }
   const std::int64_t age = std::max<std::int64_t>(std::time(nullptr) - status.st_mtime, 0);
-  const std::string message = "unfinished, " +
-                              sizeText(static_cast<std::uint64_t>(status.st_size)) + ", " +
-                              agoText(age) + " old";
+  const std::string size = sizeText(static_cast<std::uint64_t>(status.st_size));
+  const std::string message = fmt::format("unfinished, {}, {} old", size, agoText(age));
   if (age < anHour) {
     return {Level::ok, "leftover", path,
             message + left + (clean ? ", it is" : ":") + " being written, perhaps", ""};

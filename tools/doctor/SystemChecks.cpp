@@ -1,5 +1,4 @@
 // Versions, and what the library decides.
-#include "base/Integer.h"
 #include "doctor/Checks.h"
 #include "explain/Explanation.h"
 #include "library/Wording.h"
@@ -67,9 +66,10 @@ void checkVersions(const ToolPlatform& platform, Findings& findings) {
 
 void checkDecisions(Findings& findings) {
   for (const std::uint32_t mode : {0U, 1U, 2U}) {
+    const std::string number = std::to_string(mode);
     findings.push_back(decisionFinding(RecordKind::application, mode,
-                                       "Application usage, mode " + decimal(mode),
-                                       "wenlolib explain app --option " + decimal(mode)));
+                                       "Application usage, mode " + number,
+                                       "wenlolib explain app --option " + number));
   }
   findings.push_back(
       decisionFinding(RecordKind::printerLog, 0, "Printer logs", "wenlolib explain printer"));

@@ -1,5 +1,7 @@
 #include "documents/Comparison.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -129,8 +131,8 @@ constexpr std::size_t context = 3;
 /// "3,4": four lines from the third on; a single line without its number, as is usual.
 std::string rangeText(std::size_t begin, std::size_t end) {
   const std::size_t count = end - begin;
-  const std::string first = std::to_string(count == 0 ? begin : begin + 1);
-  return count == 1 ? first : first + "," + std::to_string(count);
+  const std::size_t first = count == 0 ? begin : begin + 1;
+  return count == 1 ? fmt::format("{}", first) : fmt::format("{},{}", first, count);
 }
 
 class Hunks {
@@ -143,10 +145,10 @@ class Hunks {
     const Change& tail = changes[last - 1];
     const std::size_t before = std::min(context, head.aBegin);
     const std::size_t after = std::min(context, a_.size() - tail.aEnd);
-    text_ +=
-        paint_(Colour::faint, "@@ -" + rangeText(head.aBegin - before, tail.aEnd + after) + " +" +
-                                  rangeText(head.bBegin - before, tail.bEnd + after) + " @@");
-    text_ += '\n';
+    const std::string ranges =
+        fmt::format("@@ -{} +{} @@", rangeText(head.aBegin - before, tail.aEnd + after),
+                    rangeText(head.bBegin - before, tail.bEnd + after));
+    text_ += paint_(Colour::faint, ranges) + "\n";
     std::size_t at = head.aBegin - before;
     for (std::size_t i = first; i < last; ++i) {
       lines(' ', a_, at, changes[i].aBegin);

@@ -1,5 +1,7 @@
 #include "documents/DocumentText.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "base/EnumTable.h"
@@ -96,11 +98,15 @@ std::string_view description(Layout layout) {
 }
 
 std::string description(const receiver::Verdict& verdict) {
-  std::string text(layers[verdict.layer].phrase);
-  text += " at byte " + groupDigits(verdict.offset);
+  std::string text =
+      fmt::format("{} at byte {}", layers[verdict.layer].phrase, groupDigits(verdict.offset));
   if (!verdict.field.empty()) text += ", " + verdict.field;
   if (!verdict.explanation.empty()) text += ": " + verdict.explanation;
   return text;
+}
+
+std::string verdictText(const receiver::Verdict& verdict) {
+  return fmt::format("{}: {}", wordFor(conditionOf(verdict)), description(verdict));
 }
 
 std::string_view cipherName(char marker) {
@@ -131,7 +137,7 @@ std::string dateText(const std::string& date) {
   std::string asLocal = date;
   std::ranges::replace(asLocal, 'T', ' ');
   asLocal.insert(asLocal.find_last_of("+-"), " ");
-  return local == asLocal ? shown : shown + " (here " + local + ")";
+  return local == asLocal ? shown : fmt::format("{} (here {})", shown, local);
 }
 
 std::string valueText(const receiver::Field& field, const Redaction& redaction,
@@ -142,7 +148,7 @@ std::string valueText(const receiver::Field& field, const Redaction& redaction,
   return field.name == "Date" ? dateText(value) : visibleLine(value);
 }
 
-std::string verdictText(const receiver::Verdict& verdict, const Paint& paint) {
+std::string paintedVerdict(const receiver::Verdict& verdict, const Paint& paint) {
   const Condition condition = conditionOf(verdict);
   const std::string text = paint(colourOf(condition), wordFor(condition));
   return verdict.sound() ? text : text + ": " + visibleLine(description(verdict));
@@ -158,7 +164,7 @@ std::string inNameColumn(std::string name) {
 std::string headerText(std::size_t bytes, const receiver::Report& report,
                        const Redaction& redaction, const Style& style) {
   Table table;
-  table.add({inNameColumn("Verdict"), verdictText(redaction(report.verdict), style.paint)});
+  table.add({inNameColumn("Verdict"), paintedVerdict(redaction(report.verdict), style.paint)});
   table.add({"Size", sizeText(bytes)});
   if (report.document) {
     const receiver::Document& document = *report.document;

@@ -43,6 +43,9 @@ enum class Condition : std::uint8_t {
 /// is not sound.
 [[nodiscard]] std::string description(const receiver::Verdict& verdict);
 
+/// Word and description, such as "damaged: not XML at byte 0"; for a verdict that is not sound.
+[[nodiscard]] std::string verdictText(const receiver::Verdict& verdict);
+
 /// "RC4" or "XOR".
 [[nodiscard]] std::string_view cipherName(char marker);
 

@@ -1,5 +1,7 @@
 #include "explain/Explanation.h"
 
+#include <fmt/format.h>
+
 #include <chrono>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -7,7 +9,6 @@
 #include <vector>
 
 #include "base/EnumTable.h"
-#include "base/Integer.h"
 #include "explain/RecordedFacts.h"
 #include "library/ToolPlatform.h"
 #include "library/Wording.h"
@@ -65,8 +66,8 @@ void describeLibrary(Step& step, const Context& context) {
   step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
                                   : "the running library's bundle";
   step.key = library.installed ? bundleVersionKey : shortVersionKey;
-  step.expected = "a version such as 1.0.0, since the OS is " +
-                  versionText(context.notes.upperBound.value_or(-1)) + " or later";
+  step.expected = fmt::format("a version such as 1.0.0, since the OS is {} or later",
+                              versionText(context.notes.upperBound.value_or(-1)));
   step.found = versionText(library.text, library.number);
   step.remedy = library.installed ? "Install the library's bundle at this path."
                                   : "Load the library from its bundle, Contents/Info.plist in it.";
@@ -88,8 +89,7 @@ void describeList(Step& step, const Context& context) {
 void describeMode(Step& step, const Context& context) {
   step.source = "the option word, its low four bits";
   step.expected = "mode 0, 1 or 2";
-  step.found =
-      "option " + decimal(context.option) + ", mode " + decimal(optionMode(context.option));
+  step.found = fmt::format("option {}, mode {}", context.option, optionMode(context.option));
   step.remedy = "The host has to pass an option of mode 0, 1 or 2.";
 }
 
@@ -112,12 +112,12 @@ void describeDate(Step& step, const Context& context) {
 void describePeriod(Step& step, const Context& context) {
   const Value* installed = entry(readingFor(step, context).preferences, "InstalledDate");
   const std::chrono::days period = periods[context.kind];
-  const std::string days = decimal(period.count()) + " days";
+  const std::string days = fmt::format("{} days", period.count());
   step.source = "the clock, and InstalledDate";
   const Instant* date = installed == nullptr ? nullptr : installed->date();
   if (date != nullptr) {
     step.expected =
-        "before " + instantText(*date + period) + ", " + days + " after the installation";
+        fmt::format("before {}, {} after the installation", instantText(*date + period), days);
   }
   step.found = instantText(*context.notes.now);
   step.remedy = "The period of " + days + " begins anew with an installation.";
@@ -183,7 +183,6 @@ namespace {
 constexpr std::size_t width = 80;
 constexpr std::size_t detailIndent = 6;
 constexpr std::size_t detailWidth = 10;
-constexpr std::string_view shortFolder = "QMR";
 
 struct StateNames {
   std::string_view code, text;
@@ -198,16 +197,9 @@ constexpr EnumTable<StepState, StateNames> stateNames({
 });
 
 std::string heading(const Explanation& explanation) {
-  const std::string option = decimal(explanation.option);
   if (explanation.kind == RecordKind::printerLog) return "Printer log";
-  return "Application usage, option " + option + " (mode " +
-         decimal(optionMode(explanation.option)) + ")";
-}
-
-std::string shortPath(const std::string& source, const std::string& folder) {
-  const bool within = !folder.empty() && source.starts_with(folder + "/");
-  if (!within) return visibleLine(source);
-  return visibleLine(std::string(shortFolder) + source.substr(folder.size()));
+  return fmt::format("Application usage, option {} (mode {})", explanation.option,
+                     optionMode(explanation.option));
 }
 
 /// A line of a step; only a path may be longer than a line, so that it can be copied whole.
@@ -234,30 +226,27 @@ std::string title(const Step& step) {
 std::string stepText(int number, const Step& step, const Paint& paint, const std::string& folder) {
   constexpr std::size_t stateWidth = 13;
   const StateNames& state = stateNames[step.state];
-  return "  " + decimal(number) + "  " + paint(state.colour, state.text) +
-         std::string(stateWidth - state.text.size(), ' ') + title(step) + "\n" +
-         details(step, folder);
+  const std::string blanks(stateWidth - state.text.size(), ' ');
+  return fmt::format("  {}  {}{}{}\n{}", number, paint(state.colour, state.text), blanks,
+                     title(step), details(step, folder));
 }
 
 }  // namespace
 
 std::string outcomeText(const Explanation& explanation, const Paint& paint) {
   if (explanation.allowed()) return paint(Colour::good, "allowed");
+  const std::string refused = paint(Colour::bad, "refused");
   if (!explanation.unanswered.empty()) {
-    return paint(Colour::bad, "refused") + ": " + explanation.unanswered + " (no_answer)";
+    return fmt::format("{}: {} (no_answer)", refused, explanation.unanswered);
   }
   const GateNames& names = gateNames[explanation.refusedBy];
-  return paint(Colour::bad, "refused") + ": " + std::string(names.title) + " (" +
-         std::string(names.reason) + ")";
+  return fmt::format("{}: {} ({})", refused, names.title, names.reason);
 }
 
 std::string explanationText(const Explanation& explanation, const Paint& paint,
                             const std::string& supportFolder) {
-  std::string text = paint(Colour::heading, heading(explanation)) + "\n" +
-                     outcomeText(explanation, paint) + "\n\n";
-  if (!supportFolder.empty()) {
-    text += std::string(shortFolder) + " is " + visibleLine(supportFolder) + "\n\n";
-  }
+  std::string text = fmt::format("{}\n{}\n\n{}", paint(Colour::heading, heading(explanation)),
+                                 outcomeText(explanation, paint), shortFolderText(supportFolder));
   int number = 0;
   for (const Step& step : explanation.steps) {
     text += stepText(++number, step, paint, supportFolder);

@@ -5,6 +5,7 @@
 
 #include "library/Wording.h"
 #include "terminal/VisibleText.h"
+#include "toolkit/Folders.h"
 #include "toolkit/Names.h"
 #include "wenlolib/plugin.h"
 
@@ -37,6 +38,11 @@ ToolPlatform::ToolPlatform(const std::string& root)
 
 std::string ToolPlatform::real(const std::string& path) const {
   return root_.below(path).value_or(path);
+}
+
+std::string ToolPlatform::realSupportFolder() const {
+  const Text folder = supportFolder();
+  return folder ? real(*folder) : "";
 }
 
 namespace {

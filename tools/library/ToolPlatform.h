@@ -37,6 +37,10 @@ class ToolPlatform {
   /// Where a path of the library's really lies.
   [[nodiscard]] std::string real(const std::string& path) const;
 
+  /// Where the folder of all the library's files really lies, while the platform is in use; ""
+  /// where the user has no home folder.
+  [[nodiscard]] std::string realSupportFolder() const;
+
   /// What stands before the library's paths: the root folder, "" for the system's own.
   [[nodiscard]] const std::string& root() const { return folder_; }
 

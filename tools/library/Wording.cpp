@@ -1,14 +1,14 @@
 #include "library/Wording.h"
 
+#include <fmt/format.h>
+
 #include <cerrno>
-#include <charconv>
 #include <cmath>
 #include <ctime>
 #include <system_error>
 #include <type_traits>
 
 #include "base/EnumTable.h"
-#include "base/Integer.h"
 #include "plist/PropertyList.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
@@ -68,8 +68,8 @@ std::string_view advice(const Reason& reason) {
 }
 
 std::string placeText(const platform::ListFault& fault) {
-  if (fault.line > 0) return " (line " + decimal(static_cast<std::int64_t>(fault.line)) + ")";
-  return " (byte " + decimal(static_cast<std::int64_t>(fault.byte)) + ")";
+  return fault.line > 0 ? fmt::format("(line {})", fault.line)
+                        : fmt::format("(byte {})", fault.byte);
 }
 
 std::string unreadText(const Reason& reason) {
@@ -79,7 +79,7 @@ std::string unreadText(const Reason& reason) {
 }
 
 std::string largeText(const platform::ListFault& fault) {
-  if (!fault.what.empty()) return "is too large: " + std::string(fault.what) + placeText(fault);
+  if (!fault.what.empty()) return fmt::format("is too large: {} {}", fault.what, placeText(fault));
   return "is larger than " + sizeText(plist::bounds.bytes);
 }
 
@@ -119,7 +119,7 @@ std::string listTrouble(const ListReading& reading) {
     case ListState::oldForm:
       return "is not in XML or in the binary form; the old form in braces is not read";
     case ListState::damaged:
-      return "is damaged: " + std::string(reading.fault.what) + placeText(reading.fault);
+      return fmt::format("is damaged: {} {}", reading.fault.what, placeText(reading.fault));
     case ListState::otherRoot:
       return "is a property list, but its root is not a dictionary";
   }
@@ -136,18 +136,11 @@ std::string quote(const std::string& text) {
   return "\"" + shown + (text.size() > longest ? "\"..." : "\"");
 }
 
-template <class Number>
-std::string numberText(Number number) {
-  char digits[32];
-  const auto result = std::to_chars(digits, digits + sizeof digits, number);
-  return {digits, result.ptr};
-}
-
 struct Describer {
   std::string operator()(bool value) const { return value ? "boolean true" : "boolean false"; }
-  std::string operator()(std::int64_t value) const { return "integer " + numberText(value); }
-  std::string operator()(std::uint64_t value) const { return "integer " + numberText(value); }
-  std::string operator()(double value) const { return "real " + numberText(value); }
+  std::string operator()(std::int64_t value) const { return fmt::format("integer {}", value); }
+  std::string operator()(std::uint64_t value) const { return fmt::format("integer {}", value); }
+  std::string operator()(double value) const { return fmt::format("real {}", value); }
   std::string operator()(Instant value) const { return "date " + instantText(value); }
   std::string operator()(const std::string& value) const { return "text " + quote(value); }
   std::string operator()(const Value::Data& value) const {
@@ -181,12 +174,23 @@ std::string instantText(Instant instant) {
 std::string versionText(std::int32_t number) {
   if (number == -1) return "unknown";
   const Text text = CommonTooWenlolib::convertVersionNumToStr(number);
-  return text ? *text + " (" + decimal(number) + ")" : decimal(number);
+  return text ? fmt::format("{} ({})", *text, number) : fmt::format("{}", number);
 }
 
 std::string versionText(const Text& text, std::int32_t number) {
   if (!text) return "nothing";
-  return quote(*text) + (number == -1 ? ", which is no version" : " (" + decimal(number) + ")");
+  return number == -1 ? quote(*text) + ", which is no version"
+                      : fmt::format("{} ({})", quote(*text), number);
+}
+
+std::string shortPath(const std::string& path, const std::string& supportFolder) {
+  const bool within = !supportFolder.empty() && path.starts_with(supportFolder + "/");
+  return visibleLine(within ? "QMR" + path.substr(supportFolder.size()) : path);
+}
+
+std::string shortFolderText(const std::string& supportFolder) {
+  if (supportFolder.empty()) return "";
+  return fmt::format("QMR is {}\n\n", visibleLine(supportFolder));
 }
 
 }  // namespace wenlolib::tools

@@ -45,6 +45,13 @@ namespace wenlolib::tools {
 /// The same beside the text that it was read from: "3.1.0 (30100)"; "nothing" for null.
 [[nodiscard]] std::string versionText(const Text& text, std::int32_t number);
 
+/// A path on one line. `supportFolder` is shortened to "QMR" where the path begins with it; "" for
+/// none.
+[[nodiscard]] std::string shortPath(const std::string& path, const std::string& supportFolder);
+
+/// Says what is shortened; "" where nothing is.
+[[nodiscard]] std::string shortFolderText(const std::string& supportFolder);
+
 }  // namespace wenlolib::tools
 
 #endif

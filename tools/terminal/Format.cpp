@@ -1,5 +1,7 @@
 #include "terminal/Format.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -76,8 +78,7 @@ std::string sizeText(std::uint64_t bytes) {
   for (; unit + 1 < units.size() && bytes / scale >= 1024; ++unit) scale *= 1024;
   const std::string whole = groupDigits(bytes / scale);
   if (unit == 0) return whole + units[unit];
-  const auto tenths = static_cast<std::int64_t>(bytes % scale * 10 / scale);
-  return whole + "." + decimal(tenths) + units[unit];
+  return fmt::format("{}.{}{}", whole, bytes % scale * 10 / scale, units[unit]);
 }
 
 std::string groupDigits(std::uint64_t number) {
@@ -87,18 +88,16 @@ std::string groupDigits(std::uint64_t number) {
 }
 
 std::string countText(std::uint64_t number, std::string_view noun) {
-  return groupDigits(number) + " " + std::string(noun) + (number == 1 ? "" : "s");
+  return fmt::format("{} {}{}", groupDigits(number), noun, number == 1 ? "" : "s");
 }
 
 std::string localTime(std::time_t time) {
   std::tm parts{};
   if (localtime_r(&time, &parts) == nullptr) return "(no date)";
   const long offset = std::abs(parts.tm_gmtoff);
-  return decimal(parts.tm_year + 1900) + "-" + decimal(parts.tm_mon + 1, 2) + "-" +
-         decimal(parts.tm_mday, 2) + " " + decimal(parts.tm_hour, 2) + ":" +
-         decimal(parts.tm_min, 2) + ":" + decimal(parts.tm_sec, 2) +
-         (parts.tm_gmtoff < 0 ? " -" : " +") + decimal(offset / 3600, 2) + ":" +
-         decimal(offset / 60 % 60, 2);
+  return fmt::format("{}-{:02}-{:02} {:02}:{:02}:{:02} {}{:02}:{:02}", parts.tm_year + 1900L,
+                     parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec,
+                     parts.tm_gmtoff < 0 ? '-' : '+', offset / 3600, offset / 60 % 60);
 }
 
 std::optional<std::time_t> momentOf(std::string_view dateText) {

@@ -1,5 +1,6 @@
 #include "terminal/Output.h"
 
+#include <fmt/format.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -10,7 +11,6 @@
 #include <utility>
 
 #include "base/EnumTable.h"
-#include "base/Integer.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 
@@ -64,9 +64,8 @@ namespace {
 std::string bar(std::uint64_t documents, std::uint64_t total) {
   constexpr std::uint64_t width = 16;
   const std::size_t filled = documents * width / total;
-  const std::string percent = decimal(static_cast<std::int64_t>(documents * 100 / total));
-  return "[" + std::string(filled, '#') + std::string(width - filled, ' ') + "] " +
-         std::string(3 - percent.size(), ' ') + percent + " %  ";
+  return fmt::format("[{:<{}}] {:>3} %  ", std::string(filled, '#'), width,
+                     documents * 100 / total);
 }
 
 }  // namespace
@@ -76,7 +75,8 @@ std::string progressText(std::uint64_t documents, std::optional<std::uint64_t> t
   std::string text;
   if (total && *total > 0) {
     const std::uint64_t done = std::min(documents, *total);
-    text = bar(done, *total) + groupDigits(done) + " of " + countText(*total, "document");
+    text = fmt::format("{}{} of {}", bar(done, *total), groupDigits(done),
+                       countText(*total, "document"));
   } else {
     text = countText(documents, "document");
   }
@@ -135,7 +135,7 @@ void Output::complain(std::string_view path, std::string_view what) {
   flush();
   progress_.clear();
   const std::string line =
-      "wenlolib " + call_ + ": " + visibleLine(path) + ": " + visibleLine(what) + "\n";
+      fmt::format("wenlolib {}: {}: {}\n", call_, visibleLine(path), visibleLine(what));
   std::fputs(line.c_str(), errors_);
 }
 
