@@ -1,5 +1,5 @@
 // Room on a disk, as its file system tells it.
-#include "doctor/Checks.h"
+#include "doctor/Examination.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// `wenlolib decode`: what documents say.
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <utility>

@@ -1,8 +1,8 @@
+// `wenlolib diff`: what differs between two documents.
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <utility>
 
 #include "calls/CommandLine.h"
 #include "documents/Comparison.h"

@@ -3,30 +3,11 @@
 #include <memory>
 
 #include "calls/CommandLine.h"
-#include "doctor/Checks.h"
+#include "doctor/Examination.h"
 #include "terminal/Output.h"
-#include "toolkit/Folders.h"
 
 namespace wenlolib::tools {
 namespace {
-
-Findings examine(const ToolPlatform& platform, bool clean) {
-  Findings findings;
-  checkFolders(platform, findings);
-  if (supportFolder()) {
-    checkPreferences(platform, findings);
-    checkSupportList(platform, findings);
-    checkIdentifier(platform, findings);
-  }
-  checkVersions(platform, findings);
-  checkDecisions(findings);
-  if (supportFolder()) {
-    checkLeftovers(platform, clean, findings);
-    checkNumbers(platform, findings);
-    checkDisk(platform, findings);
-  }
-  return findings;
-}
 
 void doctorTo(Session& session, bool json, bool clean) {
   const ToolPlatform platform(session.root);

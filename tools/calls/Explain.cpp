@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include "calls/CommandLine.h"
-#include "calls/RecordInput.h"
 #include "explain/Explanation.h"
 #include "explain/Replay.h"
 #include "library/ToolPlatform.h"

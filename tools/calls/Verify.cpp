@@ -12,7 +12,6 @@
 #include "documents/DocumentText.h"
 #include "documents/Jobs.h"
 #include "terminal/Format.h"
-#include "terminal/VisibleText.h"
 
 namespace wenlolib::tools {
 namespace {

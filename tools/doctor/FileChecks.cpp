@@ -1,6 +1,5 @@
 // The files in the configuration folder: whether they can be read, and hold what they should.
-#include "base/Integer.h"
-#include "doctor/Checks.h"
+#include "doctor/Examination.h"
 #include "library/Wording.h"
 #include "platform/Platform.h"
 #include "platform/posix/PosixPropertyLists.h"

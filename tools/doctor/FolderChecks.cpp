@@ -12,7 +12,7 @@
 #include <map>
 #include <system_error>
 
-#include "doctor/Checks.h"
+#include "doctor/Examination.h"
 #include "terminal/Format.h"
 #include "toolkit/Folders.h"
 

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "doctor/Checks.h"
+#include "doctor/Examination.h"
 #include "platform/posix/AtomicFile.h"
 #include "terminal/Format.h"
 #include "toolkit/Folders.h"

@@ -1,7 +1,6 @@
 // Versions, and what the library decides.
-#include "doctor/Checks.h"
+#include "doctor/Examination.h"
 #include "explain/Explanation.h"
-#include "library/Wording.h"
 #include "platform/Platform.h"
 #include "record/HeaderValues.h"
 #include "terminal/VisibleText.h"

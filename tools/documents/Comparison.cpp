@@ -9,7 +9,6 @@
 #include <unordered_map>
 
 #include "documents/DocumentText.h"
-#include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 
 namespace wenlolib::tools {

@@ -6,7 +6,6 @@
 
 #include "base/Utf8.h"
 #include "documents/DocumentText.h"
-#include "terminal/Format.h"
 
 namespace wenlolib::tools {
 namespace {

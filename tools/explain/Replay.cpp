@@ -1,70 +1,18 @@
-// What a person types for a version and a date.
 #include "explain/Replay.h"
 
 #include <time.h>
 
-#include <charconv>
-#include <cmath>
 #include <filesystem>
 #include <system_error>
 
 #include "library/ToolPlatform.h"
 #include "platform/posix/PosixPropertyLists.h"
+#include "terminal/Format.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
 
 namespace wenlolib::tools {
 namespace {
-
-/// Takes texts apart from the front; once something is missing it has failed for good.
-class Scanner {
- public:
-  explicit Scanner(std::string_view rest) : rest_(rest) {}
-
-  [[nodiscard]] bool sound() const { return sound_; }
-  [[nodiscard]] bool done() const { return sound_ && rest_.empty(); }
-  [[nodiscard]] char next() const { return rest_.empty() ? '\0' : rest_.front(); }
-
-  Scanner& expect(char character) {
-    if (next() == character && !rest_.empty()) {
-      rest_.remove_prefix(1);
-    } else {
-      sound_ = false;
-    }
-    return *this;
-  }
-
-  /// A number from `least` to `most`; of exactly `digits` digits where that is not 0.
-  std::int32_t number(std::int32_t least, std::int32_t most, std::size_t digits) {
-    std::int32_t value = 0;
-    const std::string_view text = digits == 0 ? rest_ : rest_.substr(0, digits);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const auto length = static_cast<std::size_t>(end - text.data());
-    const bool sized = digits == 0 || length == digits;
-    sound_ = sound_ && error == std::errc() && sized && value >= least && value <= most;
-    if (sound_) rest_.remove_prefix(length);
-    return value;
-  }
-
- private:
-  std::string_view rest_;
-  bool sound_ = true;
-};
-
-/// Seconds from GMT as "Z", "+09:00" or "-0330"; nothing when the text says none of that.
-std::optional<std::int32_t> offset(Scanner& scanner) {
-  if (scanner.next() == 'Z') {
-    scanner.expect('Z');
-    return 0;
-  }
-  const char sign = scanner.next();
-  if (sign != '+' && sign != '-') return std::nullopt;
-  scanner.expect(sign);
-  const std::int32_t hours = scanner.number(0, 23, 2);
-  if (scanner.next() == ':') scanner.expect(':');
-  const std::int32_t minutes = scanner.number(0, 59, 2);
-  return (sign == '-' ? -1 : 1) * (hours * 3600 + minutes * 60);
-}
 
 /// The date of fields that a calendar has; nothing for 30 February and the like.
 std::optional<Instant> dateOf(const tm& fields, std::optional<std::int32_t> secondsFromGMT) {
@@ -83,9 +31,9 @@ std::optional<OSVersion> osVersionFromText(std::string_view text) {
   if (!version.known) return version;
   constexpr std::int32_t most = 99999;
   Scanner scanner(text);
-  version.major = scanner.number(0, most, 0);
-  version.minor = scanner.expect('.').number(0, most, 0);
-  if (scanner.next() == '.') version.bugFix = scanner.expect('.').number(0, most, 0);
+  version.major = scanner.number(0, most);
+  version.minor = scanner.expect('.').number(0, most);
+  if (scanner.next() == '.') version.bugFix = scanner.expect('.').number(0, most);
   return scanner.done() ? std::optional(version) : std::nullopt;
 }
 
@@ -100,7 +48,12 @@ std::optional<Instant> dateFromText(std::string_view text) {
     fields.tm_hour = scanner.expect(scanner.next()).number(0, 23, 2);
     fields.tm_min = scanner.expect(':').number(0, 59, 2);
     if (scanner.next() == ':') fields.tm_sec = scanner.expect(':').number(0, 60, 2);
-    secondsFromGMT = offset(scanner);
+    if (scanner.next() == 'Z') {
+      scanner.expect('Z');
+      secondsFromGMT = 0;
+    } else if (scanner.next() != '\0') {
+      secondsFromGMT = scanner.offset();
+    }
   }
   if (!scanner.done()) return std::nullopt;
   return dateOf(fields, secondsFromGMT);

@@ -1,7 +1,6 @@
 #include "library/ToolPlatform.h"
 
 #include <new>
-#include <utility>
 
 #include "library/Wording.h"
 #include "terminal/VisibleText.h"

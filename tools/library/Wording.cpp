@@ -6,7 +6,6 @@
 #include <cmath>
 #include <ctime>
 #include <system_error>
-#include <type_traits>
 
 #include "base/EnumTable.h"
 #include "plist/PropertyList.h"

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -11,65 +10,6 @@
 #include "base/Integer.h"
 
 namespace wenlolib::tools {
-namespace {
-
-/// Takes a number of so many digits (0: all there are) off the beginning of `text`.
-std::optional<int> takeNumber(std::string_view& text, std::size_t digits) {
-  const std::size_t available = std::min(text.find_first_not_of("0123456789"), text.size());
-  const std::size_t length = digits == 0 ? available : digits;
-  int number = 0;
-  if (length == 0 || length > available) return std::nullopt;
-  const auto result = std::from_chars(text.data(), text.data() + length, number);
-  if (result.ec != std::errc()) return std::nullopt;
-  text.remove_prefix(length);
-  return number;
-}
-
-bool take(std::string_view& text, char expected) {
-  if (!text.starts_with(expected)) return false;
-  text.remove_prefix(1);
-  return true;
-}
-
-/// "2024-03-15" as days since 1970.
-std::optional<std::chrono::sys_days> takeDay(std::string_view& text) {
-  const auto year = takeNumber(text, 0);
-  if (!year || *year > 9999 || !take(text, '-')) return std::nullopt;
-  const auto month = takeNumber(text, 2);
-  if (!month || !take(text, '-')) return std::nullopt;
-  const auto day = takeNumber(text, 2);
-  if (!day) return std::nullopt;
-  const std::chrono::year_month_day date{std::chrono::year(*year),
-                                         std::chrono::month(static_cast<unsigned>(*month)),
-                                         std::chrono::day(static_cast<unsigned>(*day))};
-  return date.ok() ? std::optional(std::chrono::sys_days(date)) : std::nullopt;
-}
-
-/// "09:05:07" in seconds.
-std::optional<int> takeTimeOfDay(std::string_view& text) {
-  const auto hour = takeNumber(text, 2);
-  if (!hour || *hour > 23 || !take(text, ':')) return std::nullopt;
-  const auto minute = takeNumber(text, 2);
-  if (!minute || *minute > 59 || !take(text, ':')) return std::nullopt;
-  const auto second = takeNumber(text, 2);
-  if (!second || *second > 60) return std::nullopt;
-  return *hour * 3600 + *minute * 60 + *second;
-}
-
-/// "+09:00", or "+0900", in seconds.
-std::optional<int> takeOffset(std::string_view& text) {
-  const bool west = take(text, '-');
-  if (!west && !take(text, '+')) return std::nullopt;
-  const auto hours = takeNumber(text, 2);
-  if (!hours) return std::nullopt;
-  static_cast<void>(take(text, ':'));
-  const auto minutes = takeNumber(text, 2);
-  if (!minutes || *minutes > 59) return std::nullopt;
-  const int seconds = *hours * 3600 + *minutes * 60;
-  return west ? -seconds : seconds;
-}
-
-}  // namespace
 
 std::string sizeText(std::uint64_t bytes) {
   constexpr std::array units = {" B", " KiB", " MiB", " GiB", " TiB"};
@@ -101,14 +41,44 @@ std::string localTime(std::time_t time) {
 }
 
 std::optional<std::time_t> momentOf(std::string_view dateText) {
-  const auto day = takeDay(dateText);
-  if (!day || !take(dateText, 'T')) return std::nullopt;
-  const auto timeOfDay = takeTimeOfDay(dateText);
-  if (!timeOfDay) return std::nullopt;
-  const auto offset = takeOffset(dateText);
-  if (!offset || !dateText.empty()) return std::nullopt;
-  const auto midnight = std::chrono::duration_cast<std::chrono::seconds>(day->time_since_epoch());
-  return static_cast<std::time_t>(midnight.count()) + *timeOfDay - *offset;
+  Scanner scanner(dateText);
+  const std::chrono::year year(scanner.number(0, 9999));
+  const int month = scanner.expect('-').number(1, 12, 2);
+  const int day = scanner.expect('-').number(1, 31, 2);
+  const int hours = scanner.expect('T').number(0, 23, 2);
+  const int minutes = scanner.expect(':').number(0, 59, 2);
+  const int seconds = scanner.expect(':').number(0, 60, 2);
+  const int offset = scanner.offset();
+  const std::chrono::year_month_day date = year / month / day;
+  if (!scanner.done() || !date.ok()) return std::nullopt;
+  const std::chrono::seconds midnight = std::chrono::sys_days(date).time_since_epoch();
+  return static_cast<std::time_t>(midnight.count()) + hours * 3600 + minutes * 60 + seconds -
+         offset;
+}
+
+Scanner& Scanner::expect(char character) {
+  sound_ = sound_ && rest_.starts_with(character);
+  if (sound_) rest_.remove_prefix(1);
+  return *this;
+}
+
+std::int32_t Scanner::number(std::int32_t least, std::int32_t most, std::size_t digits) {
+  std::int32_t value = 0;
+  const std::string_view text = digits == 0 ? rest_ : rest_.substr(0, digits);
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const auto length = static_cast<std::size_t>(end - text.data());
+  const bool sized = isDigit(next()) && (digits == 0 || length == digits);
+  sound_ = sound_ && error == std::errc() && sized && value >= least && value <= most;
+  if (sound_) rest_.remove_prefix(length);
+  return value;
+}
+
+std::int32_t Scanner::offset() {
+  const bool west = next() == '-';
+  const std::int32_t hours = expect(west ? '-' : '+').number(0, 23, 2);
+  if (next() == ':') expect(':');
+  const std::int32_t seconds = hours * 3600 + number(0, 59, 2) * 60;
+  return west ? -seconds : seconds;
 }
 
 }  // namespace wenlolib::tools

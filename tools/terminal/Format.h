@@ -1,4 +1,4 @@
-/// Numbers and times for a person.
+/// Numbers and times for a person, and from one.
 #ifndef WENLOLIB_TOOLS_TERMINAL_FORMAT_H
 #define WENLOLIB_TOOLS_TERMINAL_FORMAT_H
 
@@ -26,6 +26,28 @@ namespace wenlolib::tools {
 /// The moment that a document's date text names, such as 2024-03-15T09:05:07+09:00; the offset may
 /// lack its colon. Nothing when it is no such text.
 [[nodiscard]] std::optional<std::time_t> momentOf(std::string_view dateText);
+
+/// Takes a text apart from the front; once something is missing it has failed for good.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view rest) : rest_(rest) {}
+
+  /// Whether all was as expected, and nothing is left.
+  [[nodiscard]] bool done() const { return sound_ && rest_.empty(); }
+  [[nodiscard]] char next() const { return rest_.empty() ? '\0' : rest_.front(); }
+
+  Scanner& expect(char character);
+
+  /// A number from `least` to `most`; of exactly `digits` digits where that is not 0.
+  std::int32_t number(std::int32_t least, std::int32_t most, std::size_t digits = 0);
+
+  /// Seconds from GMT, as "+09:00" or "-0330".
+  std::int32_t offset();
+
+ private:
+  std::string_view rest_;
+  bool sound_ = true;
+};
 
 }  // namespace wenlolib::tools
 

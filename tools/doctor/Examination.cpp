@@ -1,4 +1,4 @@
-#include "doctor/Findings.h"
+#include "doctor/Examination.h"
 
 #include <fmt/format.h>
 
@@ -9,6 +9,7 @@
 #include "library/Wording.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
+#include "toolkit/Folders.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -82,6 +83,24 @@ std::string findingsJson(const Findings& findings) {
     lines += json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
   }
   return lines;
+}
+
+Findings examine(const ToolPlatform& platform, bool clean) {
+  Findings findings;
+  checkFolders(platform, findings);
+  if (supportFolder()) {
+    checkPreferences(platform, findings);
+    checkSupportList(platform, findings);
+    checkIdentifier(platform, findings);
+  }
+  checkVersions(platform, findings);
+  checkDecisions(findings);
+  if (supportFolder()) {
+    checkLeftovers(platform, clean, findings);
+    checkNumbers(platform, findings);
+    checkDisk(platform, findings);
+  }
+  return findings;
 }
 
 }  // namespace wenlolib::tools

@@ -1,16 +1,45 @@
-/// The examinations of an installation. Each works on the platform in use, which is to be
-/// `platform`, and changes nothing that it is not asked to.
-#ifndef WENLOLIB_TOOLS_DOCTOR_CHECKS_H
-#define WENLOLIB_TOOLS_DOCTOR_CHECKS_H
+/// The examination of an installation: the checks, and what they find.
+#ifndef WENLOLIB_TOOLS_DOCTOR_EXAMINATION_H
+#define WENLOLIB_TOOLS_DOCTOR_EXAMINATION_H
 
 #include <sys/statvfs.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
-#include "doctor/Findings.h"
 #include "library/ToolPlatform.h"
+#include "terminal/Output.h"
 
 namespace wenlolib::tools {
+
+enum class Level : std::uint8_t { ok, warning, error };
+
+struct Finding {
+  Level level = Level::ok;
+  std::string check;    // what was looked at, a code that never changes
+  std::string subject;  // the file, folder or other thing
+  std::string message;
+  std::string remedy;  // "" where nothing is to be done
+};
+
+using Findings = std::vector<Finding>;
+
+[[nodiscard]] bool hasErrors(const Findings& findings);
+
+/// For a person, in lines of 80 columns. `supportFolder`, shown once, is shortened where it begins
+/// a subject; "" for none.
+[[nodiscard]] std::string findingsText(const Findings& findings, const Paint& paint,
+                                       const std::string& supportFolder);
+
+/// One JSON object a line.
+[[nodiscard]] std::string findingsJson(const Findings& findings);
+
+/// All checks, on the platform in use, which is to be `platform`. With `clean` it removes
+/// unfinished files that are a day old; nothing else is changed.
+[[nodiscard]] Findings examine(const ToolPlatform& platform, bool clean);
+
+// The checks by themselves.
 
 /// The folders of records and of configuration.
 void checkFolders(const ToolPlatform& platform, Findings& findings);
