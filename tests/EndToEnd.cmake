@@ -16,7 +16,7 @@ list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
 list(TRANSFORM threaded_tools APPEND .cpp)
 add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}
   endtoend/ConcurrencyTest.cpp endtoend/KeptDocuments.cpp endtoend/World.cpp endtoend/Writers.cpp
-  tools/ProgressTest.cpp tools/DocumentJobsTest.cpp)
+  tools/documents/DocumentFilesTest.cpp tools/documents/DocumentJobsTest.cpp)
 target_include_directories(thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
   ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static

@@ -1,5 +1,5 @@
 # The receiver and the command.
-file(GLOB receiver_tests CONFIGURE_DEPENDS receiver/*Test.cpp tools/*Test.cpp)
+file(GLOB receiver_tests CONFIGURE_DEPENDS receiver/*Test.cpp tools/*/*Test.cpp)
 test_binary(tool_tests tools ${receiver_tests})
 target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
 

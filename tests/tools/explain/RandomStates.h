@@ -1,6 +1,6 @@
 /// States of a system, of all kinds and by chance, for what has to hold in each of them.
-#ifndef WENLOLIB_TESTS_TOOLS_RANDOMSTATES_H
-#define WENLOLIB_TESTS_TOOLS_RANDOMSTATES_H
+#ifndef WENLOLIB_TESTS_TOOLS_EXPLAIN_RANDOMSTATES_H
+#define WENLOLIB_TESTS_TOOLS_EXPLAIN_RANDOMSTATES_H
 
 #include <cstdint>
 #include <iterator>

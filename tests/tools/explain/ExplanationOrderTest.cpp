@@ -7,7 +7,7 @@
 #include "support/PlatformTest.h"
 #include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
-#include "tools/RandomStates.h"
+#include "tools/explain/RandomStates.h"
 
 namespace wenlolib::tests {
 namespace {

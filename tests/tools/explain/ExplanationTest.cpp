@@ -7,7 +7,7 @@
 
 #include "explain/Replay.h"
 #include "support/PlatformTest.h"
-#include "tools/RandomStates.h"
+#include "tools/explain/RandomStates.h"
 #include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tests {

@@ -3,13 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <thread>
-
-#include "documents/DocumentFiles.h"
-
 namespace wenlolib::tools {
 namespace {
 
@@ -34,21 +27,6 @@ TEST(Progress, DocumentsThatHaveComeSinceDoNotExceedTheTotal) {
 
 TEST(Progress, KeepsWithinItsColumns) {
   EXPECT_EQ(progressText(400, 1000, 90, 20), "[######          ]  ");
-}
-
-TEST(DocumentCount, CountsWhatIsFoundAndWhatIsNamed) {
-  std::string folder = testing::TempDir() + "wenlolib-count-XXXXXX";
-  ASSERT_NE(mkdtemp(folder.data()), nullptr);
-  std::filesystem::create_directory(folder + "/below");
-  for (const char* name : {"/a.PLM", "/b.txt", "/below/c.ALM", "/below/.wenlolib-1.tmp"}) {
-    std::ofstream(folder + name) << "x";
-  }
-  const DocumentCount count({folder, folder + "/b.txt"});
-  for (int i = 0; i < 10000 && !count.total(); ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  EXPECT_EQ(count.total(), 3U);
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -1,0 +1,31 @@
+// How many documents there are, counted on a thread of its own.
+#include "documents/DocumentFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace wenlolib::tools {
+namespace {
+
+TEST(DocumentCount, CountsWhatIsFoundAndWhatIsNamed) {
+  std::string folder = testing::TempDir() + "wenlolib-count-XXXXXX";
+  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  std::filesystem::create_directory(folder + "/below");
+  for (const char* name : {"/a.PLM", "/b.txt", "/below/c.ALM", "/below/.wenlolib-1.tmp"}) {
+    std::ofstream(folder + name) << "x";
+  }
+  const DocumentCount count({folder, folder + "/b.txt"});
+  for (int i = 0; i < 10000 && !count.total(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_EQ(count.total(), 3U);
+  std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace wenlolib::tools
