@@ -14,8 +14,6 @@
 namespace wenlolib {
 namespace {
 
-constexpr int lastNumber = 999;
-
 /// The text that a null object leaves in a name.
 std::string inName(const Text& text) {
   return text.value_or("(null)");
@@ -44,13 +42,14 @@ platform::Outcome write(RecordFile& file, const std::string& name, const std::st
 RecordFile printerLogFile(const std::string& name, int firstNumber) {
   platform::Files& files = *platform::current().files;
   const std::string head = inName(printerLogFolder()) + "/" + name + "_";
-  for (int number = firstNumber; number <= lastNumber; ++number) {
+  for (int number = firstNumber; number <= lastPrinterLogNumber; ++number) {
     std::string path = head + decimal(number) + ".PLM";
     if (files.kindAt(path) == platform::Kind::nothing) {
       return {std::move(path), platform::Publication::asNew, number};
     }
   }
-  return {head + decimal(lastNumber) + ".PLM", platform::Publication::replacing, lastNumber};
+  return {head + decimal(lastPrinterLogNumber) + ".PLM", platform::Publication::replacing,
+          lastPrinterLogNumber};
 }
 
 RecordFile applicationFile(const std::string& name, platform::Calendar& calendar) {

@@ -18,6 +18,9 @@ struct RecordFile {
   int number = 0;  // of a printer log
 };
 
+/// The highest number of a printer log.
+inline constexpr int lastPrinterLogNumber = 999;
+
 /// "FOLDER/NAME_NUMBER.PLM" in the folder of printer logs, with the first number from
 /// `firstNumber` to 999 at which nothing stands, neither file nor folder. Where all are taken it is
 /// 999, to be replaced.

@@ -13,6 +13,7 @@
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
+#include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
@@ -48,10 +49,10 @@ Creation makeFolder(const std::string& path) {
 Dictionary samplePreferences(bool agree) {
   const platform::Platform& platform = platform::current();
   Dictionary preferences;
-  preferences.emplace("InstalledDate", platform.clock->now());
-  preferences.emplace("LatestSelectedAgreement", agree);
+  preferences.emplace(installedDateKey, platform.clock->now());
+  preferences.emplace(agreementKey, agree);
   const std::string language = normalisedLocale(platform.user->locale().value_or(""));
-  if (!language.empty()) preferences.emplace("LatestSelectedLanguage", language);
+  if (!language.empty()) preferences.emplace(languageKey, language);
   return preferences;
 }
 

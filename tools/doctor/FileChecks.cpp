@@ -45,7 +45,7 @@ Finding readFinding(std::string_view check, const std::string& path,
 }
 
 Finding dateFinding(const Value* date) {
-  Finding finding{Level::ok, "installed_date", "InstalledDate", valueText(date), ""};
+  Finding finding{Level::ok, "installed_date", std::string(installedDateKey), valueText(date), ""};
   if (date == nullptr || date->date() == nullptr) {
     finding.level = Level::error;
     finding.message += ", and not a date";
@@ -59,7 +59,7 @@ Finding dateFinding(const Value* date) {
 }
 
 Finding agreementFinding(const Value* agreement) {
-  Finding finding{Level::ok, "agreement", "LatestSelectedAgreement", valueText(agreement), ""};
+  Finding finding{Level::ok, "agreement", std::string(agreementKey), valueText(agreement), ""};
   if (agreement == nullptr) {
     finding.message += ", which counts as no agreement";
   } else if (!agreement->truth()) {
@@ -71,7 +71,7 @@ Finding agreementFinding(const Value* agreement) {
 }
 
 Finding languageFinding(const Value* language) {
-  Finding finding{Level::ok, "language", "LatestSelectedLanguage", valueText(language), ""};
+  Finding finding{Level::ok, "language", std::string(languageKey), valueText(language), ""};
   if (language == nullptr) {
     finding.message += ": records of mode 1 have an empty Locale";
   } else if (language->text() == nullptr) {
@@ -111,9 +111,9 @@ void checkPreferences(const ToolPlatform& platform, Findings& findings) {
     return;
   }
   findings.push_back(readFinding("preferences", path, file));
-  findings.push_back(dateFinding(entry(file.dictionary, "InstalledDate")));
-  findings.push_back(agreementFinding(entry(file.dictionary, "LatestSelectedAgreement")));
-  findings.push_back(languageFinding(entry(file.dictionary, "LatestSelectedLanguage")));
+  findings.push_back(dateFinding(entry(file.dictionary, installedDateKey)));
+  findings.push_back(agreementFinding(entry(file.dictionary, agreementKey)));
+  findings.push_back(languageFinding(entry(file.dictionary, languageKey)));
 }
 
 void checkSupportList(const ToolPlatform& platform, Findings& findings) {

@@ -12,7 +12,9 @@
 #include <map>
 #include <system_error>
 
+#include "base/Integer.h"
 #include "doctor/Examination.h"
+#include "record/RecordFile.h"
 #include "terminal/Format.h"
 #include "toolkit/Folders.h"
 
@@ -76,7 +78,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int lastNumber = 999;
 constexpr int manyNumbers = 900;
 
 /// The name of a printer log whose file name ends in "_NUMBER.PLM", or nothing.
@@ -88,7 +89,8 @@ std::optional<std::string> numberedName(const std::string& file) {
   const char* end = file.data() + file.size() - extension.size();
   const auto result = std::from_chars(file.data() + line + 1, end, number);
   const bool counts = result.ec == std::errc() && result.ptr == end && number >= 1;
-  return counts && number <= lastNumber ? std::optional(file.substr(0, line)) : std::nullopt;
+  return counts && number <= lastPrinterLogNumber ? std::optional(file.substr(0, line))
+                                                  : std::nullopt;
 }
 
 /// The folder itself, or the nearest one above it that is there.
@@ -115,11 +117,12 @@ void checkNumbers(const ToolPlatform& platform, Findings& findings) {
   for (const auto& [name, count] : taken) {
     if (count < manyNumbers) continue;
     good = false;
-    findings.push_back(
-        {Level::warning, "printer_log_numbers",
-         std::string(folder).append("/").append(name).append("_*.PLM"),
-         groupDigits(static_cast<std::uint64_t>(count)) + " of 999 numbers are taken",
-         "Take finished logs away: with all taken, number 999 is replaced."});
+    findings.push_back({Level::warning, "printer_log_numbers",
+                        std::string(folder).append("/").append(name).append("_*.PLM"),
+                        groupDigits(static_cast<std::uint64_t>(count)) + " of " +
+                            decimal(lastPrinterLogNumber) + " numbers are taken",
+                        "Take finished logs away: with all taken, number " +
+                            decimal(lastPrinterLogNumber) + " is replaced."});
   }
   if (good) {
     findings.push_back(

@@ -103,14 +103,14 @@ void describePreferences(Step& step, const Context& context) {
 
 void describeDate(Step& step, const Context& context) {
   step.source = preferenceSource(context);
-  step.key = "InstalledDate";
+  step.key = installedDateKey;
   step.expected = "a date";
   step.found = valueText(entry(readingFor(step, context).preferences, step.key));
   step.remedy = "The host has to store here, as a date, when it was installed.";
 }
 
 void describePeriod(Step& step, const Context& context) {
-  const Value* installed = entry(readingFor(step, context).preferences, "InstalledDate");
+  const Value* installed = entry(readingFor(step, context).preferences, installedDateKey);
   const std::chrono::days period = periods[context.kind];
   const std::string days = fmt::format("{} days", period.count());
   step.source = "the clock, and InstalledDate";
@@ -125,7 +125,7 @@ void describePeriod(Step& step, const Context& context) {
 
 void describeAgreement(Step& step, const Context& context) {
   step.source = preferenceSource(context);
-  step.key = "LatestSelectedAgreement";
+  step.key = agreementKey;
   step.expected = "a boolean or number other than zero";
   step.found = valueText(entry(readingFor(step, context).preferences, step.key));
   step.remedy = "The user has to agree in the host, which stores it here as a boolean.";
