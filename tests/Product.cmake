@@ -36,7 +36,7 @@ add_test(NAME product.check_bindings
     libstdc++.so.6 libm.so.6 libgcc_s.so.1 libc.so.6 ld-linux-x86-64.so.2)
 add_test(NAME product.headers_alone
   COMMAND ${product_tests}/headers_alone.sh ${CMAKE_C_COMPILER} ${CMAKE_CXX_COMPILER}
-    ${PROJECT_SOURCE_DIR}/include plugin.h codec.h)
+    ${PROJECT_SOURCE_DIR}/include plugin.h codec.h version.h)
 set_tests_properties(product.plugin_hygiene PROPERTIES TIMEOUT 900 RUN_SERIAL ON)
 
 foreach(kind IN ITEMS shared static static_exporting)

@@ -1,6 +1,6 @@
 # The debug trace points. The sources that have any, compiled with the points on, stand before the
 # library that has them off: the linker takes none of the library's own in their place.
-set(traced_sources record/Document.cpp record/Record.cpp record/RecordFile.cpp)
+set(traced_sources codec/Encryption.cpp record/Document.cpp record/Record.cpp record/RecordFile.cpp)
 list(TRANSFORM traced_sources PREPEND ${PROJECT_SOURCE_DIR}/src/)
 add_executable(trace_tests trace/TracePointsTest.cpp ${traced_sources})
 target_include_directories(trace_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})

@@ -15,11 +15,6 @@
 /* Visible to hosts. Said here as well, so that this header needs no other one. */
 #define WENLOLIB_EXPORT __attribute__((visibility("default")))
 
-/* The version that this header belongs to, also as major * 10000 + minor * 100 + patch. What
- * WENLOLIB_version answers is the version of the library that was loaded. */
-#define WENLOLIB_VERSION "1.0.0"
-#define WENLOLIB_VERSION_NUMBER 10000
-
 #ifdef __cplusplus
 extern "C" {
 #endif

@@ -9,6 +9,7 @@
 #include "base/Utf8.h"
 #include "record/Record.h"
 #include "wenlolib/WENLOLIB.h"
+#include "wenlolib/version.h"
 
 namespace {
 

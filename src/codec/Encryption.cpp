@@ -1,7 +1,10 @@
+#include "codec/Encryption.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
+#include "base/Trace.h"
 #include "platform/Platform.h"
 #include "wenlolib/codec.h"
 
@@ -34,3 +37,18 @@ int32_t DoRC4Encrypt(const uint8_t* key, int32_t keyLength, const uint8_t* sourc
   *outputLength = sourceLength;
   return 0;
 }
+
+namespace wenlolib {
+
+char encrypt(const platform::Md5Digest& key, Bytes source, std::uint8_t* destination) {
+  const auto length = static_cast<std::int32_t>(source.size());
+  std::int32_t outputLength = 0;
+  const std::int32_t status = DoRC4Encrypt(key.data(), static_cast<std::int32_t>(key.size()),
+                                           source.data(), length, destination, &outputLength);
+  WENLOLIB_TRACE("outBuffLen  = %d", outputLength);
+  if (status == 0) return 'R';
+  DoEncryptXOR(destination, &outputLength, source.data(), length, key.data());
+  return 'X';
+}
+
+}  // namespace wenlolib

@@ -11,6 +11,10 @@ namespace wenlolib {
 
 // --- The facts ---
 
+std::int32_t CommonTooWenlolib::supportUpperOSVersion() noexcept {
+  return 101700;
+}
+
 std::int32_t PlatformFacts::upperOSVersion() {
   return CommonTooWenlolib::supportUpperOSVersion();
 }

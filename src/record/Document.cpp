@@ -9,6 +9,7 @@
 
 #include "base/Answered.h"
 #include "base/Trace.h"
+#include "codec/Encryption.h"
 #include "platform/Platform.h"
 #include "toolkit/DateLayouts.h"
 #include "toolkit/Names.h"
@@ -43,20 +44,6 @@ namespace {
 
 constexpr char encryptedLabel[] = "EncryptedData \n= ";
 
-/// Fills the cipher buffer with the encrypted input and answers the cipher's marker.
-char encrypt(const WorkingBuffers& buffers, const std::string& date, std::int32_t length) {
-  std::array<std::uint8_t, 16> key{};
-  std::int32_t outputLength = 0;
-  CreateDigestMD5_CC(date.c_str(), key.data());
-  const std::int32_t status =
-      DoRC4Encrypt(key.data(), std::int32_t{key.size()}, buffers.input.get(), length,
-                   buffers.cipher.get(), &outputLength);
-  WENLOLIB_TRACE("outBuffLen  = %d", outputLength);
-  if (status == 0) return 'R';
-  DoEncryptXOR(buffers.cipher.get(), &outputLength, buffers.input.get(), length, key.data());
-  return 'X';
-}
-
 }  // namespace
 
 std::optional<WorkingBuffers> WorkingBuffers::allocate(std::size_t n) noexcept {
@@ -84,7 +71,9 @@ Payload protect(WorkingBuffers buffers, const Text& date, std::string_view conte
   Payload payload;
   if (date) {
     std::ranges::copy(contents, buffers.input.get());
-    payload.marker = encrypt(buffers, *date, length);
+    std::array<std::uint8_t, 16> key{};
+    CreateDigestMD5_CC(date->c_str(), key.data());
+    payload.marker = encrypt(key, {buffers.input.get(), contents.size()}, buffers.cipher.get());
   } else {
     // Whatever the host's memory held before must not leave in a file.
     std::fill_n(buffers.cipher.get(), contents.size(), std::uint8_t{0});

@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
+#include "toolkit/Permissions.h"
 #include "toolkit/Preferences.h"
 
 namespace wenlolib {

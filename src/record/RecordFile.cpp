@@ -9,6 +9,7 @@
 #include "toolkit/DateLayouts.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
+#include "toolkit/Permissions.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {

@@ -8,6 +8,7 @@
 #include "base/Utf8.h"
 #include "platform/Platform.h"
 #include "toolkit/Names.h"
+#include "toolkit/Permissions.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {
@@ -49,13 +50,6 @@ Text expandHome(Text path) {
   const Text home = platform::current().user->homeFolder();
   if (!home) return path;
   return path->size() == 1 ? home : join(home, std::string_view(*path).substr(1));
-}
-
-void openPermissions(const std::string& path) noexcept {
-  static_cast<void>(answered(false, [&] {
-    platform::Files& files = *platform::current().files;
-    return files.kindAt(path) == platform::Kind::other && files.setPermissions(path, openFileMode);
-  }));
 }
 
 // --- For hosts ---
@@ -140,8 +134,6 @@ std::optional<Dictionary> CommonTooWenlolib::surveyInfoDictionary() noexcept {
 // --- Making folders ---
 
 namespace {
-
-constexpr std::uint32_t folderMode = 0700;
 
 /// Creates every level of `path` at which nothing stands, from the root downwards.
 bool createMissingLevels(const std::string& path) {

@@ -32,10 +32,6 @@ inline constexpr char groupContainerIdentifier[] = "K7MW2PL9QD.QX.common";
 /// of a user without a home folder, stay as they are.
 [[nodiscard]] Text expandHome(Text path);
 
-/// Opens up the file at `path`, as far as the platform does that: after a failed write the older
-/// one, on purpose. Has no say in any answer.
-void openPermissions(const std::string& path) noexcept;
-
 }  // namespace wenlolib
 
 #endif

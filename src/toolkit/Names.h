@@ -32,9 +32,6 @@ inline constexpr std::uint32_t applicationFileType = 2;
   return option & 15U;
 }
 
-/// Read and write for owner, group and others: every file that the library writes.
-inline constexpr std::uint32_t openFileMode = 0666;
-
 /// Below this OS version dates are made by calendar-format directives, from it on by components.
 inline constexpr std::int32_t componentDatesOSVersion = 100900;
 

@@ -57,10 +57,6 @@ std::int32_t CommonTooWenlolib::systemBugFixVersion() noexcept {
   return answered(std::int32_t{-1}, [] { return ask(Selector::bugFixVersion).value_or(-1); });
 }
 
-std::int32_t CommonTooWenlolib::supportUpperOSVersion() noexcept {
-  return 101700;
-}
-
 Text CommonTooWenlolib::osVersion() noexcept {
   return answered(Text(), fullOSVersion);
 }

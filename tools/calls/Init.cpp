@@ -13,13 +13,13 @@
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
+#include "toolkit/Permissions.h"
 #include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {
 
-constexpr std::uint32_t folderMode = 0700;
 constexpr std::uint32_t preferenceMode = 0600;
 
 struct Arguments {

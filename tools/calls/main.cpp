@@ -14,7 +14,7 @@
 #include "library/Wording.h"
 #include "platform/linux/BuiltIn.h"
 #include "terminal/VisibleText.h"
-#include "wenlolib/plugin.h"
+#include "wenlolib/version.h"
 
 namespace {
 

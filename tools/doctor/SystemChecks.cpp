@@ -7,7 +7,7 @@
 #include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
 #include "wenlolib/CommonTooWenlolib.h"
-#include "wenlolib/plugin.h"
+#include "wenlolib/version.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -6,7 +6,7 @@
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Names.h"
-#include "wenlolib/plugin.h"
+#include "wenlolib/version.h"
 
 namespace wenlolib::tools {
 namespace {

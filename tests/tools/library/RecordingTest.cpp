@@ -10,7 +10,7 @@
 #include "platform/posix/TemporaryFolder.h"
 #include "record/HeaderValues.h"
 #include "support/HostInstallation.h"
-#include "wenlolib/plugin.h"
+#include "wenlolib/version.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -1,4 +1,4 @@
-#include "receiver/Form.h"
+#include "receiver/Faults.h"
 
 #include <algorithm>
 #include <array>

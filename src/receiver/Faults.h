@@ -1,6 +1,6 @@
-/// Whether a document has the form of a layout, and what to say of one that has not.
-#ifndef WENLOLIB_RECEIVER_FORM_H
-#define WENLOLIB_RECEIVER_FORM_H
+/// What is wrong with the form of a document: truncated, damaged, and where.
+#ifndef WENLOLIB_RECEIVER_FAULTS_H
+#define WENLOLIB_RECEIVER_FAULTS_H
 
 #include <cstddef>
 #include <optional>

@@ -1,0 +1,11 @@
+/* The version of these headers, for C and C++. WENLOLIB_version, in plugin.h, tells that of the
+ * library that was loaded. */
+#ifndef WENLOLIB_VERSION_H
+#define WENLOLIB_VERSION_H
+
+#define WENLOLIB_VERSION "1.0.0"
+
+/* The same as major * 10000 + minor * 100 + patch. */
+#define WENLOLIB_VERSION_NUMBER 10000
+
+#endif
