@@ -11,10 +11,6 @@ namespace wenlolib {
 
 // --- The facts ---
 
-std::int32_t CommonTooWenlolib::supportUpperOSVersion() noexcept {
-  return 101700;
-}
-
 std::int32_t PlatformFacts::upperOSVersion() {
   return CommonTooWenlolib::supportUpperOSVersion();
 }

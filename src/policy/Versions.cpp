@@ -116,6 +116,10 @@ std::int32_t CommonTooWenlolib::moduleVersionFromBundle() noexcept {
 
 // --- The list ---
 
+std::int32_t CommonTooWenlolib::supportUpperOSVersion() noexcept {
+  return 101700;
+}
+
 namespace {
 
 /// The highest OS version that the list names for the library version under `key`, or -1.

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <optional>
 
+#include "documents/Jobs.h"
+
 namespace wenlolib::tools {
 
 std::string firstScreen() {
@@ -38,7 +40,7 @@ void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs) {
   call.add_option("PATH", paths, "Documents, and folders of documents")->type_name("")->required();
   call.add_option("--jobs,-j", jobs, "Work on N documents at a time (1)")
       ->type_name("N")
-      ->check(CLI::Range(1, 256).description(""));
+      ->check(CLI::Range(1, mostJobs).description(""));
 }
 
 void requireKind(CLI::App& call) {

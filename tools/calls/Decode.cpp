@@ -16,7 +16,7 @@ struct DecodeOptions {
   bool json = false;
   bool contents = false;
   bool redact = false;
-  int jobs = 1;
+  int jobs = defaultJobs;
 };
 
 constexpr auto examples =

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "documents/Jobs.h"
 #include "terminal/Output.h"
 
 namespace wenlolib::tools {
@@ -13,7 +14,7 @@ struct VerifyOptions {
   std::vector<std::string> paths;
   bool json = false;
   bool quiet = false;
-  int jobs = 1;
+  int jobs = defaultJobs;
 };
 
 /// Writes what verification finds. Returns the exit status.

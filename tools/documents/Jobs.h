@@ -35,6 +35,10 @@ using Examiner = std::function<Answer(const Candidate&, std::string_view bytes)>
 /// Hears of every document, in order, on the caller's thread.
 using Listener = std::function<void(const Answer&)>;
 
+/// How many documents are worked on at a time: unless a number is given, and at most.
+inline constexpr int defaultJobs = 1;
+inline constexpr int mostJobs = 256;
+
 /// Walks through `paths`, reads and examines on `jobs` threads (1: the caller's own) and writes the
 /// answers in the order of the walk, whatever `jobs` is. Memory does not grow with their number.
 /// Returns the exit status.
