@@ -1,7 +1,8 @@
 #!/bin/sh
 # Compiles every public header by itself, twice included and with nothing before it, as C++20. The C
 # headers are copied into an empty folder, and have to be C of 1989 as well: a host may take nothing
-# else of the library, and build with any compiler.
+# else of the library, and build with any compiler. Those of the classes are Objective-C, and need
+# GNUstep.
 #
 #   headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER C_HEADER...
 set -eu
@@ -27,6 +28,14 @@ for header in "$folder"/wenlolib/*.h; do
   name=wenlolib/$(basename "$header")
   printf '#include <%s>\n#include <%s>\nint host;\n' "$name" "$name" > "$work/host.cpp"
   compile "$cxx" c++20 "$work/host.cpp"
+done
+gnustep=/usr/include/GNUstep
+for header in "$folder"/wenlolib/objc/*.h; do
+  [ -d "$gnustep" ] || continue
+  name=wenlolib/objc/$(basename "$header")
+  printf '#include <%s>\n#include <%s>\nint host;\n' "$name" "$name" > "$work/host.m"
+  gcc -fobjc-exceptions -D_NATIVE_OBJC_EXCEPTIONS -Wall -Wextra -Werror -isystem "$gnustep" \
+    "-I$folder" -fsyntax-only "$work/host.m" || status=1
 done
 for header in "$@"; do
   header=$folder/wenlolib/$header
