@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/Integer.h"
+#include "base/Utf8.h"
 #include "plist/Builder.h"
 #include "plist/Scalars.h"
 #include "xml/Parser.h"
@@ -118,6 +119,43 @@ std::string withHalvesMarked(std::string_view bytes) {
   return marked;
 }
 
+/// The unit of UTF-16 at an offset.
+std::uint16_t unitAt(std::string_view bytes, std::size_t at, bool isBigEndian) {
+  const auto first = static_cast<unsigned char>(bytes[at]);
+  const auto second = static_cast<unsigned char>(bytes[at + 1]);
+  return static_cast<std::uint16_t>(isBigEndian ? first << 8 | second : second << 8 | first);
+}
+
+/// Whether the bytes begin with a byte order mark, or else with a tag, in UTF-16 of this order.
+bool beginsInUtf16(std::string_view bytes, bool isBigEndian) {
+  const std::uint16_t first = unitAt(bytes, 0, isBigEndian);
+  return first == 0xFEFF || first == '<';
+}
+
+/// A document in UTF-16 in UTF-8, with the mark in the place of each half: expat takes half of a
+/// pair there for a whole one, and eats what follows it. Nothing for a document in any other
+/// encoding.
+std::optional<std::string> fromUtf16(std::string_view bytes) {
+  if (bytes.size() < 2 || bytes.size() % 2 != 0) return std::nullopt;
+  const bool isBig = beginsInUtf16(bytes, true);
+  if (!isBig && !beginsInUtf16(bytes, false)) return std::nullopt;
+  std::string text;
+  for (std::size_t at = 0; at < bytes.size(); at += 2) {
+    const bool isLast = at + 2 == bytes.size();
+    const std::uint16_t units[] = {unitAt(bytes, at, isBig),
+                                   isLast ? std::uint16_t{0} : unitAt(bytes, at + 2, isBig)};
+    if (!isHalf(units[0])) {
+      appendUtf8(text, units[0]);
+    } else if (const Text pair = utf8From(units)) {
+      text += *pair;
+      at += 2;
+    } else {
+      text += halfMark;
+    }
+  }
+  return text;
+}
+
 // --- The document, from tag to tag ---
 
 /// Each step answers false where the document turns out to be no property list, or beyond the
@@ -194,7 +232,9 @@ bool Document::characters(std::string_view text) {
 /// bring that one.
 class Parse {
  public:
-  Parse(std::string_view bytes, bool hasMarks) : bytes_(bytes), document_(bytes.size(), hasMarks) {}
+  /// `encoding` overrules the one that the document names; null detects it.
+  Parse(std::string_view bytes, bool hasMarks, const char* encoding = nullptr)
+      : bytes_(bytes), parser_(encoding), document_(bytes.size(), hasMarks) {}
 
   [[nodiscard]] platform::ListReading read();
 
@@ -204,7 +244,7 @@ class Parse {
   void handleDeclarations();
 
   std::string_view bytes_;
-  xml::Parser parser_{nullptr};
+  xml::Parser parser_;
   Document document_;
 };
 
@@ -271,6 +311,7 @@ std::optional<platform::ListReading> readPlainly(std::string_view bytes) {
 
 platform::ListReading readXml(std::string_view bytes, bool plainFirst) {
   if (auto plain = plainFirst ? readPlainly(bytes) : std::nullopt) return *std::move(plain);
+  if (const auto text = fromUtf16(bytes)) return Parse(*text, true, "UTF-8").read();
   platform::ListReading reading = Parse(bytes, false).read();
   if (reading.state != platform::ListState::damaged) return reading;
   const std::string marked = withHalvesMarked(bytes);

@@ -441,6 +441,42 @@ std::string inUtf16(std::string_view text, bool bigEndian) {
   return bytes;
 }
 
+/// The ASCII document `text` in UTF-16, with `unit` in the place of each "?".
+std::string inUtf16With(char16_t unit, std::string_view text, bool isBig) {
+  std::string bytes;
+  for (const char character : text) {
+    const char16_t next = character == '?' ? unit : static_cast<char16_t>(character);
+    const char high = static_cast<char>(next >> 8);
+    const char low = static_cast<char>(next & 0xFF);
+    bytes += isBig ? std::string{high, low} : std::string{low, high};
+  }
+  return bytes;
+}
+
+TEST(PropertyListRead, LeavesOutHalfASurrogatePairInUtf16Too) {
+  const std::string list =
+      "<plist><dict><key>a</key><true/><key>k</key><string>x?y</string><key>?</key><dict/>"
+      "<key>l</key><string>?</string></dict></plist>";
+  for (const bool isBig : {true, false}) {
+    for (const int half : {0xD800, 0xDBFF, 0xDC00, 0xDFFF}) {
+      const std::string bytes = inUtf16With(static_cast<char16_t>(half), list, isBig);
+      for (const std::string& document : {bytes, inUtf16With(0xFEFF, "?", isBig) + bytes}) {
+        const platform::ListReading reading = read(document);
+        EXPECT_EQ(reading.state, platform::ListState::partial) << half;
+        EXPECT_EQ(reading.dictionary, (Dictionary{{"a", true}})) << half;
+      }
+    }
+    const std::string whole = inUtf16With(0xD83D, "<plist><dict><key>k</key><string>?", isBig) +
+                              inUtf16With(0xDE00, "?</string></dict></plist>", isBig);
+    EXPECT_EQ(read(whole).state, platform::ListState::whole);
+    EXPECT_EQ(read(whole).dictionary, (Dictionary{{"k", "\xF0\x9F\x98\x80"}}));
+    EXPECT_EQ(read(whole + "\n").state, platform::ListState::damaged) << "half a unit";
+    EXPECT_EQ(read(inUtf16With(0xD83D, "<plist><dict/></plist>?", isBig)).state,
+              platform::ListState::damaged)
+        << "a half at the end";
+  }
+}
+
 TEST(PropertyListRead, ReadsOtherEncodingsThatTheDocumentNames) {
   const Dictionary expected{{"caf\xC3\xA9", "\xC3\xBF"}};
   const std::string body = inPlist("<dict><key>caf\xE9</key><string>\xFF</string></dict>");
