@@ -20,33 +20,26 @@ constexpr Slot markup(std::string_view name, std::string_view text) {
   return {Part::markup, Field::none, name, text, ""};
 }
 
-constexpr std::array<Slot, 11> applicationSlots = {
-    markup("OrvanQXApplication", "<OrvanQXApplication"),
-    checksum,
-    version,
-    osVersion,
-    date,
-    locale,
-    identifier,
-    markup("Encrypted", "<Encrypted"),
-    marker,
-    {Part::payload, Field::payload, "Encrypted", "", "</Encrypted>"},
-    markup("OrvanQXApplication", "</OrvanQXApplication>"),
-};
+/// The two layouts without a printer's identity differ in the name of their wrapper alone.
+constexpr std::array<Slot, 11> slotsWithin(std::string_view wrapper, std::string_view opening,
+                                           std::string_view closing) {
+  return {markup(wrapper, opening),
+          checksum,
+          version,
+          osVersion,
+          date,
+          locale,
+          identifier,
+          markup("Encrypted", "<Encrypted"),
+          marker,
+          {Part::payload, Field::payload, "Encrypted", "", "</Encrypted>"},
+          markup(wrapper, closing)};
+}
 
-constexpr std::array<Slot, 11> printerSlots = {
-    markup("OrvanQX2Application", "<OrvanQX2Application"),
-    checksum,
-    version,
-    osVersion,
-    date,
-    locale,
-    identifier,
-    markup("Encrypted", "<Encrypted"),
-    marker,
-    {Part::payload, Field::payload, "Encrypted", "", "</Encrypted>"},
-    markup("OrvanQX2Application", "</OrvanQX2Application>"),
-};
+constexpr auto applicationSlots =
+    slotsWithin("OrvanQXApplication", "<OrvanQXApplication", "</OrvanQXApplication>");
+constexpr auto printerSlots =
+    slotsWithin("OrvanQX2Application", "<OrvanQX2Application", "</OrvanQX2Application>");
 
 constexpr std::array<Slot, mostSlots> olderTagSlots = {
     markup("OrvanQXPrinter", "<OrvanQXPrinter"),
