@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
-#include <system_error>
 
 #include "base/Integer.h"
 #include "base/Utf8.h"

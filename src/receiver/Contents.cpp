@@ -45,7 +45,7 @@ std::size_t leadingDigits(std::string_view text) {
 std::size_t decodeDigits(std::string_view text, char* bytes) {
   const std::size_t pairs = text.size() / 2;
   const char* digits = text.data();
-  // Whether all were digits is asked once, behind the loop: nearly always they were.
+  // Whether all were digits is asked once, after the loop: nearly always they were.
   unsigned all = 0;
   for (std::size_t i = 0; i < pairs; ++i) {
     const unsigned high = valueOf(digits[2 * i]);

@@ -8,6 +8,8 @@
 #include "support/ExpectedDocument.h"
 #include "support/FailingAllocations.h"
 #include "support/PlatformTest.h"
+#include "wenlolib/CommonTooWenlolib.h"
+#include "wenlolib/version.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -198,6 +200,11 @@ TEST(PluginVersion, IsThreeNumbersAndStaysWhereItIs) {
   EXPECT_TRUE(std::regex_match(version, std::regex("(0|[1-9]\\d*)(\\.(0|[1-9]\\d*)){2}")))
       << version;
   EXPECT_EQ(WENLOLIB_version(), version);
+}
+
+TEST(PluginVersion, IsThatOfTheHeadersAsTextAndAsANumber) {
+  EXPECT_STREQ(WENLOLIB_version(), WENLOLIB_VERSION);
+  EXPECT_EQ(CommonTooWenlolib::convertVersionStrToNum(WENLOLIB_VERSION), WENLOLIB_VERSION_NUMBER);
 }
 
 }  // namespace
