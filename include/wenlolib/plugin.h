@@ -27,16 +27,11 @@ typedef struct WENLOLIBEntry {
   const char *key, *value;
 } WENLOLIBEntry;
 
-/* Whether application usage may be recorded now. No while the OS version is unknown. From OS 10.17
- * on the support version list must name the library's version (the running bundle's
- * CFBundleShortVersionString), with an OS version not below the running one. Beyond that the low
- * four bits of `option` choose what is needed: 0 and 1 the user's agreement and an installation
- * date less than 1440 days ago, 2 neither of these; all others are refused. */
+/* Whether application usage may be recorded now: 1 or 0. The rule stands with `isSupported` in
+ * <wenlolib/WENLOLIB.h>. Of `option` the low four bits count. */
 WENLOLIB_EXPORT int WENLOLIB_isSupported(uint32_t option);
 
-/* Whether a printer log may be recorded now: an installation date less than 3614 days ago. No while
- * the OS version is unknown. From OS 10.17 on the support version list must name the library's
- * version (the installed bundle's CFBundleVersion), with an OS version not below the running one.
+/* Whether a printer log may be recorded now: 1 or 0, by the rule of `isSupportedPlm` there.
  * `option` is ignored. */
 WENLOLIB_EXPORT int WENLOLIB_isSupportedPlm(uint32_t option);
 

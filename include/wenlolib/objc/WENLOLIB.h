@@ -80,9 +80,8 @@ WENLOLIB_NONNULL_BEGIN
                               otherInfo:(NSDictionary* WENLOLIB_NULLABLE)otherInfo;
 
 /**
- * Whether application usage may be recorded now. The low four bits of option choose what is needed:
- * 0 and 1 the user's agreement and an installation date less than 1440 days ago, 2 neither; all
- * others are refused. Higher bits are ignored.
+ * Whether application usage may be recorded now. The rule stands with isSupported in
+ * <wenlolib/WENLOLIB.h>. Of option the low four bits count.
  */
 + (BOOL)isSupported:(unsigned int)option;
 
@@ -208,8 +207,8 @@ WENLOLIB_NONNULL_BEGIN
 /* --- More class operations --- */
 
 /**
- * Whether a printer log may be recorded now: an installation date less than 3614 days ago. option
- * is ignored.
+ * Whether a printer log may be recorded now, by the rule of isSupportedPlm there. option is
+ * ignored.
  */
 + (BOOL)isSupportedPlm:(unsigned int)option;
 
