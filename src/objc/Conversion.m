@@ -33,24 +33,13 @@ typedef struct Reading {
   BOOL noMemory; /* then the whole is nothing: a record with half of its entries would be wrong */
 } Reading;
 
-typedef BOOL (*Step)(Reading* reading, Plain* plain, id object);
-
 static BOOL outOfMemory(Reading* reading) {
   reading->noMemory = YES;
   return NO;
 }
 
-/* NO, too, where the object raises. */
-static BOOL succeeds(Step step, Reading* reading, Plain* plain, id object) {
-  volatile BOOL done = NO;
-  @try {
-    done = step(reading, plain, object);
-  } @catch (NSException* raised) {
-    if (saysNoMemory(raised)) (void)outOfMemory(reading);
-  } @catch (...) {
-    done = NO;
-  }
-  return done;
+static BOOL succeeds(ReadingStep step, Reading* reading, Plain* plain, id object) {
+  return succeedsGuarded(step, reading, plain, object, &reading->noMemory);
 }
 
 /* How many of the first units are certainly no half of a surrogate pair, looked at four at once. */
@@ -253,7 +242,7 @@ static void fill(Reading* reading, Plain* plain, id object) {
   begin(reading, plain, object);
   while (reading->depth > 0 && !reading->noMemory) {
     const Level level = reading->levels[reading->depth - 1];
-    const Step add = level.plain->kind == plainArray ? addItem : addEntry;
+    const ReadingStep add = level.plain->kind == plainArray ? addItem : addEntry;
     const size_t depth = reading->depth;
     if (succeeds(add, reading, level.plain, level.object)) continue;
     plainFree(level.plain);

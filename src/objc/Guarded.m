@@ -1,5 +1,5 @@
-/* What Foundation may raise for lack of memory, and a host's class for any reason: an answer
- * instead. */
+/* The catch around a host's object and around Foundation: a host's class may raise for any reason,
+ * Foundation for lack of memory. An answer comes of it instead. */
 #include <stdlib.h>
 
 #import "objc/Private.h"
@@ -41,7 +41,7 @@ id stillGood(id object) {
   return kept;
 }
 
-BOOL saysNoMemory(NSException* raised) {
+static BOOL saysNoMemory(NSException* raised) {
   volatile BOOL says = NO;
   @try {
     says = [[raised name] isEqual:NSMallocException];
@@ -49,4 +49,17 @@ BOOL saysNoMemory(NSException* raised) {
     says = NO;
   }
   return says;
+}
+
+BOOL succeedsGuarded(ReadingStep step, struct Reading* reading, Plain* plain, id object,
+                     BOOL* noMemory) {
+  volatile BOOL done = NO;
+  @try {
+    done = step(reading, plain, object);
+  } @catch (NSException* raised) {
+    if (saysNoMemory(raised)) *noMemory = YES;
+  } @catch (...) {
+    done = NO;
+  }
+  return done;
 }

@@ -143,11 +143,17 @@ BOOL isRoomFor(size_t bytes);
 NSAutoreleasePool* newPool(void);
 void drainPool(NSAutoreleasePool* pool);
 
-/* Whether an exception tells of a lack of memory. */
-BOOL saysNoMemory(NSException* raised);
-
 /* The host's own object, good until the pool drains; nil for one that raises. */
 id stillGood(id object);
+
+/* One step of reading a host's object. */
+struct Reading;
+typedef BOOL (*ReadingStep)(struct Reading* reading, Plain* plain, id object);
+
+/* What the step answers. NO, too, where the object raises; noMemory is then YES where it raised for
+ * lack of memory, and else stays as it is. */
+BOOL succeedsGuarded(ReadingStep step, struct Reading* reading, Plain* plain, id object,
+                     BOOL* noMemory);
 #endif
 
 #ifdef __cplusplus
