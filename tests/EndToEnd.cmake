@@ -10,7 +10,7 @@ test_binary(endtoend_tests endtoend ${endtoend_tests} PROPERTIES
 target_link_libraries(endtoend_tests PRIVATE test_support wenlolib_static process_state)
 
 # What several threads do at once, by itself: for the thread sanitizer.
-set(threaded_tools documents/DocumentFiles documents/Jobs
+set(threaded_tools documents/DocumentFiles documents/InputFile documents/Jobs
   terminal/Format terminal/Output terminal/VisibleText)
 list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
 list(TRANSFORM threaded_tools APPEND .cpp)

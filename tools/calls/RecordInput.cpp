@@ -1,15 +1,13 @@
 #include "calls/RecordInput.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
-#include <system_error>
 
 #include "base/Utf8.h"
 #include "calls/CommandLine.h"
+#include "documents/InputFile.h"
 #include "record/HeaderValues.h"
 #include "terminal/Format.h"
 
@@ -63,27 +61,6 @@ RecordRequest requestOf(const RecordArguments& arguments) {
 
 namespace {
 
-class Source {
- public:
-  explicit Source(const std::string& path) : owned_(path != "-") {
-    number_ = owned_ ? ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY) : STDIN_FILENO;
-  }
-  ~Source() {
-    if (owned_ && number_ >= 0) static_cast<void>(::close(number_));
-  }
-  Source(const Source&) = delete;
-  Source& operator=(const Source&) = delete;
-  [[nodiscard]] int number() const { return number_; }
-
- private:
-  bool owned_;
-  int number_;
-};
-
-std::string lastError() {
-  return std::generic_category().message(errno);
-}
-
 /// What a regular file has to hold, and so what to make room for; 0 where that is not known.
 std::size_t sizeOf(int file) {
   struct stat status {};
@@ -115,24 +92,16 @@ std::size_t firstNonUtf8(std::string_view text) {
 }  // namespace
 
 ContentsInput readContents(const std::string& path, std::size_t most) {
-  const Source source(path);
-  if (source.number() < 0) return refusal(lastError());
-  const std::size_t expected = sizeOf(source.number());
+  const InputFile file = path == "-" ? InputFile::standardInput() : InputFile(path);
+  if (file.number() < 0) return refusal(systemMessage(errno));
+  const std::size_t expected = sizeOf(file.number());
   if (expected > most) return sizeRefusal(most);
-  ContentsInput input;
-  std::size_t length = 0;
   constexpr std::size_t piece = std::size_t{64} << 10;
+  ContentsInput input;
   input.contents.resize(expected + piece);
-  while (true) {
-    const ssize_t count =
-        ::read(source.number(), input.contents.data() + length, input.contents.size() - length);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return refusal(lastError());
-    if (count == 0) break;
-    length += static_cast<std::size_t>(count);
-    if (length > most) return sizeRefusal(most);
-    if (length == input.contents.size()) input.contents.resize(2 * length);
-  }
+  const auto [length, error] = file.readAll(expected, most, input.contents);
+  if (error == EFBIG) return sizeRefusal(most);
+  if (error != 0) return refusal(systemMessage(error));
   input.contents.resize(length);
   if (isUtf8(input.contents)) return input;
   return refusal("the contents are not UTF-8: no character begins at byte " +

@@ -2,10 +2,10 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
+
+#include "documents/InputFile.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -17,10 +17,6 @@ bool hasDocumentName(std::string_view name) {
 
 bool isItselfOrParent(std::string_view name) {
   return name == "." || name == "..";
-}
-
-std::string systemMessage(int number) {
-  return std::generic_category().message(number);
 }
 
 /// The type of a folder's entry, where the file system did not say it along with the name.
@@ -118,27 +114,16 @@ namespace {
 
 constexpr std::size_t keptBytes = std::size_t{1} << 20;
 
-class OpenFile {
- public:
-  explicit OpenFile(int file) : file_(file) {}
-  ~OpenFile() {
-    if (file_ >= 0) close(file_);
-  }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-
-  [[nodiscard]] int get() const { return file_; }
-
- private:
-  int file_;
-};
-
 DocumentReading complaint(std::string text) {
   return {{}, std::move(text), false};
 }
 
 DocumentReading failure(int number) {
   return complaint(systemMessage(number));
+}
+
+DocumentReading tooLarge() {
+  return complaint("larger than any document");
 }
 
 const char* kindName(mode_t mode) {
@@ -163,32 +148,18 @@ DocumentReading openFailure(const Candidate& candidate, int number) {
   return failure(number);
 }
 
-/// One read, whatever signals arrive.
-ssize_t readSome(int file, char* place, std::size_t room) {
-  for (;;) {
-    const ssize_t count = read(file, place, room);
-    if (count >= 0 || errno != EINTR) return count;
-  }
-}
-
 /// Room for the expected bytes and one more, whose absence shows the end without another call.
 void makeRoom(std::string& buffer, std::size_t room) {
   if (buffer.size() > keptBytes && room <= keptBytes) std::string().swap(buffer);
   if (buffer.size() < room) buffer.resize(room);
 }
 
-DocumentReading readAll(int file, std::size_t expected, std::string& buffer) {
+DocumentReading readAll(const InputFile& file, std::size_t expected, std::string& buffer) {
   makeRoom(buffer, expected + 1);
-  std::size_t length = 0;
-  for (;;) {
-    const ssize_t count = readSome(file, buffer.data() + length, buffer.size() - length);
-    if (count < 0) return failure(errno);
-    length += static_cast<std::size_t>(count);
-    // A regular file reads short at its end alone.
-    if (count == 0 || length == expected) return {{buffer.data(), length}, "", false};
-    if (length > largestDocument) return complaint("larger than any document");
-    if (length == buffer.size()) buffer.resize(2 * length);
-  }
+  const auto [length, error] = file.readAll(expected, largestDocument, buffer);
+  if (error == EFBIG) return tooLarge();
+  if (error != 0) return failure(error);
+  return {{buffer.data(), length}, "", false};
 }
 
 }  // namespace
@@ -200,13 +171,13 @@ DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
     if (stat(candidate.path.c_str(), &status) != 0) return openFailure(candidate, errno);
     if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   }
-  const OpenFile file(open(candidate.path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  if (file.get() < 0) return openFailure(candidate, errno);
-  if (fstat(file.get(), &status) != 0) return failure(errno);
+  const InputFile file(candidate.path, O_NONBLOCK);
+  if (file.number() < 0) return openFailure(candidate, errno);
+  if (fstat(file.number(), &status) != 0) return failure(errno);
   if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   const auto size = static_cast<std::size_t>(status.st_size);
-  if (size > largestDocument) return complaint("larger than any document");
-  return readAll(file.get(), size, buffer);
+  if (size > largestDocument) return tooLarge();
+  return readAll(file, size, buffer);
 }
 
 }  // namespace wenlolib::tools

@@ -1,0 +1,45 @@
+/// One file that is read: a document, or the contents of a record.
+#ifndef WENLOLIB_TOOLS_DOCUMENTS_INPUTFILE_H
+#define WENLOLIB_TOOLS_DOCUMENTS_INPUTFILE_H
+
+#include <cstddef>
+#include <string>
+
+namespace wenlolib::tools {
+
+/// The system's words for an error number.
+[[nodiscard]] std::string systemMessage(int error);
+
+/// Open for reading, and closed at the end of the scope. Standard input stays open.
+class InputFile {
+ public:
+  /// `flags` are more of those of `open`.
+  explicit InputFile(const std::string& path, int flags = 0);
+  [[nodiscard]] static InputFile standardInput();
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  /// Below 0 where it could not be opened; `errno` then says why.
+  [[nodiscard]] int number() const { return number_; }
+
+  struct Reading {
+    std::size_t length = 0;  // bytes at the front of the buffer
+    int error = 0;           // EFBIG for more than `most` bytes
+  };
+
+  /// Reads to the end, whatever signals arrive. The buffer, which must be larger than `expected`,
+  /// grows as needed and never shrinks. The end of a file of `expected` bytes, not 0, is known
+  /// without another call.
+  [[nodiscard]] Reading readAll(std::size_t expected, std::size_t most, std::string& buffer) const;
+
+ private:
+  InputFile(int number, bool owned) : number_(number), owned_(owned) {}
+
+  int number_;
+  bool owned_ = true;
+};
+
+}  // namespace wenlolib::tools
+
+#endif
