@@ -8,7 +8,7 @@
 #include "base/Integer.h"
 #include "base/Utf8.h"
 #include "receiver/Contents.h"
-#include "receiver/Faults.h"
+#include "receiver/Damage.h"
 #include "receiver/Match.h"
 #include "receiver/Repair.h"
 #include "wenlolib/Receiver.h"

@@ -1,5 +1,5 @@
 // What the parser need not see, and what it says where it is asked.
-#include "receiver/Faults.h"
+#include "receiver/Damage.h"
 
 #include <gtest/gtest.h>
 

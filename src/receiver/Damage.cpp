@@ -1,4 +1,4 @@
-#include "receiver/Faults.h"
+#include "receiver/Damage.h"
 
 #include <algorithm>
 #include <array>

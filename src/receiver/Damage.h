@@ -1,6 +1,6 @@
 /// What is wrong with the form of a document: truncated, damaged, and where.
-#ifndef WENLOLIB_RECEIVER_FAULTS_H
-#define WENLOLIB_RECEIVER_FAULTS_H
+#ifndef WENLOLIB_RECEIVER_DAMAGE_H
+#define WENLOLIB_RECEIVER_DAMAGE_H
 
 #include <cstddef>
 #include <optional>
