@@ -6,7 +6,7 @@
 #include "base/Trace.h"
 #include "base/Utf8.h"
 #include "platform/Platform.h"
-#include "policy/SupportDecision.h"
+#include "policy/RecordingGates.h"
 #include "record/Document.h"
 #include "record/HeaderValues.h"
 #include "record/Identifier.h"

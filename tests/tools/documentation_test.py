@@ -113,7 +113,7 @@ def rows_of(name, path):
 def gate_names():
     """(reason, gate), in the order of the gates, as the decision has them."""
     return [(reason, code) for code, _, reason in rows_of("gateNames",
-                                                          "src/policy/SupportDecision.h")]
+                                                          "src/policy/RecordingGates.h")]
 
 
 def state_codes():
@@ -194,7 +194,7 @@ class Documentation(unittest.TestCase):
         self.assertEqual(in_the_host_guide(), gates[1:])
 
     def test_guides_name_the_periods(self):
-        with open(os.path.join(ROOT, "src/policy/SupportDecision.h"), encoding="utf-8") as file:
+        with open(os.path.join(ROOT, "src/policy/RecordingGates.h"), encoding="utf-8") as file:
             application, printer = re.findall(r"std::chrono::days\((\d+)\)", file.read())
         guide = "docs/host-guide.md"
         for name, told in [

@@ -3,7 +3,7 @@
 #include "library/Wording.h"
 #include "platform/Platform.h"
 #include "platform/posix/PosixPropertyLists.h"
-#include "policy/SupportDecision.h"
+#include "policy/RecordingGates.h"
 #include "record/Identifier.h"
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"

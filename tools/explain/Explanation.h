@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "policy/SupportDecision.h"
+#include "policy/RecordingGates.h"
 #include "terminal/Output.h"
 #include "wenlolib/Text.h"
 

@@ -10,7 +10,7 @@
 
 #include "platform/Files.h"
 #include "platform/PropertyLists.h"
-#include "policy/SupportDecision.h"
+#include "policy/RecordingGates.h"
 #include "wenlolib/Instant.h"
 #include "wenlolib/Text.h"
 #include "wenlolib/Value.h"

@@ -8,7 +8,7 @@
 
 #include "library/ToolPlatform.h"
 #include "platform/Platform.h"
-#include "policy/SupportDecision.h"
+#include "policy/RecordingGates.h"
 #include "wenlolib/Value.h"
 
 namespace wenlolib::tools {

@@ -1,6 +1,6 @@
 /// Whether a record may be written at all.
-#ifndef WENLOLIB_POLICY_SUPPORTDECISION_H
-#define WENLOLIB_POLICY_SUPPORTDECISION_H
+#ifndef WENLOLIB_POLICY_RECORDINGGATES_H
+#define WENLOLIB_POLICY_RECORDINGGATES_H
 
 #include <chrono>
 #include <cstddef>

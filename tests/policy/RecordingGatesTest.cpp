@@ -1,4 +1,4 @@
-#include "policy/SupportDecision.h"
+#include "policy/RecordingGates.h"
 
 #include <gtest/gtest.h>
 
