@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "platform/Platform.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::bench {

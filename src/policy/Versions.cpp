@@ -8,8 +8,8 @@
 #include "base/Utf8.h"
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {

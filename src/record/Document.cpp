@@ -12,7 +12,7 @@
 #include "codec/Encryption.h"
 #include "platform/Platform.h"
 #include "toolkit/DateLayouts.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 #include "wenlolib/codec.h"
 

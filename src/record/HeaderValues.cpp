@@ -7,8 +7,8 @@
 #include "base/Integer.h"
 #include "base/Utf8.h"
 #include "platform/Platform.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "toolkit/SystemInformation.h"
 
 namespace wenlolib {

@@ -4,9 +4,9 @@
 
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
 #include "toolkit/Permissions.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 
 namespace wenlolib {
 namespace {

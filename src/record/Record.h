@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "platform/Time.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib {

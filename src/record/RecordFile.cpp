@@ -8,8 +8,8 @@
 #include "platform/Platform.h"
 #include "toolkit/DateLayouts.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
 #include "toolkit/Permissions.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {

@@ -7,8 +7,8 @@
 #include "base/Path.h"
 #include "base/Utf8.h"
 #include "platform/Platform.h"
-#include "toolkit/Names.h"
 #include "toolkit/Permissions.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib {

@@ -3,7 +3,7 @@
 #include "base/Utf8.h"
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 
 namespace wenlolib {
 

@@ -4,8 +4,8 @@
 
 #include "base/Path.h"
 #include "support/PlatformTest.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 
 namespace wenlolib::tests {
 namespace {

@@ -12,9 +12,9 @@
 #include "terminal/Output.h"
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
 #include "toolkit/Permissions.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

@@ -4,8 +4,8 @@
 #include "platform/Platform.h"
 #include "record/HeaderValues.h"
 #include "terminal/VisibleText.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 #include "wenlolib/version.h"
 

@@ -15,8 +15,8 @@
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

@@ -3,8 +3,8 @@
 #include "library/Wording.h"
 #include "platform/Platform.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {

@@ -9,7 +9,7 @@
 #include "platform/posix/PosixPropertyLists.h"
 #include "terminal/Format.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "platform/Forwarding.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/WENLOLIB.h"
 
 namespace wenlolib::tools {

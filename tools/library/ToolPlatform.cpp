@@ -5,7 +5,7 @@
 #include "library/Wording.h"
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
-#include "toolkit/Names.h"
+#include "toolkit/SharedNames.h"
 #include "wenlolib/version.h"
 
 namespace wenlolib::tools {

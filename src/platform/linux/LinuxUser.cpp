@@ -13,8 +13,8 @@
 #include "base/Integer.h"
 #include "base/Path.h"
 #include "base/Utf8.h"
-#include "platform/posix/BoundedRead.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/WholeFile.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {

@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "base/Integer.h"
-#include "platform/posix/BoundedRead.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/WholeFile.h"
 
 namespace wenlolib::platform::gnulinux {
 namespace {

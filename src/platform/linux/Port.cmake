@@ -3,12 +3,12 @@ include(linux/BuiltIn.cmake)
 
 add_library(wenlolib_port OBJECT
   posix/AtomicFile.cpp
-  posix/BoundedRead.cpp
   posix/PosixFiles.cpp
   posix/PosixPropertyLists.cpp
   posix/PosixTime.cpp
   posix/Random.cpp
   posix/SystemCalls.cpp
+  posix/WholeFile.cpp
   linux/BuiltIn.cpp
   linux/ExceptionStorage.cpp
   linux/LinuxPlatform.cpp

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "platform/posix/BoundedRead.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/WholeFile.h"
 #include "plist/PropertyList.h"
 
 namespace wenlolib::platform::posix {

@@ -9,8 +9,8 @@
 #include <string>
 
 #include "platform/Time.h"
-#include "platform/posix/BoundedRead.h"
 #include "platform/posix/Errors.h"
+#include "platform/posix/WholeFile.h"
 
 // The first use of local time
 //

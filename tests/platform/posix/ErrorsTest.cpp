@@ -7,12 +7,12 @@
 
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/LoadedFrom.h"
-#include "platform/posix/BoundedRead.h"
 #include "platform/posix/BrokenCalls.h"
 #include "platform/posix/Child.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixPropertyLists.h"
 #include "platform/posix/TemporaryFolder.h"
+#include "platform/posix/WholeFile.h"
 #include "xml/Parser.h"
 
 namespace wenlolib::tests {

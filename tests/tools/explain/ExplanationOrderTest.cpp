@@ -5,8 +5,8 @@
 
 #include "explain/Explanation.h"
 #include "support/PlatformTest.h"
-#include "toolkit/Names.h"
 #include "toolkit/Preferences.h"
+#include "toolkit/SharedNames.h"
 #include "tools/explain/RandomStates.h"
 
 namespace wenlolib::tests {

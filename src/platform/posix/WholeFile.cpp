@@ -1,4 +1,4 @@
-#include "platform/posix/BoundedRead.h"
+#include "platform/posix/WholeFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

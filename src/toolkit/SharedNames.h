@@ -1,6 +1,6 @@
 /// The fixed names and numbers that the library shares with its hosts.
-#ifndef WENLOLIB_TOOLKIT_NAMES_H
-#define WENLOLIB_TOOLKIT_NAMES_H
+#ifndef WENLOLIB_TOOLKIT_SHAREDNAMES_H
+#define WENLOLIB_TOOLKIT_SHAREDNAMES_H
 
 #include <cstdint>
 #include <string_view>

@@ -1,6 +1,6 @@
 /// Reading files that somebody else has written.
-#ifndef WENLOLIB_PLATFORM_POSIX_BOUNDEDREAD_H
-#define WENLOLIB_PLATFORM_POSIX_BOUNDEDREAD_H
+#ifndef WENLOLIB_PLATFORM_POSIX_WHOLEFILE_H
+#define WENLOLIB_PLATFORM_POSIX_WHOLEFILE_H
 
 #include <cstddef>
 #include <optional>

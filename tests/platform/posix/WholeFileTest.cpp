@@ -1,4 +1,4 @@
-#include "platform/posix/BoundedRead.h"
+#include "platform/posix/WholeFile.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -31,13 +31,13 @@ std::optional<std::string> readWhole(const std::string& file, std::size_t bound)
   return platform::posix::readWhole(file, bound).bytes;
 }
 
-class BoundedRead : public testing::Test {
+class ReadWhole : public testing::Test {
  protected:
   TemporaryFolder folder;
   std::string path = folder / "file";
 };
 
-TEST_F(BoundedRead, GivesAllOfAFile) {
+TEST_F(ReadWhole, GivesAllOfAFile) {
   using namespace std::string_literals;
   for (const std::string& bytes : {""s, "x"s, "a\0b\n"s, std::string(300'000, 'z')}) {
     writeFile(path, bytes);
@@ -45,7 +45,7 @@ TEST_F(BoundedRead, GivesAllOfAFile) {
   }
 }
 
-TEST_F(BoundedRead, TakesAFileAtTheBoundAndNoneAbove) {
+TEST_F(ReadWhole, TakesAFileAtTheBoundAndNoneAbove) {
   writeFile(path, std::string(1000, 'x'));
   EXPECT_EQ(readWhole(path, 1000), std::string(1000, 'x'));
   EXPECT_EQ(readWhole(path, 999), std::nullopt);
@@ -53,13 +53,13 @@ TEST_F(BoundedRead, TakesAFileAtTheBoundAndNoneAbove) {
   EXPECT_EQ(readWhole(path, 0), "");
 }
 
-TEST_F(BoundedRead, FollowsLinks) {
+TEST_F(ReadWhole, FollowsLinks) {
   writeFile(path, "bytes");
   std::filesystem::create_symlink("file", folder / "link");
   EXPECT_EQ(readWhole(folder / "link", 10), "bytes");
 }
 
-TEST_F(BoundedRead, GivesNothingForWhatIsNoFile) {
+TEST_F(ReadWhole, GivesNothingForWhatIsNoFile) {
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
   std::filesystem::create_symlink("nowhere", folder / "dangling");
   EXPECT_EQ(readWhole(path, 10), std::nullopt);
@@ -71,7 +71,7 @@ TEST_F(BoundedRead, GivesNothingForWhatIsNoFile) {
   EXPECT_EQ(readWhole("", 10), std::nullopt);
 }
 
-TEST_F(BoundedRead, GivesNothingForASparseGigabyteAndAsksForNoMemory) {
+TEST_F(ReadWhole, GivesNothingForASparseGigabyteAndAsksForNoMemory) {
   writeFile(path, "x");
   ASSERT_EQ(::truncate(path.c_str(), off_t{1} << 30), 0);
   const CountedAllocations counted;
@@ -79,7 +79,7 @@ TEST_F(BoundedRead, GivesNothingForASparseGigabyteAndAsksForNoMemory) {
   EXPECT_LT(counted.largest(), std::size_t{1} << 20);
 }
 
-TEST_F(BoundedRead, GivesAllOfAFileWhoseSizeIsNotToldBeforehand) {
+TEST_F(ReadWhole, GivesAllOfAFileWhoseSizeIsNotToldBeforehand) {
   const auto status = readWhole("/proc/self/status", 1 << 20);
   ASSERT_TRUE(status);
   EXPECT_NE(status->find("Pid:"), std::string::npos);
@@ -107,7 +107,7 @@ class ManyMappings {
   void* start_ = nullptr;
 };
 
-TEST_F(BoundedRead, ReadsOnWhereTheKernelHandsAFileOutInPieces) {
+TEST_F(ReadWhole, ReadsOnWhereTheKernelHandsAFileOutInPieces) {
   const ManyMappings many;
   const auto maps = readWhole("/proc/self/maps", 1 << 20);
   ASSERT_TRUE(maps);
@@ -118,11 +118,11 @@ TEST_F(BoundedRead, ReadsOnWhereTheKernelHandsAFileOutInPieces) {
   EXPECT_EQ(readWhole("/proc/self/maps", 10'000), std::nullopt);
 }
 
-TEST_F(BoundedRead, ThrowsWhereReadingFails) {
+TEST_F(ReadWhole, ThrowsWhereReadingFails) {
   EXPECT_THROW(static_cast<void>(readWhole("/proc/self/mem", 1 << 20)), std::system_error);
 }
 
-TEST_F(BoundedRead, GivesNothingForASocket) {
+TEST_F(ReadWhole, GivesNothingForASocket) {
   const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -171,21 +171,21 @@ class Lease {
   bool held_ = false;
 };
 
-TEST_F(BoundedRead, WaitsForALeaseThatIsGivenUp) {
+TEST_F(ReadWhole, WaitsForALeaseThatIsGivenUp) {
   writeFile(path, "bytes");
   const Lease lease(path, 0.2);
   if (!lease.held()) GTEST_SKIP() << "no lease is to be had on this file system";
   EXPECT_EQ(readWhole(path, 10), "bytes");
 }
 
-TEST_F(BoundedRead, ThrowsWhereALeaseIsNotGivenUp) {
+TEST_F(ReadWhole, ThrowsWhereALeaseIsNotGivenUp) {
   writeFile(path, "bytes");
   const Lease lease(path, 60);
   if (!lease.held()) GTEST_SKIP() << "no lease is to be had on this file system";
   EXPECT_THROW(static_cast<void>(readWhole(path, 10)), std::system_error);
 }
 
-TEST_F(BoundedRead, GivesABeginningOfAFileThatGrows) {
+TEST_F(ReadWhole, GivesABeginningOfAFileThatGrows) {
   writeFile(path, "x");
   const std::string piece(5000, 'x');
   constexpr std::size_t pieces = 200;
@@ -212,7 +212,7 @@ TEST_F(BoundedRead, GivesABeginningOfAFileThatGrows) {
   EXPECT_EQ(readWhole(path, 2'000'000)->size(), 1 + pieces * piece.size());
 }
 
-TEST_F(BoundedRead, SaysWhyThereIsNothing) {
+TEST_F(ReadWhole, SaysWhyThereIsNothing) {
   const auto expect = [](const std::string& file, Step step, int error) {
     const Reason reason = platform::posix::readWhole(file, 3).reason;
     EXPECT_EQ(reason.step, step) << file;
@@ -228,7 +228,7 @@ TEST_F(BoundedRead, SaysWhyThereIsNothing) {
   expect("/dev/null", Step::openFile, 0);
 }
 
-TEST_F(BoundedRead, LeavesNoDescriptorOpen) {
+TEST_F(ReadWhole, LeavesNoDescriptorOpen) {
   writeFile(path, "bytes");
   const auto before = namesIn("/proc/self/fd").size();
   for (int round = 0; round < 100; ++round) {
@@ -258,7 +258,7 @@ std::string told(const std::string& path) {
   }
 }
 
-TEST_F(BoundedRead, ThrowsWhereThereIsNoDescriptorLeft) {
+TEST_F(ReadWhole, ThrowsWhereThereIsNoDescriptorLeft) {
   writeFile(path, "bytes");
   const std::string missing = folder / "missing";
   const auto toldInAShortage = [](const std::string& file) {
@@ -269,7 +269,7 @@ TEST_F(BoundedRead, ThrowsWhereThereIsNoDescriptorLeft) {
 }
 
 /// A host that reads its closed standard input must not move on in a file that is being read.
-TEST_F(BoundedRead, ThrowsWhereOnlyAStandardDescriptorIsLeft) {
+TEST_F(ReadWhole, ThrowsWhereOnlyAStandardDescriptorIsLeft) {
   writeFile(path, "bytes");
   const std::string answer = inChild([&] {
     if (!limitDescriptors(64)) return notPermitted;
@@ -281,7 +281,7 @@ TEST_F(BoundedRead, ThrowsWhereOnlyAStandardDescriptorIsLeft) {
   EXPECT_EQ(answer, "(a shortage)");
 }
 
-TEST_F(BoundedRead, GivesAllOfAFileWhereTheStandardDescriptorsAreClosed) {
+TEST_F(ReadWhole, GivesAllOfAFileWhereTheStandardDescriptorsAreClosed) {
   writeFile(path, "bytes");
   const std::string answer = inChild([&] {
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(number);
