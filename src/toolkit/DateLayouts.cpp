@@ -32,7 +32,7 @@ Text zonedDate(platform::Calendar& calendar, Instant date) {
   const auto time = localTime(calendar, date);
   if (!time) return std::nullopt;
   std::string text = calendarText(*time, "%Y-%m-%dT%H:%M:%S%z");
-  return text.insert(text.size() - 2, ":");
+  return text.insert(text.size() - 2, 1, ':');
 }
 
 Text slashedDate(platform::Calendar& calendar, Instant date) {

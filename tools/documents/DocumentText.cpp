@@ -136,7 +136,7 @@ std::string dateText(const std::string& date) {
   const std::string local = localTime(*moment);
   std::string asLocal = date;
   std::ranges::replace(asLocal, 'T', ' ');
-  asLocal.insert(asLocal.find_last_of("+-"), " ");
+  asLocal.insert(asLocal.find_last_of("+-"), 1, ' ');
   return local == asLocal ? shown : fmt::format("{} (here {})", shown, local);
 }
 

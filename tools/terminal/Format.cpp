@@ -23,7 +23,7 @@ std::string sizeText(std::uint64_t bytes) {
 
 std::string groupDigits(std::uint64_t number) {
   std::string digits = std::to_string(number);
-  for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, ",");
+  for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, 1, ',');
   return digits;
 }
 

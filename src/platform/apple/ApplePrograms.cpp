@@ -101,8 +101,7 @@ void closeAllBut(int kept) {
     answer.ended = waitpid(program, &status, 0) == program;
     answer.status = posix::statusOf(status);
   }
-  static_cast<void>(::write(start.answer, &answer, sizeof answer));
-  _exit(0);
+  _exit(::write(start.answer, &answer, sizeof answer) < 0 ? 1 : 0);
 }
 
 /// Gone already where the host ignores its children or reaps them all; that is as good.

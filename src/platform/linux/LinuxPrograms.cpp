@@ -55,7 +55,7 @@ void closeAllBut(int answer) {
     int status = 0;
     if (waitpid(program, &status, 0) == program) {
       const std::int32_t result = posix::statusOf(status);
-      static_cast<void>(::write(answer, &result, sizeof result));
+      if (::write(answer, &result, sizeof result) < 0) _exit(1);
     }
   }
   _exit(0);

@@ -34,19 +34,15 @@ class Variable {
 /// whose offsets count to the west.
 class Zone {
  public:
-  explicit Zone(const char* zone) {
-    variable_.emplace("TZ", zone);
-    ::tzset();
-  }
-  ~Zone() {
-    variable_.reset();
-    ::tzset();
-  }
-  Zone(const Zone&) = delete;
-  Zone& operator=(const Zone&) = delete;
+  explicit Zone(const char* zone) : variable_("TZ", zone) { ::tzset(); }
 
  private:
-  std::optional<Variable> variable_;
+  struct Reset {
+    ~Reset() { ::tzset(); }
+  };
+
+  Reset afterwards_;  // once the variable is what it was
+  Variable variable_;
 };
 
 }  // namespace wenlolib::tests
