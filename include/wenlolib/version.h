@@ -3,9 +3,9 @@
 #ifndef WENLOLIB_VERSION_H
 #define WENLOLIB_VERSION_H
 
-#define WENLOLIB_VERSION "1.0.0"
+#define WENLOLIB_VERSION "1.0.1"
 
 /* The same as major * 10000 + minor * 100 + patch. */
-#define WENLOLIB_VERSION_NUMBER 10000
+#define WENLOLIB_VERSION_NUMBER 10001
 
 #endif

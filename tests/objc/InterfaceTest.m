@@ -5,6 +5,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "wenlolib/version.h"
+
 typedef struct Named {
   const char *selector, *types;
 } Named;
@@ -148,7 +150,8 @@ static void bothDeriveFromTheRootClass(void) {
 
 static void bundleKnowsItsPrincipalClassAndVersion(void) {
   CHECK([bundle principalClass] == recordClass);
-  CHECK_EQUAL([[bundle infoDictionary] objectForKey:@"CFBundleShortVersionString"], @"1.0.0");
+  CHECK_EQUAL([[bundle infoDictionary] objectForKey:@"CFBundleShortVersionString"],
+              [NSString stringWithUTF8String:WENLOLIB_VERSION]);
   CHECK([NSBundle bundleForClass:recordClass] == bundle);
 }
 

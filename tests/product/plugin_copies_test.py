@@ -23,15 +23,27 @@ linked_host = ""
 shared_object = ""
 
 
+def information_of(bundle):
+    with open(os.path.join(bundle, "Contents", "Info.plist"), "rb") as file:
+        return plistlib.load(file)
+
+
+def original_bundle():
+    return os.path.dirname(os.path.dirname(os.path.dirname(shared_object)))
+
+
+def own_version():
+    return information_of(original_bundle())["CFBundleShortVersionString"]
+
+
 def copy_of_version(folder, version):
     """A copy of the bundle below `folder`, changed to a version of as many characters."""
-    original = os.path.dirname(os.path.dirname(os.path.dirname(shared_object)))
+    original = original_bundle()
     bundle = os.path.join(folder, "WENLOLIB.bundle")
     shutil.copytree(original, bundle, symlinks=True)
     information = os.path.join(bundle, "Contents", "Info.plist")
-    with open(information, "rb") as file:
-        entries = plistlib.load(file)
-    own = entries["CFBundleShortVersionString"]
+    entries = information_of(bundle)
+    own = own_version()
     assert len(own) == len(version)
     with open(information, "wb") as file:
         plistlib.dump({**entries, "CFBundleShortVersionString": version,
@@ -67,7 +79,7 @@ class PluginCopies(unittest.TestCase):
                          {"First": short[0], "Second": short[1], "Remaining": short[1]})
 
     def in_both_orders(self, program):
-        own, other = (shared_object, "1.0.0"), (self.copy, "9.8.7")
+        own, other = (shared_object, own_version()), (self.copy, "9.8.7")
         for scope in ["local", "global"]:
             for pairs in [(own, other), (other, own)]:
                 with self.subTest(scope=scope, first=pairs[0][1]):

@@ -13,6 +13,7 @@
 #include <sys/mman.h>
 
 #include "plugin_library.h"
+#include "wenlolib/version.h"
 
 enum { askAgreement = 1, needsNoAgreement = 2, unknownMode = 3 };
 
@@ -92,7 +93,7 @@ typedef struct Host {
 
 static void* use(void* pointer) {
   const Host* host = pointer;
-  expect(strcmp(host->library.version(), "1.0.0") == 0, "the version is 1.0.0");
+  expect(strcmp(host->library.version(), WENLOLIB_VERSION) == 0, "the version is the headers'");
   useCodec(&host->library);
   refuse(&host->library, host->contents);
   record(&host->library, host->contents);
