@@ -1,6 +1,5 @@
 # Objective-C with Foundation: Apple's own on a Mac, GNUstep on GCC's runtime elsewhere. The target
 # wenlolib_foundation is there where both a compiler and a Foundation are found.
-option(WENLOLIB_BUILD_OBJC "Build the Objective-C classes where Foundation is found" ON)
 if(NOT WENLOLIB_BUILD_OBJC OR NOT WENLOLIB_BUILD_PRODUCTS)
   return()
 endif()

@@ -6,7 +6,10 @@ endif()
 # The check of virtual tables opens a pipe, and so raises a false alarm in a test that has no
 # descriptors left.
 add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=vptr
-  -fno-sanitize-recover=all
-  -fno-omit-frame-pointer)
+  -fno-sanitize-recover=all -fno-omit-frame-pointer)
 add_compile_definitions(_GLIBCXX_ASSERTIONS)
 add_link_options(-fsanitize=address,undefined)
+# Every program adds what it has run to a profile, for scripts/coverage.
+add_compile_options(-fcoverage-mapping
+  -fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%m.profraw)
+add_link_options(-fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%m.profraw)

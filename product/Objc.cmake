@@ -25,13 +25,3 @@ file(MAKE_DIRECTORY ${objc_bundle}/Contents/Resources)
 file(CREATE_LINK Contents/Info.plist ${objc_bundle}/Info.plist SYMBOLIC)
 file(CREATE_LINK Contents/Resources ${objc_bundle}/Resources SYMBOLIC)
 file(CREATE_LINK Contents/Linux/WENLOLIB ${objc_bundle}/WENLOLIB SYMBOLIC)
-
-# Installed beside the other product, which keeps the plain name.
-set(installed_objc_bundle ${CMAKE_INSTALL_LIBDIR}/wenlolib-objc/WENLOLIB.bundle)
-install(TARGETS WENLOLIB_objc LIBRARY DESTINATION ${installed_objc_bundle}/Contents/Linux)
-install(FILES ${objc_bundle}/Contents/Info.plist DESTINATION ${installed_objc_bundle}/Contents)
-install(DIRECTORY ${objc_bundle}/Contents/Resources DESTINATION ${installed_objc_bundle}/Contents)
-install(FILES ${objc_bundle}/Info.plist ${objc_bundle}/Resources ${objc_bundle}/WENLOLIB
-  DESTINATION ${installed_objc_bundle})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/wenlolib/objc/
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wenlolib/objc)

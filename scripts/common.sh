@@ -8,16 +8,10 @@ build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev li
   nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev)
 
 # What the tests need besides: GoogleTest, and second opinions from other programs.
-test_packages=(libgtest-dev python3 libxml2-utils libplist-utils tidy binutils)
+test_packages=(libgtest-dev python3 libxml2-utils libplist-utils tidy binutils git)
 
 # What the torture needs: names of the places that it finds, zones to read, namespaces.
 torture_packages=(python3 binutils tzdata util-linux)
-
-# How the fuzzer and all that it runs is built; a test build of the same kind can share the folder.
-fuzzer_options=(-DCMAKE_BUILD_TYPE=None -DCMAKE_C_FLAGS="-O1 -g1"
-  -DCMAKE_CXX_FLAGS="-O1 -g1 -D_GLIBCXX_ASSERTIONS"
-  -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DWENLOLIB_BUILD_FUZZERS=ON
-  -DWENLOLIB_BUILD_OBJC=OFF -DWENLOLIB_WARNINGS_AS_ERRORS=ON)
 
 say() { printf '\n== %s\n' "$*"; }
 
@@ -42,13 +36,13 @@ need_gnustep() {
     say "Skipped: the Objective-C classes and their tests, since GNUstep cannot be installed here"
 }
 
-# build FOLDER TARGETS [CMAKE-OPTION...]: configures and builds; the output is shown when it fails.
+# build PRESET TARGETS [CMAKE-OPTION...]: configures and builds in build/PRESET; the output is shown
+# when it fails.
 build() {
-  local folder=$1 targets=$2 log
+  local preset=$1 targets=$2 folder=build/$1 log=build/$1/build.log
   shift 2
   mkdir -p "$folder"
-  log=$folder/build.log
-  if ! { cmake -S . -B "$folder" -G Ninja "$@" && cmake --build "$folder" --target $targets; } \
+  if ! { cmake --preset "$preset" "$@" && cmake --build "$folder" --target $targets; } \
     >"$log" 2>&1; then
     tail -n 60 "$log"
     echo "The build failed; the whole of its output is in $log" >&2

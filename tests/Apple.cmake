@@ -2,9 +2,8 @@
 # which is the other port's here.
 include(${PROJECT_SOURCE_DIR}/src/platform/apple/Sources.cmake)
 list(FILTER apple_sources EXCLUDE REGEX "/ApplePlatform\\.cpp$")
-file(GLOB apple_stub_bodies CONFIGURE_DEPENDS apple_stubs/bodies/*.cpp)
-file(GLOB apple_tests CONFIGURE_DEPENDS platform/apple/*Test.cpp)
-list(FILTER apple_tests EXCLUDE REGEX "/FoundationTest\\.cpp$")
+sources(apple_stub_bodies apple_stubs/bodies/*.cpp)
+sources(apple_tests platform/apple/*Test.cpp EXCEPT FoundationTest.cpp)
 test_binary(apple_tests apple ${apple_tests} ${apple_sources} ${apple_stub_bodies}
   ${PROJECT_SOURCE_DIR}/src/plist/Reals.cpp)
 target_include_directories(apple_tests PRIVATE apple_stubs/headers apple_stubs/linux)

@@ -1,8 +1,6 @@
 # The Objective-C bundle, through a host that loads it and sends messages.
-add_executable(objc_host objc/Allocations.m objc/ConversionTest.m objc/EntryPointsTest.m
-  objc/HostileObjects.m objc/HostileTest.m objc/Host.m objc/InterfaceTest.m objc/LifetimeTest.m
-  objc/RecordTest.m objc/ShortageTest.m objc/StackTest.m objc/SubclassTest.m
-  objc/TimeZoneTest.m objc/ToolkitTest.m)
+sources(objc_host_sources objc/*.m)
+add_executable(objc_host ${objc_host_sources})
 target_include_directories(objc_host PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(objc_host PRIVATE wenlolib_warnings wenlolib_foundation)
 add_dependencies(objc_host WENLOLIB_objc)

@@ -1,5 +1,5 @@
 # The Linux port, on real files below temporary folders.
-file(GLOB port_tests CONFIGURE_DEPENDS platform/posix/*.cpp platform/linux/*Test.cpp
+sources(port_tests platform/posix/*.cpp platform/linux/*Test.cpp
   plist/*Test.cpp xml/*Test.cpp)
 test_binary(port_tests port ${port_tests})
 target_link_libraries(port_tests PRIVATE test_support wenlolib_static)

@@ -4,8 +4,9 @@ set(product_tests ${CMAKE_CURRENT_SOURCE_DIR}/product)
 add_test(NAME verifier COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/verifier/verify_document_test.py)
 add_test(NAME docs.document_format
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/document_format_test.py)
-add_test(NAME docs.examples
-  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/examples_test.py ${PROJECT_BINARY_DIR})
+add_test(NAME docs.pages
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/pages_test.py ${PROJECT_BINARY_DIR})
+set_tests_properties(docs.pages PROPERTIES TIMEOUT 1500)
 
 include(product/Hosts.cmake)
 
@@ -28,6 +29,15 @@ add_test(NAME product.plugin_hygiene
 add_test(NAME product.install_and_consume
   COMMAND ${product_tests}/install_and_consume.sh ${PROJECT_BINARY_DIR}
     ${CMAKE_CURRENT_BINARY_DIR})
+foreach(source IN ITEMS sources repository)
+  add_test(NAME product.embedded_${source}
+    COMMAND ${product_tests}/embed.sh ${source} ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR})
+  set_tests_properties(product.embedded_${source} PROPERTIES SKIP_RETURN_CODE 77)
+endforeach()
+add_test(NAME product.check_hardening
+  COMMAND ${product_tests}/check_hardening.sh $<TARGET_FILE:WENLOLIB>
+    $<$<TARGET_EXISTS:wenlolib>:$<TARGET_FILE:wenlolib>>
+    $<$<TARGET_EXISTS:WENLOLIB_objc>:$<TARGET_FILE:WENLOLIB_objc>>)
 add_test(NAME product.check_exports
   COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB>
     ${PROJECT_SOURCE_DIR}/product/exports.txt)

@@ -1,5 +1,5 @@
 # The receiver and the command.
-file(GLOB receiver_tests CONFIGURE_DEPENDS receiver/*Test.cpp tools/*/*Test.cpp)
+sources(receiver_tests receiver/*Test.cpp tools/*/*Test.cpp)
 test_binary(tool_tests tools ${receiver_tests})
 target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
 
@@ -13,3 +13,16 @@ target_link_libraries(verdicts PRIVATE wenlolib_receiver)
 add_test(NAME tools.corpus_agreement
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/receiver/corpus_agreement.py
     $<TARGET_FILE:verdicts>)
+
+# What several threads do at once, by itself: for the thread sanitizer.
+set(threaded_tools documents/DocumentFiles documents/InputFile documents/Jobs
+  terminal/Format terminal/Output terminal/VisibleText)
+list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
+list(TRANSFORM threaded_tools APPEND .cpp)
+add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}
+  endtoend/ConcurrencyTest.cpp endtoend/KeptDocuments.cpp endtoend/World.cpp endtoend/Writers.cpp
+  tools/documents/DocumentFilesTest.cpp tools/documents/DocumentJobsTest.cpp)
+target_include_directories(thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
+  ${PROJECT_SOURCE_DIR}/tools)
+target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static
+  fmt::fmt-header-only PkgConfig::UTF8PROC)

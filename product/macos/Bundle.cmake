@@ -27,5 +27,7 @@ set_target_properties(WENLOLIB PROPERTIES
 target_link_options(WENLOLIB PRIVATE -Wl,-exported_symbols_list,${exports_list} -Wl,-dead_strip)
 configure_file(Info.plist.in ${bundle}/Contents/Info.plist @ONLY)
 
-install(TARGETS WENLOLIB LIBRARY DESTINATION WENLOLIB.bundle/Contents/MacOS)
-install(FILES ${bundle}/Contents/Info.plist DESTINATION WENLOLIB.bundle/Contents)
+if(WENLOLIB_INSTALL)
+  install(TARGETS WENLOLIB LIBRARY DESTINATION WENLOLIB.bundle/Contents/MacOS)
+  install(FILES ${bundle}/Contents/Info.plist DESTINATION WENLOLIB.bundle/Contents)
+endif()

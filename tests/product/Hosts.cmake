@@ -11,19 +11,10 @@ foreach(part IN ITEMS plugin_library process_state)
   target_link_libraries(${part} PUBLIC wenlolib_warnings)
 endforeach()
 
-# A linked host loads the shared object by its soname and finds it beside its own link to it.
-file(MAKE_DIRECTORY ${host_folder}/linked)
-file(CREATE_LINK ${PROJECT_BINARY_DIR}/WENLOLIB.bundle/Contents/Linux/WENLOLIB
-  ${host_folder}/linked/libWENLOLIB.so.${PROJECT_VERSION_MAJOR} SYMBOLIC)
-
 # link_with_library(HOST)
 function(link_with_library host)
-  target_include_directories(${host} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
-  target_link_libraries(${host} PRIVATE wenlolib_warnings
-    -Wl,--no-as-needed $<TARGET_FILE:WENLOLIB>)
-  set_target_properties(${host} PROPERTIES
-    BUILD_RPATH ${PROJECT_BINARY_DIR}/tests/hosts/linked)
-  add_dependencies(${host} WENLOLIB)
+  target_include_directories(${host} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${host} PRIVATE wenlolib_warnings -Wl,--no-as-needed WENLOLIB::WENLOLIB)
 endfunction()
 
 # add_host(HOST SOURCE)

@@ -1,7 +1,7 @@
 #!/bin/sh
-# Installs the library to a prefix, builds programs in C and in C++ against what is installed there,
-# one of them against the receiver alone, with CMake and with pkg-config, and runs them; then moves
-# the prefix elsewhere and does the same.
+# Installs the library to a prefix, builds programs in C89, in C++20, in Objective-C and against the
+# receiver alone with what is installed there, with CMake and with pkg-config, and runs them; then
+# moves the prefix elsewhere and does the same. Goes through the components, and removes all again.
 #
 #   install_and_consume.sh BUILD_DIR WORK_DIR
 set -eu
@@ -65,9 +65,17 @@ run_receiver() {
   fi
 }
 
+# PROGRAM_IN_OBJC HOME
+run_objc() {
+  support="$2/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
+  mkdir -p "$support/ALM"
+  HOME=$2 "$1" "$contents"
+  verify application "$support"/ALM/Quillmere_Log_Consumer_*.ALM
+}
+
 # PREFIX FOLDER: configures, builds and runs against the package at PREFIX
 with_cmake() {
-  for language in c cxx receiver; do
+  for language in $languages; do
     cmake -S "$here/consumer/$language" -B "$2/$language" -G Ninja -DCMAKE_PREFIX_PATH="$1" \
       -DCMAKE_BUILD_TYPE=Release > "$2-$language.log" || { cat "$2-$language.log" >&2; exit 1; }
     cmake --build "$2/$language" > "$2-$language.log" || { cat "$2-$language.log" >&2; exit 1; }
@@ -77,6 +85,7 @@ with_cmake() {
   run_c "$2/c/consumer" "$2/home-c"
   run_cxx "$2/cxx/consumer" "$2/home-cxx"
   run_receiver "$2/receiver/consumer" "$2/home-cxx"
+  if [ "$languages" != "${languages% objc}" ]; then run_objc "$2/objc/consumer" "$2/home-objc"; fi
   "$1/bin/wenlolib" verify --quiet "$2/home-cxx" ||
     fail "The installed command does not find the records sound"
 }
@@ -88,13 +97,22 @@ with_pkg_config() {
   export PKG_CONFIG_PATH
   # The words of the answer are options: they have to be split.
   # shellcheck disable=SC2046
-  "${CC:-cc}" -std=c99 "$here/consumer/c/main.c" -o "$2/c" $(pkg-config --cflags --libs wenlolib)
+  "${CC:-cc}" -std=c89 -pedantic "$here/consumer/c/main.c" -o "$2/c" $(pkg-config --cflags --libs wenlolib)
   # shellcheck disable=SC2046
   "${CXX:-c++}" -std=c++20 "$here/consumer/cxx/main.cpp" -o "$2/cxx" \
     $(pkg-config --cflags --libs wenlolib)
   # shellcheck disable=SC2046
   "${CXX:-c++}" -std=c++20 "$here/consumer/receiver/main.cpp" -o "$2/receiver" \
     $(pkg-config --cflags --libs wenlolib-receiver)
+  if [ "$languages" != "${languages% objc}" ]; then
+    # shellcheck disable=SC2046
+    gcc -fobjc-exceptions -fconstant-string-class=NSConstantString -isystem /usr/include/GNUstep \
+      -DBUNDLE="\"$(pkg-config --variable=bundle wenlolib-objc)\"" \
+      -DGNUSTEP -DGNUSTEP_BASE_LIBRARY=1 -DGNU_RUNTIME=1 -D_NATIVE_OBJC_EXCEPTIONS \
+      $(pkg-config --cflags wenlolib-objc) "$here/consumer/objc/main.m" -o "$2/objc" \
+      -lgnustep-base -lobjc
+    run_objc "$2/objc" "$2/home-objc"
+  fi
   libraries=$(pkg-config --variable=libdir wenlolib)
   [ -d "$(pkg-config --variable=bundle wenlolib)" ] || fail "pkg-config does not know the bundle"
   (
@@ -105,6 +123,9 @@ with_pkg_config() {
     run_receiver "$2/receiver" "$2/home-cxx"
   )
 }
+
+languages="c cxx receiver"
+if [ -d "$build/objc" ]; then languages="$languages objc"; fi
 
 cmake --install "$build" --prefix "$work/prefix" > "$work/install.log"
 with_cmake "$work/prefix" "$work/cmake"
@@ -117,4 +138,24 @@ if HOME=$work "$work/cmake/c/consumer" 2> /dev/null; then
 fi
 with_cmake "$work/elsewhere/moved" "$work/cmake-moved"
 with_pkg_config "$work/elsewhere/moved" "$work/pkg-config-moved"
-echo "Installed, used, moved and used again"
+
+# Each file belongs to one component, and the runtime's are enough to run.
+(cd "$work/elsewhere/moved" && find . ! -type d | sort) > "$work/all"
+: > "$work/components"
+for component in runtime development tools objc; do
+  prefix=$work/component-$component
+  cmake --install "$build" --prefix "$prefix" --component $component > "$work/install.log"
+  if [ -d "$prefix" ]; then (cd "$prefix" && find . ! -type d) >> "$work/components"; fi
+done
+sort "$work/components" | diff - "$work/all" || fail "The components are not the whole"
+[ "$(cd "$work/component-runtime" && find . ! -type d | wc -l)" -eq 3 ] ||
+  fail "The runtime is more or less than the plug-in and the link to it"
+
+# What was installed is removed, and nothing else; a folder with something else in it stays.
+mkdir -p "$work/component-development/include/wenlolib/mine"
+(cd "$build" && cmake -P "$here/../../product/Uninstall.cmake") > "$work/uninstall.log"
+[ -z "$(find "$work"/component-* ! -type d)" ] || fail "Files are left behind"
+[ -d "$work/component-development/include/wenlolib/mine" ] || fail "A folder of others is gone"
+[ ! -e "$work/component-runtime/$(basename "$(dirname "$libraries")")/WENLOLIB.bundle" ] ||
+  fail "A folder of the library's is left behind"
+echo "Installed, used, moved, used again and removed"

@@ -1,23 +1,9 @@
 # The Linux port, on libraries that can live in a host's process.
 include(linux/BuiltIn.cmake)
 
-add_library(wenlolib_port OBJECT
-  posix/AtomicFile.cpp
-  posix/PosixFiles.cpp
-  posix/PosixPropertyLists.cpp
-  posix/PosixTime.cpp
-  posix/Random.cpp
-  posix/SystemCalls.cpp
-  posix/WholeFile.cpp
-  linux/BuiltIn.cpp
-  linux/ExceptionStorage.cpp
-  linux/LinuxPlatform.cpp
-  linux/LinuxPrograms.cpp
-  linux/LinuxSystem.cpp
-  linux/LinuxUser.cpp
-  linux/LoadedFrom.cpp
-  linux/MbedCrypto.cpp
-)
+# Expat's needs and the platform of the receiver go with these.
+sources(port_sources posix/*.cpp linux/*.cpp EXCEPT ExpatNeeds.cpp ReadingOnly.cpp)
+add_library(wenlolib_port OBJECT ${port_sources})
 # Descriptors for thread-local bytes are what Arm has anyway; on Intel they have to be asked for.
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-mtls-dialect=gnu2 WENLOLIB_TLS_DESCRIPTORS)

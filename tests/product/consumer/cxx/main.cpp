@@ -4,6 +4,7 @@
 #include <wenlolib/WENLOLIB.h>
 #include <wenlolib/codec.h>
 #include <wenlolib/plugin.h>
+#include <wenlolib/version.h>
 
 #include <fstream>
 #include <iostream>
@@ -65,7 +66,7 @@ void useToolkit() {
   }
   expect(thrown, "the range error reaches its caller");
   expect(WENLOLIB::createTask("/bin/sh", {{"-c", "exit 7"}}, 1) == 7, "a program's status");
-  expect(std::string(WENLOLIB_version()) == "1.0.0", "the version");
+  expect(std::string(WENLOLIB_version()) == WENLOLIB_VERSION, "the version");
   expect(ConvertCharDataToHex("zz", nullptr, 1) == 1, "the codec's failing status");
 }
 
