@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Builds the hosts in C, C++ and Objective-C that stand in the documentation, and runs them in a home
-where they may record.
+"""Builds the hosts in C, C++ and Objective-C from the documentation, and runs them in a home where
+they are allowed to record.
 
     examples_test.py BUILD_FOLDER
 """
@@ -34,7 +34,7 @@ class Examples(unittest.TestCase):
             {"InstalledDate": datetime.datetime.now(), "LatestSelectedAgreement": True}))
 
     def built(self, page, language, *command):
-        """The program in the first block of this language on a page."""
+        """The program in a page's first code block in this language."""
         source = re.search(rf"```{language}\n(.*?)```", (project / page).read_text(), re.DOTALL)[1]
         file = self.work / ("host.m" if language == "objc" else f"host.{language}")
         file.write_text(source)
