@@ -26,20 +26,20 @@ TEST(EnumTable, HasTheRowOfEachEnumerator) {
   EXPECT_EQ(prices[Ink::key], 5);
 }
 
-TEST(EnumTable, CountsFromNothing) {
+TEST(EnumTable, CountsFromZero) {
   EnumTable<Ink, int> sheets;
   ++sheets[Ink::key];
   EXPECT_EQ(sheets[Ink::cyan], 0);
   EXPECT_EQ(sheets[Ink::key], 1);
 }
 
-/// Whether a table of these keys is one that the compiler takes.
+/// Whether a table with these keys compiles.
 template <class Table, Ink... keys>
 concept Compiles = requires {
   typename std::bool_constant<(Table({{keys, 0}...}), true)>;
 };
 
-TEST(EnumTable, TakesEachRowInItsPlaceAndNoOther) {
+TEST(EnumTable, TakesEachRowOnlyInItsPlace) {
   EXPECT_TRUE((Compiles<Prices, Ink::cyan, Ink::magenta2, Ink::key>));
   EXPECT_FALSE((Compiles<Prices, Ink::cyan, Ink::magenta2>));
   EXPECT_FALSE((Compiles<Prices, Ink::magenta2, Ink::key>));

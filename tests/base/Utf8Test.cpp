@@ -26,7 +26,7 @@ const std::string accepted[] = {
 };
 
 const std::string refused[] = {
-    "\x80",  // a lone follower
+    "\x80",  // a lone continuation byte
     "\xBF",
     "\xC0\xAF",  // overlong
     "\xC1\xBF",
@@ -47,7 +47,7 @@ const std::string refused[] = {
     "\xF0\x9F",
     "\xF0\x9F\x98",
     "\xC3"
-    "a",  // not followed
+    "a",  // no continuation byte
     "\xE6"
     "a",
     "\xE6"

@@ -24,14 +24,14 @@ bool holds(const Value& value) {
   });
 }
 
-TEST(Value, ALiteralIsATextAndNoBoolean) {
+TEST(Value, ALiteralIsATextAndNotABoolean) {
   const Value value("YES");
   EXPECT_TRUE(holds<std::string>(value));
   ASSERT_NE(value.text(), nullptr);
   EXPECT_EQ(*value.text(), "YES");
 }
 
-TEST(Value, APointerBecomesNoBoolean) {
+TEST(Value, APointerDoesNotBecomeABoolean) {
   static_assert(!std::is_convertible_v<int*, Value>);
   static_assert(!std::is_convertible_v<const void*, Value>);
   static_assert(!std::is_convertible_v<std::nullptr_t, bool>);
@@ -164,7 +164,7 @@ TEST(Value, TakesTheValueOfAnElementOfItself) {
   EXPECT_EQ(value, Value("text"));
 }
 
-/// `levels` arrays and dictionaries inside each other, by turns, around `value`.
+/// `value` inside `levels` arrays and dictionaries, in turn.
 Value nested(int levels, Value value) {
   for (int level = 0; level < levels; ++level) {
     if (level % 2 == 0) {
@@ -197,7 +197,7 @@ TEST(Value, ReleasingNeedsNoMemory) {
   EXPECT_EQ(failing.seen(), 0);
 }
 
-/// Every part of the tree is owned by the part above it twice.
+/// Each part of the tree is owned twice by the part above it.
 Value branching(int levels) {
   Value value("leaf");
   for (int level = 0; level < levels; ++level) value = Value::Array{value, nested(3, value)};

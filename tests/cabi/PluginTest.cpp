@@ -19,7 +19,7 @@ const std::string firstLog = printerLogFolder + "/App_1.PLM";
 
 class Plugin : public InstalledTest {
  protected:
-  /// The printer log that these entries give; "" where none is written.
+  /// The printer log that is written with these entries; "" if none is.
   std::string logWith(const WENLOLIBEntry* entries, std::size_t count) {
     world.files.remove(firstLog);
     const int answer =
@@ -32,7 +32,7 @@ class Plugin : public InstalledTest {
     return logWith(entries.data(), entries.size());
   }
 
-  /// Lets each allocation of `record` fail in turn, until all of them succeed and `file` stands.
+  /// Lets each allocation of `record` fail in turn, until none fails and `file` is there.
   template <class Record>
   void expectNoAtEveryShortage(Record record, const std::string& file) {
     long k = 1;
@@ -50,7 +50,7 @@ class Plugin : public InstalledTest {
   }
 };
 
-/// The printer log of `install`'s platform, with these values.
+/// The printer log that the platform set up by `install` writes with these values.
 std::string olderLog(const ExpectedPrinter& printer) {
   ExpectedDocument expected;
   expected.wrapper = "OrvanQXPrinter";
@@ -79,7 +79,7 @@ TEST_F(Plugin, PrinterLogsAreSupportedByTheInstallationDateAlone) {
   EXPECT_EQ(WENLOLIB_isSupportedPlm(1), 0);
 }
 
-/// Looking at any of it would end the process.
+/// Reading any of the arguments would end the process.
 TEST_F(Plugin, ARefusedCallLooksAtNothingThatItIsHanded) {
   const auto* wild = reinterpret_cast<const char*>(std::uintptr_t{1});
   const auto* entries = reinterpret_cast<const WENLOLIBEntry*>(std::uintptr_t{8});
@@ -107,7 +107,7 @@ TEST_F(Plugin, EmptyTextsAreTexts) {
   EXPECT_TRUE(world.files.at(applicationFolder + "/Quillmere_Log__2403.ALM"));
 }
 
-TEST_F(Plugin, NullAndWhatIsNoUtf8AreRefusedAsContentsAndAsName) {
+TEST_F(Plugin, NullAndBytesThatAreNotUtf8AreRefusedAsContentsAndAsName) {
   const struct {
     const char *contents, *name;
   } table[] = {{nullptr, "App"},        {"contents", nullptr},   {nullptr, nullptr},
@@ -143,19 +143,19 @@ TEST_F(Plugin, PrinterLogsAreRecordedWithTheirEntries) {
   EXPECT_EQ(logWith(entries), olderLog({"d", "s", "r"}));
 }
 
-TEST_F(Plugin, AsManyEntriesAreReadAsAreSaid) {
+TEST_F(Plugin, AsManyEntriesAreReadAsTheCountSays) {
   const WENLOLIBEntry entries[] = {{"DeviceID", "d"}, {"SN", "s"}, {"ROMVER", "r"}};
   EXPECT_EQ(logWith(entries, 2), olderLog({"d", "s", ""}));
   EXPECT_EQ(logWith(entries, 0), olderLog({}));
 }
 
-TEST_F(Plugin, NullEntriesAreNoneWhateverTheirNumber) {
+TEST_F(Plugin, NullMeansNoEntriesWhateverTheirNumber) {
   for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{1000}, SIZE_MAX}) {
     EXPECT_EQ(logWith(nullptr, count), olderLog({})) << count;
   }
 }
 
-TEST_F(Plugin, EntriesWithANullOrNoUtf8AreIgnored) {
+TEST_F(Plugin, EntriesWithNullOrBytesThatAreNotUtf8AreIgnored) {
   const WENLOLIBEntry entries[] = {{nullptr, "x"}, {"SN", nullptr},    {nullptr, nullptr},
                                    {"\xFF", "x"},  {"ROMVER", "\xFF"}, {"DeviceID", "d"}};
   EXPECT_EQ(logWith(entries), olderLog({"d", "", ""}));
@@ -182,7 +182,7 @@ TEST_F(Plugin, TagTypesAreReadAsTexts) {
   }
 }
 
-TEST_F(Plugin, MemoryThatRunsOutGivesNoAndNothingThrown) {
+TEST_F(Plugin, WithoutMemoryTheAnswerIsNoAndNothingIsThrown) {
   const std::string longText(100, 'x');
   const WENLOLIBEntry entries[] = {{"SN", longText.c_str()}, {"ROMVER", "r"}};
   const auto usage = [&] { return WENLOLIB_writeAppInfoWithContents(longText.c_str(), "App", 2); };

@@ -6,8 +6,7 @@
 
 namespace wenlolib::tests {
 
-// RFC 6229: sixteen bytes of keystream at each of the offsets in decimal, for the keys of 40 and of
-// 128 bits.
+// RFC 6229: sixteen bytes of keystream at each offset, for the keys of 40 and of 128 bits.
 struct Published {
   std::size_t offset;
   const char* bytes;

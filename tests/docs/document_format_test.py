@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the receiver that stands in docs/document-format.md over the example documents, and compares
-what it prints with what the page says that it prints."""
+"""Runs the receiver shown in docs/document-format.md on the example documents, and compares its
+output with the output on the page."""
 import pathlib
 import re
 import subprocess
@@ -13,7 +13,7 @@ documents = project / "examples/documents"
 
 
 def unfolded(lines):
-    """The output as the page shows it, its folded lines put together again."""
+    """The output as the page shows it, with its folded lines joined again."""
     text = "".join(line.removeprefix("    ") + "\n" for line in lines)
     return re.sub(r"\n +", " ", text)
 

@@ -1,4 +1,4 @@
-// Any bytes in any file: the answer for what is missing, in bounded time.
+// A file may hold any bytes: the answer is the one for a missing file, in bounded time.
 #include <chrono>
 #include <filesystem>
 
@@ -76,7 +76,7 @@ TEST_P(BadInput, AsTheInstalledLibrarysInformationLeavesItsVersionUnknown) {
   EXPECT_EQ(CommonTooWenlolib::moduleVersionFromBundle(), -1);
 }
 
-TEST_P(BadInput, AsPrinterListOrSurveyInformationIsNoDictionary) {
+TEST_P(BadInput, AsPrinterListOrSurveyInformationGivesNoDictionary) {
   const std::string list = "/Users/ada/Library/Preferences/com.orvan.printing.Quillmere.";
   spoil(list + "TargetPrinterList.plist");
   spoil(list + "SurveyInfo.plist");

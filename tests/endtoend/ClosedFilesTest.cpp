@@ -10,7 +10,7 @@
 namespace wenlolib::tests {
 namespace {
 
-/// Answers of a user without rights, for whom the file at `path` is closed.
+/// What `work` answers for a user without rights who may not read the file at `path`.
 std::string whereClosed(const World& world, const std::string& path,
                         const std::function<std::string()>& work) {
   if (::chmod(world.real(path).c_str(), 0) != 0) return "no permissions changed";
@@ -56,7 +56,7 @@ TEST_F(ClosedFiles, ASupportVersionListSupportsNothing) {
   EXPECT_EQ(answer, "0 -1");
 }
 
-TEST_F(ClosedFiles, APrinterListIsNoDictionary) {
+TEST_F(ClosedFiles, APrinterListGivesNoDictionary) {
   const std::string library = "/Users/ada/Library/Preferences/com.orvan.printing.Quillmere.";
   const auto answerWithout = [&](const std::string& name) {
     std::filesystem::create_directories(world.real("/Users/ada/Library/Preferences"));

@@ -1,4 +1,4 @@
-// Several writers on one folder, and a reader that never sees a part of a file.
+// Several writers in one folder, and a reader that never sees part of a file.
 #include <unistd.h>
 
 #include <set>
@@ -20,13 +20,13 @@ void PrintTo(const NamedRunner& runner, std::ostream* stream) {
   *stream << runner.name;
 }
 
-/// On a busy machine the writers may have ended before the reader has its turn; so there are more.
+/// On a busy machine the writers may end before the reader gets its turn, so there are more rounds.
 constexpr int mostRounds = 50;
 
 class Concurrency : public WorldTest, public testing::WithParamInterface<NamedRunner> {
  protected:
-  /// The zone's names are made at the first local time, under a lock of the C library's that the
-  /// thread sanitizer does not see: so it is shown before the threads begin.
+  /// The C library sets up the zone's names at the first local time, under a lock that the thread
+  /// sanitizer does not see. So this asks for a local time before the threads start.
   void SetUp() override { ASSERT_TRUE(world.services.calendar->localTime(Instant())); }
 
   int run(RecordKind kind, const std::function<void()>& meanwhile) {
@@ -71,18 +71,18 @@ TEST_P(Concurrency, AReaderOfTheMonthsFileSeesNoPart) {
     EXPECT_EQ(failed, 0);
   }
   EXPECT_EQ(torn, 0) << "of " << seen;
-  EXPECT_GT(different.size(), 1U) << "the reader was never there while somebody wrote";
+  EXPECT_GT(different.size(), 1U) << "the reader never read while a writer wrote";
   EXPECT_EQ(namesIn(world.real(applicationFolder)).size(), 1U);
   EXPECT_TRUE(verifies(readFile(path)));
 }
 
-/// Makes identifiers anew again and again, in a file large enough for a part of it to show.
+/// Makes a new identifier again and again, in a file so large that part of it would be noticed.
 int rewriteConfiguration(World& world) {
   const Dictionary older = {{"WENLIBUUID", "NOTDETERMINED"}, {"other", std::string(50'000, 'x')}};
   const std::string xml = *world.services.propertyLists->asXml(older);
   int failed = 0;
   for (int round = 0; round < recordsEach; ++round) {
-    // By the port itself, which replaces whole files: a writer of the test's would show parts.
+    // The port writes this, since it replaces files whole. A plain write would show parts.
     const auto outcome = world.services.files->writeAtomically(identifierPath, xml, 0666,
                                                                platform::Publication::replacing);
     if (outcome != platform::Outcome::written) ++failed;
@@ -107,7 +107,7 @@ TEST_P(Concurrency, AReaderOfTheConfigurationSeesNoPart) {
     EXPECT_EQ(failed, 0);
   }
   EXPECT_EQ(torn, 0);
-  EXPECT_GT(different.size(), 1U) << "the reader was never there while somebody wrote";
+  EXPECT_GT(different.size(), 1U) << "the reader never read while a writer wrote";
   EXPECT_EQ(namesIn(world.real(configurationFolder)).size(), 2U);
 }
 

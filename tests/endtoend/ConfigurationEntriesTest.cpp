@@ -1,4 +1,4 @@
-// What else the configuration file holds goes through a rewrite as it is.
+// A rewrite of the configuration file keeps its other entries as they are.
 #include "endtoend/BadFiles.h"
 #include "endtoend/ConfigurationFile.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 class ConfigurationEntries : public ConfigurationFileTest {};
 
-/// One of each type, the edges of the numbers among them.
+/// One entry of each type, and numbers at their limits.
 Dictionary oneOfEach() {
   return {{"true", true},
           {"false", false},

@@ -21,7 +21,7 @@ class ConfigurationFileTest : public WorldTest {
   /// The identifier that a new record gets.
   static std::string identifier() { return WENLOLIB::init()->getWENLOLIBId(); }
 
-  /// Which file it is: a rewritten one is another.
+  /// The file's inode, which is another one after a rewrite.
   ino_t file() const {
     struct stat status {};
     return ::stat(path().c_str(), &status) == 0 ? status.st_ino : 0;

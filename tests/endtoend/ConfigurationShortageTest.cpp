@@ -1,4 +1,4 @@
-// A configuration file that cannot be read for the moment is not taken for one that is not there.
+// A configuration file that cannot be read for the moment does not count as missing.
 #include <sys/resource.h>
 
 #include <cstdlib>
@@ -12,11 +12,12 @@
 namespace wenlolib::tests {
 namespace {
 
-/// No new descriptor is to be had while an object lives.
+/// While an object lives, no new descriptor can be opened.
 class NoDescriptors {
  public:
   NoDescriptors() {
-    if (::getrlimit(RLIMIT_NOFILE, &before_) != 0) throw std::runtime_error("no limit to be had");
+    if (::getrlimit(RLIMIT_NOFILE, &before_) != 0)
+      throw std::runtime_error("cannot read the limit");
     set({0, before_.rlim_max});
   }
   ~NoDescriptors() { set(before_); }
@@ -30,8 +31,8 @@ class NoDescriptors {
   rlimit before_{};
 };
 
-/// The configuration file is read without a descriptor to spare, and right afterwards there are
-/// enough again, as where other threads of the host have taken all for a moment.
+/// No descriptor is free while the configuration file is read, and enough are free right
+/// afterwards. This happens when other threads of the host hold them all for a moment.
 class ShortWhileReading : public platform::ForwardingPropertyLists {
  public:
   using ForwardingPropertyLists::ForwardingPropertyLists;

@@ -56,7 +56,7 @@ TEST_F(Configuration, AnyOtherTextStandsAndNothingIsWritten) {
   }
 }
 
-TEST_F(Configuration, AValueThatIsNoTextIsReplaced) {
+TEST_F(Configuration, AValueThatIsNotTextIsReplaced) {
   for (const Value& value : {Value(1), Value(true), Value(Value::Array{"x"})}) {
     write({{"WENLIBUUID", value}, {"other", 1}});
     const std::string made = identifier();
@@ -66,7 +66,7 @@ TEST_F(Configuration, AValueThatIsNoTextIsReplaced) {
   }
 }
 
-TEST_F(Configuration, BehindALinkIsRead) {
+TEST_F(Configuration, IsReadThroughALink) {
   writeFile(world.root / "elsewhere", *world.services.propertyLists->asXml({{"WENLIBUUID", "x"}}));
   std::filesystem::create_symlink(world.root / "elsewhere", path());
   EXPECT_EQ(identifier(), "x");

@@ -48,7 +48,7 @@ std::string fileOf(const World& world, RecordKind kind) {
   return world.real(kind == RecordKind::application ? marchFile : printerLog(1));
 }
 
-/// Records and looks at the file; a receiver's work is done twice, here and by the verifier.
+/// Records, then reads the file back as a receiver would. The verifier reads it again later.
 void recordAndCheck(World& world, RecordKind kind, char marker, const std::string& contents) {
   if (marker == 'X') world.services.cipher = &world.refusing;
   const std::string path = fileOf(world, kind);
@@ -121,7 +121,7 @@ TEST_F(DocumentValues, AStrayAmpersandIsMendedAndTheChecksumNoLongerMatches) {
   EXPECT_EQ(contentsOf(document), "contents");
 }
 
-TEST_F(DocumentValues, ATagThatNothingEndsGivesTrueAndNoFile) {
+TEST_F(DocumentValues, ATagThatIsNeverClosedGivesTrueAndNoFile) {
   EXPECT_TRUE(WENLOLIB::writePrinterLogInfoWithContents("contents", "App", 1,
                                                         Dictionary{{"SN", "<open>"}}));
   EXPECT_TRUE(world.printerLogs().empty());

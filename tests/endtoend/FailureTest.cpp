@@ -1,4 +1,4 @@
-// Writes that cannot work out: the earlier file stays whole, and nothing is left beside it.
+// Writes that must fail: the earlier file stays whole, and no other file is left.
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -13,7 +13,7 @@
 namespace wenlolib::tests {
 namespace {
 
-/// An answer of a child, or a skipped test where it was not let.
+/// Compares a child's answer, or skips the test if the child was not permitted to try.
 #define EXPECT_ANSWER(answer, expected)                               \
   do {                                                                \
     const std::string answered = (answer);                            \
@@ -21,7 +21,7 @@ namespace {
     EXPECT_EQ(answered, expected);                                    \
   } while (false)
 
-const std::string noMount = notPermitted + ": a mount that only this process sees";
+const std::string noMount = notPermitted + ": mounting a file system for this process alone";
 const std::string noLessRights = notPermitted + ": giving up rights";
 
 std::string shown(bool recorded) {
@@ -36,7 +36,7 @@ class Failures : public WorldTest {
     }
   }
 
-  /// What a user without rights is told when recording.
+  /// What recording answers for a user without rights.
   std::string recordedUnprivileged(RecordKind kind) {
     return inChild([&] {
       const bool let = becomeUnprivileged() && ::access(world.root.path().c_str(), X_OK) == 0;
@@ -48,7 +48,7 @@ class Failures : public WorldTest {
     ASSERT_EQ(::chmod(world.real(folder).c_str(), 0555), 0);
   }
 
-  /// Hands a file to the user without rights; it is an ordinary user's own from the start.
+  /// Makes the user without rights the file's owner. An ordinary user owns it already.
   void giveAway(const std::string& path) {
     if (::geteuid() != 0) return;
     ASSERT_EQ(::chown(world.real(path).c_str(), nobody, nobody), 0);
@@ -109,7 +109,7 @@ TEST_F(Failures, TheConfigurationFilesPermissionsAreOpenedAfterAFailedWriteToo) 
   EXPECT_EQ(namesIn(world.real(configurationFolder)).size(), 2U);
 }
 
-/// Puts a file system of this many bytes at a folder, which only this process sees.
+/// Mounts a file system of this size on a folder. Only this process sees it.
 bool mountSmall(const std::string& folder, const std::string& size) {
   return ::unshare(CLONE_NEWNS) == 0 &&
          ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
@@ -120,14 +120,14 @@ std::string fullFolder(const World& world, RecordKind kind, const std::string& f
   if (!mountSmall(world.real(folder), "64k")) return noMount;
   if (!recordAs(kind, "older")) return "the first record was refused";
   const auto names = namesIn(world.real(folder));
-  if (names.size() != 1) return "not one file";
+  if (names.size() != 1) return "there is not exactly one file";
   const std::string path = world.real(folder + "/" + names[0]);
   const std::string older = readFile(path);
   keepBytes(older);
   if (recordAs(kind, std::string(100'000, 'x'))) return "recorded into a full folder";
-  if (readFile(path) != older || contentsOf(older) != "older") return "the earlier file is changed";
-  if (namesIn(world.real(folder)) != names) return "something is left beside the earlier file";
-  if (!recordAs(kind, "newer")) return "a small record does not fit any more";
+  if (readFile(path) != older || contentsOf(older) != "older") return "the earlier file changed";
+  if (namesIn(world.real(folder)) != names) return "another file is left next to the earlier one";
+  if (!recordAs(kind, "newer")) return "a small record no longer fits";
   keepAllBelow(world.real(folder));
   return "";
 }
@@ -150,9 +150,9 @@ std::string fullConfiguration(const World& world) {
   writeFile(path, older);
   const std::string identifier = WENLOLIB::init()->getWENLOLIBId();
   if (identifier.size() != 38) return "no identifier";
-  if (readFile(path) != older) return "the earlier file is changed";
-  if (namesIn(world.real(configurationFolder)).size() != 1) return "something is left beside it";
-  return WENLOLIB::init()->getWENLOLIBId() != identifier ? "" : "an identifier that is not stored";
+  if (readFile(path) != older) return "the earlier file changed";
+  if (namesIn(world.real(configurationFolder)).size() != 1) return "another file is left";
+  return WENLOLIB::init()->getWENLOLIBId() != identifier ? "" : "the identifier is still the same";
 }
 
 TEST_F(Failures, AFullConfigurationFolderGivesAnIdentifierForOneRecord) {

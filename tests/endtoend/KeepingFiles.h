@@ -1,4 +1,4 @@
-/// Files of which every document is kept for the verifier as it is written.
+/// Files that keep a copy of every document, as it is written, for the verifier.
 #ifndef WENLOLIB_TESTS_ENDTOEND_KEEPINGFILES_H
 #define WENLOLIB_TESTS_ENDTOEND_KEEPINGFILES_H
 
@@ -9,7 +9,7 @@
 
 namespace wenlolib::tests {
 
-/// For writers that replace each other's documents faster than a test can look.
+/// For writers that replace each other's documents faster than a test can read them.
 class KeepingFiles : public platform::ForwardingFiles {
  public:
   using ForwardingFiles::ForwardingFiles;

@@ -39,7 +39,7 @@ bool looksLikeOne(const std::string& bytes) {
   return bytes.starts_with("<OrvanQX");
 }
 
-/// A name that no other document has: the running test's, the process's, and a number.
+/// A unique name: the running test's name, the process's number, and a count.
 std::string nextName() {
   static int number = 0;
   const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
@@ -48,7 +48,7 @@ std::string nextName() {
   return name + "." + std::to_string(::getpid()) + "." + std::to_string(++number);
 }
 
-/// In one piece: several programs may be at it.
+/// Appends the line in one write, since several programs may append at once.
 void appendLine(const std::string& path, const std::string& line) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
   const bool whole =
@@ -57,7 +57,7 @@ void appendLine(const std::string& path, const std::string& line) {
   if (!whole) throw std::runtime_error("cannot write " + path);
 }
 
-/// Where documents go, with a "/" at its end; nothing where none is to be kept.
+/// The folder for the documents, with a "/" at its end; nothing if none are kept.
 Text place() {
   const char* folder = std::getenv("WENLOLIB_DOCUMENTS");
   if (folder == nullptr) return std::nullopt;
@@ -71,7 +71,7 @@ bool isNew(const std::string& document) {
   return kept.insert(std::hash<std::string>()(document)).second;
 }
 
-/// Keeps a document under a new name, with `contents` beside it where they are given.
+/// Keeps a document under a new name, and `contents`, if given, in a file next to it.
 void keep(const std::string& document, const char* layout, const std::string& marker,
           const Text& contents) {
   static std::mutex oneAtATime;

@@ -61,8 +61,8 @@ TEST_F(Numbering, ADanglingLinkIsFreeAndReplaced) {
 TEST_F(Numbering, ALinkToAFileIsTaken) {
   occupy(9);
   std::filesystem::create_symlink("App_9.PLM", world.real(printerLog(1)));
-  ASSERT_TRUE(recordAs(RecordKind::printer, "behind a link"));
-  EXPECT_EQ(contentsAt(2), "behind a link");
+  ASSERT_TRUE(recordAs(RecordKind::printer, "after a link"));
+  EXPECT_EQ(contentsAt(2), "after a link");
   EXPECT_EQ(readFile(world.real(printerLog(9))), "occupied");
 }
 
@@ -130,7 +130,7 @@ TEST_F(Months, AFileIsReplacedAndNotWrittenInto) {
 
 class Masks : public WorldTest, public testing::WithParamInterface<mode_t> {};
 
-TEST_P(Masks, HaveNoSayInPermissions) {
+TEST_P(Masks, DoNotAffectPermissions) {
   {
     const Mask mask(GetParam());
     ASSERT_TRUE(recordAs(RecordKind::application, "contents"));

@@ -11,7 +11,7 @@ namespace {
 
 using Toolkit = CommonTooWenlolib;
 
-/// For answers that do not matter here.
+/// Drops answers that do not matter here.
 template <class... Answers>
 void ignore(const Answers&...) {}
 
@@ -23,7 +23,7 @@ void refusedBias() {
   } catch (const std::out_of_range&) {
     return;
   }
-  throw std::runtime_error("nothing was thrown");
+  throw std::runtime_error("the operation threw nothing");
 }
 
 }  // namespace
@@ -75,9 +75,9 @@ const std::vector<Operation>& toolkitOperations() {
 
 namespace {
 
-/// The answers of the record's operations are looked at: a refused record would show nothing.
+/// The record's operations must give their usual answers: a refused record would test nothing.
 void expect(bool holds) {
-  if (!holds) throw std::runtime_error("another answer than expected");
+  if (!holds) throw std::runtime_error("the answer is not the expected one");
 }
 
 WENLOLIB& record() {

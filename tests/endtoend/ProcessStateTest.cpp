@@ -1,5 +1,5 @@
-// Locale, file-creation mask, working folder, signals and environment are after every call what
-// they were before it.
+// No call changes the locale, the file-creation mask, the working folder, the signals or the
+// environment.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,7 +18,7 @@
 namespace wenlolib::tests {
 namespace {
 
-/// Values that a call would change if it set any of them to something usual.
+/// Gives the state unusual values: a call that sets any of them to a usual value is noticed.
 void makeStateUnusual(const std::string& folder) {
   if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr || ::chdir(folder.c_str()) != 0) {
     throw std::runtime_error("no such locale or folder");
@@ -32,7 +32,7 @@ void makeStateUnusual(const std::string& folder) {
   sigprocmask(SIG_BLOCK, &blocked, nullptr);
 }
 
-/// What the first call changed that changed anything; "" where none did.
+/// Names the first call that changed something, and what it changed; "" if none did.
 std::string changeBy(const std::vector<Operation>& operations) {
   const auto before = std::make_unique<ProcessState>();
   const auto after = std::make_unique<ProcessState>();
@@ -51,7 +51,7 @@ std::string changeBy(const std::vector<Operation>& operations) {
   return "";
 }
 
-/// All services are the port's own; they take the user from the environment.
+/// All services are the port's own. They take the user from the environment.
 class StateOfTheProcess : public WorldTest {
  protected:
   StateOfTheProcess() {

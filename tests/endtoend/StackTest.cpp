@@ -1,5 +1,4 @@
-// A host may record on a thread with little stack, whatever the files hold that are read on the
-// way.
+// A host can record on a thread with little stack, whatever the files hold that are read for it.
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -19,7 +18,7 @@
 namespace wenlolib::tests {
 namespace {
 
-/// As deep as a property list may be, its own dictionary counted.
+/// The deepest nesting that is allowed in a property list, its own dictionary included.
 constexpr std::size_t deepest = plist::bounds.levels - 1;
 
 const std::string preferencesInLibrary = "/Users/ada/Library/Preferences/com.orvan.printing.";
@@ -32,7 +31,7 @@ Value nestedArrays() {
 
 const Dictionary deepEntries{{"deep", nestedArrays()}, {"other", "kept"}};
 
-// These entries, as other programs store them.
+// These entries in the forms that other programs store.
 
 std::string deepXml() {
   std::string text(plist::prologue);
@@ -53,7 +52,7 @@ std::string deepBinary() {
   return file.bytes();
 }
 
-/// What the operations say of themselves, each on a stack of its own; "" where all is well.
+/// Runs each operation on a stack of its own. What they report; "" if nothing is wrong.
 std::string problemOf(const std::vector<Operation>& operations) {
   for (const Operation& operation : operations) {
     std::string problem;
@@ -69,8 +68,8 @@ std::string problemOf(const std::vector<Operation>& operations) {
   return "";
 }
 
-/// All services are the port's own; they take the user from the environment. Every file that is
-/// read holds arrays inside each other, next to the entries that count.
+/// All services are the port's own. They take the user from the environment. Every file that is
+/// read holds deeply nested arrays, next to the entries that are used.
 class SmallStack : public WorldTest {
  protected:
   SmallStack() {
@@ -105,7 +104,7 @@ class SmallStack : public WorldTest {
     EXPECT_EQ(inChild([] { return problemOf(recordOperations()); }), "");
     Dictionary left = world.configuration();
     EXPECT_EQ(left.erase("WENLIBUUID"), 1U);
-    EXPECT_TRUE(left == deepEntries) << "what others keep in the file is kept";
+    EXPECT_TRUE(left == deepEntries) << "an entry of another program was lost or changed";
   }
 
  private:

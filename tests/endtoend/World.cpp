@@ -11,7 +11,7 @@ World::World() {
   services.clock = &memory.clock;
   services.user = &memory.user;
   memory.user.container = {true, container};
-  // An unprivileged child has to find its way in.
+  // An unprivileged child must be able to enter.
   std::filesystem::permissions(root.path(), std::filesystem::perms(0755));
   for (const std::string& folder : {printerLogFolder, applicationFolder, configurationFolder}) {
     std::filesystem::create_directories(real(folder));

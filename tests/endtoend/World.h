@@ -1,4 +1,4 @@
-/// The library on the real Linux port, below a root folder of the test's own.
+/// The library on the real Linux port, below the test's own root folder.
 #ifndef WENLOLIB_TESTS_ENDTOEND_WORLD_H
 #define WENLOLIB_TESTS_ENDTOEND_WORLD_H
 
@@ -22,10 +22,10 @@ class RefusingCipher : public platform::Cipher {
   bool rc4(platform::Bytes, platform::Bytes, std::uint8_t*) noexcept override { return false; }
 };
 
-/// Files, property lists, bundles, calendar, XML, ciphers and identifiers are real. The OS version
-/// (10.15.7 at first), the clock (15 March 2024 00:05:07 GMT) and the user ("ada") are the test's.
-/// The folders are there, and so are the preferences of a host installed 100 days ago whose user
-/// agreed and chose fr_FR, and the host's bundle (2.1.4). The library's configuration file is not.
+/// Files, property lists, bundles, calendar, XML, ciphers and identifiers are real. The test sets
+/// the OS version (10.15.7 at first), the clock (15 March 2024 00:05:07 GMT) and the user ("ada").
+/// The folders are there, and so are the host's bundle (2.1.4) and its preferences: installed 100
+/// days ago, with the user's agreement and fr_FR. There is no configuration file of the library.
 class World {
  public:
   World();
@@ -36,7 +36,7 @@ class World {
   platform::gnulinux::LinuxPlatform port{root.path()};
   platform::Platform services = port.services();
 
-  /// Where a path of the library's lies in truth.
+  /// The real path of a path that the library uses.
   [[nodiscard]] std::string real(const std::string& path) const { return root.path() + path; }
 
   [[nodiscard]] std::vector<std::string> printerLogs() const {
@@ -46,16 +46,16 @@ class World {
   void writePreferences(const Dictionary& preferences);
   void writeBundle(const std::string& bundle, const Dictionary& information);
 
-  /// What the library's configuration file holds; empty where it cannot be read.
+  /// What the library's configuration file holds; empty if it cannot be read.
   [[nodiscard]] Dictionary configuration() const;
 };
 
-/// A world, in the native platform's place while a test runs. The documents that a test leaves are
-/// kept at its end, for the verifier.
+/// A world that replaces the native platform while a test runs. The documents that a test leaves
+/// are kept at its end, for the verifier.
 class WorldTest : public testing::Test {
  protected:
   World world;
-  bool documentsAreSound = true;  // to be cleared where one on purpose is not
+  bool documentsAreSound = true;  // a test with an unsound document clears it
 
   void TearDown() override;
 
@@ -71,7 +71,7 @@ inline void PrintTo(RecordKind kind, std::ostream* stream) {
   *stream << nameOf(kind);
 }
 
-/// Records `contents` for the application "App" by the entry points, in mode 1.
+/// Records `contents` for the application "App" through the entry points, in mode 1.
 bool recordAs(RecordKind kind, const std::string& contents);
 
 /// The month's file in March 2024.

@@ -13,14 +13,15 @@ inline constexpr int writers = 8;
 inline constexpr int recordsEach = 25;
 inline constexpr int records = writers * recordsEach;
 
-/// No two records are the same; some are of many pages, so that a part of one would show.
+/// Every record's contents are different. Some are many pages long, so that a part would be
+/// noticed.
 std::string contentsOfRecord(int writer, int record);
 
 /// One writer's work; answers how many of its records were refused.
 int writeAll(RecordKind kind, int writer);
 
-/// Runs `work` for every writer, `meanwhile` here for as long as they run. Answers how many of them
-/// did not end as they should, which is with 0.
+/// Runs `work` for every writer, and `meanwhile` here as long as they run. Answers how many writers
+/// ended with anything but 0.
 using Runner = int (*)(const std::function<int(int)>& work, const std::function<void()>& meanwhile);
 
 /// Every writer is a process of its own.

@@ -1,4 +1,4 @@
-// Sound property lists with values of other types than expected.
+// Sound property lists whose values are not of the expected types.
 #include "endtoend/World.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 class WrongTypes : public WorldTest {};
 
-TEST_F(WrongTypes, ALanguageThatIsNoTextGivesNoLocale) {
+TEST_F(WrongTypes, ALanguageThatIsNotTextGivesNoLocale) {
   const auto record = WENLOLIB::initWithContents("contents", "App", 1);
   ASSERT_EQ(record->getLocale(), "fr_FR");
   for (const Value& language : {Value(5), Value(true), Value(Value::Array{"fr_FR"})}) {
@@ -16,7 +16,7 @@ TEST_F(WrongTypes, ALanguageThatIsNoTextGivesNoLocale) {
   }
 }
 
-TEST_F(WrongTypes, AListEntryThatIsNoTextSupportsNothing) {
+TEST_F(WrongTypes, AListEntryThatIsNotTextSupportsNothing) {
   world.memory.system.setVersion(10, 17, 0);
   const auto answerFor = [&](const Value& entry) {
     writeFile(world.real(versionListPath),
@@ -30,7 +30,7 @@ TEST_F(WrongTypes, AListEntryThatIsNoTextSupportsNothing) {
   }
 }
 
-TEST_F(WrongTypes, AVersionOfABundleThatIsNoTextIsUnknown) {
+TEST_F(WrongTypes, AVersionOfABundleThatIsNotTextIsUnknown) {
   world.writeBundle(hostBundle, {{"CFBundleShortVersionString", 2.1}, {"CFBundleVersion", 20104}});
   EXPECT_EQ(WENLOLIB::init()->getCliantVersion(), "");
   EXPECT_EQ(CommonTooWenlolib::moduleVersion(), -1);

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Verifies every document that the end-to-end tests have left in a folder, by its manifest.
+"""Verifies every document that the end-to-end tests have left in a folder, using its manifest.
 
     verify_written.py FOLDER [AT_LEAST]
 
 Each line of FOLDER/manifest.txt names a document, a file with the contents that it must hold (empty
-where any will do), its layout and its cipher's marker, divided by tabs. Exit status 0 when all are
-sound, 1 when one is not, when there are fewer than AT_LEAST (1), or when a layout or a marker is
-not among them."""
+if any will do), its layout and its cipher's marker, separated by tabs. The exit status is 0 if all
+documents are sound. It is 1 if one is not, if there are fewer than AT_LEAST (1), or if a layout
+does not appear with both markers."""
 
 import os
 import sys
@@ -24,7 +24,7 @@ def read(folder, name):
 
 
 def problem_of(folder, document, contents, layout, marker):
-    """What is wrong with one document; None when it is sound."""
+    """What is wrong with one document; None if it is sound."""
     try:
         expected = read(folder, contents) if contents else None
         found = verify(read(folder, document), layout, expected)

@@ -1,15 +1,14 @@
-/* Lets allocations of the calling thread fail: the host's own functions stand in front of the C
- * library's, for the host and for everything that it loads. */
+/* Makes allocations of the calling thread fail: the host's own functions replace the C library's,
+ * for the host and for everything that it loads. */
 #ifndef WENLOLIB_TESTS_OBJC_ALLOCATIONS_H
 #define WENLOLIB_TESTS_OBJC_ALLOCATIONS_H
 
 #include <stdbool.h>
 
-/* The allocation of this number from now on, 1 the next, fails; `last` none before that and
- * `count` of them. */
+/* From the allocation of this number on (1 is the next one), `count` allocations fail. */
 void failAllocations(long number, long count);
 
-/* No more of them. Whether one has failed. */
+/* Ends the failures. True if an allocation has failed. */
 bool endFailingAllocations(void);
 
 #endif

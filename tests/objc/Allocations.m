@@ -4,7 +4,7 @@
 #include <pthread.h>
 #include <stddef.h>
 
-/* How the C library calls its own. */
+/* The C library's own functions. */
 extern void* __libc_malloc(size_t size);
 extern void* __libc_calloc(size_t count, size_t size);
 extern void* __libc_realloc(void* memory, size_t size);

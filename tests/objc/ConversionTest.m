@@ -37,7 +37,7 @@ static void everyTextGoesThroughTheCoreAsItIs(void) {
   CHECK_EQUAL([record getSerialNum], text);
 }
 
-static void halfASurrogatePairIsNoText(void) {
+static void halfASurrogatePairIsNotText(void) {
   const unichar table[][2] = {
       {0xD800, 'a'}, {'a', 0xD800}, {0xDC00, 'a'}, {0xDC00, 0xD800}, {0xD800, 0xD800}};
   for (int i = 0; i < 5; ++i) {
@@ -74,7 +74,7 @@ static void aTextOfSixteenMegabytesComesThrough(void) {
   CHECK([attributes fileSize] > 2 * 17 * (1ULL << 20));
 }
 
-/* The dictionary in the survey file, as GNUstep writes it and as the library reads it. */
+/* The dictionary, written to the survey file by GNUstep and read from it by the library. */
 static NSDictionary* throughSurveyFile(NSDictionary* dictionary, NSPropertyListFormat format) {
   NSString* path = [toolkitClass surveyInfoPath];
   NSData* data = [NSPropertyListSerialization dataFromPropertyList:dictionary
@@ -148,7 +148,7 @@ static void everyPropertyListTypeIsTaken(void) {
 const Case conversionCases[] = {
     {"Conversion.EveryTextComesBackAsItWas", everyTextComesBackAsItWas},
     {"Conversion.EveryTextGoesThroughTheCoreAsItIs", everyTextGoesThroughTheCoreAsItIs},
-    {"Conversion.HalfASurrogatePairIsNoText", halfASurrogatePairIsNoText},
+    {"Conversion.HalfASurrogatePairIsNotText", halfASurrogatePairIsNotText},
     {"Conversion.AnOrdinarySubclassIsATextLikeAnyOther", anOrdinarySubclassIsATextLikeAnyOther},
     {"Conversion.ATextOfSixteenMegabytesComesThrough", aTextOfSixteenMegabytesComesThrough},
     {"Conversion.EveryPropertyListTypeIsHandedOut", everyPropertyListTypeIsHandedOut},

@@ -1,4 +1,4 @@
-/* Whole records by the class operations, on real files below the case's own home. */
+/* Whole records through the class operations, on real files below the case's own home. */
 #import "Host.h"
 
 #include <signal.h>
@@ -106,7 +106,7 @@ static void nullContentsOrNameAreRefused(void) {
   CHECK(written() == 0);
 }
 
-static void supportGoesByModeAgreementAndDate(void) {
+static void supportDependsOnModeAgreementAndDate(void) {
   for (unsigned int option = 0; option < 64; ++option) {
     const unsigned int mode = option & 15;
     CHECK([recordClass isSupported:option] == (mode <= 2 ? YES : NO));
@@ -146,7 +146,7 @@ static void aMissingFolderGivesNoAndIsNotMade(void) {
   CHECK(access([inSupportFolder(@"ALM") fileSystemRepresentation], F_OK) != 0);
 }
 
-/* Lets every write to a file fail while it is on. */
+/* While `on`, every write to a file fails. */
 static void refuseWrites(BOOL on) {
   struct rlimit limit;
   signal(SIGXFSZ, on ? SIG_IGN : SIG_DFL);
@@ -211,7 +211,7 @@ static void programsRunAndAnswerTheirStatus(void) {
   CHECK([recordClass createTask:path args:arguments wait:2] == 0);
 }
 
-static void whatIsNoProgramGivesZero(void) {
+static void whatIsNotAProgramGivesZero(void) {
   CHECK([recordClass createTask:nil args:nil wait:1] == 0);
   CHECK([recordClass createTask:@"/nowhere" args:nil wait:1] == 0);
   CHECK([recordClass createTask:inSupportFolder(@"ALM") args:nil wait:1] == 0);
@@ -232,7 +232,7 @@ const Case entryPointCases[] = {
      aNullIdentityLeavesThePrinterValuesEmpty},
     {"EntryPoints.EmptyContentsAndNamePass", emptyContentsAndNamePass},
     {"EntryPoints.NullContentsOrNameAreRefused", nullContentsOrNameAreRefused},
-    {"EntryPoints.SupportGoesByModeAgreementAndDate", supportGoesByModeAgreementAndDate},
+    {"EntryPoints.SupportDependsOnModeAgreementAndDate", supportDependsOnModeAgreementAndDate},
     {"EntryPoints.ARefusalComesFirstAndWritesNothing", aRefusalComesFirstAndWritesNothing},
     {"EntryPoints.AMissingFolderGivesNoAndIsNotMade", aMissingFolderGivesNoAndIsNotMade},
     {"EntryPoints.AnEarlierFileOutlivesAFailedWrite", anEarlierFileOutlivesAFailedWrite},
@@ -240,5 +240,5 @@ const Case entryPointCases[] = {
      markupThatCannotBeMendedLeavesNoFileAndStillAnswersYes},
     {"EntryPoints.NothingIsPrinted", nothingIsPrinted},
     {"EntryPoints.ProgramsRunAndAnswerTheirStatus", programsRunAndAnswerTheirStatus},
-    {"EntryPoints.WhatIsNoProgramGivesZero", whatIsNoProgramGivesZero},
+    {"EntryPoints.WhatIsNotAProgramGivesZero", whatIsNotAProgramGivesZero},
     {NULL, NULL}};

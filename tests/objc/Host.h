@@ -7,7 +7,7 @@
 #import "wenlolib/objc/CommonTooWenlolib.h"
 #import "wenlolib/objc/WENLOLIB.h"
 
-/* The bundle is loaded at run time: there is no class to link to, only these. */
+/* The bundle is loaded at run time, so there are no classes to link with, only these. */
 extern Class recordClass;
 extern Class toolkitClass;
 extern NSBundle* bundle;
@@ -21,7 +21,7 @@ extern const Case interfaceCases[], recordCases[], entryPointCases[], toolkitCas
     timeZoneCases[], conversionCases[], hostileCases[], lifetimeCases[], subclassCases[],
     shortageCases[], stackCases[];
 
-/* A failed check is printed and fails its case, which goes on. */
+/* A failed check is printed, and fails its case. The case goes on. */
 #define CHECK(condition) checked((condition) ? YES : NO, #condition, __FILE__, __LINE__)
 #define CHECK_EQUAL(found, expected) checkedEqual(found, expected, #found, __FILE__, __LINE__)
 #define CHECK_RAISES_NOTHING(statement)                      \
@@ -35,19 +35,19 @@ extern const Case interfaceCases[], recordCases[], entryPointCases[], toolkitCas
 void checked(BOOL holds, const char* what, const char* file, int line);
 void checkedEqual(id found, id expected, const char* what, const char* file, int line);
 
-/* A new home, with the folders and the preferences of a host that was installed 100 days ago and
- * whose user agreed and chose fr_FR_EURO. Every case begins with one. */
+/* A new home, with the folders and preferences of a host that was installed 100 days ago. Its user
+ * agreed and chose fr_FR_EURO. Every case begins with a new home. */
 void useNewHome(void);
 NSString* inSupportFolder(NSString* name); /* "ALM", "PLM/App_1.PLM", ... */
 void writePropertyList(NSDictionary* dictionary, NSString* path);
 void writePreferences(NSDictionary* preferences);
 NSMutableDictionary* agreedPreferences(double daysAgo);
 
-/* A file's text, nil where there is none; names in a folder, in order. */
+/* A file's text, nil if there is no such file; the names in a folder, sorted. */
 NSString* textAt(NSString* path);
 NSArray* namesIn(NSString* folder);
 
-/* What stands between the tags of an element of this name; nil where there is no such element. */
+/* The text between the tags of an element of this name; nil if there is no such element. */
 NSString* elementIn(NSString* document, NSString* name);
 
 /* This month's file of application usage. */

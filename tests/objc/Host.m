@@ -1,8 +1,9 @@
-/* A host: loads the bundle by its absolute path and sends messages to what is in it.
+/* A host: loads the bundle by its absolute path and sends messages to its classes.
  *
  *   objc_host BUNDLE [NAME]
  *
- * One line for each case (whose name begins with NAME); the exit status is 0 when none failed. */
+ * It prints one line for each case (whose name begins with NAME). The exit status is 0 if none
+ * failed. */
 #import "Host.h"
 
 #include <stdio.h>
@@ -52,7 +53,7 @@ NSMutableDictionary* agreedPreferences(double daysAgo) {
                                    @"LatestSelectedLanguage", nil];
 }
 
-/* NSDictionary's own writeToFile: writes GNUstep's own format here. */
+/* Not by NSDictionary's writeToFile:, which writes GNUstep's own format here. */
 void writePropertyList(NSDictionary* dictionary, NSString* path) {
   NSData* data = [NSPropertyListSerialization dataFromPropertyList:dictionary
                                                             format:NSPropertyListXMLFormat_v1_0

@@ -1,21 +1,21 @@
-/* Objects that a host should not pass, and one day will. */
+/* Objects that a host should never pass, but one day will. */
 #ifndef WENLOLIB_TESTS_OBJC_HOSTILEOBJECTS_H
 #define WENLOLIB_TESTS_OBJC_HOSTILEOBJECTS_H
 
 #import <Foundation/Foundation.h>
 
-/* A string of three characters that gives another length, and raises beyond its end. */
+/* A string of three characters that gives another length, and raises if read past its end. */
 @interface LyingString : NSString {
   NSUInteger length_;
 }
 + (id)stringOfLength:(NSUInteger)length;
 @end
 
-/* One of a thousand characters that hands out the first three. */
+/* A string of a thousand characters that gives only the first three. */
 @interface SparingString : NSString
 @end
 
-/* An honest one that holds any units, halves of surrogate pairs too. */
+/* An honest string that holds any units, even halves of surrogate pairs. */
 @interface UnitString : NSString {
   unichar units_[8];
   NSUInteger count_;
@@ -23,13 +23,13 @@
 + (id)stringWithUnits:(const unichar*)units count:(NSUInteger)count;
 @end
 
-/* One whose length is another at every question. */
+/* A string that gives another length every time it is asked. */
 @interface GrowingString : LyingString {
   NSUInteger questions_;
 }
 @end
 
-/* Subclasses that raise whatever is asked of them but for their class. */
+/* Subclasses that raise at every message, except when asked for their class. */
 @interface RaisingString : NSString
 @end
 @interface RaisingDate : NSDate
@@ -41,12 +41,12 @@
 @interface RaisingDictionary : NSDictionary
 @end
 
-/* Raises even when it is asked for its class. */
+/* Raises even when asked for its class. */
 @interface RaisingProxy : NSProxy
 + (id)proxy;
 @end
 
-/* Containers that give another count than they have items. */
+/* Containers that give a wrong count. */
 @interface LyingArray : NSArray {
   NSUInteger count_;
 }
@@ -65,8 +65,8 @@
 @interface UntypedNumber : NSNumber
 @end
 
-/* All of them and ordinary objects of other classes, none of which is a text of use; and the same
- * for dates, arrays and dictionaries. */
+/* All of these objects, and ordinary objects of other classes: none is a usable text. The same for
+ * dates, arrays and dictionaries. */
 NSArray* notTexts(void);
 NSArray* notDates(void);
 NSArray* notArrays(void);

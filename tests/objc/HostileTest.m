@@ -1,4 +1,4 @@
-/* Whatever a host passes: an answer, no exception, and nothing written that should not be. */
+/* Whatever a host passes, it gets an answer and no exception, and nothing wrong is written. */
 #include <malloc.h>
 
 #import "Host.h"
@@ -15,7 +15,7 @@ static BOOL printerLog(id contents, id name, id otherInfo) {
                                             otherInfo:otherInfo];
 }
 
-static void whatIsNoTextIsRefusedAsContentsAndName(void) {
+static void whatIsNotTextIsRefusedAsContentsAndName(void) {
   NSArray* objects = notTexts();
   CHECK([objects count] > 20);
   for (NSUInteger i = 0; i < [objects count]; ++i) {
@@ -34,7 +34,7 @@ static void whatIsNoTextIsRefusedAsContentsAndName(void) {
   CHECK(written() == 0);
 }
 
-static void whatIsNoTextClearsARecordsText(void) {
+static void whatIsNotTextClearsARecordsText(void) {
   NSArray* objects = notTexts();
   for (NSUInteger i = 0; i < [objects count]; ++i) {
     WENLOLIB* record = [[[recordClass alloc] initWithContents:@"c" name:@"n"] autorelease];
@@ -45,7 +45,7 @@ static void whatIsNoTextClearsARecordsText(void) {
   }
 }
 
-static void whatIsNoTextIsNullToTheToolkit(void) {
+static void whatIsNotTextIsNullToTheToolkit(void) {
   NSArray* objects = notTexts();
   for (NSUInteger i = 0; i < [objects count]; ++i) {
     id object = [objects objectAtIndex:i];
@@ -66,7 +66,7 @@ static void whatIsNoTextIsNullToTheToolkit(void) {
   }
 }
 
-static void whatIsNoDateIsNull(void) {
+static void whatIsNotADateIsNull(void) {
   NSArray* objects = notDates();
   for (NSUInteger i = 0; i < [objects count]; ++i) {
     id object = [objects objectAtIndex:i];
@@ -80,7 +80,7 @@ static void whatIsNoDateIsNull(void) {
   }
 }
 
-static void whatIsNoArrayOfTextsStartsNoProgram(void) {
+static void whatIsNotAnArrayOfTextsStartsNoProgram(void) {
   NSArray* objects = notArrays();
   NSString* trace = inSupportFolder(@"trace");
   for (NSUInteger i = 0; i < [objects count]; ++i) {
@@ -95,7 +95,7 @@ static void whatIsNoArrayOfTextsStartsNoProgram(void) {
   CHECK([namesIn(inSupportFolder(@"")) count] == 3);
 }
 
-static void whatIsNoDictionaryIsNoIdentity(void) {
+static void whatIsNotADictionaryGivesNoIdentity(void) {
   NSArray* objects = notDictionaries();
   for (NSUInteger i = 0; i < [objects count]; ++i) {
     BOOL answer = NO;
@@ -106,7 +106,7 @@ static void whatIsNoDictionaryIsNoIdentity(void) {
   }
 }
 
-static void anEntryThatIsNoTextLeavesTheOthers(void) {
+static void anEntryThatIsNotTextLeavesTheOthers(void) {
   NSArray* objects = notTexts();
   for (NSUInteger i = 0; i < [objects count]; ++i) {
     WENLOLIB* record = [[[recordClass alloc] init] autorelease];
@@ -134,7 +134,7 @@ static void aStringThatSaysLessGivesLess(void) {
   CHECK_EQUAL([record contents], @"");
 }
 
-/* What it leaves out is nothing of what lay in the host's memory before. */
+/* The characters that it does not fill in hold nothing from the host's memory. */
 static void aStringThatFillsLessThanItsLengthGivesNothingElse(void) {
   WENLOLIB* record = [[[recordClass alloc] init] autorelease];
   NSString* contents;
@@ -191,13 +191,13 @@ static void mutableObjectsMayChangeAfterwards(void) {
 }
 
 const Case hostileCases[] = {
-    {"Hostile.WhatIsNoTextIsRefusedAsContentsAndName", whatIsNoTextIsRefusedAsContentsAndName},
-    {"Hostile.WhatIsNoTextClearsARecordsText", whatIsNoTextClearsARecordsText},
-    {"Hostile.WhatIsNoTextIsNullToTheToolkit", whatIsNoTextIsNullToTheToolkit},
-    {"Hostile.WhatIsNoDateIsNull", whatIsNoDateIsNull},
-    {"Hostile.WhatIsNoArrayOfTextsStartsNoProgram", whatIsNoArrayOfTextsStartsNoProgram},
-    {"Hostile.WhatIsNoDictionaryIsNoIdentity", whatIsNoDictionaryIsNoIdentity},
-    {"Hostile.AnEntryThatIsNoTextLeavesTheOthers", anEntryThatIsNoTextLeavesTheOthers},
+    {"Hostile.WhatIsNotTextIsRefusedAsContentsAndName", whatIsNotTextIsRefusedAsContentsAndName},
+    {"Hostile.WhatIsNotTextClearsARecordsText", whatIsNotTextClearsARecordsText},
+    {"Hostile.WhatIsNotTextIsNullToTheToolkit", whatIsNotTextIsNullToTheToolkit},
+    {"Hostile.WhatIsNotADateIsNull", whatIsNotADateIsNull},
+    {"Hostile.WhatIsNotAnArrayOfTextsStartsNoProgram", whatIsNotAnArrayOfTextsStartsNoProgram},
+    {"Hostile.WhatIsNotADictionaryGivesNoIdentity", whatIsNotADictionaryGivesNoIdentity},
+    {"Hostile.AnEntryThatIsNotTextLeavesTheOthers", anEntryThatIsNotTextLeavesTheOthers},
     {"Hostile.ADictionaryThatLiesGivesWhatItHas", aDictionaryThatLiesGivesWhatItHas},
     {"Hostile.AStringThatSaysLessGivesLess", aStringThatSaysLessGivesLess},
     {"Hostile.AStringThatFillsLessThanItsLengthGivesNothingElse",

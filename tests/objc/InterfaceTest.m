@@ -1,4 +1,4 @@
-/* The interface as the runtime knows it: selectors, types, instance variables, and no others. */
+/* The interface as the runtime knows it: exactly these selectors, types and instance variables. */
 #import "Host.h"
 
 #include <objc/runtime.h>
@@ -11,7 +11,7 @@ typedef struct Named {
   const char *selector, *types;
 } Named;
 
-/* Flags are C, one unsigned byte; BOOL is that too in this runtime. 32-bit words are I and i. */
+/* Flags are C, one unsigned byte; so is BOOL in this runtime. 32-bit words are I and i. */
 static const Named recordClassMethods[] = {
     {"writeAppInfoWithContents:name:option:", "C@:@@I"},
     {"writePrinterLogInfoWithContents:name:option:otherInfo:", "C@:@@I@"},
@@ -92,7 +92,7 @@ static const Named recordVariables[] = {{"_xmlContents", "@\"NSString\""},
                                         {"_libUUID", "@\"NSString\""},
                                         {NULL, NULL}};
 
-/* The runtime writes where in the frame each argument lies; that differs between machines. */
+/* Without the offsets of the arguments in the frame, which differ between machines. */
 static NSString* typesOf(Method method) {
   NSMutableString* types = [NSMutableString string];
   for (const char* type = method_getTypeEncoding(method); *type != '\0'; ++type) {
@@ -101,7 +101,7 @@ static NSString* typesOf(Method method) {
   return types;
 }
 
-/* GCC writes a machine word as l or q, for the same 64 bits. */
+/* GCC encodes the same 64-bit word as l or as q. */
 static NSString* word(NSString* types) {
   return [types stringByReplacingOccurrencesOfString:@"l" withString:@"q"];
 }

@@ -1,4 +1,4 @@
-/* Reference counts: a record is gone with the pool, and nothing is left of it. */
+/* Reference counts: a record is freed with the pool, and leaves nothing in memory. */
 #import "Host.h"
 #import "HostileObjects.h"
 
@@ -10,8 +10,8 @@
 
 static int made, gone, written;
 
-/* A subclass of the record, made at run time as the class is, that counts. */
-typedef void (*Anything)(void); /* what a method is before its type is known again */
+/* A subclass of the record that counts. It is made at run time, since the class is loaded then. */
+typedef void (*Anything)(void); /* a method before it is cast to its type */
 typedef id (*Init)(id, SEL);
 typedef void (*Dealloc)(id, SEL);
 typedef BOOL (*Write)(id, SEL);
@@ -167,15 +167,15 @@ static void everythingOnce(NSArray* hostile) {
   [pool release];
 }
 
-/* How many bytes more are in use after so many rounds. */
+/* How many more bytes are in use after this many rounds. */
 static long growthOver(int rounds, NSArray* hostile) {
   const size_t before = mallinfo2().uordblks;
   for (int i = 0; i < rounds; ++i) everythingOnce(hostile);
   return (long)(mallinfo2().uordblks - before);
 }
 
-/* A leak shows in every batch; that Foundation fills its tables, only in the first ones. */
-static void memoryStaysWhatItWas(void) {
+/* A leak grows in every batch. Foundation's tables grow only in the first batches. */
+static void memoryInUseStaysTheSame(void) {
   enum { rounds = 25, mostBatches = 12 };
   NSDictionary* survey = [NSDictionary dictionaryWithObject:printer() forKey:@"k"];
   NSArray* hostile = [[notTexts() arrayByAddingObjectsFromArray:notArrays()] retain];
@@ -202,8 +202,8 @@ static void limitAddressSpace(rlim_t most) {
   setrlimit(RLIMIT_AS, &limit);
 }
 
-/* A record of 32 MiB with less and less want of memory, until it can be made. */
-static void memoryThatRunsOutGivesNoAndNothingRaised(void) {
+/* A record of 32 MiB with more and more memory, until it can be made. */
+static void withoutMemoryTheAnswerIsNoAndNothingIsRaised(void) {
   NSString* contents = repeated(@"0123456789abcdef", 2 << 20);
   const NSUInteger length = [contents length];
   int refused = 0;
@@ -223,8 +223,8 @@ static void memoryThatRunsOutGivesNoAndNothingRaised(void) {
   CHECK([textAt(monthFile(@"App")) length] > 2 * length);
 }
 
-/* A printer whose serial number alone is large: it may not get lost on the way. */
-static void anIdentityThatFindsNoMemoryIsNoMissingOne(void) {
+/* A printer with a large serial number, which must not be lost. */
+static void anIdentityThatFindsNoMemoryIsNotAMissingOne(void) {
   NSString* serial = repeated(@"0123456789abcdef", 1 << 20);
   NSDictionary* otherInfo = [NSDictionary dictionaryWithObject:serial forKey:@"SN"];
   int refused = 0;
@@ -318,10 +318,11 @@ const Case lifetimeCases[] = {
      everyInitialiserCallsTheRecordsOwnInitOnce},
     {"Lifetime.ARecordReleasesWhatItHolds", aRecordReleasesWhatItHolds},
     {"Lifetime.AHostsObjectsAreNotHeldOnto", aHostsObjectsAreNotHeldOnto},
-    {"Lifetime.MemoryStaysWhatItWas", memoryStaysWhatItWas},
-    {"Lifetime.MemoryThatRunsOutGivesNoAndNothingRaised", memoryThatRunsOutGivesNoAndNothingRaised},
-    {"Lifetime.AnIdentityThatFindsNoMemoryIsNoMissingOne",
-     anIdentityThatFindsNoMemoryIsNoMissingOne},
+    {"Lifetime.MemoryInUseStaysTheSame", memoryInUseStaysTheSame},
+    {"Lifetime.WithoutMemoryTheAnswerIsNoAndNothingIsRaised",
+     withoutMemoryTheAnswerIsNoAndNothingIsRaised},
+    {"Lifetime.AnIdentityThatFindsNoMemoryIsNotAMissingOne",
+     anIdentityThatFindsNoMemoryIsNotAMissingOne},
     {"Lifetime.ALackOfMemoryLeavesTheEarlierDocument", aLackOfMemoryLeavesTheEarlierDocument},
     {"Lifetime.ThreadsRecordAtTheSameTimeAndLoseNothing", threadsRecordAtTheSameTimeAndLoseNothing},
     {NULL, NULL}};

@@ -1,4 +1,4 @@
-// Plain values, which arrays and dictionaries of any depth cross in.
+// Plain values, which carry arrays and dictionaries of any depth.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -33,7 +33,7 @@ TEST(Plain, WhatCannotBeReadIsLeftOut) {
   items[0] = objc::plain(Text("kept"));
   items[1].kind = plainBoolean;
   items[2] = objc::plain(Text("without a value"));
-  items[4].kind = plainBoolean;  // no key
+  items[4].kind = plainBoolean;  // has no key
   items[5] = objc::plain(std::optional(Dictionary{{"lost", 1}}));
   Plain dictionary{};
   dictionary.kind = plainDictionary;

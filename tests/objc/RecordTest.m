@@ -1,4 +1,4 @@
-/* The record: building it, its texts and its identity, its values. */
+/* The record: how it is built, its texts, its identity and its values. */
 #import "Host.h"
 
 #include <objc/runtime.h>
@@ -60,7 +60,7 @@ static void takesOnlyFileTypesOneAndTwo(void) {
   CHECK([record fileType] == 1);
 }
 
-static void theVeryObjectHandedBackIsNoChange(void) {
+static void handingBackTheSameObjectChangesNothing(void) {
   WENLOLIB* record = recordWith(@"contents", @"App", 0);
   NSString* contents = [record contents];
   NSString* name = [record applicationName];
@@ -70,7 +70,7 @@ static void theVeryObjectHandedBackIsNoChange(void) {
   CHECK([record applicationName] == name);
 }
 
-static void asksForTheSameTextGiveTheSameObject(void) {
+static void askingTwiceForATextGivesTheSameObject(void) {
   WENLOLIB* record = recordWith(@"contents", @"App", 0);
   CHECK([record contents] == [record contents]);
   CHECK([record applicationName] == [record applicationName]);
@@ -267,8 +267,8 @@ const Case recordCases[] = {
      shorterInitialisersLeaveTheRestNullAndZero},
     {"Record.TakesNullAndEmptyTexts", takesNullAndEmptyTexts},
     {"Record.TakesOnlyFileTypesOneAndTwo", takesOnlyFileTypesOneAndTwo},
-    {"Record.TheVeryObjectHandedBackIsNoChange", theVeryObjectHandedBackIsNoChange},
-    {"Record.AsksForTheSameTextGiveTheSameObject", asksForTheSameTextGiveTheSameObject},
+    {"Record.HandingBackTheSameObjectChangesNothing", handingBackTheSameObjectChangesNothing},
+    {"Record.AskingTwiceForATextGivesTheSameObject", askingTwiceForATextGivesTheSameObject},
     {"Record.SettersCopy", settersCopy},
     {"Record.NullClearsATextAndAnotherReplacesIt", nullClearsATextAndAnotherReplacesIt},
     {"Record.WhatItHandsOutOutlivesIt", whatItHandsOutOutlivesIt},

@@ -1,4 +1,4 @@
-/* Every single allocation fails once: nothing is raised, and no answer is a wrong one. */
+/* Every single allocation fails once: nothing is raised, and no answer is wrong. */
 #import "Host.h"
 
 #include <limits.h>
@@ -17,8 +17,8 @@ static void removeFile(NSString* path) {
   unlink([path fileSystemRepresentation]);
 }
 
-/* A pool as a new thread has it: it takes memory for the objects beyond its 32nd, here for the next
- * one where it is `full`. */
+/* A pool like a new thread's: after 32 objects it takes memory for more. If `full`, it already
+ * holds 32. */
 static NSAutoreleasePool* newestPool(BOOL full) {
   [NSAutoreleasePool freeCache];
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
@@ -26,12 +26,12 @@ static NSAutoreleasePool* newestPool(BOOL full) {
   return pool;
 }
 
-/* Runs `operation` with its first allocation failing, then with its second, until it is done
- * before one does; `check` looks at what came of it. */
+/* Runs `operation` with its first allocation failing, then with its second, and so on, until it
+ * ends without a failure. `check` checks the result each time. */
 static void withEachAllocationFailing(void (*operation)(void), void (*check)(void), BOOL full) {
   long number = 0;
   BOOL failed = YES;
-  operation(); /* what Foundation makes at the first use of a class is made */
+  operation(); /* lets Foundation make what it makes at the first use of a class */
   for (check(); failed && number < mostAllocations; check()) {
     NSAutoreleasePool* pool = newestPool(full);
     failAllocations(++number, 1);
@@ -89,7 +89,7 @@ static void printerLogs(void) {
   withEveryShortage(recordPrinterLog, checkPrinterLog);
 }
 
-/* A record that is made and written step by step, each time a new one. */
+/* Makes a new record and writes it, step by step. */
 static void writeARecord(void) {
   WENLOLIB* record = nil;
   recorded = NO;
@@ -112,7 +112,7 @@ static void recordsOfTheHostsOwn(void) {
   withEveryShortage(writeARecord, checkPrinterLog);
 }
 
-/* What is asked below, and the record that is asked. */
+/* The number of the question asked below, and the record that is asked. */
 static int question;
 static WENLOLIB* asked;
 static id answer;
@@ -274,7 +274,7 @@ static void numbersAreTheRightOnesOrFailing(void) {
   }
 }
 
-/* Not even an exception of Foundation's would find any. */
+/* Not even an exception of Foundation's could be made. */
 static void nothingIsAnsweredWithoutAnyMemory(void) {
   prepareQuestions();
   for (int i = 0; i < 2 * objectQuestions; ++i) {

@@ -1,4 +1,4 @@
-/* On a thread with little stack: what is nested deeply is not walked by recursion. */
+/* On a thread with little stack, deeply nested values work: nothing walks them by recursion. */
 #import "Host.h"
 
 #include <pthread.h>
@@ -12,7 +12,7 @@ static id nested(void) {
   return value;
 }
 
-/* How many arrays stand around the text. */
+/* How many arrays the text is nested in. */
 static int depthOf(id value) {
   int depth = 0;
   for (; [value isKindOfClass:[NSArray class]]; ++depth) value = [value lastObject];
@@ -30,7 +30,7 @@ static void* run(void* operation) {
   return NULL;
 }
 
-/* The zone is asked for first: Foundation's first look at it takes a stack of its own. */
+/* Asks for the zone first, since Foundation's first look at it takes much stack. */
 static void onASmallStack(void (*ask)(void)) {
   void* operation;
   pthread_attr_t attributes;

@@ -1,13 +1,13 @@
-/* A host's subclass may answer nil, keep nothing, or raise: the entry points say no, or go on. */
+/* A host's subclass may answer nil, keep nothing, or raise. The entry points answer no or go on. */
 #import "Host.h"
 
 #include <objc/runtime.h>
 
 #include "Allocations.h"
 
-typedef void (*Anything)(void); /* what a method is before its type is known again */
+typedef void (*Anything)(void); /* a method before it is cast to its type */
 
-/* Subclasses are made at run time, as the record's class is, each with one method of its own. */
+/* Makes a subclass with one method at run time, since the record's class is loaded then. */
 static Class subclass(NSString* name, NSString* method, Anything implementation) {
   Class class = objc_allocateClassPair(recordClass, [name UTF8String], 0);
   SEL selector = NSSelectorFromString(method);
@@ -103,8 +103,7 @@ static void anIdentityThatASubclassDoesNotKeepIsAbsent(void) {
   CHECK_EQUAL(elementIn(textAt(inSupportFolder(@"PLM/App_1.PLM")), @"SN"), @"");
 }
 
-/* The library's own lack of memory is something else: without its identity the log would be wrong.
- */
+/* When the library itself lacks memory, the record fails: a log without its identity is wrong. */
 static void anIdentityThatFoundNoMemoryFailsTheRecordUntilItIsGivenAgain(void) {
   WENLOLIB* record = [[[recordClass alloc] initWithContents:@"c" name:@"App"] autorelease];
   [record serOtherInfo:printer()];

@@ -1,4 +1,4 @@
-/* Dates in Foundation's default zone for the classes, in the C library's for the C functions. */
+/* The classes show dates in Foundation's default zone, the C functions in the C library's zone. */
 #import "Host.h"
 
 #include <dlfcn.h>
@@ -11,7 +11,7 @@
 
 #include "Allocations.h"
 
-/* A zone as a host might make one: says what it is told to, or raises. */
+/* A zone that a host might make: it gives the offset that the test sets, or raises. */
 @interface OwnZone : NSTimeZone {
   NSInteger offset_;
   BOOL raises_;
@@ -39,7 +39,7 @@
 }
 @end
 
-/* Foundation's default zone for one case: nil is the system's again. */
+/* Sets Foundation's default zone for a case; nil sets the system's again. */
 static void useZone(NSTimeZone* zone) {
   [NSTimeZone setDefaultTimeZone:zone];
 }
@@ -79,7 +79,7 @@ static void theOffsetIsTheOneAtThatDate(void) {
   useZone(nil);
 }
 
-/* What the C library shows of a date in GMT. */
+/* How the C library shows a date in GMT. */
 static NSString* plainlyShown(time_t seconds) {
   struct tm fields;
   gmtime_r(&seconds, &fields);
@@ -88,7 +88,7 @@ static NSString* plainlyShown(time_t seconds) {
                                     fields.tm_min, fields.tm_sec];
 }
 
-/* Leap days and turns of years in all their kinds, and steps that meet every month. */
+/* All kinds of leap days and year ends, and steps that reach every month. */
 static void everyDateIsWhatTheCalendarSays(void) {
   const time_t turns[] = {0,
                           -1,
@@ -112,7 +112,7 @@ static void everyDateIsWhatTheCalendarSays(void) {
   }
   for (time_t at = -100000000000; at < 100000000000; at += 98765432) {
     NSString* expected = plainlyShown(at);
-    if ([expected hasPrefix:@"-"]) continue; /* widths of negative years are the next case's */
+    if ([expected hasPrefix:@"-"]) continue; /* negative years have other widths */
     CHECK_EQUAL([toolkitClass dateFormatWithHourMinSec:dateAt((double)at)], expected);
   }
   CHECK_EQUAL([toolkitClass dateFormatWithHourMinSec:dateAt(-0.5)], @"1969/12/31 23:59:59");
@@ -128,7 +128,7 @@ static void theYearIsCountedFrom2000AndNeverCut(void) {
   useZone(nil);
 }
 
-/* Half a year ahead, so that another month than the C library's stands in the file's name. */
+/* Half a year ahead, so that the month in the file's name is not the C library's. */
 static void recordsCarryTheDefaultZonesDate(void) {
   const NSInteger ahead = 183 * 86400 + 2700;
   useOffset(ahead);
@@ -143,8 +143,8 @@ static void recordsCarryTheDefaultZonesDate(void) {
   useZone(nil);
 }
 
-/* The same object, asked for its document alone. */
-static void aRecordsOwnDocumentDoesSoToo(void) {
+/* A record that a host makes itself, asked for its document alone. */
+static void aRecordsOwnDocumentCarriesItToo(void) {
   WENLOLIB* record = [[[recordClass alloc] initWithContents:@"c" name:@"n"] autorelease];
   useOffset(-12600);
   CHECK([record WENLOLIBCreateXMLDocument]);
@@ -208,8 +208,8 @@ static void aZoneThatRaisesOrSaysNoOffsetFailsTheRecord(void) {
   CHECK([recordClass writeAppInfoWithContents:@"c" name:@"App" option:1]);
 }
 
-/* As if Foundation had never been asked for its zone, which is this one: GNUstep keeps zones by
- * name, so that each case takes another. */
+/* Makes Foundation forget its zone and look at this one next. GNUstep keeps zones by name, so each
+ * case takes another zone. */
 static NSDate* winter;
 
 static void forgetTheSystemsZone(NSString* zone) {
@@ -235,8 +235,8 @@ static void limitDescriptors(rlim_t most) {
   setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-/* GNUstep takes a zone's file that it cannot open for GMT, and stays with that. */
-static void noDescriptorAtTheFirstLookIsNoZone(void) {
+/* If GNUstep cannot open a zone's file, it takes GMT, and keeps it. */
+static void withoutADescriptorAtTheFirstLookThereIsNoZone(void) {
   struct rlimit before;
   const int next = dup(0);
   NSString* withoutOne = @"";
@@ -251,7 +251,7 @@ static void noDescriptorAtTheFirstLookIsNoZone(void) {
   useTheSystemsZoneAgain();
 }
 
-/* The one that is tried is enough. */
+/* The library checks that a descriptor is free, and needs only that one. */
 static void oneDescriptorAtTheFirstLookIsEnough(void) {
   struct rlimit before;
   const int next = dup(0);
@@ -264,11 +264,11 @@ static void oneDescriptorAtTheFirstLookIsEnough(void) {
   useTheSystemsZoneAgain();
 }
 
-/* From then on without any: Foundation could not even raise. */
-static void noMemoryAtTheFirstLookIsNoZone(void) {
+/* Every allocation fails from then on: Foundation could not even raise. */
+static void withoutMemoryAtTheFirstLookThereIsNoZone(void) {
   NSString* withoutMemory = @"";
   forgetTheSystemsZone(@"Asia/Dubai");
-  CHECK_RAISES_NOTHING(shown()); /* the runtime has its tables, GNUstep the zone's name */
+  CHECK_RAISES_NOTHING(shown()); /* the runtime makes its tables, GNUstep the zone's name */
   [NSTimeZone resetSystemTimeZone];
   failAllocations(1, LONG_MAX);
   withoutMemory = shown();
@@ -280,11 +280,10 @@ static void noMemoryAtTheFirstLookIsNoZone(void) {
 
 enum { fine, broken, done };
 
-/* What becomes of the zone after a first look in which this allocation failed, and which said so.
- */
+/* What the second look at the zone gives after this allocation failed in the first one. */
 static int afterALookWithout(long number) {
   NSString* answer;
-  alarm(60); /* whoever waits for GNUstep's lock waits for good */
+  alarm(60); /* whoever waits for GNUstep's lock waits for ever */
   forgetTheSystemsZone(@"America/Caracas");
   failAllocations(number, 1);
   answer = shown();
@@ -292,12 +291,12 @@ static int afterALookWithout(long number) {
   return answer != nil || [shown() hasSuffix:@"-04:00"] ? fine : broken;
 }
 
-/* Each in a process of its own: GNUstep keeps a lock when it is broken off. */
-static void aFirstLookThatWasBrokenOffIsNotTheLast(void) {
+/* Each in a process of its own, since GNUstep keeps a lock when an exception interrupts it. */
+static void aFirstLookThatFailedIsNotTheLast(void) {
   int status = fine;
   long number;
   forgetTheSystemsZone(@"Asia/Karachi");
-  CHECK_EQUAL(shown(), @"2024-01-01T05:00:00+05:00"); /* the runtime has its tables */
+  CHECK_EQUAL(shown(), @"2024-01-01T05:00:00+05:00"); /* the runtime makes its tables */
   for (number = 1; status == fine && number < 10000; ++number) {
     const pid_t child = fork();
     if (child == 0) _exit(afterALookWithout(number));
@@ -314,12 +313,13 @@ const Case timeZoneCases[] = {
     {"TimeZone.EveryDateIsWhatTheCalendarSays", everyDateIsWhatTheCalendarSays},
     {"TimeZone.TheYearIsCountedFrom2000AndNeverCut", theYearIsCountedFrom2000AndNeverCut},
     {"TimeZone.RecordsCarryTheDefaultZonesDate", recordsCarryTheDefaultZonesDate},
-    {"TimeZone.ARecordsOwnDocumentDoesSoToo", aRecordsOwnDocumentDoesSoToo},
+    {"TimeZone.ARecordsOwnDocumentCarriesItToo", aRecordsOwnDocumentCarriesItToo},
     {"TimeZone.TheBundlesCFunctionsKeepTheCLibrarysZone", theBundlesCFunctionsKeepTheCLibrarysZone},
     {"TimeZone.AZoneThatRaisesOrSaysNoOffsetFailsTheRecord",
      aZoneThatRaisesOrSaysNoOffsetFailsTheRecord},
-    {"TimeZone.NoDescriptorAtTheFirstLookIsNoZone", noDescriptorAtTheFirstLookIsNoZone},
+    {"TimeZone.WithoutADescriptorAtTheFirstLookThereIsNoZone",
+     withoutADescriptorAtTheFirstLookThereIsNoZone},
     {"TimeZone.OneDescriptorAtTheFirstLookIsEnough", oneDescriptorAtTheFirstLookIsEnough},
-    {"TimeZone.NoMemoryAtTheFirstLookIsNoZone", noMemoryAtTheFirstLookIsNoZone},
-    {"TimeZone.AFirstLookThatWasBrokenOffIsNotTheLast", aFirstLookThatWasBrokenOffIsNotTheLast},
+    {"TimeZone.WithoutMemoryAtTheFirstLookThereIsNoZone", withoutMemoryAtTheFirstLookThereIsNoZone},
+    {"TimeZone.AFirstLookThatFailedIsNotTheLast", aFirstLookThatFailedIsNotTheLast},
     {NULL, NULL}};

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Runs the example host in Objective-C below a HOME of its own and verifies what it recorded.
+"""Runs the example host in Objective-C in a HOME of its own and verifies what it recorded.
 
     example_test.py HOST BUNDLE EXAMPLES [WENLOLIB]
 
-With the command wenlolib, that one is asked too."""
+If the command WENLOLIB is given, it must accept the documents too."""
 
 import datetime
 import os

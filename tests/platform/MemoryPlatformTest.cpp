@@ -1,4 +1,4 @@
-// The in-memory platform keeps the promises of the interfaces that it stands in for.
+// The in-memory platform does what the platform's interfaces promise.
 #include "support/MemoryPlatform.h"
 
 #include <gtest/gtest.h>
@@ -101,7 +101,8 @@ TEST(Journal, KeepsEveryCallInOrder) {
                             "files.writeAtomically /a/b asNew", "programs.run /bin/x -a b wait"}));
 }
 
-/// By the functions' names: a compiler may leave out a pair of new and delete expressions.
+/// Calls the functions by name, since a compiler may leave out a pair of new and delete
+/// expressions.
 void allocateAndFree() {
   ::operator delete(::operator new(1));
 }

@@ -10,7 +10,7 @@
 
 namespace wenlolib::plist {
 
-/// `number` in `width` bytes, the highest first.
+/// `number` in `width` bytes, the highest byte first.
 inline std::string bytesOf(std::uint64_t number, std::size_t width) {
   std::string bytes;
   for (std::size_t i = width; i-- > 0;) {
@@ -23,7 +23,7 @@ inline std::string marker(unsigned type, unsigned detail) {
   return std::string(1, static_cast<char>(type << 4 | detail));
 }
 
-/// The start of an object with `count` units, the count in a byte of its own from 15 on.
+/// The start of an object with `count` units. From 15 on, the count has a byte of its own.
 inline std::string counted(unsigned type, std::size_t count) {
   if (count < 15) return marker(type, static_cast<unsigned>(count));
   return marker(type, 15) + marker(1, 2) + bytesOf(count, 4);
@@ -33,7 +33,7 @@ inline std::string ascii(std::string_view text) {
   return counted(5, text.size()) + std::string(text);
 }
 
-/// What stands in a trailer; a test puts wrong numbers there.
+/// The numbers in a trailer; a test can make them wrong.
 struct Trailer {
   std::uint64_t offsetWidth = 4;
   std::uint64_t referenceWidth = 2;

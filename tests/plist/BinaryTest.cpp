@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// What a file of these bytes holds; nothing where it is refused.
+/// What a file of these bytes holds; nothing if it is refused.
 std::optional<Dictionary> listIn(std::string_view bytes) {
   return readBinary(bytes).dictionary;
 }
@@ -30,7 +30,7 @@ BinaryFile fileWith(const std::string& object) {
   return file;
 }
 
-/// The value that `object` is read as; nothing where the file is refused.
+/// The value that `object` is read as; nothing if the file is refused.
 std::optional<Value> valueOf(const std::string& object) {
   const auto read = listIn(fileWith(object).bytes());
   if (!read || read->size() != 1) return std::nullopt;
@@ -92,7 +92,7 @@ TEST(BinaryPropertyList, ReadsRealsAndDates) {
       {"a date before it, with a fraction", marker(3, 3) + real(-978307199.5), date(0.5)},
       {"a date of four bytes", marker(3, 2) + bytesOf(0, 4), {}},
       {"a date that is not finite", marker(3, 3) + real(infinity), {}},
-      {"a date that is no number", marker(3, 3) + real(std::nan("")), {}},
+      {"a date that is not a number", marker(3, 3) + real(std::nan("")), {}},
       {"a date beyond the calendar", marker(3, 3) + real(1e300), {}},
   });
 }
@@ -109,7 +109,7 @@ TEST(BinaryPropertyList, ReadsTextsAndData) {
       {"longer than the file", marker(5, 14) + "short", {}},
       {"a count beyond any file", marker(5, 15) + marker(1, 3) + bytesOf(~0ULL, 8) + "ab", {}},
       {"a count of sixteen bytes", marker(5, 15) + marker(1, 4) + bytesOf(2, 16) + "ab", {}},
-      {"a count that is no integer", marker(5, 15) + marker(5, 1) + "2ab", {}},
+      {"a count that is not an integer", marker(5, 15) + marker(5, 1) + "2ab", {}},
       {"a count that is missing", marker(5, 15), {}},
       {"a count cut short", marker(5, 15) + marker(1, 2) + "ab", {}},
       {"UTF-16", marker(6, 3) + "\0a\0\xE9\x20\xAC"s, "a\xC3\xA9\xE2\x82\xAC"},
@@ -134,7 +134,7 @@ TEST(BinaryPropertyList, ReadsTextsAndData) {
 TEST(BinaryPropertyList, DoesNotTakeTheNextObjectForTheRestOfAText) {
   BinaryFile file = fileWith(marker(6, 1) + "\xD8\x3D"s);
   file.objects.push_back("\xDE\x00"s);
-  EXPECT_EQ(listIn(file.bytes()), Dictionary()) << "the next bytes are no low surrogate of it";
+  EXPECT_EQ(listIn(file.bytes()), Dictionary()) << "the next object was read as the low surrogate";
 }
 
 TEST(BinaryPropertyList, ReadsUidsAsDictionaries) {
@@ -148,7 +148,7 @@ TEST(BinaryPropertyList, ReadsUidsAsDictionaries) {
   });
   BinaryFile root;
   root.objects = {marker(8, 0) + bytesOf(5, 1)};
-  EXPECT_FALSE(listIn(root.bytes())) << "no dictionary in the file";
+  EXPECT_FALSE(listIn(root.bytes())) << "a UID cannot be the root";
 }
 
 TEST(BinaryPropertyList, RefusesTypesThatNoValueHas) {
@@ -234,7 +234,7 @@ TEST(BinaryPropertyList, SaysWhatIsWrongAndAtWhichByte) {
   expect(file.bytes(), tooLarge, "it holds too many values, or too large ones", 13);
 }
 
-TEST(BinaryPropertyList, LeavesOutKeysThatAreNoTextsAndTheirValues) {
+TEST(BinaryPropertyList, LeavesOutKeysThatAreNotTextsAndTheirValues) {
   for (const std::string& key : {marker(0, 9), marker(1, 0) + "\x01", marker(4, 1) + "k",
                                  marker(0xA, 0), marker(0xD, 0), ascii("\x80")}) {
     BinaryFile file = fileWith(marker(0, 9));
@@ -244,7 +244,7 @@ TEST(BinaryPropertyList, LeavesOutKeysThatAreNoTextsAndTheirValues) {
   }
 }
 
-TEST(BinaryPropertyList, AcceptsADictionaryAtTheRootAlone) {
+TEST(BinaryPropertyList, AcceptsOnlyADictionaryAtTheRoot) {
   for (const std::string& root : {marker(0, 9), ascii("k"), marker(0xA, 0), marker(4, 0)}) {
     BinaryFile file;
     file.objects = {root};
@@ -253,7 +253,7 @@ TEST(BinaryPropertyList, AcceptsADictionaryAtTheRootAlone) {
   BinaryFile file;
   file.objects = {marker(0xD, 0)};
   EXPECT_EQ(listIn(file.bytes()), Dictionary{});
-  EXPECT_EQ(listIn(file.bytes()), Dictionary{}) << "the head tells the form";
+  EXPECT_EQ(listIn(file.bytes()), Dictionary{}) << "the first bytes name the binary form";
 }
 
 TEST(BinaryPropertyList, RefusesOtherVersionsOfTheForm) {
@@ -284,8 +284,7 @@ TEST(BinaryPropertyList, RefusesTrailersThatLeadOutOfTheFile) {
     EXPECT_FALSE(with([&](Trailer& trailer) { trailer.root = wrong; })) << wrong;
   }
   EXPECT_FALSE(with([](Trailer& trailer) { trailer.count = 0; }));
-  EXPECT_FALSE(with([](Trailer& trailer) { trailer.count = 2; }))
-      << "the value lies behind the end";
+  EXPECT_FALSE(with([](Trailer& trailer) { trailer.count = 2; })) << "the value lies after the end";
   for (const std::uint64_t wrong : {std::uint64_t{0}, std::uint64_t{7}, std::uint64_t{8}, huge,
                                     huge - 31, std::uint64_t{1} << 63}) {
     EXPECT_FALSE(with([&](Trailer& trailer) { trailer.tableOffset = wrong; })) << wrong;
@@ -356,11 +355,11 @@ TEST(BinaryPropertyList, ReadsNestingUpToTheBoundAndRefusesItBeyond) {
   for (std::size_t number = 2; number + 1 < uid.objects.size(); ++number) {
     uid.objects[number] = uid.array({number + 1});
   }
-  EXPECT_FALSE(listIn(uid.bytes())) << "a UID is a dictionary and has a level too";
+  EXPECT_FALSE(listIn(uid.bytes())) << "a UID is read as a dictionary, so it is a level too";
 }
 
 /// `depth` arrays, each holding the next one twice, with `object` at the end: 2^(depth+1) + 1 keys
-/// and values. Then something that nothing refers to, for the file to have `bytes` of them.
+/// and values. Then an object that nothing refers to, to make the file `bytes` long.
 std::string doubling(std::size_t depth, const std::string& object, std::size_t bytes = 0) {
   BinaryFile file = fileWith("");
   for (std::size_t number = 2; number < 2 + depth; ++number) {
@@ -411,7 +410,7 @@ TEST(BinaryPropertyList, ASmallFileTakesLittleMemoryWhateverItRefersTo) {
   }
 }
 
-TEST(BinaryPropertyList, ReadsWhatNamesItsScalarsAgainAndAgain) {
+TEST(BinaryPropertyList, ReadsFilesThatReferToTheirScalarsAgainAndAgain) {
   for (const std::string& object : {marker(0, 9), ascii("text"), marker(1, 0) + "\x01",
                                     marker(4, 1) + "x", marker(8, 0) + "\x05"}) {
     BinaryFile file = fileWith("");

@@ -1,4 +1,4 @@
-/// Calls in which one allocation after the other fails.
+/// Makes a call's allocations fail, one after the other.
 #ifndef WENLOLIB_TESTS_PLIST_FAILURESTHROWN_H
 #define WENLOLIB_TESTS_PLIST_FAILURESTHROWN_H
 
@@ -10,8 +10,8 @@
 
 namespace wenlolib::tests {
 
-/// Repeats `call` with each of its allocations failing, which has to be thrown, and then without a
-/// failure, which has to give `expected`. Answers how many there were.
+/// Repeats `call` with each of its allocations failing in turn, which must throw, and then without
+/// a failure, which must give `expected`. Answers how many allocations failed.
 template <class Call, class Expected>
 long failuresThrown(const Call& call, const Expected& expected) {
   for (long failures = 0;; ++failures) {

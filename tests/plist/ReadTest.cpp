@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// What a file of these bytes holds; nothing where it is refused.
+/// What a file of these bytes holds; nothing if it is refused.
 std::optional<Dictionary> listIn(std::string_view bytes) {
   return read(bytes).dictionary;
 }
@@ -31,8 +31,8 @@ std::string inPlist(std::string_view content) {
   return "<plist version=\"1.0\">" + std::string(content) + "</plist>";
 }
 
-/// The value of the one entry "k" of a dictionary with `element` as its value; nothing where the
-/// document is refused.
+/// The value that `element` is read as, under the key "k" of a dictionary; nothing if the document
+/// is refused.
 std::optional<Value> valueOf(std::string_view element) {
   const auto read = listIn(inPlist("<dict><key>k</key>" + std::string(element) + "</dict>"));
   if (!read || read->size() != 1) return std::nullopt;
@@ -176,7 +176,7 @@ TEST(PropertyListRead, ReadsDatesThatTheCalendarHas) {
       {"100000000000-01-01T00:00:00Z", at(3155695137832780800)},
       {"200000000000-01-01T00:00:00Z", {}},
       {"999999999999-01-01T00:00:00Z", {}},
-      {"584554051223-01-01T00:00:00Z", {}},  // Some 2^64 seconds after 1970.
+      {"584554051223-01-01T00:00:00Z", {}},  // about 2^64 seconds after 1970
       {"99999999999999999999-01-01T00:00:00Z", {}},
       {"2023-02-29T00:00:00Z", {}},
       {"1900-02-29T00:00:00Z", {}},
@@ -206,8 +206,8 @@ TEST(PropertyListRead, ReadsDatesThatTheCalendarHas) {
   }
 }
 
-TEST(PropertyListRead, ReadsBase64InAnyLayoutAndRefusesWhatIsNone) {
-  // The vectors of RFC 4648, section 10, and layouts of them.
+TEST(PropertyListRead, ReadsBase64InAnyLayoutAndRefusesWhatIsNotBase64) {
+  // The vectors of RFC 4648, section 10, and other layouts of them.
   const std::vector<std::pair<std::string_view, std::optional<std::string_view>>> cases = {
       {"", ""},
       {"Zg==", "f"},
@@ -246,7 +246,7 @@ TEST(PropertyListRead, ReadsBase64InAnyLayoutAndRefusesWhatIsNone) {
   }
 }
 
-TEST(PropertyListRead, AcceptsADictionaryAtTheRootAloneWhateverStandsAroundIt) {
+TEST(PropertyListRead, AcceptsOnlyADictionaryAtTheRootWhateverStandsAroundIt) {
   for (const std::string& document : {
            inPlist("<dict/>"),
            inPlist(" \n<!-- note --><dict/> <?note?>\n"),
@@ -269,7 +269,7 @@ struct Place {
   std::size_t line = 1;
 };
 
-TEST(PropertyListRead, SaysWhatAFileIsThatHoldsNoDictionaryAndWhere) {
+TEST(PropertyListRead, SaysWhyAFileHoldsNoDictionaryAndWhere) {
   using enum platform::ListState;
   const std::string entry = "<key>k</key><true/>";
   const Place places[] = {
@@ -315,8 +315,9 @@ TEST(PropertyListRead, LeavesOutAValueThatCannotBeCarriedAndKeepsTheOthers) {
                      "<false/></array></dict>"));
     EXPECT_EQ(reading.state, platform::ListState::partial) << value;
     EXPECT_EQ(reading.dictionary, (Dictionary{{"a", true}, {"l", Value::Array{false}}})) << value;
-    EXPECT_FALSE(listIn(inPlist("<dict>" + text + "</dict>"))) << "still, it needs a key";
-    EXPECT_FALSE(listIn(inPlist(text))) << "and a place";
+    EXPECT_FALSE(listIn(inPlist("<dict>" + text + "</dict>")))
+        << "it needs a key, though it is left out";
+    EXPECT_FALSE(listIn(inPlist(text))) << "a value that is left out cannot be the root";
   }
   EXPECT_EQ(read(inPlist("<dict/>")).state, platform::ListState::whole);
 }
@@ -344,7 +345,7 @@ TEST(PropertyListRead, LeavesOutHalfASurrogatePairAndWhatBelongsToIt) {
   const std::string mark = "\xEF\xB7\x90";
   EXPECT_EQ(listIn(inPlist("<dict><key>k</key><string>" + mark + "</string></dict>")),
             (Dictionary{{"k", mark}}))
-      << "the character that marks a half is itself one like any other";
+      << "the character that marks a half must still be read as itself";
   EXPECT_FALSE(listIn(inPlist("<dict><key>k</key><string>&#xD800;</string>")));
   EXPECT_FALSE(listIn(inPlist("<dict><key>&#xD800;</key></dict>")));
 }
@@ -357,7 +358,7 @@ TEST(PropertyListRead, TakesAnEmptyListOfDeclarations) {
   }
 }
 
-TEST(PropertyListRead, RefusesWhatIsNoPropertyList) {
+TEST(PropertyListRead, RefusesWhatIsNotAPropertyList) {
   for (const std::string& document : {
            ""s,
            " "s,
@@ -470,10 +471,11 @@ TEST(PropertyListRead, LeavesOutHalfASurrogatePairInUtf16Too) {
                               inUtf16With(0xDE00, "?</string></dict></plist>", isBig);
     EXPECT_EQ(read(whole).state, platform::ListState::whole);
     EXPECT_EQ(read(whole).dictionary, (Dictionary{{"k", "\xF0\x9F\x98\x80"}}));
-    EXPECT_EQ(read(whole + "\n").state, platform::ListState::damaged) << "half a unit";
+    EXPECT_EQ(read(whole + "\n").state, platform::ListState::damaged)
+        << "a file that ends in half a unit";
     EXPECT_EQ(read(inUtf16With(0xD83D, "<plist><dict/></plist>?", isBig)).state,
               platform::ListState::damaged)
-        << "a half at the end";
+        << "half a surrogate pair at the end";
   }
 }
 
@@ -485,7 +487,7 @@ TEST(PropertyListRead, ReadsOtherEncodingsThatTheDocumentNames) {
   EXPECT_EQ(listIn(inUtf16(body, false)), expected);
   const std::string named = "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + body;
   EXPECT_EQ(listIn(inUtf16(named, true)), expected);
-  EXPECT_FALSE(listIn(body)) << "no UTF-8, and no other encoding named";
+  EXPECT_FALSE(listIn(body)) << "the bytes are not UTF-8, and no other encoding is named";
   EXPECT_FALSE(listIn("<?xml version=\"1.0\" encoding=\"x-unknown\"?>" + body));
   const std::string utf16 = inUtf16(body, true);
   EXPECT_FALSE(listIn(std::string_view(utf16).substr(0, utf16.size() - 1)));
@@ -536,7 +538,7 @@ TEST(PropertyListRead, ReadsNestingUpToTheBoundAndRefusesItBeyond) {
   EXPECT_TRUE(listIn(dictionaries(bounds.levels)));
   EXPECT_FALSE(listIn(dictionaries(bounds.levels + 1)));
   EXPECT_FALSE(listIn(dictionaries(100'000)));
-  EXPECT_FALSE(listIn(inPlist(repeated("<array>", 100'000)))) << "truncated, too";
+  EXPECT_FALSE(listIn(inPlist(repeated("<array>", 100'000)))) << "nested too deeply, and truncated";
 }
 
 TEST(PropertyListRead, ReadsFilesUpToTheBoundAndRefusesThemBeyond) {

@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// What a file of these bytes holds; nothing where it is refused.
+/// What a file of these bytes holds; nothing if it is refused.
 std::optional<Dictionary> listIn(std::string_view bytes) {
   return read(bytes).dictionary;
 }
@@ -26,13 +26,13 @@ Instant at(double seconds) {
   return Instant(Seconds(seconds));
 }
 
-/// `dictionary` written and read again; nothing where either is refused.
+/// `dictionary`, written and read again; nothing if either fails.
 std::optional<Dictionary> again(const Dictionary& dictionary) {
   const Text text = write(dictionary);
   return text ? listIn(*text) : std::nullopt;
 }
 
-/// `value` under the key "k" written and read again.
+/// `value`, written under the key "k" and read again.
 std::optional<Value> again(const Value& value) {
   const auto read = again(Dictionary{{"k", value}});
   if (!read || read->size() != 1) return std::nullopt;
@@ -45,7 +45,7 @@ constexpr std::string_view head =
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 
-/// The lines that a dictionary with `value` under the key "k" has for that value.
+/// The lines for `value` when it is written under the key "k".
 std::string linesOf(const Value& value) {
   const Text text = write({{"k", value}});
   const std::string before = std::string(head) + "<dict>\n\t<key>k</key>\n";
@@ -167,7 +167,7 @@ TEST(PropertyListWrite, KeepsValueAndTypeOfEveryEntry) {
     ASSERT_TRUE(read) << "value " << i;
     EXPECT_TRUE(*read == values[i]) << "value " << i << '\n' << linesOf(values[i]);
   }
-  EXPECT_TRUE(again(std::uint64_t{5}) == Value(5)) << "signed where it fits";
+  EXPECT_TRUE(again(std::uint64_t{5}) == Value(5)) << "a number that fits must come back signed";
   EXPECT_TRUE(again(at(1.75)) == Value(at(1)));
 }
 
@@ -262,7 +262,8 @@ TEST(PropertyListWrite, AnswersNullBeyondTheBoundForBytes) {
   EXPECT_EQ(text->size(), bounds.bytes);
   EXPECT_EQ(listIn(*text), (Dictionary{{"k", most}}));
   EXPECT_FALSE(write({{"k", most + "x"}}));
-  EXPECT_FALSE(write({{"k", most.substr(1) + "<"}})) << "four characters when escaped";
+  EXPECT_FALSE(write({{"k", most.substr(1) + "<"}}))
+      << "one character that takes four when escaped";
   EXPECT_FALSE(write({{"k", Value::Data(bounds.bytes * 3 / 4, 0)}}));
 }
 
@@ -271,7 +272,7 @@ TEST(PropertyListWrite, AnswersNullForSharedValuesThatWouldGrowWithoutEnd) {
   for (int i = 0; i < 100; ++i) value = Value::Array{value, value};
   const tests::CountedAllocations counted;
   EXPECT_FALSE(write({{"k", value}}));
-  EXPECT_GT(counted.largest(), bounds.bytes / 2) << "it was written up to the bound";
+  EXPECT_GT(counted.largest(), bounds.bytes / 2) << "writing must stop only at the bound";
   EXPECT_LT(counted.largest(), bounds.bytes * 3);
 }
 

@@ -1,12 +1,12 @@
-/// Reads property lists and writes them as XML, for a comparison with other readers.
+/// Reads property lists and writes them as XML, to compare them with other readers.
 ///
-///   plist_roundtrip FILE            the XML form to standard output
-///   plist_roundtrip --batch FILE..  the XML form of each FILE to FILE.xml; prints a line for each,
-///                                   "read", "partial" where values were left out,
+///   plist_roundtrip FILE            writes the XML form to standard output
+///   plist_roundtrip --batch FILE..  writes the XML form of each FILE to FILE.xml; prints a line
+///                                   for each: "read", "partial" if values were left out,
 ///                                   "unreadable" or "unwritable"
 ///
-/// Exit status: 0; 1 where FILE could not be read as a property list or has no XML form (in a
-/// batch: where an XML form could not be stored); 3 where an XML form did not read back as what was
+/// Exit status: 0 on success; 1 if FILE could not be read as a property list or has no XML form (in
+/// a batch: if an XML form could not be stored); 3 if an XML form was not read back as it was
 /// written.
 #include <cstdlib>
 #include <exception>
@@ -34,8 +34,8 @@ Text contents(const std::string& path) {
   return bytes;
 }
 
-/// Dates lose their fractions when they are written, so it is the second writing that has to come
-/// out the same.
+/// Dates lose their fractions when they are written. So the first XML form, read and written again,
+/// must come out the same.
 bool readsBack(const std::string& xml) {
   const auto read = plist::read(xml).dictionary;
   return read && plist::write(*read) == xml;

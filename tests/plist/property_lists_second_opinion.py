@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Holds the property-list reader and writer against other implementations.
+"""Compares the property-list reader and writer with other implementations.
 
 Usage: property_lists_second_opinion.py PLIST_ROUNDTRIP [--no-memory-limit]
 
-Random dictionaries are written by plistlib in both forms, sent through the tool, and read again by
-plistlib; plistutil, where it is installed, reads the tool's output too. Then valid files are changed
-at random, and files made to do harm are tried: the tool must always end by itself, in bounded time
-and memory. --no-memory-limit is for builds with a sanitizer, which reserve address space.
+plistlib writes random dictionaries in both forms, the tool converts them, and plistlib reads them
+again; plistutil, if installed, reads the tool's output too. Then valid files are changed at random,
+and files made to do harm are tried: the tool must always end by itself, in bounded time and memory.
+--no-memory-limit is for builds with a sanitizer, which reserve address space.
 """
 
 import datetime
@@ -28,7 +28,7 @@ SECONDS_LIMIT = 60
 DOCUMENTS = 400
 MUTATIONS = 6000
 BATCH = 200
-# Otherwise a sanitizer's finding would end the tool with the status of a file that it refuses.
+# Without this, a sanitizer's finding would give the same status as a refused file.
 SANITIZER_STATUS = {name + "_OPTIONS": "exitcode=99" for name in ("ASAN", "UBSAN", "LSAN")}
 
 
@@ -51,7 +51,7 @@ class Tool:
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
 
     def run(self, arguments):
-        """Exit status and output; remembers what the run took."""
+        """The exit status and output of a run; remembers its time and memory."""
         with tempfile.TemporaryFile(dir=self.folder) as output:
             process = subprocess.Popen(
                 [self.path] + arguments,
@@ -64,7 +64,7 @@ class Tool:
             _, status, usage = os.wait4(process.pid, 0)
             process.stderr.close()
             process.returncode = os.waitstatus_to_exitcode(status)
-            # Counts this interpreter too, as it was when it forked: small peaks say nothing.
+            # This includes the interpreter's memory at the fork, so small peaks mean nothing.
             self.peak = usage.ru_maxrss * 1024
             self.seconds = usage.ru_utime + usage.ru_stime
             output.seek(0)
@@ -79,12 +79,12 @@ class Tool:
         return path
 
     def through(self, content):
-        """The XML form of a file, or None where the tool refuses it."""
+        """The XML form of a file, or None if the tool refuses it."""
         status, output = self.run([self.write("single", content)])
         return output if status == 0 else None
 
     def batch(self, contents):
-        """What the tool says of each file: "read", "partial", "unreadable" or "unwritable", and its XML."""
+        """For each file: "read", "partial", "unreadable" or "unwritable", and its XML."""
         paths = [self.write(f"batch{i}", content) for i, content in enumerate(contents)]
         for path in paths:
             if os.path.exists(path + ".xml"):
@@ -161,7 +161,7 @@ def random_dictionary(rng, depth, binary):
 
 
 def as_expected(value):
-    """`value` as it has to come back: a UID as the dictionary that stands for it in XML."""
+    """`value` as it must come back: a UID becomes the dictionary that stands for it in XML."""
     if isinstance(value, plistlib.UID):
         return {"CF$UID": value.data}
     if isinstance(value, dict):
@@ -172,8 +172,8 @@ def as_expected(value):
 
 
 def difference(left, right, where="root"):
-    """Where two values differ first, in value or type; None where they are the same all the way
-    down. NaN equals itself, 0.0 differs from -0.0."""
+    """The first place where two values differ in value or type; None if they are wholly the same.
+    NaN equals itself, 0.0 differs from -0.0."""
     found = f"at {where}: {left!r:.200} became {right!r:.200}"
     if type(left) is not type(right):
         return found
@@ -199,7 +199,7 @@ def expect_same(left, right, what):
 
 
 def is_part(whole, part):
-    """Whether `part` is `whole` but for values that were left out."""
+    """Whether `part` is `whole`, except for values that were left out."""
     if type(whole) is not type(part):
         return False
     if isinstance(whole, dict):
@@ -231,15 +231,15 @@ def check_random_documents(tool, rng):
             for content, (word, xml) in zip(files, tool.batch(files)):
                 if word != "read":
                     raise Failure(f"{word}: {content!r:.2000}")
-                # Not the random value itself: the binary form keeps 0.0 and -0.0 as one object.
+                # What plistlib reads back, since the binary form stores 0.0 and -0.0 as one.
                 value = as_expected(plistlib.loads(content))
                 back = plistlib.loads(xml, fmt=plistlib.FMT_XML)
-                expect_same(value, back, "plistlib reads the tool's output otherwise")
+                expect_same(value, back, "plistlib reads the tool's output as other values")
     print(f"plistlib: {2 * DOCUMENTS} random dictionaries, in both forms, came back as they were")
 
 
 def for_plistutil(value):
-    """Leaves out what plistutil is known not to carry: reals that are not finite or need all their
+    """Leaves out what plistutil is known not to keep: reals that are not finite or need all their
     digits, integers and dates near the ends of their ranges, carriage returns, an empty key."""
     if isinstance(value, dict):
         kept = {key.replace("\r", ""): for_plistutil(item) for key, item in value.items()}
@@ -256,7 +256,7 @@ def for_plistutil(value):
 
 
 def check_sharing(tool):
-    """Writers of the binary form store equal scalars once, and refer to them again and again."""
+    """The writers of the binary form store equal scalars once, and refer to them many times."""
     row = {"name": "a name", "true": True, "data": b"data", "uid": plistlib.UID(7), "real": 1.5}
     columns = [[item] * 20000 for item in row.values()]
     for value in ({"rows": [dict(row) for _ in range(5000)]}, {"columns": columns}, {"k": [{}] * 9}):
@@ -264,8 +264,8 @@ def check_sharing(tool):
         xml = tool.through(content)
         if xml is None:
             raise Failure(f"refused: {content!r:.200}")
-        expect_same(as_expected(value), plistlib.loads(xml), "shared values came back otherwise")
-    print("plistlib: lists that refer to their scalars again and again came back as they were")
+        expect_same(as_expected(value), plistlib.loads(xml), "shared values came back changed")
+    print("plistlib: lists that refer to the same scalars many times came back as they were")
 
 
 def check_plistutil(tool, rng):
@@ -281,10 +281,11 @@ def check_plistutil(tool, rng):
         subprocess.run(["plistutil", "-i", source, "-o", target, "-f", "bin"], check=True, timeout=60)
         with open(target, "rb") as file:
             binary = file.read()
-        expect_same(value, plistlib.loads(binary), "plistutil reads the tool's output otherwise")
+        expect_same(value, plistlib.loads(binary),
+                    "plistutil reads the tool's output as other values")
         back = tool.through(binary)
         if back != xml:
-            raise Failure(f"plistutil's binary form of document {number} was read otherwise")
+            raise Failure(f"plistutil's binary form of document {number} was read as other values")
     print(f"plistutil: {count} random dictionaries came back as they were")
 
 
@@ -308,7 +309,7 @@ def mutated(rng, content):
 
 
 def mutated_trailer(rng, content):
-    """Changes a binary file where its widths, counts and offsets stand."""
+    """Changes a binary file where its widths, counts and offsets are."""
     content = bytearray(content)
     content[len(content) - 1 - rng.randrange(60)] = rng.choice([0, 1, 2, 8, 9, 0x7F, 0x80, 0xFF])
     return bytes(content)
@@ -331,23 +332,23 @@ def check_mutations(tool, rng):
                 if word == "partial":
                     partly_elsewhere += agrees(content, xml, expect_part)
     if min(counts["read"], counts["partial"], counts["unreadable"], readable_elsewhere) < 100:
-        raise Failure(f"the mutations say too little: {counts}, {readable_elsewhere}")
+        raise Failure(f"too few mutations were read or refused: {counts}, {readable_elsewhere}")
     if partly_elsewhere == 0:
-        raise Failure("no list of which something was left out was read elsewhere")
+        raise Failure("plistlib could read no list of which the tool left something out")
     print(f"mutations: {2 * MUTATIONS} ended by themselves: {counts};")
     print(f"  {readable_elsewhere} of those read were read by plistlib as well, all as the same values,")
     print(f"  and {partly_elsewhere} of those read in part, all as part of those values")
 
 
 def agrees(content, xml, expect):
-    """1 where plistlib reads `content` too, as `expect` then demands; 0 where it refuses it."""
+    """1 if plistlib reads `content` too, and `expect` agrees; 0 if plistlib refuses it."""
     try:
         value = as_expected(plistlib.loads(content))
-        # It keeps fractions of a second and numbers above 64 bits, and takes base64 less strictly.
+        # plistlib keeps fractions of a second and larger numbers, and is less strict with base64.
         written = plistlib.loads(xml, fmt=plistlib.FMT_XML)
     except (Exception, RecursionError):
         return 0
-    expect(without_fractions(value), written, f"plistlib reads otherwise {content!r:.2000}")
+    expect(without_fractions(value), written, f"plistlib reads other values from {content!r:.2000}")
     return 1
 
 
@@ -477,7 +478,7 @@ def hostile_binary():
 
 
 def filled_binary(item, nodes):
-    """An array that refers to `item`, of so many keys and values, as often as the bounds allow."""
+    """An array that refers to `item`, of `nodes` keys and values, as often as the bounds allow."""
     count = (4 * MIB - 10) // nodes
     return root_with([container(0xA, [3] * count, count, 3), item], 3)
 
@@ -487,7 +488,7 @@ def check_hostile_files(tool):
     for files in (hostile_xml(), hostile_binary()):
         for name, expected, content in files:
             if len(content) > 16 * MIB:
-                raise Failure(f"{name}: refused for its size alone")
+                raise Failure(f"{name}: too large to be tried; make the file smaller")
             ((word, _),) = tool.batch([content])
             print(
                 f"  {name}: {len(content) / MIB:.1f} MiB, {word},"

@@ -12,14 +12,14 @@ namespace {
 
 const Instant now{Seconds(2000000000.0)};
 
-/// Facts that a test sets, and the questions in the order in which they were asked.
+/// Facts that a test sets. It keeps the questions in the order in which they were asked.
 class SetFacts : public SupportFacts {
  public:
   std::int32_t os = 101507;
   std::int32_t running = 30100;
   std::int32_t installed = 30001;
   std::int32_t list = 1;
-  std::vector<std::optional<Dictionary>> files;  // one a reading; the last one serves on
+  std::vector<std::optional<Dictionary>> files;  // one per reading; the last one is used again
   std::vector<std::string> asked;
 
   std::int32_t upperOSVersion() override { return note("bound"), 101700; }
@@ -102,7 +102,7 @@ TEST(ApplicationRefusal, ModeZeroReadsThemASecondTimeForTheAgreement) {
   EXPECT_EQ(facts.asked, (Questions{"bound", "os", "preferences", "now", "preferences"}));
 }
 
-TEST(ApplicationRefusal, ModeZeroGoesByTheSecondReadingAndModeOneByTheFirst) {
+TEST(ApplicationRefusal, ModeZeroUsesTheSecondReadingAndModeOneTheFirst) {
   const auto agreed = preferences(100 * day, true);
   const auto refused = preferences(100 * day, false);
   const auto old = preferences(5000 * day, true);
@@ -128,7 +128,7 @@ TEST(ApplicationRefusal, ModeZeroGoesByTheSecondReadingAndModeOneByTheFirst) {
   }
 }
 
-TEST(ApplicationRefusal, TheSecondReadingIsLeftOutBeyondThePeriod) {
+TEST(ApplicationRefusal, TheSecondReadingIsLeftOutAfterThePeriod) {
   SetFacts facts;
   facts.files = {preferences(5000 * day, true)};
   EXPECT_EQ(applicationRefusal(facts, 0), Gate::period);
@@ -255,7 +255,7 @@ TEST(Agreement, IsAnyNumberThatReadsAsTrue) {
   }
 }
 
-TEST(Agreement, MissingIsNone) {
+TEST(Agreement, MissingIsARefusal) {
   SetFacts facts;
   facts.files = {Dictionary{{"InstalledDate", now}, {"latestselectedagreement", true}}};
   EXPECT_EQ(applicationRefusal(facts, 1), Gate::agreement);
@@ -276,7 +276,7 @@ TEST(PrinterLogRefusal, NeedsNoAgreement) {
   EXPECT_EQ(facts.asked, (Questions{"bound", "os", "preferences", "now"}));
 }
 
-TEST(PrinterLogRefusal, GoesByNoOption) {
+TEST(PrinterLogRefusal, IgnoresTheOption) {
   for (std::uint32_t option = 0; option < 16; ++option) {
     SetFacts facts = allowing();
     EXPECT_EQ(refusal(facts, RecordKind::printerLog, option), Gate::none);
@@ -316,7 +316,7 @@ Reported reported(SetFacts facts, RecordKind kind, std::uint32_t option) {
   return told;
 }
 
-TEST(Steps, AreAllReportedWithTheReadingThatTheyGoBy) {
+TEST(Steps, AreAllReportedWithTheReadingThatTheyUse) {
   SetFacts facts;
   facts.files = {preferences(100 * day, true), std::nullopt};
   const Reported steps = {{Gate::osVersion, StepState::passed, 0},

@@ -1,4 +1,5 @@
-// The support decision as the entry points ask it: what reaches the platform, and in which order.
+// The support decision, asked through the entry points: what the platform is asked, and in which
+// order.
 #include <gtest/gtest.h>
 
 #include "support/PlatformTest.h"
@@ -78,7 +79,7 @@ TEST_F(Support, FromTheUpperBoundOnUnknownLibrariesAreRefused) {
   EXPECT_FALSE(WENLOLIB::isSupportedPlm(2));
 }
 
-TEST_F(Support, AFolderNamedLikeThePreferenceFileIsNoFile) {
+TEST_F(Support, AFolderNamedLikeThePreferenceFileIsNotAFile) {
   world.files.remove(preferencePath);
   world.files.addFolder(preferencePath);
   EXPECT_FALSE(WENLOLIB::isSupported(0));

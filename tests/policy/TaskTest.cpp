@@ -35,7 +35,7 @@ TEST_F(CreateTask, AnswersZeroAtOnceForAnyOtherFlag) {
   }
 }
 
-TEST_F(CreateTask, NullArgumentsAreNone) {
+TEST_F(CreateTask, NullMeansNoArguments) {
   EXPECT_EQ(WENLOLIB::createTask("/bin/tool", std::nullopt, 1), 7);
   EXPECT_EQ(world.journal.linesOf("programs.run"), Journal::Lines{"programs.run /bin/tool wait"});
 }
@@ -47,13 +47,13 @@ TEST_F(CreateTask, WhatIsNotExecutableIsNotLaunched) {
   EXPECT_EQ(world.journal.count("programs.run"), 0U);
 }
 
-TEST_F(CreateTask, ANullPathOrOneThatIsNoTextAsksNothing) {
+TEST_F(CreateTask, ANullPathOrOneThatIsNotTextAsksNothing) {
   EXPECT_EQ(WENLOLIB::createTask(std::nullopt, std::nullopt, 1), 0);
   EXPECT_EQ(WENLOLIB::createTask("/bin/\xFF", std::nullopt, 1), 0);
   EXPECT_TRUE(world.journal.lines().empty());
 }
 
-TEST_F(CreateTask, AnArgumentThatIsNoTextIsHandedOnAsItIs) {
+TEST_F(CreateTask, AnArgumentThatIsNotTextIsHandedOnAsItIs) {
   EXPECT_EQ(WENLOLIB::createTask("/bin/tool", Arguments{"\xFF"}, 1), 7);
   EXPECT_EQ(world.journal.linesOf("programs.run"),
             Journal::Lines{"programs.run /bin/tool \xFF wait"});

@@ -1,7 +1,7 @@
 #!/bin/sh
-# Checks to whom a shared library leaves its own calls: no name that it exports may be looked up by
-# the dynamic linker, where a host's function of that name would come first, and it may need no
-# library but those listed.
+# Checks how a shared library's calls are bound. The dynamic linker must not look up a name that the
+# library exports, since a host's function of that name would come first. And the library may need
+# no library except those listed.
 #
 #   check_bindings.sh LIBRARY NEEDED...
 set -eu
@@ -18,7 +18,7 @@ shift
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# A relocation with a name: offset, information, type, value, name, which may have a version.
+# A relocation with a name has offset, information, type, value and name, which may have a version.
 nm -D --defined-only "$library" | sed -E 's/.* //; s/@.*//' | sort -u > "$work/exported"
 readelf -rW "$library" | awk '$3 ~ /^R_/ && $5 ~ /^[A-Za-z_]/ { print $5 }' |
   sed 's/@.*//' | sort -u > "$work/looked-up"
@@ -32,7 +32,7 @@ for list in exported looked-up needed; do
 done
 
 status=0
-complain() { # TEXT FILE: where the file holds anything
+complain() { # TEXT FILE: prints both if the file is not empty
   [ -s "$2" ] || return 0
   echo "$1" >&2
   sed 's/^/  /' "$2" >&2
@@ -42,5 +42,5 @@ comm -12 "$work/exported" "$work/looked-up" > "$work/borrowed"
 comm -23 "$work/needed" "$work/permitted" > "$work/other"
 complain "exported, and looked up by the library itself:" "$work/borrowed"
 complain "needed, but not permitted:" "$work/other"
-[ "$status" -ne 0 ] || echo "$(wc -l < "$work/looked-up") names looked up, none of them its own"
+[ "$status" -ne 0 ] || echo "$(wc -l < "$work/looked-up") names looked up, none of them exported"
 exit "$status"

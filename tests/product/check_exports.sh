@@ -1,5 +1,5 @@
 #!/bin/sh
-# Compares the names that a shared library exports with the list of those that it has to export, in
+# Compares the names that a shared library exports with the list of those that it must export, in
 # both directions. Lines of the list that are empty or begin with # do not count.
 #
 #   check_exports.sh LIBRARY EXPORTS_TXT
@@ -17,7 +17,7 @@ list=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# The address goes first, then one letter for the type, then the name, which may hold blanks.
+# First the address, then a letter for the type, then the name, which may hold blanks.
 nm -D --defined-only -C "$library" > "$work/symbols"
 sed -E 's/^[0-9a-f]* *[A-Za-z] //' "$work/symbols" | sort > "$work/exported"
 sed -E '/^(#|$)/d' "$list" | sort > "$work/expected"
@@ -27,7 +27,7 @@ if [ ! -s "$work/expected" ] || [ ! -s "$work/exported" ]; then
 fi
 
 status=0
-complain() { # TEXT FILE: where the file holds anything
+complain() { # TEXT FILE: prints both if the file is not empty
   [ -s "$2" ] || return 0
   echo "$1" >&2
   sed 's/^/  /' "$2" >&2

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the host in C with every variable set that a library brought along might read. Nothing may
-be printed, and the documents are the same.
+"""Runs the host in C with every variable set that one of the built-in libraries might read. Nothing
+may be printed, and the documents must be the same.
 
     environment_test.py HOST SHARED_OBJECT
 """
@@ -28,7 +28,7 @@ shared_object = ""
 
 
 def variables():
-    """The known ones, and whatever in the shared object looks like another."""
+    """The known variables, and everything in the shared object that looks like another one."""
     with open(shared_object, "rb") as file:
         found = re.findall(rb"\b(?:EXPAT|NETTLE|MBEDTLS|UUID)_[A-Z_]{4,}", file.read())
     return sorted(set(KNOWN) | {name.decode() for name in found})
@@ -36,7 +36,7 @@ def variables():
 
 class Environment(unittest.TestCase):
     def values_under(self, value):
-        """What the documents say but for their dates, with this value in every variable."""
+        """What the documents say, except for their dates, with this value in every variable."""
         environment = {} if value is None else dict.fromkeys(variables(), value)
         with tempfile.TemporaryDirectory() as home:
             world = PluginWorld(home)

@@ -1,5 +1,5 @@
-/* Functions of the host's own that happen to be called like some of the library's, or like those of
- * a library that it brings. None has a reason to be called: each says its name and ends the host.
+/* Functions of the host that happen to have the same names as functions of the library, or of a
+ * library built into it. Nothing should call them: each prints its name and ends the host.
  *
  * FOREIGN_NAMES is a file with the names, each as FOREIGN(name). */
 #include <stdlib.h>
@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 static void endHost(const char* name) {
-  static const char found[] = "a function of the host's own was called: ";
+  static const char found[] = "the library called a function of the host: ";
   const ssize_t first = write(2, found, sizeof found - 1);
   const ssize_t second = write(2, name, strlen(name));
   const ssize_t third = write(2, "\n", 1);

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Runs a host that has functions called like the library's own, or like those of a library that the
-library brings. None of them may be called.
+"""Runs a host whose functions have the same names as functions of the library, or of a library
+built into it. None of the host's functions may be called.
 
     foreign_functions_test.py [ARGUMENT...] HOST
 
-The arguments are the host's own, before the file of contents.
+The arguments are the host's, before the file of contents.
 """
 
 import os

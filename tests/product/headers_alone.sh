@@ -1,8 +1,7 @@
 #!/bin/sh
-# Compiles every public header by itself, twice included and with nothing before it, as C++20. The C
-# headers are copied into an empty folder, and have to be C of 1989 as well: a host may take nothing
-# else of the library, and build with any compiler. Those of the classes are Objective-C, and need
-# GNUstep.
+# Compiles every public header by itself, included twice and with nothing before it, as C++20. The C
+# headers are copied into an empty folder, and must also compile as C89: a host may take only these
+# headers, and build with any compiler. The classes' headers are Objective-C, and need GNUstep.
 #
 #   headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER C_HEADER...
 set -eu

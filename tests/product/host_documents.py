@@ -1,4 +1,4 @@
-"""What plugin_host, linked_host and their like have to leave behind below a PluginWorld."""
+"""The documents that plugin_host, linked_host and similar hosts must leave in a PluginWorld."""
 
 import os
 
@@ -14,11 +14,11 @@ PRINTER_LOGS = {
 
 
 def sound_documents(world):
-    """The documents by the names of their files. Raises where one is missing, where there is one
-    more and where one is not sound."""
+    """The documents by the names of their files. Raises if one is missing, if there is one too many
+    or if one is not sound."""
     names = sorted(os.listdir(world.path("PLM")))
     if names != sorted(PRINTER_LOGS):
-        raise AssertionError(f"other printer logs: {names}")
+        raise AssertionError(f"the printer logs are {names}")
     documents = {name: verify(world.read("PLM/" + name), layout, contents)
                  for name, (layout, contents) in PRINTER_LOGS.items()}
     usage = world.application_file()

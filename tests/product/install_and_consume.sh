@@ -1,7 +1,7 @@
 #!/bin/sh
-# Installs the library to a prefix, builds programs in C89, in C++20, in Objective-C and against the
-# receiver alone with what is installed there, with CMake and with pkg-config, and runs them; then
-# moves the prefix elsewhere and does the same. Goes through the components, and removes all again.
+# Installs the library to a prefix. Builds programs in C89, in C++20, in Objective-C and against the
+# receiver alone with what is installed there, with CMake and with pkg-config, and runs them. Then
+# moves the prefix elsewhere and does the same again. Installs each component, and removes all of it.
 #
 #   install_and_consume.sh BUILD_DIR WORK_DIR
 set -eu
@@ -25,7 +25,7 @@ fail() {
   exit 1
 }
 
-# LAYOUT FILE...: the files have to be sound documents with the contents above
+# LAYOUT FILE...: the files must be sound documents with the contents above
 verify() {
   layout=$1
   shift
@@ -33,7 +33,7 @@ verify() {
     --contents-file "$work/contents" --layout "$layout" "$@"
 }
 
-# PROGRAM_IN_CXX HOME: runs it, verifies the three records, looks for the library's own version
+# PROGRAM_IN_CXX HOME: runs it, verifies the three records, and checks the library's own version
 run_cxx() {
   mkdir "$2"
   HOME=$2 "$1" "$contents"
@@ -45,7 +45,7 @@ run_cxx() {
     fail "The record does not carry the library's own version"
 }
 
-# PROGRAM_IN_C HOME
+# PROGRAM_IN_C HOME: runs it; it must write nothing
 run_c() {
   mkdir "$2"
   HOME=$2 "$1"
@@ -61,7 +61,7 @@ run_receiver() {
     grep -qxF "$layout: $contents" "$2.received" || fail "The receiver did not read $layout"
   done
   if ldd "$1" | grep -q WENLOLIB; then
-    fail "The receiver has brought the recording library along"
+    fail "The receiver is linked with the recording library"
   fi
 }
 
@@ -95,7 +95,7 @@ with_pkg_config() {
   mkdir -p "$2"
   PKG_CONFIG_PATH=$(dirname "$(find "$1" -name wenlolib.pc)")
   export PKG_CONFIG_PATH
-  # The words of the answer are options: they have to be split.
+  # The answer holds several options, so it must be split.
   # shellcheck disable=SC2046
   "${CC:-cc}" -std=c89 -pedantic "$here/consumer/c/main.c" -o "$2/c" $(pkg-config --cflags --libs wenlolib)
   # shellcheck disable=SC2046
@@ -134,7 +134,7 @@ with_pkg_config "$work/prefix" "$work/pkg-config"
 mkdir "$work/elsewhere"
 mv "$work/prefix" "$work/elsewhere/moved"
 if HOME=$work "$work/cmake/c/consumer" 2> /dev/null; then
-  fail "A program still found the library where it no longer is"
+  fail "A program still runs with the library that was moved away"
 fi
 with_cmake "$work/elsewhere/moved" "$work/cmake-moved"
 with_pkg_config "$work/elsewhere/moved" "$work/pkg-config-moved"

@@ -2,7 +2,7 @@
 //
 //   linked_host CONTENTS_FILE
 //
-// It says on standard error what did not go as it should; exit status 0 means that nothing did.
+// It prints what went wrong on standard error. Exit status 0 means that nothing did.
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -20,7 +20,7 @@ int failures = 0;
 
 void expect(bool holds, const char* what) {
   if (holds) return;
-  std::cerr << "not so: " << what << "\n";
+  std::cerr << "expected, but not true: " << what << "\n";
   ++failures;
 }
 
@@ -35,10 +35,11 @@ int main(int count, char** arguments) {
   std::ifstream file(arguments[1], std::ios::binary);
   const std::string contents(std::istreambuf_iterator<char>(file), {});
   expect(WENLOLIB::writeAppInfoWithContents(contents, "Host", askAgreement), "usage recorded");
-  recordPrinter(contents, {{"NEWTAGTYPE", "YES"}}, "newer printer recorded");
+  recordPrinter(contents, {{"NEWTAGTYPE", "YES"}}, "a newer printer is recorded");
   recordPrinter(contents, {{"DeviceID", "QX 200"}, {"SN", "4711"}, {"ROMVER", "2.14"}},
-                "older printer recorded");
-  recordPrinter("", {}, "printer without identity recorded");
-  recordPrinter(contents, {{"DeviceID", "Größe &amp; &#233;"}}, "printer beyond ASCII recorded");
+                "an older printer is recorded");
+  recordPrinter("", {}, "a printer without an identity is recorded");
+  recordPrinter(contents, {{"DeviceID", "Größe &amp; &#233;"}},
+                "a printer with an identity beyond ASCII is recorded");
   return failures == 0 ? 0 : 1;
 }

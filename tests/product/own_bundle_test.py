@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the host in C against copies of the plug-in whose information property list is spoilt. The
-library's own version is then unknown, and all else goes on.
+"""Runs the host in C against copies of the plug-in whose Info.plist is spoilt. The library's own
+version is then unknown, and everything else works.
 
     own_bundle_test.py HOST SHARED_OBJECT
 """
@@ -59,7 +59,7 @@ def leave(_):
 
 class OwnBundle(unittest.TestCase):
     def version_after(self, spoil):
-        """The version in a document that a plug-in with a spoilt property list wrote."""
+        """The version in a document written by a plug-in with a spoilt Info.plist."""
         with tempfile.TemporaryDirectory() as folder:
             bundle = os.path.join(folder, "WENLOLIB.bundle")
             original = os.path.dirname(os.path.dirname(os.path.dirname(shared_object)))

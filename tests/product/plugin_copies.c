@@ -1,4 +1,4 @@
-/* A host that has two copies of the plug-in loaded at once, of two versions:
+/* A host that loads two copies of the plug-in at once, of two versions:
  *
  *   plugin_copies local|global FIRST VERSION SECOND VERSION
  *
@@ -14,7 +14,8 @@ static int useCopy(const PluginLibrary* library, const char* version, const char
   uint8_t digest[16] = "";
   int failures = 0;
   if (strcmp(library->version(), version) != 0) {
-    fprintf(stderr, "%s is %s, and says that it is %s\n", name, version, library->version());
+    fprintf(stderr, "%s has version %s, but answers version %s\n", name, version,
+            library->version());
     ++failures;
   }
   if (library->digest("abc", digest) != 0 || digest[0] != 0x90) {
@@ -22,7 +23,7 @@ static int useCopy(const PluginLibrary* library, const char* version, const char
     ++failures;
   }
   if (library->writeAppInfo("contents", name, 1) != 1) {
-    fprintf(stderr, "%s records nothing\n", name);
+    fprintf(stderr, "%s did not record\n", name);
     ++failures;
   }
   return failures;

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs hosts with two copies of the plug-in, one of them made to be of another version. Each has to
-answer, and to sign its records, with the version that is its own.
+"""Runs hosts with two copies of the plug-in, one of them changed to another version. Each must
+answer with its own version, and write it in its records.
 
     plugin_copies_test.py HOST LINKED_HOST SHARED_OBJECT
 """
@@ -37,7 +37,7 @@ def own_version():
 
 
 def copy_of_version(folder, version):
-    """A copy of the bundle below `folder`, changed to a version of as many characters."""
+    """A copy of the bundle in `folder`, changed to another version of the same length."""
     original = original_bundle()
     bundle = os.path.join(folder, "WENLOLIB.bundle")
     shutil.copytree(original, bundle, symlinks=True)

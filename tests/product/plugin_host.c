@@ -2,10 +2,10 @@
  *
  *   plugin_host SHARED_OBJECT CONTENTS_FILE [STACK_BYTES]
  *
- * With STACK_BYTES it does so on a thread with a stack of that size, and nothing below it.
+ * With STACK_BYTES it does so on a thread with a stack of that size and no memory below it.
  *
- * The folders and preferences below HOME are there when it starts. It says on standard error what
- * did not go as it should; exit status 0 means that nothing did. */
+ * The folders and preferences below HOME must be there when it starts. It prints what went wrong on
+ * standard error. Exit status 0 means that nothing did. */
 #include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -21,7 +21,7 @@ static int failures = 0;
 
 static void expect(int holds, const char* what) {
   if (holds) return;
-  fprintf(stderr, "not so: %s\n", what);
+  fprintf(stderr, "expected, but not true: %s\n", what);
   ++failures;
 }
 
@@ -46,15 +46,15 @@ static void useCodec(const PluginLibrary* library) {
   expect(library->bytesToText(digest, text, 16, 1) == 0, "bytes become text");
   expect(strcmp(text, expected) == 0, "the digest of abc is the published one");
   expect(library->textToBytes(text, again, 1) == 0, "text becomes bytes");
-  expect(memcmp(again, digest, 16) == 0, "these are the bytes it was made from");
-  expect(library->textToBytes("zz", again, 1) == 1, "text that is no number is refused");
+  expect(memcmp(again, digest, 16) == 0, "the text gives back the bytes that it was made from");
+  expect(library->textToBytes("zz", again, 1) == 1, "text that is not a number is refused");
   expect(library->rc4(digest, 16, digest, 16, sealed, &length) == 0, "RC4 succeeds");
   expect(length == 16, "RC4 tells its length");
   expect(library->rc4(digest, 16, sealed, 16, again, &length) == 0, "RC4 succeeds again");
   expect(memcmp(again, digest, 16) == 0, "RC4 applied twice gives the source back");
   expect(library->rc4(digest, -1, digest, 16, sealed, &length) == -1, "a bad key is refused");
   expect(library->exclusiveOr(sealed, NULL, digest, 16, digest) == 0, "exclusive or succeeds");
-  expect(sealed[0] == 0 && sealed[15] == 0, "a text under itself is all zeros");
+  expect(sealed[0] == 0 && sealed[15] == 0, "the exclusive or of a text with itself is all zeros");
   expect(library->hexPrint("label", digest, 16) == 0, "the debug hook answers 0");
 }
 
@@ -63,9 +63,12 @@ static void refuse(const PluginLibrary* library, const char* contents) {
   expect(library->writeAppInfo(contents, "Refused", unknownMode) == 0, "nor recorded");
   expect(library->writeAppInfo(NULL, "Refused", needsNoAgreement) == 0, "null contents");
   expect(library->writeAppInfo(contents, NULL, needsNoAgreement) == 0, "null name");
-  expect(library->writeAppInfo("\xff", "Refused", needsNoAgreement) == 0, "contents not UTF-8");
-  expect(library->writePrinterLogInfo(NULL, "Refused", 0, NULL, 0) == 0, "null printer log");
-  expect(library->writePrinterLogInfo(contents, "\xc0\x80", 0, NULL, 0) == 0, "name not UTF-8");
+  expect(library->writeAppInfo("\xff", "Refused", needsNoAgreement) == 0,
+         "contents that are not UTF-8 are refused");
+  expect(library->writePrinterLogInfo(NULL, "Refused", 0, NULL, 0) == 0,
+         "null contents of a printer log are refused");
+  expect(library->writePrinterLogInfo(contents, "\xc0\x80", 0, NULL, 0) == 0,
+         "a name that is not UTF-8 is refused");
 }
 
 static void record(const PluginLibrary* library, const char* contents) {
@@ -77,13 +80,13 @@ static void record(const PluginLibrary* library, const char* contents) {
   expect(library->isSupportedPlm(askAgreement) == 1, "printer logs are supported");
   expect(library->writeAppInfo(contents, "Host", askAgreement) == 1, "application recorded");
   expect(library->writePrinterLogInfo(contents, "Host", askAgreement, newer, 1) == 1,
-         "newer printer recorded");
+         "a newer printer is recorded");
   expect(library->writePrinterLogInfo(contents, "Host", askAgreement, older, 6) == 1,
-         "older printer recorded");
+         "an older printer is recorded");
   expect(library->writePrinterLogInfo("", "Host", askAgreement, NULL, 0) == 1,
-         "printer without identity recorded");
+         "a printer without an identity is recorded");
   expect(library->writePrinterLogInfo(contents, "Host", askAgreement, beyond, 1) == 1,
-         "printer beyond ASCII recorded");
+         "a printer with an identity beyond ASCII is recorded");
 }
 
 typedef struct Host {
@@ -110,7 +113,7 @@ static void useOnStack(Host* host, size_t bytes) {
                     pthread_attr_init(&attributes) == 0 &&
                     pthread_attr_setstack(&attributes, stack + guard, bytes) == 0 &&
                     pthread_create(&thread, &attributes, use, host) == 0;
-  expect(ready, "there is a thread on such a stack");
+  expect(ready, "a thread with a stack of this size starts");
   if (ready) pthread_join(thread, NULL);
 }
 

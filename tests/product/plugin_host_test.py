@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the host in C against the plug-in below a HOME of its own and verifies what it recorded.
+"""Runs the host in C against the plug-in in a HOME of its own and verifies what it recorded.
 
     plugin_host_test.py HOST SHARED_OBJECT
 """
@@ -90,7 +90,7 @@ class SmallStack(unittest.TestCase):
     STACK = 32 << 10
 
     def recorded(self, write):
-        """What the configuration file holds after a host has recorded on a small stack."""
+        """The entries of the configuration file after a host has recorded on a small stack."""
         name = "Config/com.orvan.printing.WENLOLIB.Conf.plist"
         with tempfile.TemporaryDirectory() as folder:
             world = PluginWorld(folder)
@@ -103,7 +103,7 @@ class SmallStack(unittest.TestCase):
         self.assertEqual(list(self.recorded(lambda write: None)), ["WENLIBUUID"])
 
     def test_is_enough_with_arrays_inside_each_other(self):
-        sys.setrecursionlimit(10000)  # for plistlib
+        sys.setrecursionlimit(10000)  # plistlib writes nested arrays by recursion
         entries = {"other": "kept", "deep": []}
         for _ in range(510):
             entries["deep"] = [entries["deep"]]

@@ -1,9 +1,10 @@
-/* Loads, uses and unloads the plug-in again and again, and looks at what stays behind:
+/* Loads, uses and unloads the plug-in again and again, and checks what it leaves in the process:
  *
  *   plugin_hygiene SHARED_OBJECT HOME_FOLDER [ROUNDS]
  *
- * SHARED_OBJECT is an absolute path without links in it. HOME_FOLDER is empty; everything is made
- * in it. Exit status 0 means that nothing was found; findings go to standard error. */
+ * SHARED_OBJECT is an absolute path without links in it. HOME_FOLDER is an empty folder, in which
+ * everything is made. Faults are printed on standard error. Exit status 0 means that there were
+ * none. */
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <stdio.h>
@@ -30,7 +31,7 @@ static void fail(long round, const char* step, const char* what) {
   exit(1);
 }
 
-/* Makes `path`, relative to the working folder, with all its levels. */
+/* Makes the folder `path`, relative to the working folder, and all folders above it. */
 static void makeFolders(const char* path) {
   char level[PATH_MAX] = "";
   size_t i;
@@ -45,39 +46,39 @@ static void writePreferences(void) {
   struct tm fields;
   char date[32];
   FILE* file = fopen(preferenceName, "w");
-  if (file == NULL) fail(0, "preparing", "no preferences can be written");
+  if (file == NULL) fail(0, "preparing", "cannot write the preferences");
   gmtime_r(&yesterday, &fields);
   strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%SZ", &fields);
   fprintf(file,
           "<plist version=\"1.0\"><dict><key>InstalledDate</key><date>%s</date>"
           "<key>LatestSelectedAgreement</key><true/></dict></plist>",
           date);
-  if (fclose(file) != 0) fail(0, "preparing", "the preferences are not whole");
+  if (fclose(file) != 0) fail(0, "preparing", "cannot write all of the preferences");
 }
 
 static void prepare(const char* home) {
-  if (chdir(home) != 0) fail(0, "preparing", "no home folder");
+  if (chdir(home) != 0) fail(0, "preparing", "cannot enter the home folder");
   makeFolders(supportPath);
-  if (chdir(supportPath) != 0) fail(0, "preparing", "no support folder");
+  if (chdir(supportPath) != 0) fail(0, "preparing", "cannot enter the support folder");
   makeFolders("PLM");
   makeFolders("ALM");
   makeFolders("Config");
   writePreferences();
   snprintf(printerLog, sizeof printerLog, "%s/%s/PLM/Hygiene_1.PLM", home, supportPath);
   setenv("HOME", home, 1);
-  /* Values that the library would show if it reset them to anything usual. */
+  /* Unusual values: it is noticed if the library resets them to the usual ones. */
   setlocale(LC_ALL, "C.UTF-8");
   umask(0137);
   signal(SIGCHLD, SIG_IGN);
   signal(SIGPIPE, SIG_IGN);
 }
 
-/* From now on both standard streams end in a file, which has to stay empty. */
+/* From now on both standard streams go to a file, which must stay empty. */
 static int captureOutput(void) {
   const int capture = open("output", O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
   reportTo = fcntl(2, F_DUPFD_CLOEXEC, 10);
   if (capture < 0 || reportTo < 0 || dup2(capture, 1) < 0 || dup2(capture, 2) < 0) {
-    fail(0, "preparing", "no output can be captured");
+    fail(0, "preparing", "cannot capture the output");
   }
   return capture;
 }
@@ -95,7 +96,7 @@ static void checkState(long round, const char* step) {
 }
 
 static void checkAnswer(long round, const char* step, int right) {
-  if (!right) fail(round, step, "another answer than expected");
+  if (!right) fail(round, step, "the answer is not the expected one");
   checkState(round, step);
 }
 
@@ -120,7 +121,7 @@ static void record(const PluginLibrary* library, long round) {
   checkAnswer(round, "application", library->writeAppInfo("contents", "Hygiene", 0) == 1);
   checkAnswer(round, "printer log",
               library->writePrinterLogInfo("contents", "Hygiene", 0, identity, 2) == 1);
-  if (unlink(printerLog) != 0) fail(round, "printer log", "it is not where it should be");
+  if (unlink(printerLog) != 0) fail(round, "printer log", "the file is not where it should be");
 }
 
 static void playRound(const char* path, long round, int output) {
@@ -129,13 +130,13 @@ static void playRound(const char* path, long round, int output) {
   const char* problem = openPlugin(path, &library);
   if (problem != NULL) fail(round, "loading", problem);
   checkState(round, "loading");
-  if (mappingsOf(path) <= 0) fail(round, "loading", "it is not in the map");
+  if (mappingsOf(path) <= 0) fail(round, "loading", "the plug-in is not in the memory map");
   useCodec(&library, round);
   record(&library, round);
   problem = closePlugin(&library);
   if (problem != NULL) fail(round, "unloading", problem);
   checkState(round, "unloading");
-  if (mappingsOf(path) != 0) fail(round, "unloading", "it is still in the map");
+  if (mappingsOf(path) != 0) fail(round, "unloading", "the plug-in is still in the memory map");
   if (fstat(output, &status) != 0 || status.st_size != 0)
     fail(round, "output", "something printed");
 }
@@ -146,14 +147,16 @@ static void compareUse(const ProcessUse* early, const ProcessUse* late) {
           "private memory %ld %ld\n",
           (int)warmUpRounds, early->descriptors, late->descriptors, early->mappings, late->mappings,
           early->heapBytes, late->heapBytes, early->residentBytes, late->residentBytes);
-  if (late->descriptors != early->descriptors) fail(-1, "at the end", "other descriptors");
-  if (late->mappings > early->mappings) fail(-1, "at the end", "more mappings");
-  /* The C library counts the blocks that it keeps ready as used, a few thousand bytes of them, and
-   * touches some pages late. The smallest block lost in every round makes several times the slack.
-   */
-  if (late->heapBytes > early->heapBytes + slackBytes) fail(-1, "at the end", "more of the heap");
+  if (late->descriptors != early->descriptors)
+    fail(-1, "at the end", "the number of descriptors has changed");
+  if (late->mappings > early->mappings) fail(-1, "at the end", "there are more mappings");
+  /* The C library counts the free blocks that it keeps ready, a few thousand bytes, as used, and
+   * touches some pages late. Losing even the smallest block in every round takes several times the
+   * slack. */
+  if (late->heapBytes > early->heapBytes + slackBytes)
+    fail(-1, "at the end", "more of the heap is in use");
   if (late->residentBytes > early->residentBytes + slackBytes)
-    fail(-1, "at the end", "more memory");
+    fail(-1, "at the end", "more memory is in use");
 }
 
 int main(int count, char** arguments) {
@@ -168,7 +171,7 @@ int main(int count, char** arguments) {
   prepare(arguments[2]);
   output = captureOutput();
   checkState(0, "preparing");
-  early = takeUse(); /* once in vain: what taking it allocates is there from now on */
+  early = takeUse(); /* first once without use, since measuring allocates memory itself */
   for (round = 1; round <= rounds; ++round) {
     playRound(arguments[1], round, output);
     if (round == warmUpRounds) early = takeUse();

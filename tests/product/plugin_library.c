@@ -31,7 +31,7 @@ const char* openPluginIn(const char* path, int scope, PluginLibrary* library) {
       {"hexPrint", &library->hexPrint},
   };
   size_t i;
-  library->handle = dlopen(path, RTLD_LAZY | scope); /* binding is work for the first call */
+  library->handle = dlopen(path, RTLD_LAZY | scope); /* each function is bound at its first call */
   if (library->handle == NULL) return dlerror();
   for (i = 0; i < sizeof bindings / sizeof *bindings; ++i) {
     const char* problem = resolve(library->handle, &bindings[i]);

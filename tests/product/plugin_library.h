@@ -21,13 +21,13 @@ typedef struct PluginLibrary {
 } PluginLibrary;
 
 /* Loads the shared object at `path` and resolves every function. Null on success, else what went
- * wrong; the text is good until the next call of the dynamic loader. */
+ * wrong. The text is valid until the next call of the dynamic loader. */
 const char* openPlugin(const char* path, PluginLibrary* library);
 
-/* The same with a scope: RTLD_LOCAL, which the other takes, or RTLD_GLOBAL. */
+/* The same with a scope: RTLD_LOCAL, which `openPlugin` uses, or RTLD_GLOBAL. */
 const char* openPluginIn(const char* path, int scope, PluginLibrary* library);
 
-/* Unloads it. Null on success, else what went wrong. */
+/* Unloads the library. Null on success, else what went wrong. */
 const char* closePlugin(PluginLibrary* library);
 
 #endif

@@ -1,4 +1,4 @@
-"""A HOME below which a host may record, and the host in C run in it."""
+"""A HOME in which a host may record, and ways to run the host in C there."""
 
 import datetime
 import os
@@ -10,7 +10,7 @@ CONTENTS = "Usage of a month: Größe A4, 印刷 12, 𝄞\n<&> \"'".encode()
 
 
 class PluginWorld:
-    """Folders and preferences below `home`, an empty folder."""
+    """Folders and preferences in `home`, which is empty at first."""
 
     def __init__(self, home):
         self.home = home
@@ -37,7 +37,7 @@ class PluginWorld:
             return file.read()
 
     def write_preferences(self, encoding):
-        """The same preferences in another encoding of XML, such as UTF-16."""
+        """Writes the same preferences in another encoding, such as UTF-16."""
         name = "Config/com.orvan.printing.Quillmere.Pref.plist"
         text = self.read(name).decode().replace("UTF-8", encoding)
         self.write(name, text.encode(encoding))
@@ -49,7 +49,7 @@ class PluginWorld:
         return self.launch(*command, contents, *more, variables=variables)
 
     def launch(self, *command, variables=None, timeout=120):
-        """Runs a program to its end. Nothing of the caller's environment leaks in."""
+        """Runs a program to its end, without the caller's environment."""
         environment = {"HOME": self.home, "TZ": "EAST-5:45", "LANG": "de_DE.UTF-8"}
         environment.update(variables or {})
         return subprocess.run(command, env=environment, timeout=timeout, capture_output=True,
@@ -59,5 +59,5 @@ class PluginWorld:
         """The name of the one file with application usage."""
         names = os.listdir(self.path("ALM"))
         if len(names) != 1:
-            raise AssertionError(f"not one file of application usage but {names}")
+            raise AssertionError(f"expected one file of application usage, found {names}")
         return "ALM/" + names[0]

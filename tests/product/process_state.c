@@ -30,14 +30,14 @@ void takeState(ProcessState* state) {
   umask(state->mask);
   if (getcwd(state->workingFolder, sizeof state->workingFolder) == NULL) abort();
   for (number = 1; number <= signalCount; ++number) {
-    /* Refused for the two that the C library keeps for itself; those stay zero. */
+    /* This fails for the two signals that the C library keeps for itself; they stay zero. */
     (void)sigaction(number, NULL, &state->actions[number]);
   }
   sigprocmask(SIG_SETMASK, NULL, &state->blocked);
   takeEnvironment(state);
 }
 
-/* By members: what the C library leaves in a set beyond the last signal is anybody's. */
+/* Compares signal by signal, since a set's bits after the last signal are undefined. */
 static int sameSets(const sigset_t* left, const sigset_t* right) {
   int number;
   for (number = 1; number <= signalCount; ++number) {
@@ -74,10 +74,10 @@ static long countDescriptors(void) {
   if (folder == NULL) abort();
   while (readdir(folder) != NULL) ++count;
   closedir(folder);
-  return count - 3; /* itself, and the names of the folder and its parent */
+  return count - 3; /* without the folder's own descriptor, "." and ".." */
 }
 
-/* The number of lines of the memory map that hold `text`. */
+/* The number of lines in the memory map that hold `text`. */
 static long countMappings(const char* text) {
   char line[PATH_MAX + 128];
   long count = 0;

@@ -1,4 +1,4 @@
-/* What a process is at one moment: all that a plug-in has to leave alone. */
+/* The state of a process at one moment: everything that a plug-in must leave alone. */
 #ifndef WENLOLIB_TESTS_PRODUCT_PROCESS_STATE_H
 #define WENLOLIB_TESTS_PRODUCT_PROCESS_STATE_H
 
@@ -13,7 +13,7 @@ extern "C" {
 
 enum { signalCount = 64, longestEnvironment = 1 << 16 };
 
-/* What a call could have changed. */
+/* What a call could change. */
 typedef struct ProcessState {
   char localeName[256];
   locale_t threadLocale;
@@ -21,26 +21,26 @@ typedef struct ProcessState {
   char workingFolder[PATH_MAX];
   struct sigaction actions[signalCount + 1];
   sigset_t blocked;
-  char** environment; /* the host's own array, and what it holds */
+  char** environment; /* the host's own array; its entries follow */
   char entries[longestEnvironment];
 } ProcessState;
 
 void takeState(ProcessState* state);
 
-/* Null when both are alike, else what differs. */
+/* Null if both are the same, else what differs. */
 const char* changeOf(const ProcessState* before, const ProcessState* after);
 
-/* What may not grow as the plug-in comes and goes. */
+/* What must not grow when the plug-in is loaded and unloaded. */
 typedef struct ProcessUse {
   long descriptors;
   long mappings;
   long heapBytes;     /* in use */
-  long residentBytes; /* of private memory, as the system sees it */
+  long residentBytes; /* private memory, as the system counts it */
 } ProcessUse;
 
 ProcessUse takeUse(void);
 
-/* The number of mappings of the file at `path`, or -1 when that cannot be told. */
+/* The number of mappings of the file at `path`, or -1 if it cannot be read. */
 long mappingsOf(const char* path);
 
 #ifdef __cplusplus

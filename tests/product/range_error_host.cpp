@@ -1,5 +1,5 @@
-// A host that is linked with the library and catches the one exception that the interface names. It
-// may have a C++ library of its own inside. Exit status 0 means that it was caught as what it is.
+// A host that is linked with the library and catches the only exception in the interface. The host
+// may have its own C++ library linked in. Exit status 0 means that it caught a range error.
 #include <exception>
 #include <iostream>
 #include <stdexcept>
@@ -16,11 +16,11 @@ std::string converted(const char* version) {
   try {
     return CommonTooWenlolib::convertVersionStrToBiasStr(Text(version)).value_or("null");
   } catch (const std::out_of_range& error) {
-    return *error.what() == '\0' ? "a range error without a word" : "range error";
+    return *error.what() == '\0' ? "a range error without a message" : "range error";
   } catch (const std::exception&) {
     return "another exception";
   } catch (...) {
-    return "something of no known type";
+    return "an exception of an unknown type";
   }
 }
 

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Runs the hygiene test below a folder of its own, in memory where the system has such a place: it
-# writes tens of thousands of files, each flushed to the disk.
+# Runs the hygiene test in a folder of its own, in memory if the system has such a place, since the
+# test writes tens of thousands of files and flushes each to the disk.
 #
 #   run_plugin_hygiene.sh PLUGIN_HYGIENE SHARED_OBJECT [ROUNDS]
 set -eu

@@ -1,9 +1,9 @@
-/* A host in C, and so without a C++ library until it loads the plug-in, that has never shown a
- * local time and records while something is short, then again when there is enough:
+/* A host in C that has never shown a local time, and that has no C++ library until it loads the
+ * plug-in. It records while something is short, then again when there is enough:
  *
  *   shortage_host SHARED_OBJECT descriptors|memory
  *
- * It prints both answers and the host's own offset from GMT afterwards, in seconds. */
+ * It prints both answers, and then the host's own offset from GMT in seconds. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <stdint.h>
@@ -18,7 +18,7 @@ extern void* __libc_realloc(void* block, size_t size);
 
 static int memoryIsShort;
 
-/* In the place of the C library's, for the plug-in and the C++ library too. */
+/* Replaces the C library's, for the plug-in and the C++ library too. */
 void* malloc(size_t size) {
   return memoryIsShort ? NULL : __libc_malloc(size);
 }

@@ -1,5 +1,5 @@
-"""A shortage at the first use of the library, of the C++ library and of local time in a host: the
-record fails, the host goes on, and what it records afterwards is right.
+"""A shortage while a host uses the library, the C++ library and local time for the first time. The
+record fails, the host goes on, and its later records are right.
 
   shortage_test.py SHORTAGE_HOST SHARED_OBJECT
 """
@@ -12,7 +12,7 @@ import unittest
 
 from plugin_world import PluginWorld
 
-# The rules of one zone, five hours to the east, in the form of the system's zone files.
+# A zone file for a zone five hours east of GMT, in the system's format.
 ZONE = (b"TZif" + bytes(16) + bytes(20 - 1) + b"\x01" + b"\0\0\0\x04" + (18000).to_bytes(4, "big") +
         b"\0\0" + b"XST\0")
 

@@ -1,4 +1,4 @@
-// Every change of a single byte, and every beginning, of sound documents.
+// Changes every single byte of sound documents, and cuts them at every place.
 #include <gtest/gtest.h>
 
 #include <numeric>
@@ -12,15 +12,15 @@ using receiver::Fault;
 using receiver::Layer;
 using receiver::Layout;
 
-/// Small documents of plain values, one a layout.
+/// Small documents of plain values, one for each layout.
 std::vector<std::string> smallDocuments() {
   std::vector<std::string> documents;
   for (const Layout layout : layouts) documents.push_back(sample(layout, 'R', "ab").text());
   return documents;
 }
 
-/// Longer ones, with both markers, whose values hold references and characters beyond ASCII, for
-/// which the parser is needed.
+/// Longer documents, with both markers. Their values hold references and characters beyond ASCII,
+/// which need the parser.
 std::vector<std::string> fullDocuments() {
   using namespace std::string_literals;
   std::vector<std::string> documents;
@@ -44,7 +44,7 @@ std::vector<char> allBytes() {
   return bytes;
 }
 
-/// Each of the bytes that a reader might mistake for another, or for markup.
+/// Bytes that a reader might mistake for others or for markup.
 const std::vector<char>& tellingBytes() {
   static const std::vector<char> bytes = {'\0', '\n',   ' ',    '"',    '&', '\'', '/', '<',
                                           '>',  '0',    'A',    'a',    'G', ']',  'R', 'X',
@@ -52,11 +52,11 @@ const std::vector<char>& tellingBytes() {
   return bytes;
 }
 
-/// Counts changed documents, and keeps those that were found sound, of which there are none: each
-/// byte of the content is under the checksum, and each byte around it is fixed.
+/// Counts changed documents by what was found. None may be sound: the checksum covers each byte of
+/// the content, and each byte around it is fixed.
 class Tally {
  public:
-  /// `position` is where the document was changed: everything before it is as it was.
+  /// `position` is where the document was changed. Everything before it is unchanged.
   void examine(const std::string& changed, std::size_t position) {
     ++examined_;
     const Finding finding = findingOf(changed);
@@ -78,7 +78,7 @@ class Tally {
 
   [[nodiscard]] const Finding& latest() const { return latest_; }
 
-  /// `documents` is how many there were to be.
+  /// `documents` is how many there must have been.
   void record(std::size_t documents) const {
     EXPECT_EQ(examined_, documents);
     testing::Test::RecordProperty("documents_examined", static_cast<int>(examined_));
@@ -185,7 +185,7 @@ TEST(ReceiverChanges, TheFirstWrongByteOfATagIsNamed) {
       const bool inTag = sound.rfind('<', i) >= sound.rfind('>', i - 1) + 1;
       if (!inTag) continue;
       std::string changed = sound;
-      changed[i] = '\x01';  // no character of XML, nor of a tag
+      changed[i] = '\x01';  // not allowed in XML
       const Finding finding = findingOf(changed);
       EXPECT_EQ(finding.offset, i) << changed;
       EXPECT_EQ(finding.fault, Fault::damaged) << changed;
@@ -211,27 +211,27 @@ TEST(ReceiverChanges, EveryBeginningIsTruncated) {
   tally.record(expected);
 }
 
-TEST(ReceiverChanges, ATruncatedDocumentIsToldWhere) {
+TEST(ReceiverChanges, ATruncatedDocumentNamesTheFieldWhereItEnds) {
   const std::string text = sample(Layout::printerOlderTag).text();
-  const auto cutBehind = [&](std::string_view part) {
+  const auto cutAfter = [&](std::string_view part) {
     EXPECT_NE(text.find(part), std::string::npos) << part;
     return findingOf(text.substr(0, text.find(part) + part.size())).field;
   };
   EXPECT_EQ(findingOf("").field, "");
-  EXPECT_EQ(cutBehind("<OrvanQ"), "");
-  EXPECT_EQ(cutBehind("<OrvanQXPrinter"), "SUM");
-  EXPECT_EQ(cutBehind("SUM=\""), "SUM");
-  EXPECT_EQ(cutBehind("<Date>2024"), "Date");
-  EXPECT_EQ(cutBehind("</Date"), "Date");
-  EXPECT_EQ(cutBehind("</Date>"), "Locale");
-  EXPECT_EQ(cutBehind("<SN>QX200"), "SN");
-  EXPECT_EQ(cutBehind("C=\""), "C");
-  EXPECT_EQ(cutBehind("C=\"R\">"), "PLI");
-  EXPECT_EQ(cutBehind("</PLI>"), "Printer");
-  EXPECT_EQ(cutBehind("</Printer>"), "OrvanQXPrinter");
+  EXPECT_EQ(cutAfter("<OrvanQ"), "");
+  EXPECT_EQ(cutAfter("<OrvanQXPrinter"), "SUM");
+  EXPECT_EQ(cutAfter("SUM=\""), "SUM");
+  EXPECT_EQ(cutAfter("<Date>2024"), "Date");
+  EXPECT_EQ(cutAfter("</Date"), "Date");
+  EXPECT_EQ(cutAfter("</Date>"), "Locale");
+  EXPECT_EQ(cutAfter("<SN>QX200"), "SN");
+  EXPECT_EQ(cutAfter("C=\""), "C");
+  EXPECT_EQ(cutAfter("C=\"R\">"), "PLI");
+  EXPECT_EQ(cutAfter("</PLI>"), "Printer");
+  EXPECT_EQ(cutAfter("</Printer>"), "OrvanQXPrinter");
 }
 
-TEST(ReceiverChanges, ATruncatedDocumentThatWasWrongBeforeIsEither) {
+TEST(ReceiverChanges, ATruncatedDocumentThatWasWrongBeforeIsTruncatedOrDamaged) {
   const std::string text = sample(Layout::application).text();
   const std::string pretty = replaced(text, "<Version>", "\n  <Version>");
   const std::size_t half = pretty.size() / 2;

@@ -34,7 +34,7 @@ TEST(ReceiverDigits, EveryPairOfBytes) {
   EXPECT_EQ(pairs, 256);
 }
 
-TEST(ReceiverDigits, TheFirstThatIsNone) {
+TEST(ReceiverDigits, TheFirstThatIsNotADigit) {
   for (const std::size_t length : {0U, 1U, 2U, 7U, 64U, 1001U}) {
     std::string text(length, 'C');
     std::string bytes(length / 2, '\0');
@@ -48,7 +48,7 @@ TEST(ReceiverDigits, TheFirstThatIsNone) {
   }
 }
 
-TEST(ReceiverDigits, TheLongestRunBehindATag) {
+TEST(ReceiverDigits, TheLongestRunAfterATag) {
   struct Case {
     std::string text;
     std::size_t offset, length;

@@ -1,4 +1,4 @@
-// Faults, one a line: what was done to a sound document, and what is said of it.
+// Faults, one on each line: the edit of a sound document, and what the receiver reports.
 #include <gtest/gtest.h>
 
 #include "receiver/Samples.h"
@@ -13,8 +13,8 @@ using receiver::Layout;
 struct Edit {
   std::string old, replacement;
   Layer layer;
-  std::string at;       // the fault's place: the first of these bytes in the edited document,
-  std::size_t further;  // and so many bytes on
+  std::string at;       // the fault is at the first of these bytes in the edited document,
+  std::size_t further;  // or this many bytes after it
   std::string field;
   Layout layout = Layout::application;
 };
@@ -22,7 +22,7 @@ struct Edit {
 const std::string version = "<Version>3.1</Version>";
 const std::string osVersion = "<OSVersion>M.10.15.7</OSVersion>";
 
-/// The content is sealed again after the edit, so that nothing else is wrong.
+/// After the edit, the content gets a new checksum, so that nothing else is wrong.
 const std::vector<Edit>& edits() {
   constexpr Layout older = Layout::printerOlderTag;
   static const std::vector<Edit> all = {
@@ -96,7 +96,7 @@ TEST(ReceiverFaults, EditsOfTheContent) {
 }
 
 struct Around {
-  std::string before, behind;
+  std::string before, after;
   Layer layer;
   std::size_t offset;
   std::string field;
@@ -120,9 +120,9 @@ TEST(ReceiverFaults, SomethingAroundTheDocument) {
       {"x", "", Layer::xml, 0, ""},
   };
   for (const Around& around : all) {
-    EXPECT_EQ(findingOf(around.before + text + around.behind),
+    EXPECT_EQ(findingOf(around.before + text + around.after),
               (Finding{around.layer, Fault::damaged, around.offset, around.field}))
-        << around.before << "..." << around.behind;
+        << around.before << "..." << around.after;
   }
 }
 
@@ -158,7 +158,7 @@ TEST(ReceiverFaults, AnotherContentIsAlteredAndCanStillBeRead) {
   }
 }
 
-TEST(ReceiverFaults, OtherDocumentsAreNone) {
+TEST(ReceiverFaults, OtherDocumentsAreDamagedOnes) {
   EXPECT_EQ(findingOf("<a/>"), (Finding{Layer::layout, Fault::damaged, 1, ""}));
   EXPECT_EQ(findingOf("<a>\n<b/>\n</a>\n"), (Finding{Layer::layout, Fault::damaged, 1, ""}));
   EXPECT_EQ(findingOf("<OrvanQXApplication/>"),

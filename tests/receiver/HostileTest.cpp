@@ -1,4 +1,4 @@
-// Bytes of every kind give a report.
+// Any bytes give a report.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -186,7 +186,7 @@ TEST(ReceiverHostile, ALargePayloadIsReadWhole) {
   }
 }
 
-/// Fails each allocation in turn: either it is reported, or nothing came of it.
+/// Fails each allocation in turn. Either the failure is reported, or the verdict is the usual one.
 void examineWithFailures(const std::string& text) {
   const receiver::Verdict usual = receiver::examine(text).verdict;
   int failures = 0;

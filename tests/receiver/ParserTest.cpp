@@ -1,4 +1,4 @@
-// What the parser need not see, and what it says where it is asked.
+// Which digits and values the parser need not see, and what it says about the others.
 #include "receiver/Damage.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ Finding wholeParse(const std::string& text) {
   return xml::parse(text, {text.size(), 0});
 }
 
-/// How many samples were well formed; a test in which all or none are shows nothing.
+/// Counts how many samples were well formed. If all or none were, the test shows nothing.
 struct Tally {
   int accepted = 0;
   int refused = 0;
@@ -44,15 +44,15 @@ TEST(ReceiverParser, SaysTheSameWithoutMostOfTheDigits) {
   for (const std::size_t length : {0U, 1U, 63U, 64U, 65U, 1000U}) {
     const std::string digits(length, 'A');
     for (const std::string& before : hostileValues()) {
-      for (const std::string& behind : hostileValues()) {
+      for (const std::string& after : hostileValues()) {
         const std::string head = "<a>" + before + "<p>";
-        tally.compare(head + digits + behind + "</p></a>", {head.size(), length});
+        tally.compare(head + digits + after + "</p></a>", {head.size(), length});
       }
     }
   }
 }
 
-/// A form with each "%" in it made `text`.
+/// `form` with `text` in place of each "%".
 std::string filled(std::string_view form, const std::string& text) {
   std::string result;
   for (const char character : form) result += character == '%' ? text : std::string(1, character);
@@ -121,7 +121,7 @@ TEST(ReceiverParser, CallsPlainOnlyWhatStandsForItself) {
               Finding::wellFormed)
         << byte;
   }
-  EXPECT_EQ(plain, 95 - 3);  // the printable characters of ASCII but < & ]
+  EXPECT_EQ(plain, 95 - 3);  // the printable characters of ASCII except < & ]
   EXPECT_TRUE(receiver::isPlain(""));
   EXPECT_FALSE(receiver::isPlain("abc&"));
 }

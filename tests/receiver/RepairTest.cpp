@@ -11,7 +11,7 @@ using receiver::Fault;
 using receiver::Layer;
 using receiver::Layout;
 
-/// A document as it is stored: the checksum of the values as they are, then stray markup escaped.
+/// A document as it is stored: the checksum is made first, then stray markup is escaped.
 std::string stored(const ExpectedDocument& document) {
   return xml::mend(document.text());
 }
@@ -38,16 +38,16 @@ TEST(ReceiverRepair, IsRecognised) {
       {"A&B", "a < b && c <= d"},
       {"&", "<"},
       {"&nbsp;", "&amp"},
-      {"R&amp;D", "A&B"},    // a reference and a stray one, in two values
-      {"R&amp;D, R&D", ""},  // and in the same
+      {"R&amp;D", "A&B"},    // a reference and a stray ampersand, in two values
+      {"R&amp;D, R&D", ""},  // and in the same value
       {"&amp;&lt;&&lt;&", ""},
-      {"&&&&&&&&&&&&&&&&&&&&", "a<=b"},  // too many to try singly, all of them stray
-      {"&&&&&&&&&&", "R&amp;D"},         // those of one value stray, those of the other not
+      {"&&&&&&&&&&&&&&&&&&&&", "a<=b"},  // too many to try one by one; all are stray
+      {"&&&&&&&&&&", "R&amp;D"},         // stray in one value, references in the other
       {"&lt;&lt;&lt;&lt;&lt;&lt;&lt;&lt;", "A&B"},
       {std::string(100000, '&'), ""},
       {"]]>", ""},
       {"a]]>b & c", "]]]>"},
-      {"]]&gt; and ]]>", "&lt;]]>"},  // a reference and a stray one
+      {"]]&gt; and ]]>", "&lt;]]>"},  // a reference and stray markup
       {"]]>]]>]]>]]>]]>]]>]]>]]>", "]]&gt;"},
   };
   for (const Values& values : all) {
@@ -90,7 +90,7 @@ TEST(ReceiverRepair, InEveryValueOfEveryLayout) {
 TEST(ReceiverRepair, IsNotMistakenForAnything) {
   // References that were there from the start: nothing was repaired.
   EXPECT_EQ(findingOf(stored(printerWith("R&amp;D", "&lt;"))), Finding{});
-  // Damaged after it was repaired.
+  // Damaged after the repair.
   const std::string repaired = stored(printerWith("A&B", "12345"));
   const std::string damaged = replaced(repaired, "12345", "12346");
   EXPECT_EQ(findingOf(damaged), checksumFault(damaged, Fault::altered));
@@ -106,7 +106,7 @@ TEST(ReceiverRepair, IsNotMistakenForAnything) {
 }
 
 TEST(ReceiverRepair, EndsItsSearchWhereThereIsTooMuchToTry) {
-  // One value holds seven of both kinds: neither all nor a value's, and too many for each.
+  // One value holds seven, some of them stray: too many to try each one by itself.
   const std::string mixed = stored(printerWith("&amp;&&&&&&", ""));
   EXPECT_EQ(findingOf(mixed), checksumFault(mixed, Fault::altered));
   const std::string six = stored(printerWith("&amp;&&&&&", ""));
@@ -114,7 +114,7 @@ TEST(ReceiverRepair, EndsItsSearchWhereThereIsTooMuchToTry) {
 }
 
 TEST(ReceiverRepair, EndsItsSearchWhereTooManyValuesHoldReferences) {
-  // One was a reference from the start, the others are stray ones that were escaped.
+  // One was a reference from the start; the others were stray and have been escaped.
   ExpectedDocument document = printerWith("R&D", "R&D");
   document.version = "R&amp;D";
   document.osVersion = document.locale = document.identifier = "R&D";
@@ -130,8 +130,8 @@ TEST(ReceiverRepair, TakesFewAttemptsAtALargeDocument) {
   document.contents = std::string(std::size_t{6} << 20, 'x');
   const std::string text = stored(document);
   EXPECT_EQ(findingOf(text), checksumFault(text, Fault::repaired));
-  // The one that was there from the start comes first, and five that were not: the combination is
-  // far down the list.
+  // Some were references from the start and others were not, so the right combination is far down
+  // the list.
   document.printer = ExpectedPrinter{"&amp;&amp;&amp;&amp;&amp;&", "", ""};
   const std::string many = stored(document);
   EXPECT_EQ(findingOf(many), checksumFault(many, Fault::altered));

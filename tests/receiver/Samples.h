@@ -1,4 +1,4 @@
-/// Documents to examine, built by other means than they are taken apart by.
+/// Documents to examine. None of the receiver's code builds them.
 #ifndef WENLOLIB_TESTS_RECEIVER_SAMPLES_H
 #define WENLOLIB_TESTS_RECEIVER_SAMPLES_H
 
@@ -12,7 +12,7 @@
 
 namespace wenlolib::tests {
 
-/// One wrapper a layout, in the order of receiver::Layout.
+/// One wrapper for each layout, in the order of receiver::Layout.
 inline const std::vector<std::string>& wrappers() {
   static const std::vector<std::string> names = {"OrvanQXApplication", "OrvanQX2Application",
                                                  "OrvanQXPrinter"};
@@ -34,12 +34,12 @@ inline ExpectedDocument sample(receiver::Layout layout, char marker = 'R',
 inline constexpr receiver::Layout layouts[] = {
     receiver::Layout::application, receiver::Layout::printer, receiver::Layout::printerOlderTag};
 
-/// `text` with the first `old` in it made `replacement`; `old` has to be there.
+/// `text` with its first `old` replaced by `replacement`; `old` must be there.
 inline std::string replaced(std::string text, std::string_view old, std::string_view replacement) {
   return text.replace(text.find(old), old.size(), replacement);
 }
 
-/// The document with the checksum that its content has now.
+/// The document with the right checksum of its content.
 inline std::string sealed(const std::string& document) {
   const std::size_t begin = document.find('>') + 1;
   const std::size_t end = document.rfind("</");
@@ -47,13 +47,13 @@ inline std::string sealed(const std::string& document) {
                   checksumOf(document.substr(begin, end - begin)));
 }
 
-/// A document of the layout whose content was changed before the checksum was taken.
+/// A document of the layout whose content was changed before the checksum was made.
 inline std::string edited(receiver::Layout layout, std::string_view old,
                           std::string_view replacement) {
   return sealed(replaced(sample(layout).text(), old, replacement));
 }
 
-/// The part of a verdict that programs go by.
+/// The part of a verdict that programs use.
 struct Finding {
   receiver::Layer layer = receiver::Layer::none;
   receiver::Fault fault = receiver::Fault::none;

@@ -1,4 +1,4 @@
-// Values of which the parser, or a reader, might think otherwise.
+// Values that the parser or a reader might read differently.
 #include <gtest/gtest.h>
 
 #include "receiver/Samples.h"
@@ -51,10 +51,10 @@ TEST(ReceiverValues, AreReadAsTheyWereMeant) {
   }
 }
 
-TEST(ReceiverValues, AreInDoubtLeftToTheParser) {
+TEST(ReceiverValues, AreLeftToTheParserWhenInDoubt) {
   struct Refused {
     std::string value;
-    std::size_t wrong;  // the offset in the value of what the parser refuses
+    std::size_t wrong;  // where in the value the parser refuses it
   };
   using namespace std::string_literals;
   const std::vector<Refused> all = {
@@ -102,7 +102,7 @@ TEST(ReceiverValues, ADocumentWithoutADateHasNoContents) {
   }
 }
 
-TEST(ReceiverValues, ContentsThatAreNoTextAreFoundByTheirFirstByte) {
+TEST(ReceiverValues, ContentsThatAreNotTextAreReportedAtTheirFirstWrongByte) {
   struct Bad {
     std::string contents;
     std::size_t wrong;

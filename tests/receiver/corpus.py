@@ -1,7 +1,7 @@
-"""A corpus of survey documents, sound and not, each with what is known of it.
+"""A corpus of survey documents, sound and unsound, each with what is known about it.
 
-Every document is made from a sound one by a change whose outcome is known beforehand, but for those
-called "mutated", which are changed at random. The same call gives the same corpus every time.
+Every document is a sound one after a change whose outcome is known. Only the "mutated" ones are
+changed at random. The same call gives the same corpus every time.
 """
 
 import hashlib
@@ -28,7 +28,7 @@ CONTENTS = {
 
 @dataclass(frozen=True)
 class Case:
-    """A document, and what the receiver has to find: None where that is not known."""
+    """A document, and what the receiver must find; None if that is not known."""
 
     kind: str
     name: str
@@ -41,7 +41,7 @@ class Case:
 
 @dataclass(frozen=True)
 class Plan:
-    """What a document is made from; `values` are as they stand in it."""
+    """What a document is made from; `values` are in their stored form."""
 
     layout: str = "application"
     marker: str = "R"
@@ -95,7 +95,7 @@ def content(plan):
 
 
 def sealed(layout, inner, checked=None):
-    """The wrapper around a content, with the checksum of `checked` where that is another."""
+    """The wrapper around a content, with the checksum of `checked`, if given, instead."""
     name = WRAPPERS[layout]
     checksum = hashlib.md5(inner if checked is None else checked).hexdigest().upper()
     return f'<{name} SUM="{checksum}">'.encode() + inner + f"</{name}>".encode()
@@ -137,7 +137,7 @@ def truncated():
 
 
 def edited(plan, old, new):
-    """The document with a change in its content before the checksum is taken, and its place."""
+    """The document after a change in its content, with a matching checksum; and the place."""
     inner = content(plan)
     at = inner.index(old)
     whole = sealed(plan.layout, inner[:at] + new + inner[at + len(old) :])
@@ -145,13 +145,13 @@ def edited(plan, old, new):
 
 
 def damaged():
-    """Documents whose form is broken inside, under a checksum that holds."""
+    """Documents whose content is malformed, with a matching checksum."""
     for plan in plans():
         digits = payload(plan).encode()
         field = payload_field(plan)
         opening = f'{field} C="{plan.marker}">'.encode()
         version, older = b"<Version>1.0</Version>", b"<OSVersion>M.6.1.55</OSVersion>"
-        changes = [  # what, with what, layer, where behind the beginning of the change, field
+        changes = [  # old, new, layer, offset from the start of the change, field
             (digits, digits[:5] + b"g" + digits[6:], "hexadecimal", 5, field),
             (digits, digits[:4].lower() + b"ab" + digits[6:], "hexadecimal", None, field),
             (digits, digits[:-1], "hexadecimal", len(digits) - 1, field),
@@ -184,7 +184,7 @@ def damaged():
 
 
 def surrounded():
-    """Documents with something before, behind or in their wrapper."""
+    """Documents with something before, after or in their wrapper."""
     for plan in plans():
         whole = document(plan)
         name = WRAPPERS[plan.layout].encode()
@@ -206,7 +206,7 @@ def surrounded():
 
 
 def altered():
-    """Documents changed after the checksum was taken, their form whole."""
+    """Documents changed after the checksum was made, and still well formed."""
     for plan in plans():
         whole = document(plan)
         digits = payload(plan).encode()
@@ -235,7 +235,7 @@ def undecodable():
 
 
 def repaired():
-    """Documents whose stray markup was escaped after the checksum had been taken."""
+    """Documents whose stray markup was escaped after the checksum was made."""
     for layout in WRAPPERS:
         for name in {**HEADER, **(IDENTITY if layout == "older" else {})}:
             if name == "Date":
@@ -243,7 +243,7 @@ def repaired():
             for stray in ["A&B", "a < b", "&&", "&amp; & <", "x &lt;&", "]]]>&"]:
                 plan = Plan(layout)
                 before = content(plan.having(**{name: stray}))
-                # The first reference of two of them was one from the start.
+                # Two of them begin with text that was a reference from the start.
                 kept = 5 if stray.startswith("&amp;") else 6 if stray.startswith("x &lt;") else 0
                 mended = stray[kept:].replace("&", "&amp;").replace("<", "&lt;")
                 mended = mended.replace("]]>", "]]&gt;")
@@ -254,14 +254,14 @@ def repaired():
 
 
 def misdated():
-    """Sound to a receiver, for which the date is no more than the text that gives the key."""
+    """Sound to the receiver, which uses the date only as the text that gives the key."""
     for plan in plans():
         for date in ["2024-03-15T09:05:07+0900", "2024-02-30T00:00:00+00:00", "yesterday", " "]:
             yield f"{plan.layout} {plan.marker}, {date}", document(plan.having(Date=date))
 
 
 def mutated(count=6000):
-    """Sound documents with a few random changes, half of them under a checksum that holds."""
+    """Sound documents with a few random changes, half of them with a matching checksum."""
     dice = random.Random(20240315)
     bases = [(plan.layout, content(replace(plan, contents=CONTENTS[name])))
              for plan in plans() for name in ("plain", "empty", "not ASCII")]

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds the receiver against the verifier, which shares no line with it, on a corpus of documents.
+"""Compares the receiver with the verifier, which shares no code with it, on a corpus of documents.
 
     corpus_agreement.py VERDICTS
 
-VERDICTS says of each file named what the receiver finds in it. The two must agree on whether each
-document is sound. Where it is known what was done to a document, the receiver must say that."""
+VERDICTS is a program that prints what the receiver finds in each named file. The two must agree on
+whether each document is sound. If a document's fault is known, the receiver must report it."""
 
 import collections
 import os
@@ -19,13 +19,13 @@ sys.path[:0] = [HERE, os.path.join(HERE, "..", "verifier")]
 from corpus import cases
 from survey_document import Unsound, check_date, parse
 
-# So many there have to be at least: a corpus that has shrunk proves nothing.
+# The least number of documents of each kind: a corpus that has shrunk proves nothing.
 LEAST = {"sound": 78, "truncated": 2000, "damaged": 228, "altered": 66, "undecodable": 30,
          "repaired": 90, "misdated": 24, "mutated": 6000}
 
 
 def receivers_findings(verdicts, corpus):
-    """One (layer, fault, offset, field) a case, by way of files."""
+    """(layer, fault, offset, field) for each case, found in files."""
     lines = []
     with tempfile.TemporaryDirectory() as folder:
         names = []
@@ -49,8 +49,8 @@ def finding(line):
 
 
 def verifiers_complaint(data):
-    """What the verifier says against a document, or None; and whether that is the date's form,
-    which a receiver has no need to judge."""
+    """What the verifier finds wrong with a document, or None; and whether that is the form of the
+    date, which a receiver need not check."""
     try:
         parse(data)
         return None, False
@@ -68,15 +68,15 @@ def is_misdated(data):
 
 
 def disagreement(case, found):
-    """What is wrong with a finding, or None."""
+    """What is wrong with the receiver's finding, or None."""
     sound = found[0] == "none"
     complaint, misdated = verifiers_complaint(case.data)
     if sound and complaint and not misdated:
         return f"sound to the receiver; the verifier: {complaint}"
     if not sound and complaint is None:
-        return "sound to the verifier alone"
+        return "sound to the verifier, but not to the receiver"
     if case.kind == "misdated" and complaint is None:
-        return "the verifier takes the date for one"
+        return "the verifier accepts the date"
     for what, expected, actual in zip(["layer", "fault", "offset", "field"],
                                       [case.layer, case.fault, case.offset, case.field], found):
         if expected is not None and expected != actual:
@@ -99,7 +99,7 @@ def main(verdicts):
     for kind, least in LEAST.items():
         if kinds[kind] < least:
             wrong += 1
-            print(f"{kind}: {kinds[kind]} documents, there should be {least}")
+            print(f"{kind}: {kinds[kind]} documents, there should be at least {least}")
     print("made:  " + ", ".join(f"{count} {kind}" for kind, count in kinds.items()))
     print("found: " + ", ".join(f"{count} {name}" for name, count in sorted(outcomes.items())))
     print(f"{len(corpus)} documents, {wrong} on which something is wrong")

@@ -1,4 +1,4 @@
-// Says of each file named what the receiver finds: "sound", or layer, fault, offset and field.
+// Prints what the receiver finds in each named file: "sound", or layer, fault, offset and field.
 #include <array>
 #include <cstdio>
 #include <fstream>

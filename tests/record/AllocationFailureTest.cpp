@@ -1,5 +1,5 @@
-// Every allocation of a record is made to fail in turn, one by one and from one on. Nothing may be
-// thrown, and nothing half done may be left.
+// Every allocation of a record fails in turn, once alone and once with all that follow. Nothing may
+// be thrown, and nothing may be left half done.
 #include <gtest/gtest.h>
 
 #include "support/ExpectedDocument.h"
@@ -18,7 +18,7 @@ const std::string month = applicationFolder + "/Quillmere_Log_App_2403.ALM";
 const std::string firstLog = printerLogFolder + "/App_1.PLM";
 const std::string madeIdentifier = "{00000000-0000-4000-8000-000000000001}";
 
-/// One record with the k-th allocation failing, on a platform of its own.
+/// One record, on a platform of its own, with the k-th allocation failing.
 struct Attempt {
   MemoryPlatform world;
   bool answer = false;
@@ -54,8 +54,8 @@ std::string fullDocument(bool printerLog, bool identifierKnown) {
   return expected.text();
 }
 
-/// The record file is as it was or whole; whole when the answer is yes; nothing else is touched but
-/// the identifier's file, and that too is as it was or whole.
+/// The record's file is unchanged, or new and whole. If the answer is yes, it is new. Otherwise
+/// only the identifier's file may change, and that too is unchanged, or new and whole.
 void expectNothingHalfDone(const Attempt& attempt, bool printerLog, bool identifierKnown) {
   const std::string path = printerLog ? firstLog : month;
   const std::string before = printerLog ? "" : "earlier";
@@ -75,8 +75,9 @@ void expectNothingHalfDone(const Attempt& attempt, bool printerLog, bool identif
   }
 }
 
-/// The earlier file keeps its mode until a write is tried, and is open from then on, be it the
-/// newer one or not. Where nothing gets memory any more the permissions themselves may fail.
+/// The earlier file keeps its mode until a write is tried. From then on the file is open to all,
+/// whether it is the newer one or not. If all later allocations fail, setting the permissions may
+/// fail too.
 void expectTheModeToFollow(const Attempt& attempt, Span span) {
   const auto file = attempt.world.files.at(month);
   ASSERT_TRUE(file);
@@ -87,7 +88,7 @@ void expectTheModeToFollow(const Attempt& attempt, Span span) {
   EXPECT_TRUE(mustBeOpen ? opened : asItWas || (tried && opened)) << std::oct << file->mode;
 }
 
-/// The probes come after the encryption; without memory for that, none of them is asked.
+/// The probes come after the encryption. Without memory for that, none of them is asked.
 void expectNoProbeWithoutPayload(const Attempt& attempt) {
   const Journal& journal = attempt.world.journal;
   if (journal.count("digest.md5") > 0) return;

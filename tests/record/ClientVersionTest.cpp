@@ -70,7 +70,7 @@ TEST_F(ClientVersion, WithoutAnyBundleItIsEmpty) {
   EXPECT_EQ(record->getCliantVersion(), "");
 }
 
-TEST_F(ClientVersion, AValueThatIsNoTextCountsAsAbsent) {
+TEST_F(ClientVersion, AValueThatIsNotTextCountsAsAbsent) {
   for (const Value& value : {Value(2.1), Value(21), Value(true), Value("\xFF.1")}) {
     world.bundles.informationByPath[hostBundle] = version(value);
     world.bundles.own = version(value);

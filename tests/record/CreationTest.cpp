@@ -1,4 +1,4 @@
-// What the creation of a document answers, and what it leaves on the record.
+// What creating a document answers, and what it leaves in the record.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -116,7 +116,7 @@ TEST_F(DocumentCreation, TheWholeOrderOfCalls) {
       "/C/Library/Application Support/QMR/Config/com.orvan.printing.WENLOLIB.Conf.plist";
   const Journal::Lines expected = {
       "system.gestalt sys1", "system.gestalt sys2", "system.gestalt sys3", "clock.now",
-      // the date, its components
+      // the date, from its components
       "system.gestalt sys1", "system.gestalt sys2", "system.gestalt sys3", "calendar.localTime",
       // key and cipher
       "digest.md5", "cipher.rc4",
@@ -144,12 +144,13 @@ TEST_F(DocumentCreation, ALackOfAnyWorkingBufferAnswersBeforeAnythingIsAsked) {
 }
 
 TEST_F(DocumentCreation, ContentsOf2GiBAreRefusedBeforeTheBuffersAreMade) {
-  if constexpr (sizeof(std::size_t) < 8) GTEST_SKIP() << "no such contents in 32 bits";
+  if constexpr (sizeof(std::size_t) < 8)
+    GTEST_SKIP() << "a 32-bit process cannot hold contents of 2 GiB";
   Text contents;
   try {
     contents.emplace(std::size_t{1} << 31, 'c');
   } catch (const std::bad_alloc&) {
-    GTEST_SKIP() << "no memory for the contents";
+    GTEST_SKIP() << "there is not enough memory for the contents";
   }
   record->setContents(std::move(contents));
   CountedAllocations counted;

@@ -21,7 +21,7 @@ class EntryPoints : public InstalledTest {
     return WENLOLIB::writePrinterLogInfoWithContents(contents, name, option, otherInfo);
   }
 
-  /// What the platform is asked during one call of `work`.
+  /// What the platform is asked while `work` runs.
   template <class Work>
   Journal::Lines askedBy(Work work) {
     world.journal.clear();

@@ -1,4 +1,4 @@
-// How the identifier's file is written, and what becomes of it where that does not work out.
+// How the identifier's file is written, and what happens to it if that fails.
 #include "record/IdentifierFile.h"
 
 #include <functional>
@@ -68,7 +68,7 @@ TEST_F(IdentifierFile, TheWholeSaveHappensInOrder) {
                             "files.kindAt " + path, "files.setPermissions " + path + " 0666"}));
 }
 
-/// Another process lays down its configuration between the look and the publication.
+/// Another process writes its configuration between the look at the file and the publication.
 class OvertakenFiles : public platform::ForwardingFiles {
  public:
   OvertakenFiles(platform::Files& target, std::function<void()> overtake)
@@ -84,7 +84,7 @@ class OvertakenFiles : public platform::ForwardingFiles {
   std::function<void()> overtake_;
 };
 
-/// Between the reading and the look.
+/// Another process writes its configuration between the reading and the look at the file.
 class SoonerOvertakenFiles : public OvertakenFiles {
  public:
   using OvertakenFiles::OvertakenFiles;
@@ -147,7 +147,7 @@ TEST_F(IdentifierFile, AContainerBelowTheTildeIsReadAndWrittenBelowTheHomeFolder
       "/C/Library/Application Support/QMR/Config/com.orvan.printing.WENLOLIB.Conf.plist";
   EXPECT_EQ(world.propertyLists.at("/Users/ada" + inFolder),
             (Dictionary{{"WENLIBUUID", firstMade}}));
-  // The permissions are those of the path as it was built, at which nothing stands.
+  // The permissions are set at the path with the tilde, where nothing is.
   EXPECT_EQ(world.journal.linesOf("files.kindAt").back(), "files.kindAt ~" + inFolder);
   EXPECT_EQ(world.journal.count("files.setPermissions"), 0U);
 

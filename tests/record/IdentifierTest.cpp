@@ -67,7 +67,7 @@ TEST_F(Identifier, AddedToAFileItKeepsEveryOtherEntry) {
   EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U);
 }
 
-// A file of which something was left out would lose it if it were written anew.
+// A file with values that were left out would lose them if it were written again.
 
 TEST_F(Identifier, OneInAFileWithValuesThatWereLeftOutIsUsed) {
   world.propertyLists.partial = true;
@@ -83,9 +83,11 @@ TEST_F(Identifier, IsNotStoredInAFileWithValuesThatWereLeftOut) {
     world.propertyLists.add(identifierPath, entries, 0600);
     const std::string first = ofNewRecord();
     EXPECT_EQ(first.size(), 38U);
-    EXPECT_NE(ofNewRecord(), first) << "as where the save fails";
+    EXPECT_NE(ofNewRecord(), first)
+        << "a new record must get a new identifier, as after a failed save";
     EXPECT_EQ(stored(), entries);
-    EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U) << "as after a failed write";
+    EXPECT_EQ(world.files.at(identifierPath)->mode, 0666U)
+        << "the permissions must be set, as after a failed write";
     EXPECT_EQ(world.journal.count("files.writeAtomically"), 0U);
   }
 }
@@ -96,7 +98,7 @@ TEST_F(Identifier, ReplacesThePlaceholder) {
   EXPECT_EQ(stored(), (Dictionary{{"WENLIBUUID", firstMade}, {"a", 1}}));
 }
 
-TEST_F(Identifier, ReplacesAValueThatIsNoText) {
+TEST_F(Identifier, ReplacesAValueThatIsNotText) {
   for (const Value& value : {Value(5), Value(Instant()), Value(Value::Data{1})}) {
     world.propertyLists.add(identifierPath, {{"WENLIBUUID", value}});
     const std::string made = ofNewRecord();

@@ -10,7 +10,7 @@ namespace {
 
 class Layouts : public InstalledTest {
  protected:
-  /// The document that a record comes to, as the XML service is given it.
+  /// The document of a record, as it is given to the XML service.
   std::string documentOf(std::uint32_t fileType, const std::optional<Dictionary>& otherInfo = {},
                          std::uint32_t option = 0) {
     const auto record = WENLOLIB::initWithContents("contents", "App", option);

@@ -112,7 +112,7 @@ TEST_F(SurveyLocale, AMissingLanguageHasNoFallback) {
   EXPECT_EQ(of(1), "");
 }
 
-TEST_F(SurveyLocale, ALanguageThatIsNoTextCountsAsAbsent) {
+TEST_F(SurveyLocale, ALanguageThatIsNotTextCountsAsAbsent) {
   for (const Value& value : {Value(1), Value(true), Value(Value::Array{"fr_FR"}), Value("\xFF")}) {
     world.propertyLists.add(preferencePath, {{"LatestSelectedLanguage", value}});
     EXPECT_EQ(of(1), "");
@@ -126,7 +126,7 @@ TEST_F(SurveyLocale, BothSourcesAreNormalised) {
   EXPECT_EQ(of(1), "sr_Latn");
 }
 
-TEST_F(SurveyLocale, NoSettingOrOneThatIsNoTextGivesNothing) {
+TEST_F(SurveyLocale, NoSettingOrOneThatIsNotTextGivesNothing) {
   world.user.localeSetting = std::nullopt;
   EXPECT_EQ(of(0), "");
   EXPECT_EQ(of(2), "");

@@ -1,4 +1,4 @@
-/// Application usage records, and the files they go to.
+/// Records of application usage, and their files.
 #ifndef WENLOLIB_TESTS_FRONT_MONTHFILES_H
 #define WENLOLIB_TESTS_FRONT_MONTHFILES_H
 

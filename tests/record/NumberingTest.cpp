@@ -1,4 +1,4 @@
-// Printer logs: one numbered file a record.
+// Printer logs: one numbered file for each record.
 #include <gtest/gtest.h>
 
 #include "platform/Forwarding.h"
@@ -88,7 +88,8 @@ TEST_F(Numbering, WithAllTaken999IsReplaced) {
 TEST_F(Numbering, AsksAtMostOnceForEachOf999Numbers) {
   take(1, 999);
   EXPECT_TRUE(writeRecord());
-  EXPECT_EQ(world.journal.count("files.kindAt " + printerLogFolder), 999U + 1U);  // and the mode's
+  EXPECT_EQ(world.journal.count("files.kindAt " + printerLogFolder),
+            999U + 1U);  // and once for the mode
 }
 
 TEST_F(Numbering, WithAllTakenAndAFolderAt999TheWriteFails) {
@@ -98,7 +99,7 @@ TEST_F(Numbering, WithAllTakenAndAFolderAt999TheWriteFails) {
   EXPECT_EQ(world.files.at(numbered(999))->mode, 0755U);
 }
 
-/// Another writer who takes each number of a set just before it is written.
+/// Another writer takes each number in a set just before it is written.
 class RacingFiles : public platform::ForwardingFiles {
  public:
   RacingFiles(MemoryFiles& files, int untilNumber)

@@ -1,5 +1,5 @@
-// Every allocation of an operation is made to fail in turn. Nothing may be thrown, and the answer
-// is the right one or the failing one.
+// Every allocation of an operation fails in turn. Nothing may be thrown, and the answer must be the
+// right one or the failing one.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -14,8 +14,8 @@ namespace {
 
 constexpr long tooMany = 10000;
 
-/// Runs `work` with each allocation failing in turn, until one run has none that fails. Answers how
-/// many failed.
+/// Runs `work` with each allocation failing in turn, until a run has no failure. Answers how many
+/// allocations failed.
 long failEach(const std::function<void()>& work, const std::function<void(bool)>& check) {
   for (long k = 1; k < tooMany; ++k) {
     FailingAllocations failing(k);
@@ -163,7 +163,8 @@ TEST_F(EveryOperation, ProbesAreRightOrEmpty) {
 }
 
 TEST_F(EveryOperation, TheOSVersionIsRightOrEmpty) {
-  world.system.setVersion(1'000'000'000, 1'000'000'000, 1'000'000'000);  // too long for no memory
+  world.system.setVersion(1'000'000'000, 1'000'000'000,
+                          1'000'000'000);  // too long a text to need no memory
   const auto record = WENLOLIB::init();
   expectAnswerOr<std::string>("", [&] { return record->getOSVersion(); });
 }

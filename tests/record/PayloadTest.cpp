@@ -134,7 +134,7 @@ TEST(WorkingBuffers, AreRefusedFrom2GiBOnWithoutAskingForMemory) {
   }
 }
 
-TEST(WorkingBuffers, SizesThatTheAddressSpaceCannotHoldAreNoCrash) {
+TEST(WorkingBuffers, DoNotCrashForSizesThatTheAddressSpaceCannotHold) {
   for (const std::int32_t n : {1 << 30, (1 << 30) + 1, std::numeric_limits<std::int32_t>::max()}) {
     const FailingAllocations failing(3, FailingAllocations::Span::onwards);
     EXPECT_FALSE(WorkingBuffers::allocate(static_cast<std::size_t>(n)).has_value());

@@ -58,7 +58,7 @@ TEST(PrinterIdentity, KeysThatDifferInCaseAreNotFound) {
   EXPECT_FALSE(record->isNewTagTypePrinter());
 }
 
-TEST(PrinterIdentity, ValuesThatAreNoTextCountAsAbsent) {
+TEST(PrinterIdentity, ValuesThatAreNotTextCountAsAbsent) {
   const auto record = recordWith(Dictionary{{"DeviceID", 12}, {"SN", true}, {"ROMVER", "\xFF"}});
   EXPECT_EQ(record->getDevId(), "");
   EXPECT_EQ(record->getSerialNum(), "");

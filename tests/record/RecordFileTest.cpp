@@ -1,4 +1,4 @@
-// What becomes of a record's file, and of the record, when it is written.
+// What happens to a record and to its file when it is written.
 #include <gtest/gtest.h>
 
 #include <new>

@@ -1,4 +1,4 @@
-// Which path a record's file has.
+// The path of a record's file.
 #include <gtest/gtest.h>
 
 #include "record/MonthFiles.h"

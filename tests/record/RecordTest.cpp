@@ -79,7 +79,7 @@ TEST(Record, NullClearsATextAndAnotherReplacesIt) {
   EXPECT_EQ(record->contents(), Text("other"));
 }
 
-TEST(Record, BytesThatAreNoTextCountAsNull) {
+TEST(Record, BytesThatAreNotTextCountAsNull) {
   const auto record = WENLOLIB::initWithContents("\xFF", "\xC3");
   EXPECT_EQ(record->contents(), std::nullopt);
   EXPECT_EQ(record->applicationName(), std::nullopt);
@@ -123,7 +123,7 @@ TEST(Record, ANullDictionaryKeepsTheOneSetEarlier) {
 
 class RecordOption : public InstalledTest {};
 
-// Of the word that is kept no more shows than its mode, and modes 0 and 2 look alike.
+// Only the mode in the option word can be seen, and modes 0 and 2 look the same.
 TEST_F(RecordOption, ChoosesTheUsersLocaleUnlessGivenAndByItsLowFourBits) {
   EXPECT_EQ(WENLOLIB::init()->getLocale(), "en_US");
   EXPECT_EQ(WENLOLIB::initWithContents("c")->getLocale(), "en_US");

@@ -55,7 +55,7 @@ std::string ExpectedDocument::text() const {
 std::string elementIn(const std::string& document, const std::string& name) {
   std::size_t begin = document.find("<" + name + ">");
   if (begin == std::string::npos) begin = document.find("<" + name + " ");
-  if (begin == std::string::npos) return "no such element";
+  if (begin == std::string::npos) return "(there is no such element)";
   begin = document.find('>', begin) + 1;
   return document.substr(begin, document.find("</" + name + ">", begin) - begin);
 }
@@ -63,7 +63,7 @@ std::string elementIn(const std::string& document, const std::string& name) {
 std::string attributeIn(const std::string& document, const std::string& name) {
   const std::string opening = " " + name + "=\"";
   std::size_t begin = document.find(opening);
-  if (begin == std::string::npos) return "no such attribute";
+  if (begin == std::string::npos) return "(there is no such attribute)";
   begin += opening.size();
   return document.substr(begin, document.find('"', begin) - begin);
 }

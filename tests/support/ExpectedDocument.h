@@ -1,5 +1,5 @@
-/// Survey documents from the receiving side: how one has to look, and what can be read out of it.
-/// Built on the reference MD5 and RC4, and on nothing of the library.
+/// Survey documents as a receiver sees them: how one must look, and what can be read from it. Built
+/// on the reference MD5 and RC4, without any code of the library.
 #ifndef WENLOLIB_TESTS_SUPPORT_EXPECTEDDOCUMENT_H
 #define WENLOLIB_TESTS_SUPPORT_EXPECTEDDOCUMENT_H
 
@@ -13,7 +13,7 @@ struct ExpectedPrinter {
   std::string deviceId, serialNumber, romVersion;
 };
 
-/// The values of a document; those set here are what `install` leaves on an in-memory platform.
+/// The values of a document. The defaults are those of a platform set up by `install`.
 struct ExpectedDocument {
   std::string wrapper = "OrvanQXApplication";
   std::string version = "3.1";
@@ -32,10 +32,10 @@ struct ExpectedDocument {
 /// The MD5 digest of a text, 32 upper-case digits.
 [[nodiscard]] std::string checksumOf(std::string_view text);
 
-/// `source` changed by the 16 bytes of `key` in a cycle.
+/// The exclusive or of `source` and the 16 bytes of `key`, repeated.
 [[nodiscard]] std::string cycledXor(std::string_view key, std::string source);
 
-/// What stands between the first <name ...> of a document and its end tag.
+/// The text between the first <name ...> of a document and its end tag.
 [[nodiscard]] std::string elementIn(const std::string& document, const std::string& name);
 
 /// The value of the first attribute of that name.

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Counts one allocation; true when it has to fail.
+/// Counts one allocation. True if it must fail.
 bool strikes(std::size_t size) noexcept {
   auto& state = wenlolib::tests::allocationState;
   if (!state.counting || state.spared > 0) return false;
@@ -17,7 +17,7 @@ bool strikes(std::size_t size) noexcept {
   return state.onwards ? state.seen >= state.failing : state.seen == state.failing;
 }
 
-// malloc and free, so that the sanitizers go on watching.
+// Uses malloc and free, so that the sanitizers still see every allocation.
 void* allocated(std::size_t size) noexcept {
   return strikes(size) ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
 }

@@ -1,7 +1,7 @@
-/// Memory that runs out where a test wants it to.
+/// Makes memory run out where a test wants it to.
 ///
-/// The counting takes effect in a program that FailingAllocations.cpp is linked into: that file
-/// replaces the global operator new. Elsewhere nothing here has any effect.
+/// This works only in a program that is linked with FailingAllocations.cpp, which replaces the
+/// global operator new. Elsewhere nothing here has any effect.
 #ifndef WENLOLIB_TESTS_SUPPORT_FAILINGALLOCATIONS_H
 #define WENLOLIB_TESTS_SUPPORT_FAILINGALLOCATIONS_H
 
@@ -12,7 +12,7 @@ namespace wenlolib::tests {
 /// The state of one thread. Plain data, so that an allocation may look at it at any time.
 struct AllocationState {
   bool counting = false;
-  bool onwards = false;     // all allocations from `failing` on fail, not that one alone
+  bool onwards = false;     // all allocations from `failing` on fail, not just that one
   long failing = 0;         // 0: none fails
   long seen = 0;            // allocations since the scope began
   std::size_t largest = 0;  // the largest size asked for since then
@@ -45,14 +45,14 @@ class FailingAllocations {
   [[nodiscard]] std::size_t bytes() const { return allocationState.bytes; }
 };
 
-/// Only counts.
+/// Counts allocations; none fails.
 class CountedAllocations : public FailingAllocations {
  public:
   CountedAllocations() : FailingAllocations(0) {}
 };
 
-/// While an object lives, the allocations of this thread succeed and are not counted: for what a
-/// test double does on its own account.
+/// While an object lives, the allocations of this thread succeed and are not counted. For
+/// allocations of the test doubles themselves.
 class AllocationsSpared {
  public:
   AllocationsSpared() { ++allocationState.spared; }

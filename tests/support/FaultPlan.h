@@ -1,4 +1,4 @@
-/// Which calls of a platform fail.
+/// Plans which calls of a platform fail.
 #ifndef WENLOLIB_TESTS_SUPPORT_FAULTPLAN_H
 #define WENLOLIB_TESTS_SUPPORT_FAULTPLAN_H
 
@@ -12,8 +12,8 @@
 
 namespace wenlolib::tests {
 
-/// Calls are named as in the journal: "cipher.rc4", "files.writeAtomically". What a failing call
-/// answers is the failing answer of its operation: null, false, nothing, `Outcome::failed`.
+/// Calls are named as in the journal: "cipher.rc4", "files.writeAtomically". A failing call gives
+/// the failing answer of its operation: null, false, nothing, `Outcome::failed`.
 class FaultPlan {
  public:
   /// The n-th call from now on fails, counted from 1.
@@ -35,7 +35,7 @@ class FaultPlan {
     always_.clear();
   }
 
-  /// Counts one call; true when it is one that fails.
+  /// Counts one call. True if it must fail.
   [[nodiscard]] bool strikes(std::string_view kind) {
     const AllocationsSpared spared;
     const std::lock_guard lock(mutex_);

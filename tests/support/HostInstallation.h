@@ -1,4 +1,4 @@
-/// A host that is installed on an in-memory platform and allowed to record.
+/// Installs a host that is allowed to record on an in-memory platform.
 #ifndef WENLOLIB_TESTS_SUPPORT_HOSTINSTALLATION_H
 #define WENLOLIB_TESTS_SUPPORT_HOSTINSTALLATION_H
 
@@ -9,8 +9,8 @@
 
 namespace wenlolib::tests {
 
-// Where things lie for the user "ada" on a system without container lookup. Spelled out here once
-// more, so that a wrong name in the library shows.
+// The paths of the user "ada" on a system without container lookup. They are spelled out here
+// again, so that a wrong name in the library is noticed.
 inline const std::string container = "/Users/ada/Library/Group Containers/K7MW2PL9QD.QX.common";
 inline const std::string supportFolder = container + "/Library/Application Support/QMR";
 inline const std::string printerLogFolder = supportFolder + "/PLM";
@@ -28,12 +28,12 @@ inline const std::string installedBundle =
 
 inline constexpr double secondsADay = 86400.0;
 
-/// Preferences of a host installed `days` before `now`, the survey agreed to.
+/// Preferences of a host installed `days` before `now`, whose user agreed.
 [[nodiscard]] Dictionary agreedPreferences(Instant now, double days);
 
-/// Makes the record and configuration folders, the preferences of a host installed 100 days ago
-/// whose user agreed and chose fr_FR, the bundles (host 2.1.4, installed library 3.0.1, running
-/// library 3.1.0), and the configuration file with the identifier "{ID}".
+/// Makes the folders of records and the configuration folder; preferences of a host installed 100
+/// days ago whose user agreed and chose fr_FR; the bundles (host 2.1.4, installed library 3.0.1,
+/// running library 3.1.0); and the configuration file with the identifier "{ID}".
 void install(MemoryPlatform& platform);
 
 }  // namespace wenlolib::tests

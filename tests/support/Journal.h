@@ -1,4 +1,4 @@
-/// What was asked of a platform, in order.
+/// The calls of a platform, in order.
 #ifndef WENLOLIB_TESTS_SUPPORT_JOURNAL_H
 #define WENLOLIB_TESTS_SUPPORT_JOURNAL_H
 
@@ -13,14 +13,14 @@
 
 namespace wenlolib::tests {
 
-/// One readable line a call, such as "files.kindAt /tmp/a": the service, the operation, then its
-/// arguments. Calls may be noted from any thread.
+/// One readable line for each call, such as "files.kindAt /tmp/a": the service, the operation, then
+/// its arguments. Any thread may note calls.
 class Journal {
  public:
   using Lines = std::vector<std::string>;
 
   void note(std::string_view kind, std::string_view detail) {
-    const AllocationsSpared spared;  // keeping the journal must not change what the test breaks
+    const AllocationsSpared spared;  // the journal must not change which allocations fail
     std::string line(kind);
     if (!detail.empty()) line.append(" ").append(detail);
     const std::lock_guard lock(mutex_);

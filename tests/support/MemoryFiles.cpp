@@ -123,7 +123,7 @@ platform::Reason MemoryFiles::createFolder(const std::string& path, std::uint32_
   constexpr auto step = platform::Step::makeFolder;
   if (recorder_.fails("files.createFolder", path + " " + octal(mode))) return {step, ENOSPC};
   if (path.empty() || path.find('\0') != std::string::npos) return {step, EINVAL};
-  // The nearest level that is there has to be a folder.
+  // The nearest existing level must be a folder.
   std::string existing = path;
   while (!existing.empty() && !at(existing)) existing = parentOf(existing);
   const auto base = at(existing);

@@ -1,4 +1,4 @@
-/// A file system that lives in a map.
+/// A file system in a map.
 #ifndef WENLOLIB_TESTS_SUPPORT_MEMORYFILES_H
 #define WENLOLIB_TESTS_SUPPORT_MEMORYFILES_H
 
@@ -28,14 +28,14 @@ class MemoryFiles : public platform::Files {
 
   explicit MemoryFiles(Recorder recorder);
 
-  // What a test puts there and looks at; none of it is in the journal.
+  // For tests, to set up and to look at files. None of this is in the journal.
   void addFolder(const std::string& path, std::uint32_t mode = 0755);  // with missing parents
   void addFile(const std::string& path, std::string bytes, std::uint32_t mode = 0644);
   void addDanglingLink(const std::string& path);
   void remove(const std::string& path);
   [[nodiscard]] std::optional<Entry> at(const std::string& path) const;
   [[nodiscard]] Entries all() const;
-  /// The bytes of a file, "" where there is none.
+  /// The bytes of a file; "" if there is no such file.
   [[nodiscard]] std::string bytesAt(const std::string& path) const;
 
   platform::Kind kindAt(const std::string& path) override;

@@ -1,4 +1,4 @@
-// The platform of a build without a port.
+// The native platform of a build without a port.
 #include "platform/Platform.h"
 #include "support/FailingAllocations.h"
 #include "support/MemoryPlatform.h"

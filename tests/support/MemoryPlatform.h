@@ -1,4 +1,4 @@
-/// A whole platform in memory, with a journal of every call and a plan of which ones fail.
+/// A whole platform in memory, with a journal of all calls and a plan of which calls fail.
 #ifndef WENLOLIB_TESTS_SUPPORT_MEMORYPLATFORM_H
 #define WENLOLIB_TESTS_SUPPORT_MEMORYPLATFORM_H
 
@@ -14,11 +14,10 @@
 
 namespace wenlolib::tests {
 
-/// To begin with: OS 10.15.7 on Intel, 15 March 2024 00:05:07 GMT in a zone nine hours east, the
-/// user "ada" with the locale en_US and no container lookup, no bundle, no file, and of folders
-/// only "/".
+/// At first: OS 10.15.7 on Intel; 15 March 2024 00:05:07 GMT in a zone nine hours east; the user
+/// "ada" with the locale en_US; no container lookup, no bundles, no files, and only the folder "/".
 ///
-/// Services may be called from any thread; what they answer is to be set while none is.
+/// Any thread may call the services. Their answers may be set only while no thread calls them.
 class MemoryPlatform {
  public:
   MemoryPlatform();
@@ -45,7 +44,7 @@ class MemoryPlatform {
   MemoryUuids uuids{recorder_};
   MemoryPrograms programs{recorder_};
 
-  /// What the library sees. A test may put a service of its own in place of one of these.
+  /// What the library sees. A test may replace a service by one of its own.
   platform::Platform services;
 };
 

@@ -13,19 +13,19 @@
 
 namespace wenlolib::tests {
 
-/// A dictionary's text form is a token under which the dictionary is remembered: a file that holds
-/// the token reads as the dictionary, a file that holds anything else is no property list.
+/// A dictionary's text form is a token under which the dictionary is remembered. A file that holds
+/// the token is read as the dictionary. A file that holds anything else is not a property list.
 class MemoryPropertyLists : public platform::PropertyLists {
  public:
   MemoryPropertyLists(Recorder recorder, MemoryFiles& files) : recorder_(recorder), files_(files) {}
 
-  /// Puts a file there that reads as `dictionary`.
+  /// Makes a file at `path` that is read as `dictionary`.
   void add(const std::string& path, const Dictionary& dictionary, std::uint32_t mode = 0644);
 
-  /// Every file then holds values that were left out.
+  /// If set, every file counts as one with values that were left out.
   bool partial = false;
 
-  /// What the file at `path` reads as. Not in the journal.
+  /// What the file at `path` is read as. Not in the journal.
   [[nodiscard]] std::optional<Dictionary> at(const std::string& path) const;
 
   platform::ListReading read(const std::string& path) override;

@@ -24,7 +24,7 @@ class MemoryDigest : public platform::Digest {
   Recorder recorder_;
 };
 
-/// Refuses keys that RC4 cannot have: the empty one, and those of more than 256 bytes.
+/// Refuses keys that RC4 does not allow: the empty one, and those of more than 256 bytes.
 class MemoryCipher : public platform::Cipher {
  public:
   explicit MemoryCipher(Recorder recorder) : recorder_(recorder) {}
@@ -35,14 +35,14 @@ class MemoryCipher : public platform::Cipher {
   Recorder recorder_;
 };
 
-/// Accepts every document and hands it back as it is, unless told to answer otherwise.
+/// Accepts every document and returns it unchanged, unless a test sets another answer.
 class MemoryXml : public platform::Xml {
  public:
   explicit MemoryXml(Recorder recorder) : recorder_(recorder) {}
 
-  Text replacement;               // handed back in place of every document
-  std::string seen;               // the last document, as it came
-  platform::DigitRun seenDigits;  // and the run it was said to have
+  Text replacement;               // returned in place of every document
+  std::string seen;               // the last document, as it was passed
+  platform::DigitRun seenDigits;  // and its run of digits
 
   Text serialised(std::string document, platform::DigitRun digits) override;
 

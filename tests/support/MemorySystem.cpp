@@ -12,7 +12,7 @@ namespace {
 using platform::LocalTime;
 using platform::Selector;
 
-/// Well inside the years that std::chrono::year holds.
+/// Far inside the years that std::chrono::year holds.
 constexpr double latest = 30000.0 * 365.0 * 86400.0;
 
 std::string name(Selector selector) {

@@ -1,4 +1,4 @@
-/// A system, its clock and its calendar, as a test sets them.
+/// A system, its clock and its calendar, set by a test.
 #ifndef WENLOLIB_TESTS_SUPPORT_MEMORYSYSTEM_H
 #define WENLOLIB_TESTS_SUPPORT_MEMORYSYSTEM_H
 
@@ -17,7 +17,7 @@ class MemorySystem : public platform::System {
  public:
   explicit MemorySystem(Recorder recorder) : recorder_(recorder) {}
 
-  /// A selector without an answer fails.
+  /// A selector that is not in here fails.
   std::map<platform::Selector, std::int32_t> answers;
 
   /// Sets the three parts of the OS version.
@@ -41,7 +41,7 @@ class MemoryClock : public platform::Clock {
   Recorder recorder_;
 };
 
-/// The Gregorian calendar at a fixed offset from GMT, for the years that std::chrono knows.
+/// The Gregorian calendar at a fixed offset from GMT, for the years that std::chrono holds.
 class MemoryCalendar : public platform::Calendar {
  public:
   explicit MemoryCalendar(Recorder recorder) : recorder_(recorder) {}

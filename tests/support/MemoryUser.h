@@ -1,4 +1,4 @@
-/// A user and bundles, as a test sets them.
+/// A user and bundles, set by a test.
 #ifndef WENLOLIB_TESTS_SUPPORT_MEMORYUSER_H
 #define WENLOLIB_TESTS_SUPPORT_MEMORYUSER_H
 
@@ -25,7 +25,7 @@ class MemoryUser : public platform::User {
   Text libraryFolder() override { return answer("user.libraryFolder", library); }
   Text locale() override { return answer("user.locale", localeSetting); }
 
-  /// A failing lookup is one that is offered and finds none.
+  /// A failing lookup is offered, but finds no container.
   platform::Container groupContainer(std::string_view groupIdentifier) override {
     if (recorder_.fails("user.groupContainer", groupIdentifier)) return {true, std::nullopt};
     return container;

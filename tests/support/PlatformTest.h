@@ -1,4 +1,4 @@
-/// Fixtures of tests that run on an in-memory platform.
+/// Fixtures for tests that run on an in-memory platform.
 #ifndef WENLOLIB_TESTS_SUPPORT_PLATFORMTEST_H
 #define WENLOLIB_TESTS_SUPPORT_PLATFORMTEST_H
 
@@ -9,7 +9,7 @@
 
 namespace wenlolib::tests {
 
-/// A bare platform stands in for the native one while a test runs.
+/// An empty platform replaces the native one while a test runs.
 class PlatformTest : public testing::Test {
  protected:
   MemoryPlatform world;
@@ -18,7 +18,7 @@ class PlatformTest : public testing::Test {
   platform::Substitute substitute_{world.services};
 };
 
-/// The same with a host on it that may record.
+/// The same platform with a host that is allowed to record.
 class InstalledTest : public PlatformTest {
  protected:
   InstalledTest() { install(world); }

@@ -1,4 +1,4 @@
-/// What every in-memory service does first at every call.
+/// What every in-memory service does first in every call.
 #ifndef WENLOLIB_TESTS_SUPPORT_RECORDER_H
 #define WENLOLIB_TESTS_SUPPORT_RECORDER_H
 
@@ -13,7 +13,7 @@ struct Recorder {
   Journal& journal;
   FaultPlan& faults;
 
-  /// Notes a call; true when the plan has it fail.
+  /// Notes a call. True if the plan makes it fail.
   [[nodiscard]] bool fails(std::string_view kind, std::string_view detail = {}) const {
     journal.note(kind, detail);
     return faults.strikes(kind);

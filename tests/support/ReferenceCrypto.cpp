@@ -79,7 +79,7 @@ std::array<std::uint8_t, 16> referenceMd5(ByteView message) noexcept {
     digestBlock(message.data(), state);
     message = message.subspan(blockSize);
   }
-  // The rest, a one bit, zeros, and the message's length in bits: one block or two.
+  // The last one or two blocks: the rest, a one bit, zeros, and the message's length in bits.
   std::array<std::uint8_t, 2 * blockSize> last{};
   if (!message.empty()) std::memcpy(last.data(), message.data(), message.size());
   last[message.size()] = 0x80;

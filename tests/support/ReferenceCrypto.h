@@ -1,5 +1,5 @@
-/// MD5 and RC4 a second time, written from their descriptions: a second opinion on whatever the
-/// platform in use provides. Neither allocates.
+/// MD5 and RC4, written from their published descriptions, to check those of the platform in use.
+/// Neither allocates memory.
 #ifndef WENLOLIB_TESTS_SUPPORT_REFERENCECRYPTO_H
 #define WENLOLIB_TESTS_SUPPORT_REFERENCECRYPTO_H
 
@@ -25,7 +25,7 @@ void referenceRc4(ByteView key, ByteView source, std::uint8_t* destination) noex
 
 [[nodiscard]] std::string referenceRc4(ByteView key, std::string_view source);
 
-/// Two characters a byte, upper case.
+/// Two upper-case digits for each byte.
 [[nodiscard]] std::string upperHex(ByteView bytes);
 
 /// The bytes that `hex` (digits in either case, an even number of them) stands for.

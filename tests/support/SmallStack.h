@@ -21,21 +21,21 @@ namespace wenlolib::tests {
 #endif
 #endif
 
-/// The stack that a host's thread has to have. Sanitizers take several times as much.
+/// The stack that a host's thread must have. Sanitizers need several times as much.
 #ifdef WENLOLIB_TESTS_SANITIZED
 inline constexpr std::size_t smallStack = std::size_t{512} << 10;
 #else
 inline constexpr std::size_t smallStack = std::size_t{32} << 10;
 #endif
 
-/// Memory for a thread's stack, painted. Whatever goes beyond it runs into a part that nobody may
-/// touch, and crashes.
+/// Painted memory for a thread's stack. A thread that goes beyond it runs into memory that may not
+/// be touched, and crashes.
 class PaintedStack {
  public:
   explicit PaintedStack(std::size_t bytes) : bytes_(bytes) {
     memory_ = ::mmap(nullptr, guardBytes + bytes, PROT_READ | PROT_WRITE,
                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory_ == MAP_FAILED) throw std::runtime_error("no memory for a stack");
+    if (memory_ == MAP_FAILED) throw std::runtime_error("there is no memory for a stack");
     if (::mprotect(memory_, guardBytes, PROT_NONE) != 0) throw std::runtime_error("no guard");
     std::memset(lowest(), paint, bytes);
   }
@@ -48,7 +48,7 @@ class PaintedStack {
   }
   [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
-  /// How much of it has been written to.
+  /// How much of the stack has been used.
   [[nodiscard]] std::size_t used() const {
     const auto* end = lowest() + bytes_;
     return static_cast<std::size_t>(
@@ -56,7 +56,7 @@ class PaintedStack {
   }
 
  private:
-  // More than one frame can skip.
+  // Larger than any single frame.
   static constexpr std::size_t guardBytes = std::size_t{1} << 20;
   static constexpr unsigned char paint = 0xA5;
 
@@ -64,8 +64,8 @@ class PaintedStack {
   std::size_t bytes_;
 };
 
-/// Runs `work`, which throws nothing, on a thread that has `bytes` for its stack, and answers how
-/// much of it was used. The C library keeps its own part of a thread there too.
+/// Runs `work`, which must not throw, on a thread with a stack of `bytes`. Answers how much of the
+/// stack was used, including the C library's own data for the thread.
 inline std::size_t onStack(std::size_t bytes, const std::function<void()>& work) {
   const PaintedStack stack(bytes);
   pthread_attr_t attributes;
@@ -79,7 +79,7 @@ inline std::size_t onStack(std::size_t bytes, const std::function<void()>& work)
       ::pthread_attr_setstack(&attributes, stack.lowest(), bytes) == 0 &&
       ::pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&work)) == 0;
   ::pthread_attr_destroy(&attributes);
-  if (!started) throw std::runtime_error("no thread on such a stack");
+  if (!started) throw std::runtime_error("a thread on a small stack does not start");
   ::pthread_join(thread, nullptr);
   return stack.used();
 }

@@ -12,7 +12,7 @@ using Toolkit = CommonTooWenlolib;
 
 class Dates : public PlatformTest {
  protected:
-  /// The instant at which clocks in the zone in force show this date.
+  /// The instant at which clocks in the current zone show this date.
   Instant local(int year, unsigned month, unsigned day, int hour = 0, int minute = 0,
                 double second = 0) const {
     return dateOf(year, month, day, hour, minute, second) - Seconds(world.calendar.secondsFromGMT);

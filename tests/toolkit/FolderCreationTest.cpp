@@ -46,7 +46,7 @@ TEST_F(CreateDir, FailsBelowAPlainFile) {
             Journal::Lines{"files.createFolder /a/b/c 0700"});  // the file counts as there
 }
 
-TEST_F(CreateDir, NullAndBytesThatAreNoTextFail) {
+TEST_F(CreateDir, NullAndBytesThatAreNotTextFail) {
   EXPECT_FALSE(CommonTooWenlolib::createDir(std::nullopt));
   EXPECT_FALSE(CommonTooWenlolib::createDir("/a/\xFF"));
   EXPECT_TRUE(world.journal.lines().empty());

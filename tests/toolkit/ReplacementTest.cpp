@@ -22,7 +22,7 @@ TEST(ReplaceString, ReplacesEveryOccurrenceUntilNoneIsLeft) {
       {"a/b", "x", "y", "a/b"},
       {"a/b", "a/bc", "y", "a/b"},
       {std::nullopt, "/", "-", std::nullopt},
-      {"aaaa", "aa", "a", "a"},  // text that a replacement brings together is found
+      {"aaaa", "aa", "a", "a"},  // finds text that a replacement has joined
       {"aabb", "ab", "", ""},
       {"aaabbb", "ab", "", ""},
       {"xaabby", "ab", std::nullopt, "xy"},
@@ -45,7 +45,7 @@ TEST(ReplaceString, NothingToFindGivesTheStringBack) {
   EXPECT_EQ(CommonTooWenlolib::replaceString("abc", "", std::nullopt), Text("abc"));
 }
 
-TEST(ReplaceString, BytesThatAreNoTextCountAsNull) {
+TEST(ReplaceString, BytesThatAreNotTextCountAsNull) {
   EXPECT_EQ(CommonTooWenlolib::replaceString("\xFF", "a", "b"), std::nullopt);
   EXPECT_EQ(CommonTooWenlolib::replaceString("abc", "\xFF", "x"), Text("abc"));
   EXPECT_EQ(CommonTooWenlolib::replaceString("abc", "b", "\xFF"), Text("ac"));
@@ -66,7 +66,7 @@ TEST(ReplaceString, RemovesAllOfVeryManyFinds) {
   EXPECT_TRUE(result == expected) << result.value_or("(null)").size();
 }
 
-/// The definition itself: the search begins at the beginning every time.
+/// Replacement as it is defined: every search starts at the beginning.
 std::string replacedFromTheBeginning(std::string text, const std::string& before,
                                      const std::string& after) {
   for (auto at = text.find(before); at != text.npos; at = text.find(before)) {
@@ -75,7 +75,7 @@ std::string replacedFromTheBeginning(std::string text, const std::string& before
   return text;
 }
 
-/// Texts over two letters, in which finds overlap and replacements meet what stands around them.
+/// Texts of two letters, in which finds overlap and replacements join with their neighbours.
 class ShortTexts {
  public:
   std::string ofLength(std::size_t least, std::size_t most) {
@@ -103,7 +103,7 @@ TEST(ReplaceString, EqualsASearchFromTheBeginningEveryTime) {
   EXPECT_GT(changed, 10'000);
 }
 
-/// Replacements of the same length change the order of letters, and so come to an end too.
+/// Replacements of the same length change the order of the letters, so they end too.
 TEST(ReplaceString, EqualsThatSearchWhereTheLengthStays) {
   ShortTexts texts;
   for (int round = 0; round < 5'000; ++round) {

@@ -27,7 +27,7 @@ TEST_F(SystemInformation, ShowsTheVersionInEveryForm) {
       {10, 15, 7, "10.15", "10.15.7", 101507},
       {10, 16, 0, "10.16", "10.16.0", 101600},
       {10, 8, 0, "10.8", "10.8.0", 100800},
-      {6, 1, 170, "6.1", "6.1.170", 60270},        // a bug-fix of 100 and more spills over
+      {6, 1, 170, "6.1", "6.1.170", 60270},        // a bug-fix number of 100 or more carries over
       {10, 120, 0, "10.120", "10.120.0", 112000},  // and so does a minor
       {0, 0, 0, "0.0", "0.0.0", 0},
   };
@@ -127,7 +127,7 @@ TEST_F(SystemInformation, PairsAreComparedMajorsFirst) {
   EXPECT_TRUE(world.journal.lines().empty());
 }
 
-/// A system that has no memory for the answer to one of its questions.
+/// A system that runs out of memory at one of its questions.
 class ShortSystem : public platform::System {
  public:
   explicit ShortSystem(Selector lacking) : lacking_(lacking) {}
@@ -153,7 +153,7 @@ TEST_F(SystemInformation, AShortageIsTheFailingAnswerForHosts) {
     EXPECT_EQ(Toolkit::systemBugFixVersion(), bugFix ? -1 : 10);
     EXPECT_EQ(Toolkit::osVersion(), std::nullopt);
     EXPECT_EQ(Toolkit::systemArchitecture(), 10);
-    // A document must fail for it, rather than say that the version is unknown.
+    // A document must fail then, rather than say that the version is unknown.
     EXPECT_THROW(static_cast<void>(fullOSVersion()), std::bad_alloc);
   }
 }

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Holds man page and completions against what `wenlolib --help` says. Argument: the command's path.
+"""Compares man page and completions with what `wenlolib --help` says. Argument: the command's path.
 
-Every option of a call has to be in all of them, and nothing else may be. Likewise the gates of the
-decision in man page and host guide, and what the scripts of tests tell of themselves: which tests
-they skipped."""
+All of them must have every option of a call, and no others. The gates of the decision are compared
+too, in man page and host guide. And the scripts of tests must report which tests they skipped."""
 
 import os
 import re
@@ -34,7 +33,7 @@ def text_of(name):
 
 
 def helped(call):
-    """The options that the help of a call lists, long and short, but for those of every call."""
+    """The options in the help of a call, long and short, except those that every call has."""
     told = subprocess.run([COMMAND, *call.split(), "--help"], capture_output=True, text=True,
                           check=True).stdout
     options = set()
@@ -47,7 +46,7 @@ def helped(call):
 
 
 def flags(line):
-    """The options of a line of the man page's source."""
+    """The options in a line of the man page's source."""
     found = set()
     macro = ""
     for word in line.lstrip(".").split():
@@ -59,7 +58,7 @@ def flags(line):
 
 
 def on_the_man_page():
-    """call: its options."""
+    """{call: its options}, from the man page."""
     page = text_of("man/wenlolib.1")
     items = page.split(".Bl -tag -width Ds\n", 1)[1].split(".El", 1)[0].splitlines()
     found, heads = {}, []
@@ -78,7 +77,7 @@ def on_the_man_page():
 
 
 def from_bash(call, current="--"):
-    """What bash offers behind a call."""
+    """What bash offers after a call."""
     words = ["wenlolib", *call.split(), current]
     script = ('source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _wenlolib;'
               ' printf "%s\\n" "${COMPREPLY[@]}"')
@@ -90,7 +89,7 @@ def from_bash(call, current="--"):
 
 
 def from_zsh():
-    """call: what its branch in the completion for zsh offers."""
+    """{call: what the completion for zsh offers}."""
     source = text_of("completion/_wenlolib").replace("\\\n", " ")
     lists = {name: set(re.findall(r"'(--[a-z-]+)\[", body))
              for name, body in re.findall(r"(\w+)=\((.*?)\)\n", source, re.DOTALL)}
@@ -104,14 +103,14 @@ def from_zsh():
 
 
 def rows_of(name, path):
-    """The texts in each row of a table of the source, in its order."""
+    """The texts in each row of a table in the source, in order."""
     with open(os.path.join(ROOT, path), encoding="utf-8") as file:
         body = re.search(rf"> {name}\(\{{\n(.*?)\n\}}\);", file.read(), re.DOTALL)[1]
     return [re.findall(r'"([^"]*)"', row) for row in body.splitlines()]
 
 
 def gate_names():
-    """(reason, gate), in the order of the gates, as the decision has them."""
+    """(reason, gate), in the order of the decision's gates."""
     return [(reason, code) for code, _, reason in rows_of("gateNames",
                                                           "src/policy/RecordingGates.h")]
 
@@ -121,7 +120,7 @@ def state_codes():
 
 
 def in_the_host_guide():
-    """(reason, gate) of the steps that are gates, in the order of the guide."""
+    """(reason, gate) of the steps that are gates, in the order of the host guide."""
     with open(os.path.join(ROOT, "docs/host-guide.md"), encoding="utf-8") as file:
         steps = file.read().split("\n## Why is my record missing?\n", 1)[1].split("\n\n| ", 1)[1]
     rows = [row.split("|") for row in steps.split("\n\n", 1)[0].splitlines()[2:]]
@@ -129,7 +128,7 @@ def in_the_host_guide():
 
 
 def table_on_the_man_page(head):
-    """The rows of the table whose first column is called so, without its head."""
+    """The rows of the man page's table whose first column has this head, without the head."""
     page = text_of("man/wenlolib.1")
     rows = page.split(f".It Sy {head} Ta ", 1)[1].split("\n.El\n", 1)[0].splitlines()[1:]
     return [tuple(row.removeprefix(".It ").split(" Ta ")) for row in rows]

@@ -23,7 +23,7 @@ GATES = ["os_version", "library_version", "support_list", "mode", "preferences",
 
 class Explain(ToolTest):
     def explained(self, status, *call):
-        """What a call with --json says, which has to be one object on a line."""
+        """What a call with --json says, which must be one object on one line."""
         finished = self.expect(status, "explain", *call, "--json")
         self.assertEqual(finished.stderr, b"")
         self.assertEqual(finished.stdout.count(b"\n"), 1)
@@ -155,7 +155,7 @@ class Explain(ToolTest):
 
 class Doctor(ToolTest):
     def examined(self, status=0, **others):
-        """Findings by check and subject; every line has to be one object with the known keys."""
+        """Findings by check and subject. Every line must be one object with the known keys."""
         finished = self.expect(status, "doctor", "--json", **others)
         self.assertEqual(finished.stderr, b"")
         findings = [json.loads(line) for line in finished.stdout.splitlines()]
@@ -170,7 +170,7 @@ class Doctor(ToolTest):
         return findings
 
     def faults(self, status=0, **others):
-        """Level and check of everything that is not well."""
+        """Level and check of every finding that is not "ok"."""
         return [(finding["level"], finding["check"]) for finding in self.examined(status, **others)
                 if finding["level"] != "ok"]
 
@@ -332,21 +332,21 @@ class Doctor(ToolTest):
         self.assertEqual(found[self.path(new)]["level"], "ok")
 
     def leftover(self, name, hours):
-        """A file that was changed so many hours ago."""
+        """A file that was last changed this many hours ago."""
         path = self.write(name, b"x" * 2048)
         moment = time.time() - hours * 3600
         os.utime(path, (moment, moment))
         return path
 
     def cleaned(self, status=0, **others):
-        """What --clean says of leftovers: level, check and message by subject."""
+        """What --clean says about leftovers: level, check and message by subject."""
         finished = self.expect(status, "doctor", "--json", "--clean", **others)
         findings = [json.loads(line) for line in finished.stdout.splitlines()]
         return {found["subject"]: (found["level"], found["check"], found["message"])
                 for found in findings if found["check"].startswith("leftover")}
 
     def expect_gone(self, before, paths):
-        """Of all that was there, these files are gone and everything else is as it was."""
+        """Checks that these files are gone and everything else is unchanged."""
         left = {path: kept for path, kept in before.items() if path not in paths}
         self.assertEqual(len(left), len(before) - len(paths))
         self.assertEqual(tree(self.root), left)
@@ -454,7 +454,7 @@ class Doctor(ToolTest):
         self.assertTrue(all(os.path.exists(path) for path in kept))
 
     def one_more(self, *options):
-        """What is said of the leftovers that are too many to list."""
+        """What is said about leftovers when there are too many to list."""
         findings = [json.loads(line) for line in
                     self.expect(0, "doctor", "--json", *options).stdout.splitlines()]
         return [(found["level"], found["check"], found["message"]) for found in findings
@@ -486,7 +486,7 @@ class Doctor(ToolTest):
         self.assertRegex(self.one("disk")["message"], r"^[\d.,]+ ([KMGT]i)?B of room")
 
     def mounted(self, options):
-        """A small file system of its own in the place of the support folder."""
+        """Mounts a small file system of its own on the support folder."""
         def mount(*call):
             return subprocess.run(call, capture_output=True, text=True, check=False)
 

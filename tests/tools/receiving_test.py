@@ -34,7 +34,7 @@ PRINTER = {"DeviceID": "MFG:Orvan;MDL:QX 200;", "SN": "QX200-0004711", "ROMVER":
 
 
 def document(contents=b"jobs=3\n", layout="application", marker="R", date=DATE, **values):
-    """A document whose checksum holds, whatever is put into it."""
+    """A document with a matching checksum, whatever it holds."""
     key = hashlib.md5(date.encode()).digest()
     payload = (rc4 if marker == "R" else cycling_xor)(key, contents).hex().upper()
     fields = {"Version": "1.0", "OSVersion": "M.6.1.55", "Date": date, "Locale": "en_US", "ID": ID}
@@ -57,7 +57,7 @@ def wrapped(content, layout="application"):
 
 
 def edited(old, new, data=None):
-    """A document whose content was changed before its checksum was taken."""
+    """A document whose content was changed before its checksum was made."""
     text = (data or document()).decode()
     content = text[text.index('">') + 2 : text.rindex("</")]
     assert old in content
@@ -65,7 +65,7 @@ def edited(old, new, data=None):
 
 
 def repaired():
-    """What is stored where a value held an ampersand that began no reference."""
+    """What is stored if a value holds an ampersand that begins no reference."""
     return document(Locale="a&b").replace(b"a&b", b"a&amp;b")
 
 
@@ -104,7 +104,7 @@ BROKEN = {
 
 
 def word_for(fault):
-    """What people are told: a document without a date has come to no harm, but is not sound."""
+    """The word for people: a document without a date is not damaged, but it is not sound either."""
     return "illegible" if fault == "none" else fault
 
 
@@ -122,7 +122,7 @@ def run(*arguments, **options):
 
 
 def start_on_terminal(*arguments, stdout=None, columns=80, **variables):
-    """Runs on a pseudo-terminal; answers the process and our end of the terminal."""
+    """Starts the command on a pseudo-terminal; answers the process and our end of the terminal."""
     ours, theirs = skips.pseudo_terminal()
     fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
     environment = {name: value for name, value in os.environ.items() if name != "NO_COLOR"}
@@ -135,7 +135,7 @@ def start_on_terminal(*arguments, stdout=None, columns=80, **variables):
 
 
 def pieces_sent(ours):
-    """What the terminal is sent, piece by piece, to the end."""
+    """Everything that is sent to the terminal, piece by piece."""
     deadline = time.monotonic() + 120
     while time.monotonic() < deadline and select.select([ours], [], [], 120)[0]:
         try:
@@ -150,8 +150,8 @@ def shown(pieces):
 
 
 def on_terminal(*arguments, pauses=0, **options):
-    """Runs on a pseudo-terminal, which is slow at first where there are pauses; answers the exit
-    status and what the terminal was sent."""
+    """Runs the command on a pseudo-terminal, which reads slowly at first if there are pauses.
+    Answers the exit status and what was sent to the terminal."""
     child, ours = start_on_terminal(*arguments, **options)
     sent = []
     for piece in pieces_sent(ours):
@@ -162,8 +162,8 @@ def on_terminal(*arguments, pauses=0, **options):
 
 
 def on_terminal_into_slow_pipe(*arguments, until):
-    """The same with the output in a pipe, which is read slowly until the terminal was sent what is
-    waited for: so no machine is too fast to show it."""
+    """The same with the output in a pipe. The pipe is read slowly until the expected text was sent
+    to the terminal, so that no machine is too fast to show it."""
     reading, writing = os.pipe()
     child, ours = start_on_terminal(*arguments, stdout=writing)
     os.close(writing)
@@ -203,7 +203,7 @@ class ReceivingTest(unittest.TestCase):
         return path
 
     def good(self, *arguments, status=0, **options):
-        """Runs and answers the output; nothing may be complained of."""
+        """Runs the command and answers its output. There may be no complaint."""
         result = run(*arguments, **options)
         self.assertEqual(result.stderr, b"")
         self.assertEqual(result.returncode, status, result.stdout)
@@ -222,8 +222,8 @@ class ReceivingTest(unittest.TestCase):
         return result.stdout.decode()
 
     def many(self, number, data=SOUND, name="many"):
-        """A folder with so many documents, links to as few files as the file system allows. Their
-        names are of one length."""
+        """A folder with this many documents, whose names have the same length. They are links to as
+        few files as the file system allows."""
         original, folder = self.path("original"), self.path(name)
         os.mkdir(folder)
         place = os.open(folder, os.O_DIRECTORY)
@@ -339,7 +339,7 @@ class VerifyTest(ReceivingTest):
         os.mkdir(folder)
         os.chmod(file, 0)
         os.chmod(folder, 0)
-        # As root everything can be read: somebody else has to try.
+        # Root can read everything, so another user must try.
         somebody = {"user": 65534} if os.geteuid() == 0 else {}
         try:
             result = run("verify", self.folder, **somebody)
@@ -407,9 +407,9 @@ class VerifyTest(ReceivingTest):
 
     def test_paths_are_taken_as_they_stand_whatever_the_root_is(self):
         here, root = self.write("a.ALM", document(b"here")), self.path("root")
-        # Below the root the same path leads to another document, and a path of its own to one more.
+        # Below the root, the same path leads to another document, and one more path exists.
         self.write("root" + here, document(b"there")[:-1])
-        below = f"/{os.path.basename(self.folder)}.ALM"  # where nothing is without the root
+        below = f"/{os.path.basename(self.folder)}.ALM"  # nothing is there outside the root
         self.write("root" + below)
         for place in ([], ["--root", root]):
             (found,) = self.objects(*place, "verify", "--json", here)
@@ -677,11 +677,10 @@ class DecodeTest(ReceivingTest):
                 self.assertLess(abs(peaks[1] - peaks[0]), 1024, (call, options, peaks))
 
     def peak(self, number, *arguments):
-        """The most memory, in KiB, that a run over so many documents takes: looked up while it
-        waits for somebody to read the last of its output, since what wait4 says would count this
-        process too."""
+        """The most memory, in KiB, that a run over these documents takes. It is looked up while the
+        command waits for its last output to be read, since wait4 would count this process too."""
         *call, folder = arguments
-        # All documents, and so all lines, are alike; what the summary says comes behind them.
+        # All documents are alike, so all lines are; the summary comes after them.
         line = self.lines(*call, f"{folder}/000000.ALM")[0] + "\n"
         reading, writing = os.pipe()
         fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
@@ -788,7 +787,7 @@ class DiffTest(ReceivingTest):
 
 
 def applied(a, changes):
-    """What becomes of `a` when the changes are made."""
+    """`a` after the changes."""
     result, at = [], 0
     for change in changes:
         first = change["a_line"] - 1

@@ -28,7 +28,7 @@ EXAMPLE = b"{00000000-0000-4000-8000-000000000000}"
 
 class Recording(ToolTest):
     def recorded(self, finished):
-        """The document at the path that a call has told, verified, and the path."""
+        """The verified document at the path that a call has printed, and the path."""
         told = re.search(r"^recorded in (.*)$", finished.stdout.decode(), re.MULTILINE)
         self.assertTrue(told, finished.stdout)
         path = told.group(1)
@@ -83,7 +83,7 @@ class Recording(ToolTest):
         self.assertEqual(finished.stdout, b"")
         self.assertIn(b"wenlolib record: A: refused (no_agreement)\n", finished.stderr)
         explained = self.expect(1, "explain", "app", "--option", "1").stdout.decode()
-        # But for the time at which each looked.
+        # The same except for the time at which each looked.
         without_time = re.compile(r"found +\d.*")
         self.assertIn(without_time.sub("", explained),
                       without_time.sub("", finished.stderr.decode()))
@@ -184,7 +184,7 @@ class Recording(ToolTest):
         self.assertIn(b"Bad file descriptor", finished.stderr)
 
     def started(self):
-        """A call that waits for more of its contents."""
+        """A call that waits for more contents."""
         process = subprocess.Popen(self.arguments(["record", "printer", "--name", "A"]),
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE, env=self.environment, cwd=self.outside)

@@ -1,5 +1,5 @@
-"""Runs a script's tests and tells which of them were skipped: a test that looks at nothing is not
-to pass in silence."""
+"""Runs a script's tests and prints which of them were skipped: a test that checks nothing must not
+pass in silence."""
 
 import os
 import re
@@ -10,7 +10,7 @@ sys.dont_write_bytecode = True  # the folder of the tests stays as it is
 
 
 def pseudo_terminal():
-    """Both ends of a new one; where the system has none to give, the test is skipped."""
+    """Both ends of a new pseudo-terminal. If the system has none, the test is skipped."""
     try:
         return os.openpty()
     except OSError as error:
@@ -22,14 +22,14 @@ def script_name():
 
 
 def lines_of(result):
-    """A line for each skipped test of a result."""
+    """One line for each skipped test in a result."""
     for test, reason in result.skipped:
         name = re.sub(r"^__main__\.\w+\.", "", test.id())
         yield f"SKIPPED {script_name()}.{name}: {' '.join(reason.split())}"
 
 
 class TellingRunner(unittest.TextTestRunner):
-    """The usual runner, which then tells of the skipped tests on standard output."""
+    """The usual runner, which then prints the skipped tests on standard output."""
 
     def run(self, test):
         result = super().run(test)
@@ -39,5 +39,5 @@ class TellingRunner(unittest.TextTestRunner):
 
 
 def main():
-    """As unittest.main(), the exit status included."""
+    """Like unittest.main(), including the exit status."""
     unittest.main(testRunner=TellingRunner)

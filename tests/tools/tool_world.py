@@ -1,4 +1,4 @@
-"""A root folder for the command `wenlolib`, with a user's home in it, and ways to call it there."""
+"""A root folder with a user's home for the command `wenlolib`, and ways to call it there."""
 
 import datetime
 import errno
@@ -30,7 +30,7 @@ def days_ago(days):
 
 
 def tree(folder):
-    """Everything below a folder: mode, and what is in it."""
+    """The mode and contents of everything below a folder."""
     found = {}
     for parent, folders, files in os.walk(folder):
         for name in folders + files:
@@ -45,7 +45,7 @@ def tree(folder):
 
 
 class ToolTest(unittest.TestCase):
-    """Every call runs in an empty working folder, and leaves it and the real HOME as they were."""
+    """Every call runs in an empty working folder, and must leave it and the real HOME unchanged."""
 
     command = ""
     maxDiff = None
@@ -67,7 +67,8 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(os.path.lexists(SUPPORT), self.home_was_there)
 
     def path(self, name=""):
-        """A path below the support folder, "" for itself; other absolute ones below the root."""
+        """A path below the support folder, or the folder itself for ""; absolute paths are below
+        the root."""
         return self.root + os.path.join(SUPPORT, name).rstrip("/")
 
     def arguments(self, call):
@@ -83,14 +84,14 @@ class ToolTest(unittest.TestCase):
             self.skipTest("the command lies where an unprivileged user cannot run it")
 
     def expect(self, status, *call, **others):
-        """The finished call, whose exit status has to be this."""
+        """The finished call, which must have this exit status."""
         finished = self.call(*call, **others)
         told = finished.stdout.decode(errors="replace") + finished.stderr.decode(errors="replace")
         self.assertEqual(finished.returncode, status, f"{call}: {told[-2000:]}")
         return finished
 
     def expect_usage_error(self, word, *call, **others):
-        """Exit status 2, nothing on standard output, and a complaint that says what is wrong."""
+        """Checks for exit status 2, no standard output, and a message that says what is wrong."""
         finished = self.expect(2, *call, **others)
         self.assertEqual(finished.stdout, b"")
         complaint = finished.stderr.decode(errors="replace")
@@ -105,7 +106,7 @@ class ToolTest(unittest.TestCase):
         return path
 
     def install(self, agreement=True, days=100, **others):
-        """What a host provides, its user agreeing, and an identifier."""
+        """Sets up what a host provides, with its user's agreement and an identifier."""
         for name in ["PLM", "ALM", "Config"]:
             os.makedirs(self.path(name))
             os.chmod(self.path(name), 0o700)
@@ -114,7 +115,7 @@ class ToolTest(unittest.TestCase):
         self.write(CONFIGURATION, {"WENLIBUUID": IDENTIFIER})
 
     def on_terminal(self, *call):
-        """Exit status and output of a call with a terminal for all three streams."""
+        """Exit status and output of a call whose three streams are a terminal."""
         ours, theirs = skips.pseudo_terminal()
         child = subprocess.Popen(self.arguments(call), stdin=theirs, stdout=theirs, stderr=theirs,
                                  cwd=self.outside, env=self.environment)
@@ -134,7 +135,7 @@ class ToolTest(unittest.TestCase):
         return child.wait(timeout=60), output
 
     def unprivileged(self):
-        """Arguments for a call as a user whom permissions bind."""
+        """Arguments for a call as a user who is bound by permissions."""
         if os.geteuid() != 0:
             return {}
         return {"user": NOBODY, "group": NOBODY, "extra_groups": []}

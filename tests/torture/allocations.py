@@ -1,4 +1,4 @@
-"""Every allocation of every operation failing, once and from then on."""
+"""Every allocation of every operation fails, once alone and once with all that follow."""
 
 from first_use import first_uses
 from tries import Task, all_scenarios, row

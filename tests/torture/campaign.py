@@ -1,4 +1,4 @@
-"""What the stages of the torture share with the program that runs them."""
+"""What the torture's stages share with the program that runs them."""
 
 import collections
 import os
@@ -10,8 +10,8 @@ Row = collections.namedtuple("Row", "what count wrong")
 
 
 class Campaign:
-    """One run of the torture. `build` is the build folder, `long` tells the long form from the
-    short one."""
+    """One run of the torture. `build` is the build folder; `long` is true for the long form and
+    false for the short one."""
 
     def __init__(self, build, long):
         self.build = pathlib.Path(build).resolve()
@@ -20,17 +20,17 @@ class Campaign:
         self.skipped = []
 
     def scratch_folder(self):
-        """A temporary folder, in memory where there is such a place: files come and go by the
-        thousand."""
+        """A temporary folder, in memory if possible, since thousands of files are made and
+        removed."""
         memory = "/dev/shm"
         usable = os.access(memory, os.W_OK | os.X_OK)
         return tempfile.TemporaryDirectory(prefix="torture-", dir=memory if usable else None)
 
     def report(self, text):
-        """The details of a wrong result."""
+        """Prints the details of a wrong result."""
         print(text, file=sys.stderr, flush=True)
 
     def skip(self, text):
-        """Something that cannot be tried on this machine."""
+        """Notes something that cannot be tried on this machine."""
         if text not in self.skipped:
             self.skipped.append(text)

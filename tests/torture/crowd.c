@@ -3,13 +3,14 @@
  *   torture_crowd KIND PLUGIN WRITERS RECORDS [HOME...]
  *
  * KIND is one of
- *   month      every writer is a process; all replace the one file of application usage
- *   numbers    every writer is a process; printer logs of one name, RECORDS of them in all
- *   starts     every writer is a process; one record below each HOME, all released together
- *   threads    every writer is a thread; a name for each record, and both kinds in turn
- * and may be followed by "-no-exclusive" (the system does not know renaming without replacing) and
- * "-no-links" (nor second links). Contents are "writer W record R" and dots up to a length that
- * changes. The answer is one line, the number of records that were not answered with yes. */
+ *   month      every writer is a process; all of them replace the same file of application usage
+ *   numbers    every writer is a process; RECORDS printer logs in all, with the same name
+ *   starts     every writer is a process; one record in each HOME, and all writers start at once
+ *   threads    every writer is a thread; each record has its own name, of both kinds in turn
+ * KIND may end with "-no-exclusive" (the system cannot rename without replacing) and then
+ * "-no-links" (it cannot make second links either). Contents are "writer W record R" and dots up to
+ * a varying length. The program prints one line: the number of records that were not answered with
+ * yes. */
 #define _GNU_SOURCE
 #include <errno.h>
 #include <linux/filter.h>
@@ -48,7 +49,7 @@ static void give_up(const char* what) {
   exit(2);
 }
 
-/* The system refuses renaming without replacing, and where asked for second links, from now on. */
+/* From now on the system refuses renaming without replacing, and second links if `links_too`. */
 static void refuse_calls(int links_too) {
   struct sock_filter filter[] = {
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(struct seccomp_data, nr)),
@@ -63,11 +64,12 @@ static void refuse_calls(int links_too) {
   const struct sock_fprog program = {sizeof filter / sizeof *filter, filter};
   if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
       prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
-    give_up("no filter for system calls");
+    give_up("cannot install the filter for system calls");
   }
-  if (renameat2(-1, "", -1, "", 1) == 0 || errno != EINVAL) give_up("renaming is not refused");
+  if (renameat2(-1, "", -1, "", 1) == 0 || errno != EINVAL)
+    give_up("renaming without replacing is not refused");
   if (links_too && (linkat(-1, "", -1, "", 0) == 0 || errno != EPERM)) {
-    give_up("links are not refused");
+    give_up("second links are not refused");
   }
 }
 
@@ -156,7 +158,7 @@ static pthread_barrier_t* shared_barrier(unsigned count) {
   pthread_barrierattr_t attributes;
   pthread_barrier_t* barrier =
       mmap(NULL, sizeof *barrier, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  if (barrier == MAP_FAILED) give_up("no shared memory");
+  if (barrier == MAP_FAILED) give_up("there is no shared memory");
   pthread_barrierattr_init(&attributes);
   pthread_barrierattr_setpshared(&attributes, PTHREAD_PROCESS_SHARED);
   if (pthread_barrier_init(barrier, &attributes, count) != 0) give_up("no barrier");

@@ -1,4 +1,4 @@
-"""Programs of the build, worlds for them, and what documents they left."""
+"""Runs programs of the build in worlds made for them, and reads the documents that they leave."""
 
 import json
 import pathlib
@@ -19,8 +19,8 @@ def plugin(campaign):
 
 
 def new_folder(campaign, on_disk):
-    """A temporary folder, on a disk or wherever the scratch folder is. On a disk flushing a file
-    takes its time, in which others go on: more goes wrong, and it takes longer."""
+    """A temporary folder, on a disk or where the scratch folder is. On a disk, flushing a file
+    takes time, in which other writers go on. So more can go wrong there, and a run takes longer."""
     return tempfile.TemporaryDirectory(prefix="torture-",
                                        dir=campaign.build if on_disk else campaign.scratch)
 
@@ -32,12 +32,12 @@ def new_world(folder, name):
 
 
 def numbers_from(campaign, world, name, *arguments):
-    """The numbers in a program's one line; nothing, and a report, where it did not end well."""
+    """The numbers in a program's one line. If it did not end well: nothing, and a report."""
     path = str(campaign.build / "tests" / "torture" / ("torture_" + name))
     try:
         finished = world.launch(path, *arguments, timeout=900)
     except subprocess.TimeoutExpired:
-        campaign.report(f"{name} {arguments[:2]} does not end")
+        campaign.report(f"{name} {arguments[:2]} did not end in time")
         return None
     if finished.returncode == 0 and not finished.stderr:
         return [int(word) for word in finished.stdout.split()]
@@ -47,13 +47,13 @@ def numbers_from(campaign, world, name, *arguments):
 
 
 def names_in(world):
-    """The names of all files of records, unfinished ones included."""
+    """The names of all files in the folders of records, including unfinished ones."""
     return [folder + "/" + path.name for folder in ["ALM", "PLM"]
             for path in pathlib.Path(world.path(folder)).iterdir()]
 
 
 def read_document(campaign, world, name):
-    """The document, or nothing and a report."""
+    """The document. If it is not sound: nothing, and a report."""
     try:
         return verify(world.read(name))
     except Unsound as error:
@@ -62,7 +62,7 @@ def read_document(campaign, world, name):
 
 
 def unsound_documents(campaign, world):
-    """How many the command finds, in one run over everything below the world."""
+    """How many unsound documents the command finds in the whole world, in one run."""
     finished = subprocess.run([str(campaign.build / "tools" / "wenlolib"), "verify", "--quiet",
                                "--json", "--jobs", "2", world.home], capture_output=True)
     if finished.returncode > 1 or finished.stderr:

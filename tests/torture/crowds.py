@@ -1,4 +1,5 @@
-"""Many writers at once: one file of the month, one row of numbers, first starts, threads."""
+"""Many writers at once: on one file of the month, in one row of numbers, at the first start of
+each, and in threads."""
 
 import multiprocessing
 import plistlib
@@ -23,13 +24,13 @@ def rows(campaign):
 
 
 def run_crowd(campaign, world, *words):
-    """How many records were refused; a program that failed counts as one."""
+    """How many records were refused. If the program itself failed, that counts as one."""
     numbers = numbers_from(campaign, world, "crowd", words[0], plugin(campaign), *words[1:])
     return 1 if numbers is None else numbers[0]
 
 
 def written(contents):
-    """Who wrote these contents and as which record; nothing where nobody did."""
+    """(writer, record) of these contents; nothing if no writer wrote them."""
     match = CONTENTS.fullmatch(contents)
     if match is None:
         return None
@@ -38,7 +39,7 @@ def written(contents):
 
 
 def read_on(world, again, stop, found):
-    """Reads what there is until told to stop, a file that stays as it is only once."""
+    """Reads all files until told to stop. Unless `again`, a file never changes and is read once."""
     seen, count, wrong = set(), 0, []
     while not stop.is_set():
         for name in names_in(world):
@@ -47,7 +48,7 @@ def read_on(world, again, stop, found):
             count += 1
             try:
                 if written(verify(world.read(name)).contents) is None:
-                    wrong.append(name + ": contents that nobody wrote")
+                    wrong.append(name + ": no writer wrote these contents")
             except Unsound as error:
                 wrong.append(f"{name}: {error}")
             if not again:
@@ -56,7 +57,7 @@ def read_on(world, again, stop, found):
 
 
 class Readers:
-    """Two processes that read while the body runs."""
+    """Two processes that read while the body of the `with` runs."""
 
     def __init__(self, campaign, world, again):
         self.campaign, self.count, self.wrong = campaign, 0, 0
@@ -103,7 +104,7 @@ def expected_numbers(total):
 
 
 def wrong_numbers(campaign, world, total):
-    """How many records are lost, are there twice, or lie where they should not."""
+    """How many records are lost, stored twice, or in the wrong place."""
     names = names_in(world)
     others = set(names) - {f"PLM/Crowd_{number}.PLM" for number in range(1, total + 1)}
     documents = [read_document(campaign, world, name) for name in names if name not in others]
@@ -111,7 +112,7 @@ def wrong_numbers(campaign, world, total):
     lost = len(expected_numbers(total) - set(found))
     twice = len(found) - len(set(found))
     if lost or twice or others:
-        campaign.report(f"{lost} lost, {twice} there twice, other files: {sorted(others)[:5]}")
+        campaign.report(f"{lost} lost, {twice} stored twice, other files: {sorted(others)[:5]}")
     return lost + twice + len(others) + documents.count(None)
 
 
@@ -129,7 +130,8 @@ def numbers(campaign, kind, words, rounds):
 
 
 def identifiers_below(campaign, world):
-    """Those of all documents and of the configuration file; nothing where a document is missing."""
+    """The identifiers in all documents and in the configuration file; nothing if a document is
+    missing."""
     documents = [read_document(campaign, world, name) for name in names_in(world)]
     if len(documents) != WRITERS or None in documents:
         return set()

@@ -1,4 +1,5 @@
-"""Errors at every system call of every operation, once and from then on; no descriptors left."""
+"""Errors at every system call of every operation, once and from then on; and no free
+descriptors."""
 
 from campaign import Row
 from faulty_host import ERRORS
@@ -8,7 +9,7 @@ from tries import Task, all_scenarios, coverage, row
 
 
 def tasks(campaign, scenarios, onwards):
-    """Interrupted for ever is no fault but a hang of the system's."""
+    """EINTR is tried only once: if the system interrupted a call for ever, it would be hanging."""
     return [Task(campaign.build, campaign.scratch, scenario, kind, error, onwards,
                  1 if campaign.long else 3)
             for scenario in scenarios

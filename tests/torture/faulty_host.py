@@ -1,4 +1,5 @@
-"""The servers in C and C++ that perform one operation at a time while one thing goes wrong."""
+"""Runs the servers in C and C++, which perform one operation at a time while one thing goes
+wrong."""
 
 import collections
 import json
@@ -11,11 +12,12 @@ UNDISTURBED = Fault("none")
 ERRORS = {name: getattr(__import__("errno"), name) for name in [
     "EINTR", "EAGAIN", "ENOMEM", "EMFILE", "ENFILE", "EIO", "ENOSPC", "EDQUOT", "EACCES", "ENOENT"]}
 ERROR_NAMES = {number: name for name, number in ERRORS.items()}
-# The system has looked, and says what is there.
+# Errors by which the system answers: it has looked, and found nothing, or nothing for this user.
 ANSWERS = {ERRORS["EACCES"], ERRORS["ENOENT"]}
 
-# Where a host runs: the variable TZ, the offsets of the zone, a command before its own, and whether
-# that puts a password file with the host's home into the system's place; the host then has no HOME.
+# Where a host runs: its variable TZ; the zone's offsets; a command to start it with; and whether
+# that command replaces the system's password file by one with the host's home. Then the host has no
+# HOME.
 Place = collections.namedtuple("Place", "zone winter summer command passwords",
                                defaults=(3600, 7200, (), False))
 BERLIN = Place("Europe/Berlin")
@@ -28,7 +30,7 @@ def text_of(digits):
 
 
 class Result:
-    """What came of one operation."""
+    """The result of one operation."""
 
     def __init__(self, line):
         self.__dict__.update(json.loads(line))
@@ -38,7 +40,7 @@ class Result:
 
 
 class FaultyHost:
-    """A running server: the `program` "host" loads the plug-in, "classes" is linked with it."""
+    """A running server. The `program` "host" loads the plug-in; "classes" is linked with it."""
 
     def __init__(self, build, program, home, place=BERLIN, shown=True):
         folder = build / "tests" / "torture"
@@ -75,7 +77,7 @@ class FaultyHost:
 
 
 def password_file(home):
-    """A file beside `home` that names it as the home of the user."""
+    """A password file next to `home`, which gives `home` as the user's home."""
     path = f"{home}.passwd"
     with open(path, "w", encoding="ascii") as file:
         file.write(f"daemon:x:1:1:::\nhost:x:0:0:Host:{home}:/bin/sh\n")
@@ -88,7 +90,7 @@ def call_of(result):
 
 
 def call_names():
-    """The names of the system calls by number, from the system's header."""
+    """The names of the system calls, by number, from the system's header."""
     for header in ["/usr/include/x86_64-linux-gnu/asm/unistd_64.h", "/usr/include/asm/unistd_64.h"]:
         if os.path.exists(header):
             with open(header, encoding="ascii") as file:
@@ -108,7 +110,7 @@ def place_of_call(result):
 
 
 def place_of_allocation(places):
-    """Where an allocation was asked for: the innermost functions within the library."""
+    """Where an allocation was made: the innermost functions of the library."""
     named = []
     for file, offset in places[2:]:
         if "torture_" in os.path.basename(file):

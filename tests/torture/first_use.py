@@ -1,8 +1,8 @@
-"""Hosts in which the library is the first to ask the C library for something that it reads once.
+"""Hosts in which the library is the first to ask for something that the C library reads only once.
 
-A local time: the zone is read at the first use, and once for all. Where that cannot be, the record
-has to fail, and the host's zone must be right afterwards; only a fault that begins within that
-reading itself can nobody undo. The home, where HOME is not set: the password database."""
+One is local time: the zone is read at the first use. If it cannot be read, the record must fail,
+and the host's zone must be right afterwards. Nobody can undo a fault that begins during that
+reading itself. The other is the home if HOME is not set: it is read from the password database."""
 
 from faulty_host import ERRORS
 from places import homes, zones

@@ -30,7 +30,7 @@ typedef struct Request {
   int error, onwards, without, seconds;
 } Request;
 
-/* What the child tells, in memory that it shares with the server. */
+/* What the child reports, in memory that it shares with the server. */
 typedef struct Observation {
   int left;
   int answered;
@@ -46,7 +46,7 @@ static ProcessState before, after;
 static int openBefore[mostDescriptors];
 static long winterOffset, summerOffset;
 static rlim_t usualLimit;
-static int printed; /* takes the place of the child's standard output and error */
+static int printed; /* replaces the child's standard output and standard error */
 static volatile int late;
 
 static int faultIs(const char* name) {
@@ -85,7 +85,7 @@ void enter(void) {
   }
 }
 
-/* --- Sabotages: each a way to disturb the host, for proving that it is noticed. --- */
+/* --- Sabotages: ways to disturb the host, to prove that each is noticed. --- */
 
 static void waitForEver(void) {
   for (;;) pause();
@@ -199,7 +199,7 @@ static void onAlarm(int signal) {
 static void startClock(void) {
   struct sigaction action;
   memset(&action, 0, sizeof action);
-  action.sa_handler = onAlarm; /* and no call is taken up again */
+  action.sa_handler = onAlarm; /* without SA_RESTART: calls are interrupted */
   sigaction(SIGALRM, &action, NULL);
   late = 0;
   alarm((unsigned)request.seconds);
@@ -289,7 +289,7 @@ static const TortureOperation* named(const TortureOperation* operations, int cou
   for (i = 0; i < count; ++i) {
     if (strcmp(operations[i].name, request.operation) == 0) return &operations[i];
   }
-  fprintf(stderr, "no operation is called %s\n", request.operation);
+  fprintf(stderr, "there is no operation named %s\n", request.operation);
   exit(2);
 }
 

@@ -1,5 +1,5 @@
-"""Hosts with functions called like the library's, with libraries of its kind, with two copies of it
-and with a C++ library of their own: the ordinary tests, once more."""
+"""The ordinary tests again, in hosts with functions named like the library's, with two copies of
+the library, with variables that its parts might read, and with a C++ library of their own."""
 
 import re
 import subprocess
@@ -27,7 +27,8 @@ def rows(campaign):
 
 
 def test_row(campaign, what, script, *arguments):
-    """A row for a script of tests: how many there are, and how many of them or their parts fail."""
+    """A row for a script of tests: how many tests there are, and how many tests or subtests
+    fail."""
     finished = subprocess.run([sys.executable, TESTS / "product" / script, *arguments],
                               capture_output=True, text=True)
     count = re.search(r"^Ran (\d+) test", finished.stderr, re.MULTILINE)

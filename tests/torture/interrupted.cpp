@@ -1,10 +1,10 @@
-// A host that is interrupted every millisecond by a signal that restarts no system call:
+// A host that is interrupted every millisecond by a signal that does not restart system calls:
 //
 //   torture_interrupted RECORDS PROGRAMS
 //
-// It writes RECORDS records of both kinds, small and large, each under a name of its own, and then
-// runs PROGRAMS programs to their end. One line of standard output: how many records were not
-// answered with yes, how many programs ended with another status, and how many signals came.
+// It writes RECORDS records of both kinds, small and large, each under its own name. Then it runs
+// PROGRAMS programs and waits for them. It prints one line: how many records were not answered with
+// yes, how many programs ended with a wrong status, and how many signals came.
 #include <sys/time.h>
 
 #include <csignal>

@@ -1,8 +1,8 @@
-"""What is right and what is wrong after something has gone wrong.
+"""Judges whether a result is right or wrong after a fault.
 
-Where the system could not answer, the record fails and nothing on disk changes, or the record is
-the undisturbed one. Where it answered that something is missing or may not be read, the record may
-go on with empty or other values."""
+If the system could not answer, either the record fails and nothing on disk changes, or the record
+is the undisturbed one. If the system answered that something is missing or may not be read, the
+record may also have empty or other values."""
 
 import hashlib
 import os
@@ -20,7 +20,7 @@ CONTENTS = world.contents()
 
 
 def complaint(scenario, fault, result, before, after, reference):
-    """What is wrong, or None. `reference` is (result, files) of the undisturbed operation."""
+    """What is wrong, or None. `reference` is the undisturbed operation's (result, files)."""
     host = of_host(result)
     if host and not result.change:
         return host
@@ -46,7 +46,7 @@ def is_answering(fault):
 
 
 def changed_paths(before, after):
-    """All but those whose mode alone has changed."""
+    """The changed paths, without those where only the mode has changed."""
     return [path for path in sorted({*before, *after})
             if before.get(path, (0, 0))[1] != after.get(path, (0, 0))[1]
             or (path in before) != (path in after)]
@@ -68,7 +68,7 @@ def of_files(scenario, fault, result, before, after, reference):
 
 def of_other_file(scenario, fault, result, path, after, reference):
     if world.is_leftover(path):
-        # What cannot be removed stays.
+        # If removing the file fails, it may stay.
         removed = not fault.onwards and call_of(result) not in ("unlink", "unlinkat")
         return "leaves a hidden file" if removed else None
     if path in after and after[path][1] == reference[1].get(path, (0, b"none"))[1]:
@@ -108,8 +108,8 @@ def of_documents(scenario, fault, documents, after, reference):
 
 
 def as_checked(document, scenario):
-    """A document that was mended carries the checksum of the text before that. It is looked at
-    here, and replaced by that of the text as it stands, for the verifier to take."""
+    """A mended document carries the checksum of the text before it was mended. That is checked
+    here, and replaced by the checksum of the text as it is, so that the verifier accepts it."""
     found = re.fullmatch(rb'(<\w+ SUM=")(\w+)(">)(.*)(</\w+>)', document, re.DOTALL)
     if not scenario.operation.endswith("-mended") or found is None:
         return document
@@ -123,7 +123,7 @@ def digest(data):
 
 
 def difference(document, reference):
-    """The first element in which a document differs from the undisturbed one."""
+    """The first element of a document that differs from the undisturbed document."""
     expected = next(data for path, (_, data) in sorted(reference[1].items())
                     if world.is_document(path) and data and data.startswith(b"<Orvan"))
     for name in re.findall(rb"<(\w+)[ >]", expected):
@@ -141,14 +141,14 @@ def of_answer(scenario, fault, result, reference):
     if result.text == right or result.text in FAILING:
         return None
     if result.text.startswith("-1 ") and scenario.kind == "value":
-        return None  # a function of the codec that refuses
+        return None  # a function of the codec has refused
     if scenario.kind == "identifier" and is_answering(fault):
         return None if IDENTIFIER.fullmatch(result.text) else f"answers {result.text}"
     return f"answers {result.text} where {right} is right"
 
 
-# What the system refuses to take back, nobody can give back: the kernel does not do that to valid
-# calls.
+# If the system refuses these calls, nobody can undo the change. The kernel itself never refuses
+# them if they are valid.
 GIVING_BACK = {"rt_sigprocmask": "the blocked signals", "wait4": "a child is left"}
 
 
@@ -156,7 +156,7 @@ AT_LOCAL_TIME, AT_PASSWORDS = 1, 2  # see torture_watch
 
 
 def stated(scenario, fault, result, before, after, reference):
-    """Why something wrong with the host is no fault of the library's, or None."""
+    """Why something wrong with the host is not the library's fault, or None."""
     if result.signal and result.inside == AT_PASSWORDS and not changed_paths(before, after):
         return "crashes inside the C library's first reading of its name services"
     if result.late or not result.left or not result.change:

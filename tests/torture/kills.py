@@ -1,4 +1,5 @@
-"""SIGKILL before every system call of every operation that writes, and a record after that."""
+"""SIGKILL before every system call of every operation that writes, and another record
+afterwards."""
 
 import collections
 import plistlib
@@ -16,23 +17,23 @@ KILLED = 9
 
 
 def complaint(bench, result):
-    """What is wrong with what a killed host has left, and with the record after it, or None."""
+    """What is wrong with the files of a killed host or with the record after it, or None."""
     before, left = bench.world.base, bench.world.tree()
     wrong = judge.after_kill(before, left, bench.reference)
     if wrong:
         return wrong
     if result.signal != KILLED:
-        return f"ends with signal {result.signal} and not by being killed"
+        return f"ends with signal {result.signal}, not with SIGKILL"
     later = bench.host.perform(bench.scenario.operation, Fault("later"), bench.scenario.without)
     return judge.of_host(later) or of_later_record(bench.scenario, later, left, bench.world.tree())
 
 
 def of_later_record(scenario, result, left, after):
-    """It is whole, and what the killed host has left is still there."""
+    """What is wrong with the later record or with the files that the killed host left, or None."""
     if scenario.layout is None:
         return None if result.text not in (None, "0") else "a later call fails"
     written = [path for path in judge.changed_paths(left, after) if world.is_document(path)]
-    documents = written or [world.APPLICATION]  # unchanged where it had been written already
+    documents = written or [world.APPLICATION]  # unchanged if it was written before
     if result.text != "1" or len(documents) != 1:
         return "a later record fails"
     try:
@@ -64,7 +65,7 @@ def kill(task):
 
 
 def unnoticed(campaign):
-    """Changes what a killed host leaves: how often, and how often that was not noticed."""
+    """Changes what a killed host leaves. Answers how often, and how often that was not noticed."""
     disturbances = [change(world.APPLICATION), remove(world.APPLICATION),
                     change(world.PREFERENCES), change(world.CONFIGURATION),
                     remove(world.CONFIGURATION), add("stray")]

@@ -1,4 +1,4 @@
-"""Loading, recording and unloading, again and again: nothing of the process grows or changes."""
+"""Loads, records and unloads again and again: nothing in the process may grow or change."""
 
 import subprocess
 

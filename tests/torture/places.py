@@ -1,5 +1,5 @@
-"""Hosts in places that have to be made for them: with another zone or another home in the system's
-own files, seen by them alone."""
+"""Places for hosts, in which the system's own files give another zone or another home. Only these
+hosts see the change."""
 
 import os
 import subprocess
@@ -11,7 +11,7 @@ PASSWORDS = 'mount --bind "$PASSWORDS" /etc/passwd && unset PASSWORDS'
 
 
 def in_namespace(mounting):
-    """A command that mounts something for the command that follows it."""
+    """A command that mounts something, and then runs the command that follows it."""
     rights = ["--mount"] if os.geteuid() == 0 else ["--mount", "--map-root-user"]
     return ("unshare", *rights, "sh", "-c", f'{mounting} && exec "$@"', "sh")
 
@@ -23,17 +23,17 @@ def is_possible(mounting):
 
 
 def zones(campaign):
-    """TZ set, and TZ unset with the system's zone being another than GMT."""
+    """One place with TZ set, and one without it, in which the system's zone is not GMT."""
     yield BERLIN
     if is_possible(ZONE):
         yield Place(None, command=in_namespace(ZONE))
     else:
-        campaign.skip("a zone of the system's: no mounts here, or no /etc/localtime")
+        campaign.skip("the system's zone: mounting is not possible, or there is no /etc/localtime")
 
 
 def homes(campaign):
-    """HOME unset, and the home in the password database."""
+    """A place without HOME, with the home in the password database."""
     if is_possible(PASSWORDS):
         yield BERLIN._replace(command=in_namespace(PASSWORDS), passwords=True)
     else:
-        campaign.skip("a home from the password database: no mounts here")
+        campaign.skip("the home from the password database: mounting is not possible")

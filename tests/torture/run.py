@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the torture's stages, and shows at the end what was tried, how often, and what went wrong.
+"""Runs the torture's stages. At the end shows what was tried, how often, and what went wrong.
 
     run.py BUILD_FOLDER short|long [STAGE...]
 
-Its exit status is 1 when anything did. To be run by scripts/torture, which builds what it takes."""
+The exit status is 1 if anything went wrong. Use scripts/torture, which first builds what is
+needed."""
 
 import importlib
 import pathlib
@@ -20,7 +21,7 @@ STAGES = ["kills", "errors", "allocations", "crowds", "loads", "hosts", "signals
 
 
 def rows_of(name, campaign):
-    """All rows of one stage, each shown with the time since the stage began."""
+    """All rows of one stage. Shows each with the time since the stage began."""
     rows = []
     began = time.monotonic()
     with campaign.scratch_folder() as folder:

@@ -1,4 +1,4 @@
-"""Disturbs hosts and files on purpose, and looks whether the judges notice each time."""
+"""Disturbs hosts and files on purpose, and checks that the judges notice it each time."""
 
 import os
 
@@ -32,7 +32,8 @@ def add(path):
 
 
 FAILING = Fault("error", 1, ERRORS["EIO"], True)  # the record is refused
-# Nothing fails, but where the system has answered, other values are right, and unsound ones not.
+# Nothing fails, but it is judged as if the system had answered: other values are right, unsound
+# documents are not.
 ANSWERED = Fault("none", 0, ERRORS["ENOENT"])
 NOTHING = Fault("none")
 HIDDEN = f"{world.SUPPORT}/ALM/.wenlolib-0123456789abcdef.tmp"
@@ -55,12 +56,12 @@ FILES = [
 
 
 def unnoticed(campaign):
-    """How many were tried, and how many of them went unnoticed."""
+    """How many disturbances were tried, and how many of them were not noticed."""
     missed = []
     with Bench(campaign.build, RECORD, campaign.scratch) as bench:
         for fault in (NOTHING, ANSWERED, FAILING):
             if bench.outcome(fault)[1]:
-                raise RuntimeError(f"{fault}: something is wrong without a disturbance")
+                raise RuntimeError(f"{fault}: something is wrong even without a disturbance")
         for name in HOST:
             if not bench.outcome(Fault(f"!{name}"), 1 if name == "hang" else 15)[1]:
                 missed.append(name)

@@ -1,4 +1,4 @@
-"""Which operations are tried, on which files."""
+"""The operations that are tried, and on which files."""
 
 import collections
 import pathlib
@@ -8,7 +8,7 @@ from world import CONFIGURATIONS
 
 Scenario = collections.namedtuple("Scenario", "program operation configuration kind layout without",
                                   defaults=(0,))
-# File systems that lack something by which a file is published without replacing another.
+# File systems without certain ways to publish a file without replacing another one.
 WITHOUT = {0: "", 1: ", no exclusive rename", 3: ", no exclusive rename and no links"}
 
 RECORDS = {
@@ -36,14 +36,14 @@ def record(program, operation, configuration):
 
 
 def exported(operation):
-    """The name under which the library offers what an operation calls."""
+    """The exported name of the function that an operation calls."""
     return operation.split("-")[0]
 
 
 def scenarios(program, operations, thorough):
-    """What writes an identifier meets every configuration file, in a thorough run; else one of the
-    C functions of each file type, and getWENLOLIBId, do. The others meet one. Some meet file
-    systems that lack something."""
+    """In a thorough run, every operation that writes an identifier meets every configuration file.
+    Otherwise only one C function of each file type and getWENLOLIBId do. All other operations meet
+    one configuration file. Some also meet file systems that lack something."""
     found = []
     for operation in operations:
         layout = RECORDS.get(operation)
@@ -59,10 +59,10 @@ def scenarios(program, operations, thorough):
 
 
 def untried(operations):
-    """The names that the library exports and no operation calls."""
+    """How many names the library exports, and those that no operation calls."""
     listed = pathlib.Path(__file__).resolve().parents[2] / "product" / "exports.txt"
     lines = re.findall(r"^[^#\n]+", listed.read_text(encoding="utf-8"), re.MULTILINE)
     names = {re.sub(r"^wenlolib::|\[abi:cxx11\]|\(.*", "", line) for line in lines}
     if len(names) < 50:
-        raise RuntimeError(f"{listed} names {len(names)} exports alone")
+        raise RuntimeError(f"{listed} names {len(names)} exports, which is too few")
     return len(names), sorted(names - {exported(operation) for operation in operations})

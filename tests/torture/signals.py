@@ -1,4 +1,4 @@
-"""Signals while recording, small stacks, and closed standard streams while threads print."""
+"""Signals during records, small stacks, and closed standard streams while threads print."""
 
 import datetime
 import itertools
@@ -29,7 +29,7 @@ def interrupted(campaign, records, programs):
         unsound = unsound_documents(campaign, world)
     if refused or missing or unsound or other or signals == 0:
         campaign.report(f"{refused} records refused, {missing} missing, {unsound} not sound, "
-                        f"{other} programs with another status, {signals} signals")
+                        f"{other} programs with a wrong status, {signals} signals")
     yield Row("records, a signal each millisecond", records,
               refused + missing + unsound + (signals == 0))
     yield Row("programs waited for, a signal each millisecond", programs, other)
@@ -43,14 +43,13 @@ def nested(levels):
 
 
 def property_lists():
-    """What a host keeps in its files, in every form in which it may stand: without anything else,
-    and with 511 arrays in one another."""
+    """A host's preferences in every form that may be stored: alone, and with 511 nested arrays."""
     entries = {"InstalledDate": datetime.datetime.now().replace(microsecond=0),
                "LatestSelectedAgreement": True, "LatestSelectedLanguage": "zh_Hans_CN"}
     flat = plistlib.dumps(entries)
     arrays = b"<key>other</key>" + b"<array>" * 511 + b"</array>" * 511
     deep = flat.replace(b"<dict>", b"<dict>" + arrays)
-    sys.setrecursionlimit(10000)  # Python's own writer of binary lists
+    sys.setrecursionlimit(10000)  # Python's plistlib writes by recursion
     return {
         "flat": flat,
         "deep": deep,
@@ -62,13 +61,13 @@ def property_lists():
 
 
 def kept_entries(world, before):
-    """Whether the configuration file holds what it held, and an identifier."""
+    """Whether the configuration file has kept its entries and holds an identifier."""
     after = world.read(CONFIGURATION)
     return after.count(b"<array") == (0 if before == "flat" else 511) and b"WENLIBUUID" in after
 
 
 def one_stack(campaign, world, before, size):
-    """Whether the record on a stack of this size is as it should be."""
+    """Whether the record on a stack of this size is right."""
     yes, reached = numbers_from(campaign, world, "stack", plugin(campaign), str(size)) or (0, 0)
     documents = [read_document(campaign, world, name) for name in names_in(world)]
     if yes == 5 and len(documents) == 3 and None not in documents and kept_entries(world, before):

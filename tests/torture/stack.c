@@ -2,9 +2,9 @@
  *
  *   torture_stack PLUGIN STACK_BYTES
  *
- * A thread with a stack of this size records application usage, a printer log of each layout and
- * asks what it may record. Below the stack lies memory that nobody may touch. One line of standard
- * output: how many of the five calls answered yes, and how many bytes of the stack they reached. */
+ * A thread with a stack of this size records application usage and a printer log of each layout,
+ * and asks what it is allowed to record. The memory below the stack may not be touched. It prints
+ * one line: how many of the five calls answered yes, and how many bytes of the stack they used. */
 #define _GNU_SOURCE
 #include <pthread.h>
 #include <stdio.h>
@@ -57,7 +57,7 @@ int main(int count, char** arguments) {
   if (openPlugin(arguments[1], &task.library) != NULL) return 2;
   if (pthread_attr_init(&attributes) != 0 || pthread_attr_setstack(&attributes, stack, size) != 0 ||
       pthread_create(&thread, &attributes, record, &task) != 0) {
-    fprintf(stderr, "no thread with a stack of %zu bytes\n", size);
+    fprintf(stderr, "a thread with a stack of %zu bytes does not start\n", size);
     return 2;
   }
   pthread_join(thread, NULL);

@@ -1,10 +1,10 @@
-/* A host that has closed some of its standard streams, while other threads of it print:
+/* A host that has closed some of its standard streams, while its other threads print:
  *
  *   torture_streams PLUGIN CLOSED RECORDS
  *
- * CLOSED holds the digits of the streams. Both kinds of record are written in turn, each under a
- * name of its own. One line goes to what was standard output: how many were not answered with yes,
- * and after how many one of the streams was open. */
+ * CLOSED holds the numbers of the streams, as digits. It writes both kinds of record in turn, each
+ * under its own name. It prints one line to the former standard output: how many records were not
+ * answered with yes, and after how many records a closed stream was open. */
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <pthread.h>

@@ -1,8 +1,9 @@
-// A host in C++ for the torture: linked with the plug-in, calls each operation of its classes.
+// A C++ host for the torture. It is linked with the plug-in and calls each operation of its
+// classes.
 //
 //   torture_classes SHARED_OBJECT WINTER_OFFSET SUMMER_OFFSET shown|first
 //
-// The shared object is not looked at: it is the one that the program is linked with.
+// SHARED_OBJECT is ignored: the program is linked with it.
 #include <cstdio>
 #include <iterator>
 #include <new>
@@ -30,7 +31,7 @@ void tell(const std::optional<Dictionary>& entries) {
   answer(entries ? std::to_string(entries->size()).append(" entries").c_str() : nullptr);
 }
 
-/// Calls the library within the marks; its answer is looked at, and goes, behind them.
+/// Calls the library between the marks. Its answer is reported and freed after them.
 template <class Call>
 void within(Call call) {
   enter();
@@ -68,13 +69,13 @@ void writtenInOneGo(bool application) {
   });
 }
 
-/// No operation hands out the document: that it is right is seen where records are written.
+/// No operation gives out the document. The operations that write records show whether it is right.
 void documentMade(std::uint32_t fileType) {
   const auto record = fileType == 1 ? printerRecord() : recordOf(2);
   within([&] { return record->WENLOLIBCreateXMLDocument(); });
 }
 
-/// What a record answers after a setter was called.
+/// Calls a setter between the marks, then reports what the record answers.
 template <class Call, class Answer>
 void afterSetting(Call call, Answer answered) {
   const auto record = printerRecord();
@@ -138,7 +139,7 @@ const Text version = "3.1.0", bias = "1003.1";
     name, [] { within([] { return call; }); } \
   }
 
-/// Each begins with the name of the operation that it calls.
+/// Each name begins with the operation that is called.
 const TortureOperation operations[] = {
     CALL("CommonTooWenlolib::systemVersion", Toolkit::systemVersion()),
     CALL("CommonTooWenlolib::systemVersionNum", Toolkit::systemVersionNum()),

@@ -1,4 +1,4 @@
-/* A host in C for the torture: loads the plug-in, and calls each of its functions by name.
+/* A C host for the torture. It loads the plug-in and calls each of its functions by name.
  *
  *   torture_host SHARED_OBJECT WINTER_OFFSET SUMMER_OFFSET shown|first */
 #include <stdio.h>
@@ -138,7 +138,7 @@ static void printDebug(void) {
   answerNumber(status);
 }
 
-/* Each begins with the name of the function that it calls. */
+/* Each name begins with the function that is called. */
 static const TortureOperation operations[] = {
     {"WENLOLIB_writeAppInfoWithContents", application},
     {"WENLOLIB_writeAppInfoWithContents-user", applicationOfUser},

@@ -15,13 +15,13 @@
 #include <time.h>
 #include <unistd.h>
 
-/* --- Time: 15 March 2026, 10:05:07 GMT. It does not pass, and nobody sleeps for long. --- */
+/* --- Time: 15 March 2026, 10:05:07 GMT. It stands still, and every sleep is short. --- */
 
 static const time_t now = 1773569107;
-static int64_t slept = 0; /* nanoseconds that somebody asked to sleep for */
+static int64_t slept = 0; /* the nanoseconds of all sleeps so far */
 
-/* What the functions of this file stand before. */
-static int (*steadyTime)(clockid_t, struct timespec*); /* which needs no system call */
+/* The C library's functions that functions of this file replace. */
+static int (*steadyTime)(clockid_t, struct timespec*); /* needs no system call */
 static struct tm* (*realLocalTime)(const time_t*, struct tm*);
 static int (*realPasswords)(uid_t, struct passwd*, char*, size_t, struct passwd**);
 
@@ -59,7 +59,7 @@ int gettimeofday(struct timeval* restrict time, void* restrict zone) {
   return 0;
 }
 
-/* Sleeping moves the steady clock on, and takes a thousandth of the time. */
+/* A sleep moves the steady clock on, but takes only a thousandth of the time. */
 int clock_nanosleep(clockid_t clock, int flags, const struct timespec* wanted,
                     struct timespec* left) {
   const int64_t whole = (int64_t)wanted->tv_sec * 1000000000 + wanted->tv_nsec;
@@ -87,7 +87,7 @@ int poll(struct pollfd* files, nfds_t count, int milliseconds) {
   return (int)syscall(SYS_poll, files, count, milliseconds);
 }
 
-/* --- What the C library reads but once --- */
+/* --- What the C library reads only once --- */
 
 static volatile int* inside = NULL;
 
@@ -116,15 +116,15 @@ int getpwuid_r(uid_t user, struct passwd* entry, char* buffer, size_t length,
   return result;
 }
 
-/* --- Chance: the system is asked, and may fail; the bytes are the same in every run, also for the
- * questions after one that has failed. --- */
+/* --- Random bytes: the system is asked, and may fail. The bytes are the same in every run, even
+ * after a call that has failed. --- */
 
 static uint8_t nextByte = 0;
 
 ssize_t getrandom(void* bytes, size_t length, unsigned flags) {
   const ssize_t count = syscall(SYS_getrandom, bytes, length, flags);
   size_t i;
-  if (count < 0 && errno == EINTR) return count; /* it is asked again */
+  if (count < 0 && errno == EINTR) return count; /* the caller asks again */
   for (i = 0; i < length; ++i) {
     nextByte += 37;
     if ((ssize_t)i < count) ((uint8_t*)bytes)[i] = nextByte;
@@ -153,7 +153,7 @@ static AllocationFaults* armed = NULL;
 
 void torture_arm(AllocationFaults* faults) {
   void* place;
-  backtrace(&place, 1); /* the first time it loads a library */
+  backtrace(&place, 1); /* its first call loads a library, so that comes first */
   armed = faults;
 }
 
@@ -161,7 +161,7 @@ void torture_disarm(void) {
   armed = NULL;
 }
 
-/* Counts one allocation; 1 when it has to fail. */
+/* Counts one allocation. 1 if it must fail. */
 static int strikes(void) {
   AllocationFaults* const faults = armed;
   if (faults == NULL) return 0;

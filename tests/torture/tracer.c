@@ -13,15 +13,15 @@
 #include <unistd.h>
 
 #ifndef __x86_64__
-#error "the registers of other machines are not known here"
+#error "only x86-64 is supported: the tracer uses its registers"
 #endif
 
 enum { mostTracees = 16 };
 
 typedef struct Tracee {
   pid_t id;
-  unsigned long number; /* of the call that it is in */
-  int hasResult;        /* and is to have, whatever the system says */
+  unsigned long number; /* of the current call */
+  int hasResult;        /* if so, the call must end with `result` */
   long result;
 } Tracee;
 
@@ -60,7 +60,7 @@ static void forget(Session* session, pid_t id) {
   }
 }
 
-/* Waiting for one another, giving memory back and ending are left alone. */
+/* Calls that wait for other threads, free memory or end the process never fail. */
 static int isSpared(const Session* session, const struct __ptrace_syscall_info* call) {
   switch (call->entry.nr) {
     case SYS_futex:
@@ -115,21 +115,21 @@ static void note(Trace* trace, pid_t id, const struct __ptrace_syscall_info* cal
   trace->number = (long)call->entry.nr;
   if (argument < 0) return;
   there.iov_base = (void*)(uintptr_t)call->entry.args[argument];
-  /* Not beyond the page, since the next one may not be there. */
+  /* Not past the page's end, since the next page may not be mapped. */
   there.iov_len = 4096 - ((uintptr_t)there.iov_base & 4095);
   if (there.iov_len > here.iov_len) there.iov_len = here.iov_len;
   process_vm_readv(id, &here, 1, &there, 1, 0);
 }
 
-/* A call that fails is not made, but for those that do their work even so. */
+/* A failing call is not made, except close, which always closes. */
 static void fail(Tracee* tracee, const struct __ptrace_syscall_info* call, int error) {
   struct user_regs_struct registers;
   tracee->hasResult = 1;
   tracee->result = -error;
-  if (call->entry.nr == SYS_close) return; /* it closes in any case */
+  if (call->entry.nr == SYS_close) return; /* it closes even if it fails */
   ptrace(PTRACE_GETREGS, tracee->id, NULL, &registers);
   if (call->entry.nr == SYS_brk) {
-    registers.rdi = 0; /* it reports no errors: the end stays where it was */
+    registers.rdi = 0; /* it reports no errors: the program break stays where it is */
     tracee->hasResult = 0;
   } else {
     registers.orig_rax = (unsigned long)-1;
@@ -137,7 +137,7 @@ static void fail(Tracee* tracee, const struct __ptrace_syscall_info* call, int e
   ptrace(PTRACE_SETREGS, tracee->id, NULL, &registers);
 }
 
-/* Opens and closes the window; 1 at its edges. */
+/* Notes when the child enters and leaves the library. 1 if the call is such a mark. */
 static int isMark(Session* session, const Tracee* tracee,
                   const struct __ptrace_syscall_info* call) {
   const int number = (int)call->entry.args[0];
@@ -147,7 +147,7 @@ static int isMark(Session* session, const Tracee* tracee,
   return number == enteringMark || number == leavingMark;
 }
 
-/* Counts a call; 1 when it is the one that the plan means. */
+/* Counts a call. 1 if the plan's fault is for this call. */
 static int isMeant(Session* session, const Tracee* tracee) {
   const TracePlan* const plan = session->plan;
   const int isChild = tracee->id == session->child;
@@ -206,7 +206,7 @@ static void onStop(Session* session, pid_t id, int status) {
     ptrace(PTRACE_GET_SYSCALL_INFO, id, sizeof call, &call);
     if (call.op == PTRACE_SYSCALL_INFO_ENTRY) onCall(session, tracee, &call);
     if (call.op == PTRACE_SYSCALL_INFO_EXIT) onResult(session, tracee, &call);
-  } else if (event == PTRACE_EVENT_EXEC) { /* a program of its own from here on */
+  } else if (event == PTRACE_EVENT_EXEC) { /* from here on it is another program */
     forget(session, id);
     ptrace(PTRACE_DETACH, id, NULL, NULL);
     return;

@@ -1,4 +1,4 @@
-"""Tries many faults on a few processes at once, and gathers what went wrong."""
+"""Tries many faults in several processes at once, and collects what went wrong."""
 
 import collections
 import concurrent.futures
@@ -25,7 +25,7 @@ Task = collections.namedtuple(
 
 
 class Bench:
-    """A host, its files, and what an undisturbed operation comes to."""
+    """A host, its files, and the result of an undisturbed operation."""
 
     def __init__(self, build, scenario, scratch, place=BERLIN, shown=True):
         self.scenario = scenario
@@ -40,8 +40,8 @@ class Bench:
             raise RuntimeError(f"{scenario.operation} undisturbed: {problem or 'is refused'}")
 
     def outcome(self, fault, seconds=SECONDS, meddle=None):
-        """The result, what is wrong with it, and why that is not the library's fault. The files
-        are as before again afterwards."""
+        """The result, what is wrong with it, and why that is not the library's fault. Afterwards
+        the files are as they were before."""
         result = self.host.perform(self.scenario.operation, fault, self.scenario.without, seconds)
         if meddle is not None:
             meddle(self.world)
@@ -68,13 +68,13 @@ def operations_of(campaign, program):
 
 
 def all_scenarios(campaign):
-    """Of both programs."""
+    """The scenarios of both programs."""
     return [scenario for program in PROGRAMS
             for scenario in scenarios(program, operations_of(campaign, program), campaign.long)]
 
 
 def coverage(campaign):
-    """Whether every exported operation is called by the programs."""
+    """A row that shows whether the programs call every exported operation."""
     count, missing = untried(operation for program in PROGRAMS
                              for operation in operations_of(campaign, program))
     for name in missing:
@@ -83,12 +83,13 @@ def coverage(campaign):
 
 
 def first_index(stride, *names):
-    """Where a sample of every `stride`-th begins: spread, and the same in every run."""
+    """The index of the first fault if only every `stride`-th is tried. It differs between tasks,
+    and is the same in every run."""
     return 1 + zlib.crc32(" ".join(map(str, names)).encode()) % stride
 
 
 def faults(task):
-    """One fault after the other; whoever takes them ends where none strikes any more."""
+    """One fault after the other. The caller stops when a fault no longer strikes."""
     if task.kind == "descriptors":
         return (Fault(task.kind, index) for index in range(3, 17))
     names = (task.scenario, task.kind, task.error, task.onwards)
@@ -123,7 +124,7 @@ def shared_out(work, tasks):
 
 
 def row(campaign, what, tasks, work=perform):
-    """Does the tasks. One row of what they have come to, and one for each thing stated."""
+    """Does the tasks. Yields a row for their results, and one for each excuse."""
     outcomes = list(shared_out(work, tasks))
     if not any(outcome.count for outcome in outcomes):
         raise RuntimeError(f"{what}: nothing was struck")
@@ -137,7 +138,7 @@ def row(campaign, what, tasks, work=perform):
 
 
 def report(campaign, what, wrongs):
-    """Those alike together."""
+    """Reports the wrong results, those with the same complaint together."""
     groups = collections.defaultdict(list)
     for wrong in wrongs:
         groups[wrong.complaint].append(wrong)

@@ -1,4 +1,4 @@
-"""A HOME below which a host may record, brought back to what it was after each try."""
+"""A HOME in which a host may record. After each try it is restored."""
 
 import datetime
 import os
@@ -19,8 +19,8 @@ LEFTOVER = re.compile(r"\.wenlolib-.+\.tmp")
 OTHERS = {"Other program": "keeps this here", "Counts": [1, 2, 3], "On": True}
 IDENTIFIED = OTHERS | {IDENTIFIER: "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}"}
 
-# What stands in the library's configuration file, and its bytes: entries of others, with an
-# identifier and without, in the plain form, in XML of another form, and in the binary one.
+# The entries of the library's configuration file, and its bytes: entries of other programs, with an
+# identifier and without, in the plain XML form, in another XML form, and in the binary form.
 CONFIGURATIONS = {
     "none": ({}, None),
     "others": (OTHERS, plistlib.dumps(OTHERS)),
@@ -31,7 +31,7 @@ CONFIGURATIONS = {
 
 
 def contents():
-    """The contents of every record, from where the hosts have them."""
+    """The contents of every record, from the header that the hosts use."""
     header = (pathlib.Path(__file__).parent / "contents.h").read_text(encoding="ascii")
     literal = header[header.index("TORTURE_CONTENTS") + len("TORTURE_CONTENTS"):].strip()
     pieces = re.findall(r'"((?:[^"\\]|\\.)*)"', literal)
@@ -39,7 +39,7 @@ def contents():
 
 
 def base(configuration):
-    """The files that are there before a record, each as (mode, bytes); folders have no bytes."""
+    """The files before a record, each as (mode, bytes). Folders have None for bytes."""
     preferences = plistlib.dumps({
         "InstalledDate": datetime.datetime(2026, 1, 5, 12, 0, 0),
         "LatestSelectedAgreement": True,
@@ -73,7 +73,7 @@ def is_leftover(path):
 
 
 class World:
-    """The files below `home`, an empty folder."""
+    """The files in `home`, which is empty at first."""
 
     def __init__(self, home, configuration):
         self.home = home
@@ -99,7 +99,7 @@ class World:
         return found
 
     def restore(self, found=None):
-        """Brings back what `found` differs in."""
+        """Restores the files that differ in `found`."""
         found = self.tree() if found is None else found
         for path in sorted(set(found) - set(self.base)):
             real = os.path.join(self.home, path)

@@ -1,5 +1,5 @@
-// The texts of the debug trace points. The sources that have any are built into this program once
-// more, with the points on; the rest of the library is the one that the other tests run.
+// The texts of the debug trace points. Sources with trace points are built into this program again,
+// with the points on. The rest of the library is the same as in the other tests.
 #include <gtest/gtest.h>
 
 #include "support/ExpectedDocument.h"
@@ -30,8 +30,8 @@ class TracePoints : public InstalledTest {
     return testing::internal::GetCapturedStderr();
   }
 
-  /// What the creation of a document prints whose k-th allocation fails: the first is the input
-  /// buffer, then come the output buffers.
+  /// What creating a document prints if its k-th allocation fails. The first is the input buffer;
+  /// the output buffers follow.
   static std::string printedWithoutMemoryFor(long k) {
     const auto record = WENLOLIB::initWithContents(std::string(100, 'c'), "App");
     bool made = true;

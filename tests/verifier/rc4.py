@@ -24,9 +24,9 @@ def keystream(key, length):
 
 
 def exclusive_or(left, right):
-    """Byte by byte; both sides have the same length."""
+    """Byte by byte. Both sides must have the same length."""
     if len(left) != len(right):
-        raise ValueError("two lengths")
+        raise ValueError("the two sides have different lengths")
     both = int.from_bytes(left, "little") ^ int.from_bytes(right, "little")
     return both.to_bytes(len(left), "little")
 
@@ -37,6 +37,6 @@ def rc4(key, data):
 
 
 def cycling_xor(key, data):
-    """Byte i of `data` changed by byte i mod len(key) of `key`."""
+    """The exclusive or of each byte i of `data` and byte i mod len(key) of `key`."""
     repeated = key * (len(data) // len(key) + 1)
     return exclusive_or(data, repeated[: len(data)])

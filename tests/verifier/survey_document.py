@@ -1,11 +1,11 @@
-"""Reads survey documents back, strictly, and says what is wrong with the ones that are not sound.
+"""Reads survey documents strictly, and says what is wrong with those that are not sound.
 
 A document is one element without white space between its parts:
 
     <WRAPPER SUM="checksum">CONTENT</WRAPPER>
 
-The checksum is the MD5 digest of CONTENT, byte for byte as it stands in the file. The payload is
-encrypted with RC4 (marker R) or a cycling XOR (marker X) under the MD5 digest of the <Date> text.
+The checksum is the MD5 digest of CONTENT, byte for byte as in the file. The payload is encrypted
+with RC4 (marker R) or a cycling XOR (marker X). The key is the MD5 digest of the <Date> text.
 """
 
 import datetime
@@ -40,7 +40,7 @@ class Document:
 
 
 class Cursor:
-    """Walks through a text of which every byte has to be accounted for."""
+    """Walks through a text and checks every byte of it."""
 
     def __init__(self, text):
         self.text = text
@@ -76,7 +76,7 @@ class Cursor:
 
     def end(self):
         if self.position != len(self.text):
-            raise Unsound(f"at byte {self.position}: something stands behind the end")
+            raise Unsound(f"at byte {self.position}: something follows the end")
 
 
 def shown(data):
@@ -107,7 +107,7 @@ def layout_of(data):
     for layout, name in WRAPPERS.items():
         if data.startswith(b"<" + name + b" "):
             return layout
-    raise Unsound(f"begins with {shown(data)}, which is no wrapper of a survey document")
+    raise Unsound(f"begins with {shown(data)}, which is not the wrapper of a survey document")
 
 
 def parse_content(content, layout):
@@ -137,7 +137,7 @@ def check_utf8(data, what):
     try:
         data.decode("utf-8")
     except UnicodeDecodeError as error:
-        raise Unsound(f"{what}: no UTF-8 at byte {error.start}") from None
+        raise Unsound(f"{what}: not UTF-8 at byte {error.start}") from None
 
 
 def check_checksum(checksum, content):
@@ -149,10 +149,10 @@ def check_checksum(checksum, content):
 def check_date(date):
     match = DATE.fullmatch(date)
     if match is None:
-        raise Unsound(f"{shown(date)} is no date of the document's form")
+        raise Unsound(f"{shown(date)} is not a date in the document's form")
     year, month, day, hour, minute, second, offset_hours, _ = map(int, match.groups())
     try:
-        # The calendar repeats itself every 400 years; Python's own ends after 9999.
+        # The calendar repeats every 400 years; Python's ends after 9999.
         datetime.datetime(2000 + year % 400, month, day, hour, minute, min(second, 59))
     except ValueError as error:
         raise Unsound(f"{shown(date)}: {error}") from None
@@ -165,7 +165,7 @@ def payload_bytes(digits):
         raise Unsound(f"the payload has {len(digits)} digits, an odd number")
     other = digits.translate(None, b"0123456789ABCDEF")
     if other:
-        raise Unsound(f"the payload holds {shown(other)}, which are no upper-case digits")
+        raise Unsound(f"the payload holds {shown(other)}, which are not upper-case digits")
     return bytes.fromhex(digits.decode())
 
 

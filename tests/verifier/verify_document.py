@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Verifies survey documents: one line a file, exit status 0 when all are sound.
+"""Verifies survey documents and prints a line for each file.
 
-1: at least one is not sound. 2: wrong usage, or a file that cannot be read."""
+The exit status is 0 if all are sound, 1 if one is not, 2 for wrong usage or an unreadable file."""
 
 import argparse
 import os
@@ -14,8 +14,8 @@ from survey_document import WRAPPERS, Unsound, parse
 
 
 def verify(data, layout=None, contents=None):
-    """Parses `data`, which has to be a sound document of this layout with these contents, each
-    where it is given. Answers the document or raises Unsound."""
+    """Parses `data`, which must be a sound document, and must have this layout and these contents
+    if they are given. Answers the document or raises Unsound."""
     document = parse(data)
     if layout is not None and document.layout != layout:
         raise Unsound(f"its layout is {document.layout}, not {layout}")
@@ -32,7 +32,7 @@ def difference(found, expected):
 
 
 def report(path, layout, contents):
-    """Prints the line of one file; answers whether it is sound."""
+    """Prints the line for one file. Answers whether it is sound."""
     with open(path, "rb") as file:
         data = file.read()
     try:

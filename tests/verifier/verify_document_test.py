@@ -1,4 +1,4 @@
-"""Tests of the verifier: documents built here, by other means than it takes them apart."""
+"""Tests of the verifier, on documents that are built here without its code."""
 
 import contextlib
 import hashlib
@@ -23,7 +23,7 @@ DATE = "2024-03-15T09:05:07+09:00"
 
 
 def encrypted(contents, date, marker):
-    """A second RC4 and XOR, a byte at a time."""
+    """Another RC4 and XOR, one byte at a time."""
     key = hashlib.md5(date.encode()).digest()
     if marker == "X":
         return bytes(byte ^ key[i % 16] for i, byte in enumerate(contents))
@@ -41,7 +41,7 @@ def encrypted(contents, date, marker):
 
 
 def build(layout="application", marker="R", contents=b"some contents", date=DATE, edit=None):
-    """A sound document; `edit` changes its content before the checksum is taken."""
+    """A sound document; `edit` changes its content before the checksum is made."""
     payload = encrypted(contents, date, marker).hex().upper()
     content = (
         f"<Version>1.0</Version><OSVersion>M.6.1.0</OSVersion><Date>{date}</Date>"
@@ -102,33 +102,33 @@ class SoundDocuments(unittest.TestCase):
                 self.assertEqual(verify_document.verify(undated(date)).contents, b"some contents")
 
 
-# What is wrong, the document, a part of what the verifier says about it.
+# What is wrong, the document, and part of what the verifier must say about it.
 BROKEN = [
     ("nothing at all", b"", "not well-formed"),
     ("cut short", build()[:-1], "not well-formed"),
-    ("another wrapper", wrapped("", "Other"), "no wrapper"),
+    ("another wrapper", wrapped("", "Other"), "not the wrapper"),
     ("the wrapper of another layout", build("printer-older").replace(
         b"OrvanQXPrinter", b"OrvanQX2Application"), "'<Encrypted C=\"' expected"),
     ("older layout without its printer element", wrapped(
         build().split(b'">', 1)[1].rsplit(b"</", 1)[0].decode(), "OrvanQXPrinter"),
      "'<Printer>' expected"),
     ("a second attribute", build().replace(b' SUM="', b' A="" SUM="'), "expected"),
-    ("a declaration", b'<?xml version="1.0"?>' + build(), "no wrapper"),
-    ("a byte order mark", b"\xef\xbb\xbf" + build(), "no wrapper"),
-    ("a line end behind", build() + b"\n", "does not end in"),
-    ("a comment behind", build() + b"<!-- -->", "does not end in"),
+    ("a declaration", b'<?xml version="1.0"?>' + build(), "not the wrapper"),
+    ("a byte order mark", b"\xef\xbb\xbf" + build(), "not the wrapper"),
+    ("a line end after the document", build() + b"\n", "does not end in"),
+    ("a comment after the document", build() + b"<!-- -->", "does not end in"),
     ("white space before the first element", edited("<Version>", " <Version>"), "expected"),
     ("white space between elements", edited("</Date>", "</Date>\n"), "expected"),
     ("white space in a tag", edited("</Date>", "</Date >"), "expected"),
-    ("white space behind the last element", edited("</Encrypted>", "</Encrypted> "),
-     "behind the end"),
+    ("white space after the last element", edited("</Encrypted>", "</Encrypted> "),
+     "follows the end"),
     ("two elements exchanged", edited(
         "<Version>1.0</Version><OSVersion>M.6.1.0</OSVersion>",
         "<OSVersion>M.6.1.0</OSVersion><Version>1.0</Version>"), "expected"),
     ("an element missing", edited("<Locale>de_DE</Locale>", ""), "expected"),
     ("an empty element closed at once", edited("<SN></SN>", "<SN/>", layout="printer-older"),
      "expected"),
-    ("an element more", edited("</ID>", "</ID><More></More>"), "expected"),
+    ("one element too many", edited("</ID>", "</ID><More></More>"), "expected"),
     ("an element in a value", edited("de_DE", "<b>de</b>"), "expected"),
     ("identity in another order", edited("<SN></SN><ROMVER>2.14</ROMVER>",
                                          "<ROMVER>2.14</ROMVER><SN></SN>",
@@ -142,24 +142,24 @@ BROKEN = [
     ("no marker", edited('C="R"', 'C=""'), "marker is ''"),
     ("the other cipher's marker", edited('C="R"', 'C="X"'), "contents"),
     ("an odd number of digits", edited("</Encrypted>", "A</Encrypted>"), "odd number"),
-    ("digits in lower case", edited("</Encrypted>", "ab</Encrypted>"), "no upper-case digits"),
-    ("no digits", edited("</Encrypted>", "GH</Encrypted>"), "no upper-case digits"),
-    ("a blank among the digits", edited("</Encrypted>", " A</Encrypted>"), "no upper-case"),
-    ("one byte of contents more", edited("</Encrypted>", "00</Encrypted>"), "contents"),
+    ("digits in lower case", edited("</Encrypted>", "ab</Encrypted>"), "not upper-case digits"),
+    ("no digits", edited("</Encrypted>", "GH</Encrypted>"), "not upper-case digits"),
+    ("a blank among the digits", edited("</Encrypted>", " A</Encrypted>"), "not upper-case"),
+    ("one byte of contents too many", edited("</Encrypted>", "00</Encrypted>"), "contents"),
     ("a date that does not match the key", edited("09:05:07", "09:05:08"), "contents"),
-    ("no date", undated(""), "no date"),
-    ("a date without its offset's colon", undated("2024-03-15T09:05:07+0900"), "no date"),
-    ("a date without an offset", undated("2024-03-15T09:05:07"), "no date"),
-    ("a date with a blank", undated("2024-03-15 09:05:07+09:00"), "no date"),
-    ("a date with a Z", undated("2024-03-15T09:05:07Z"), "no date"),
+    ("not a date", undated(""), "not a date"),
+    ("a date without its offset's colon", undated("2024-03-15T09:05:07+0900"), "not a date"),
+    ("a date without an offset", undated("2024-03-15T09:05:07"), "not a date"),
+    ("a date with a blank", undated("2024-03-15 09:05:07+09:00"), "not a date"),
+    ("a date with a Z", undated("2024-03-15T09:05:07Z"), "not a date"),
     ("a month 13", undated("2024-13-15T09:05:07+09:00"), "month"),
     ("a 30 February", undated("2024-02-30T09:05:07+09:00"), "day"),
     ("a 29 February in a common year", undated("2023-02-29T09:05:07+09:00"), "day"),
     ("a second 61", undated("2024-02-28T09:05:61+09:00"), "out of range"),
     ("an offset of 25 hours", undated("2024-02-28T09:05:59+25:00"), "out of range"),
-    ("an offset of 60 minutes", undated("2024-02-28T09:05:59+09:60"), "no date"),
-    ("not UTF-8", build().replace(b"de_DE", b"de\xff"), "the document: no UTF-8"),
-    ("contents that are not UTF-8", build(contents=b"a\xffb"), "the contents: no UTF-8"),
+    ("an offset of 60 minutes", undated("2024-02-28T09:05:59+09:60"), "not a date"),
+    ("not UTF-8", build().replace(b"de_DE", b"de\xff"), "the document: not UTF-8"),
+    ("contents that are not UTF-8", build(contents=b"a\xffb"), "the contents: not UTF-8"),
     ("other contents of the same length", build(contents=b"same contents"), "differ from byte 1"),
     ("a stray ampersand", edited("de_DE", "de & DE"), "not well-formed"),
 ]

@@ -1,4 +1,4 @@
-/// Values that a document's fields should not hold.
+/// Values that a document's fields should never hold.
 #ifndef WENLOLIB_TESTS_PLATFORM_LINUX_HOSTILEVALUES_H
 #define WENLOLIB_TESTS_PLATFORM_LINUX_HOSTILEVALUES_H
 
@@ -7,7 +7,7 @@
 
 namespace wenlolib::tests {
 
-/// Values that leave a parser in every place that it can be in, or bring it out of one.
+/// Values that put a parser into each state that it can be in, or take it out of one.
 inline const std::vector<std::string>& hostileValues() {
   using namespace std::string_literals;
   static const std::vector<std::string> values = {"",

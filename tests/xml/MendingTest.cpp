@@ -67,7 +67,7 @@ const std::vector<Case>& cases() {
       {"]]]>", "]]]&gt;"},
       {"]]>]]>", "]]&gt;]]&gt;"},
       {"<b c=\"]]>\">]]></b>", "<b c=\"]]&gt;\">]]&gt;</b>"},
-      // What a section, a comment or an instruction holds is no content, and ends where it ends.
+      // The inside of a section, a comment or an instruction is not mended, up to its own end.
       {"<![CDATA[x]]>", "<![CDATA[x]]>"},
       {"<![CDATA[x]]>]]>", "<![CDATA[x]]>]]&gt;"},
       {"<![CDATA[x & y < z]]>&", "<![CDATA[x & y < z]]>&amp;"},
@@ -99,7 +99,7 @@ TEST(Mending, LeavesMendedTextAlone) {
 }
 
 TEST(Mending, TakesTimeByTheLengthOfItsTextAlone) {
-  // Strays without end: a search through the rest for each of them would not come to an end here.
+  // So many stray characters that searching the whole rest for each of them would never end.
   const std::string text(2'000'000, '&');
   EXPECT_EQ(mend(text).size(), 5 * text.size());
   for (const std::string piece : {"]", "<?", "<!--", "<![CDATA["}) {
@@ -109,7 +109,7 @@ TEST(Mending, TakesTimeByTheLengthOfItsTextAlone) {
   }
 }
 
-/// What the tidy command makes of a document with `value` in it; nothing where it refuses it.
+/// The document that the tidy command makes of one with `value` in it; "(refused)" if it refuses.
 std::string tidied(const TemporaryFolder& folder, const std::string& value) {
   writeFile(folder / "in", "<a>" + value + "</a>");
   const std::string command = "tidy -xml -q -utf8 --wrap 0 --quote-nbsp no --indent no '" +
@@ -117,7 +117,7 @@ std::string tidied(const TemporaryFolder& folder, const std::string& value) {
   const int status = ::system(command.c_str());
   if (status == -1 || WEXITSTATUS(status) > 1) return "(refused)";
   std::string text = readFile(folder / "out");
-  std::erase(text, '\n');  // it gives sections, comments and elements lines of their own
+  std::erase(text, '\n');  // tidy puts sections, comments and elements on lines of their own
   return text;
 }
 

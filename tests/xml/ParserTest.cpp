@@ -13,7 +13,7 @@
 namespace wenlolib::xml {
 namespace {
 
-/// Writes down what a parser reports; texts that come in several pieces are joined.
+/// Writes down what a parser reports. Texts that come in several pieces are joined.
 struct Events {
   explicit Events(Parser& owner) : parser(owner) {
     XML_SetUserData(parser.handle(), this);
@@ -50,7 +50,7 @@ struct Events {
 
   Parser& parser;
   std::string log;
-  int calls = 0;  // Of onStart, also once the parser was stopped.
+  int calls = 0;  // of onStart, even after the parser was stopped
 };
 
 constexpr std::string_view document =
@@ -111,7 +111,7 @@ TEST(Parser, TakesTheEncodingItIsGivenForTheOneThatTheDocumentNames) {
 TEST(Parser, StopsWhereAHandlerSaysSoAndRunsNoHandlerAfterIt) {
   Parser parser(nullptr);
   Events events(parser);
-  // Expat itself still reports the end of an empty element after it was stopped in its start.
+  // Expat still reports the end of an empty element if it was stopped at the element's start.
   EXPECT_FALSE(parser.feed("<r>a<stop/>b<e/></r>", true));
   EXPECT_EQ(events.log, "<r>a<stop>");
   EXPECT_FALSE(parser.feed("<r/>", true));
@@ -140,12 +140,13 @@ TEST(Parser, ThrowsFromFeedWhatAHandlerThrew) {
     Events events(parser);
     EXPECT_THROW(static_cast<void>(parser.feed("<r>a<throw/>b</r>", true)), std::runtime_error);
     EXPECT_EQ(events.log, "<r>a<throw>");
-    EXPECT_FALSE(parser.feed("c", true)) << "thrown once, refused from then on";
+    EXPECT_FALSE(parser.feed("c", true))
+        << "an exception is thrown once; after that everything is refused";
     EXPECT_EQ(events.log, "<r>a<throw>");
   }
 }
 
-/// Deep, with long texts and names and many attributes, so that expat's own buffers have to grow.
+/// Deeply nested, with long texts and names and many attributes, so that expat's buffers must grow.
 struct Demanding {
   std::string document;
   std::string events;
@@ -192,7 +193,8 @@ TEST(Parser, AnswersEveryFailedAllocationAndLeavesNothingBehind) {
       try {
         parsed = parser.valid() && parser.feed(demanding.document, true);
       } catch (const std::bad_alloc&) {
-        EXPECT_FALSE(parser.feed("", true)) << "thrown once, refused from then on";
+        EXPECT_FALSE(parser.feed("", true))
+            << "an exception is thrown once; after that everything is refused";
       }
     }
     failing.stop();
@@ -200,7 +202,7 @@ TEST(Parser, AnswersEveryFailedAllocationAndLeavesNothingBehind) {
     EXPECT_EQ(parsed, !struck) << failures + 1;
     if (struck) ++failures;
   }
-  EXPECT_GT(failures, 20) << "expat's memory comes from operator new";
+  EXPECT_GT(failures, 20) << "expat must take its memory from operator new";
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// The quick reader: what it takes, and that it never takes what expat would not, or otherwise.
+// The quick reader: what it takes, and that it never takes a text that expat refuses or reads
+// differently.
 #include "xml/PlainXml.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ namespace {
 
 using namespace xml;
 
-/// What was read, on one line; text that came in pieces is joined again.
+/// What was read, on one line. Text that came in pieces is joined again.
 class Written : public Events {
  public:
   bool start(std::string_view name) override { return add("(" + std::string(name) + ":"); }
@@ -160,7 +161,7 @@ TEST(PlainXml, EndsWhereAnEventIsNotTaken) {
   }
 }
 
-/// Where the quick reader takes a text, expat takes it as well and sees the same in it.
+/// If the quick reader takes a text, expat must take it too and read the same from it.
 void expectAgreement(const std::string& text, int& taken) {
   const Reading quick = plain(text);
   if (!quick.taken) return;

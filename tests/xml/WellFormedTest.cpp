@@ -41,16 +41,16 @@ Sample documentOf(const Header& header, std::size_t length) {
   return {std::move(document.text), document.digits};
 }
 
-/// Any text before and behind an element with digits in it.
-Sample between(const std::string& before, std::size_t length, const std::string& behind) {
+/// Any text before and after an element with digits in it.
+Sample between(const std::string& before, std::size_t length, const std::string& after) {
   Sample sample{"<a>" + before + "<p C=\"R\">", {}};
   const std::string digits = payloadOf(length).digits;
   sample.digits = {sample.text.size(), digits.size()};
-  sample.text += digits + "</p>" + behind + "</a>";
+  sample.text += digits + "</p>" + after + "</a>";
   return sample;
 }
 
-/// How many of the samples were well formed; a test in which all or none are shows nothing.
+/// Counts how many samples were well formed. If all or none were, the test shows nothing.
 struct Tally {
   int accepted = 0;
   int refused = 0;
@@ -96,42 +96,43 @@ TEST(DigitsNotShown, ChangeNoVerdictWhateverTwoHeaderFieldsHold) {
 TEST(DigitsNotShown, ChangeNoVerdictWhateverStandsOnBothSides) {
   Tally tally;
   for (const std::string& before : hostileValues()) {
-    for (const std::string& behind : hostileValues()) {
-      for (const std::size_t length : lengths) tally.compare(between(before, length, behind));
+    for (const std::string& after : hostileValues()) {
+      for (const std::size_t length : lengths) tally.compare(between(before, length, after));
     }
   }
   EXPECT_GT(tally.accepted, 2000);
   EXPECT_GT(tally.refused, 20000);
 }
 
-/// Opened before the digits and closed behind them: the run lies in every place that exists.
+/// Something is opened before the digits and closed after them, so the digits are in every place
+/// where they can be.
 TEST(DigitsNotShown, MayLieInAnyPlace) {
   for (const std::size_t length : lengths) {
-    for (const auto& [before, behind] : {std::pair("<!-- ", " -->"),
-                                         {"<![CDATA[", "]]>"},
-                                         {"<?pi ", "?>"},
-                                         {"<b>", "</b>"},
-                                         {"", ""}}) {
-      const Sample sample = between(before, length, behind);
+    for (const auto& [before, after] : {std::pair("<!-- ", " -->"),
+                                        {"<![CDATA[", "]]>"},
+                                        {"<?pi ", "?>"},
+                                        {"<b>", "</b>"},
+                                        {"", ""}}) {
+      const Sample sample = between(before, length, after);
       EXPECT_TRUE(isWellFormed(sample.text, sample.digits)) << sample.text.substr(0, 300);
     }
-    for (const auto& [before, behind] : {std::pair("<!-- ", ""),
-                                         {"<![CDATA[", "]]"},
-                                         {"<?pi ", ">"},
-                                         {"<b>", ""},
-                                         {"", "</b>"},
-                                         {"<b c=\"", "\"/>"}}) {
-      const Sample sample = between(before, length, behind);
+    for (const auto& [before, after] : {std::pair("<!-- ", ""),
+                                        {"<![CDATA[", "]]"},
+                                        {"<?pi ", ">"},
+                                        {"<b>", ""},
+                                        {"", "</b>"},
+                                        {"<b c=\"", "\"/>"}}) {
+      const Sample sample = between(before, length, after);
       EXPECT_FALSE(isWellFormed(sample.text, sample.digits)) << sample.text.substr(0, 300);
     }
   }
 }
 
-/// Where it matters that there are digits at all: the first ones are shown.
+/// The first digits are shown to the parser, since it can matter that there are any.
 TEST(DigitsNotShown, AreNotAllOfThem) {
   struct Case {
     const char* before;
-    const char* behind;
+    const char* after;
     bool wellFormed;
   };
   for (const std::size_t length : {std::size_t{1}, std::size_t{66}, std::size_t{1000}}) {
@@ -141,14 +142,14 @@ TEST(DigitsNotShown, AreNotAllOfThem) {
                              {"<a></a>", "", false},
                              {"", "<a></a>", false}}) {
       const std::string digits = payloadOf(length).digits;
-      const std::string text = each.before + digits + each.behind;
+      const std::string text = each.before + digits + each.after;
       EXPECT_EQ(isWellFormed(text, {std::string(each.before).size(), length}), each.wellFormed)
           << text.substr(0, 100);
     }
   }
 }
 
-/// The files of which the xmllint command says that they are not well formed.
+/// The files that the xmllint command reports as not well formed.
 std::set<std::string> refusedByXmllint(const TemporaryFolder& folder) {
   const std::string command = "cd '" + folder.path() +
                               "' && ls | grep -v '^report$' | xargs xmllint --noout --nonet"
@@ -218,7 +219,7 @@ TEST(Service, TheEndOfASectionThatNothingBeganIsMendedOnBothSidesOfTheDigits) {
   }
 }
 
-TEST(Service, WhatValuesOpenBeforeTheDigitsAndCloseBehindThemIsNoContentToMend) {
+TEST(Service, WhatIsOpenedBeforeTheDigitsAndClosedAfterThemIsNotMended) {
   for (const std::size_t length : lengths) {
     const std::string digits = payloadOf(length).digits;
     for (const auto& [open, close] : {std::pair("<![CDATA[ < & ", " < & ]]>"),
@@ -233,7 +234,7 @@ TEST(Service, WhatValuesOpenBeforeTheDigitsAndCloseBehindThemIsNoContentToMend) 
   }
 }
 
-TEST(Service, TheDigitsAreFoundAgainBehindMuchThatWasMended) {
+TEST(Service, TheDigitsAreFoundAgainAfterMuchThatWasMended) {
   std::string strays;
   std::string mended;
   for (int i = 0; i < 100; ++i) {
@@ -264,7 +265,7 @@ TEST(Service, ADoctypeIsNeverTaken) {
   EXPECT_EQ(serialised(between("<!DOCTYPE a [<!ENTITY e \"x\">]>", 2, "&e;")), std::nullopt);
 }
 
-TEST(Service, NoTextIsNoDocument) {
+TEST(Service, TextWithoutAnElementIsNotADocument) {
   EXPECT_EQ(Service().serialised("", {}), std::nullopt);
   EXPECT_EQ(Service().serialised("plain", {}), std::nullopt);
 }

@@ -6,7 +6,7 @@ using namespace wenlolib::tests::stubs;
 const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks{};
 const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks{};
 
-// Other callbacks than the type-aware ones would keep no reference to the entries.
+// Only the type-aware callbacks keep references to the entries.
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
                                                  const CFDictionaryKeyCallBacks* keyCallBacks,
                                                  const CFDictionaryValueCallBacks* valueCallBacks) {

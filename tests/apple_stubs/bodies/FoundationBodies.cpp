@@ -4,7 +4,7 @@
 #include "platform/posix/PosixTime.h"
 #include "xml/WellFormed.h"
 
-// In place of the port's Objective-C, which has tests of its own on another Foundation.
+// Stands in for the port's Objective-C, which has tests of its own on another Foundation.
 
 namespace wenlolib::platform::apple::foundation {
 

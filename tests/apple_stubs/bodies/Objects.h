@@ -1,4 +1,4 @@
-/// What stands behind Core Foundation's references in the tests.
+/// The objects that Core Foundation's references point to in the tests.
 #ifndef WENLOLIB_TESTS_APPLE_STUBS_BODIES_OBJECTS_H
 #define WENLOLIB_TESTS_APPLE_STUBS_BODIES_OBJECTS_H
 
@@ -53,7 +53,7 @@ struct Container : Object {
   std::vector<const void*> items;
 };
 
-/// Everything whose only secret is a number or a text.
+/// An object that holds only a number or a text.
 struct PlainObject : Object {
   explicit PlainObject(Type of, double held = 0) : Object(of), number(held) {}
   PlainObject(Type of, std::string held) : Object(of), text(std::move(held)) {}
@@ -63,7 +63,7 @@ struct PlainObject : Object {
   ~PlainObject() override;
 };
 
-/// The object behind a reference; ends the test program where it is of another type.
+/// The object that a reference points to. Ends the test program if its type is another one.
 Object* object(const void* reference, Type type);
 
 template <class Kind>
@@ -71,7 +71,7 @@ Kind* behind(const void* reference, Type type) {
   return static_cast<Kind*>(object(reference, type));
 }
 
-/// One more reference to the object.
+/// Adds a reference to the object, and returns it.
 const void* retained(const void* reference);
 
 /// The reference to a new object.

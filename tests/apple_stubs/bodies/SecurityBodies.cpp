@@ -18,7 +18,7 @@ const std::string& textBehind(const void* string) {
   return behind<StringObject>(string, stringType)->text;
 }
 
-/// Fails a call in the way that the test has chosen. True where it hands out no object.
+/// Fails a call in the way that the test has chosen. True if the call must return no object.
 bool failing(const char* call, CFErrorRef* error) {
   if (!refused(call)) return false;
   if (world().refusal != Refusal::noObject) {

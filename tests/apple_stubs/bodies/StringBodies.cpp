@@ -10,8 +10,8 @@ CFTypeID CFStringGetTypeID() {
   return stringType;
 }
 
-// Counted in bytes here, which the callers cannot tell from UTF-16 units. A string with half of a
-// surrogate pair in it is one whose bytes are no UTF-8.
+// Lengths are in bytes here; the callers cannot tell them from UTF-16 units. Bytes that are not
+// UTF-8 stand for a string with half of a surrogate pair in it.
 CFIndex CFStringGetLength(CFStringRef string) {
   return static_cast<CFIndex>(behind<StringObject>(string, stringType)->text.size());
 }
@@ -27,7 +27,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding /*e
 }
 
 CFStringRef stubConstantString(const char* text) {
-  static auto& constants = *new std::map<std::string, StringObject*>;  // for ever, like they
+  static auto& constants = *new std::map<std::string, StringObject*>;  // never freed
   StringObject*& constant = constants[text];
   if (constant == nullptr) constant = new StringObject(text, true);
   return reference<CFStringRef>(constant);

@@ -1,5 +1,5 @@
-/// The system that the macOS port is tested on: objects that are counted, calls that are written
-/// down, and a refusal wherever a test wants one.
+/// The system that the macOS port is tested on: it counts objects, writes down calls, and refuses a
+/// call wherever a test wants it to.
 #ifndef WENLOLIB_TESTS_APPLE_STUBS_BODIES_STUBS_H
 #define WENLOLIB_TESTS_APPLE_STUBS_BODIES_STUBS_H
 
@@ -16,15 +16,15 @@
 
 namespace wenlolib::tests::stubs {
 
-/// How a call fails that hands out an object and has an error slot.
+/// How a call fails if it returns an object and takes a place for an error.
 enum class Refusal { noObject, noObjectAndError, objectAndError };
 
 struct World {
-  /// Calls that make, ask or change something, in order. Those that only read an object and its
-  /// releases are left out.
+  /// Calls that make, ask or change something, in order. Calls that only read or release an object
+  /// are left out.
   std::vector<std::string> calls;
 
-  /// Fails the call that is the n-th to come (from 0), whatever it is.
+  /// The call with this number in `calls` (counted from 0) fails, whatever it is.
   std::optional<std::size_t> refusedCall;
   Refusal refusal = Refusal::noObject;
 
@@ -36,7 +36,7 @@ struct World {
   int gmtOffset = 0;
 
   bool attributeAnswer = true;          // what SecTransformSetAttribute answers
-  std::size_t resultLength = SIZE_MAX;  // a result that is cut to this length
+  std::size_t resultLength = SIZE_MAX;  // results are cut to this length
   bool resultIsData = true;
   std::string keyParameters;  // what SecKeyCreateFromData was given: "key=value" entries
 
@@ -52,16 +52,16 @@ struct World {
 /// The world of the test that is running.
 World& world();
 
-/// From the first test on.
+/// True from the first test on.
 extern bool isWorldReady;
 
 /// A new world for the next test. Constants stay.
 void reset();
 
-/// Objects that have been made and not given back, constants left out.
+/// The number of objects that were made and not released; constants do not count.
 long liveObjects();
 
-/// Writes the call down, and answers whether it is to fail.
+/// Writes the call down. True if it must fail.
 bool refused(const char* call);
 
 }  // namespace wenlolib::tests::stubs

@@ -45,13 +45,13 @@ unsigned char* CC_MD5(const void* data, CC_LONG length, unsigned char* digest) {
   return digest;
 }
 
-// The linker sends the port's calls of these here, and ours of the real ones on.
+// The linker sends the port's calls of these functions here; `__real_` calls the system's.
 extern "C" {
 
 void* __real_dlsym(void* handle, const char* name);
 
-/// A system that has nothing by the names in `World::absent`. A sanitizer asks before it, or the
-/// world, is ready: it gets the real answer, from code that it does not watch.
+/// A system without the functions named in `World::absent`. A sanitizer calls this before it, or
+/// the world, is ready. It gets the system's answer, from code that it does not instrument.
 __attribute__((no_sanitize("address"))) void* __wrap_dlsym(void* handle, const char* name) {
   if (!isWorldReady) return __real_dlsym(handle, name);
   return world().absent.contains(name) ? nullptr : __real_dlsym(handle, name);

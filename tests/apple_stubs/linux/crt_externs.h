@@ -1,4 +1,4 @@
-/* A library's way to the environment on macOS. */
+/* How a library reads the environment on macOS. */
 #ifndef WENLOLIB_STUB_CRT_EXTERNS_H
 #define WENLOLIB_STUB_CRT_EXTERNS_H
 

@@ -1,4 +1,4 @@
-/* Conversions in a locale that the caller brings. Here that is the null one alone, which is "C". */
+/* Conversions in a locale that the caller passes. Here it is always null, which means "C". */
 #ifndef WENLOLIB_STUB_XLOCALE_H
 #define WENLOLIB_STUB_XLOCALE_H
 

@@ -36,7 +36,7 @@ TEST_F(AppleCalendar, RoundsDownBefore1970) {
   EXPECT_EQ(time->second, 59);
 }
 
-TEST_F(AppleCalendar, ShowsNoDateThatIsNone) {
+TEST_F(AppleCalendar, DoesNotShowWhatIsNotADate) {
   for (const double seconds : {std::numeric_limits<double>::quiet_NaN(),
                                std::numeric_limits<double>::infinity(), -1e300, 1e13}) {
     EXPECT_EQ(calendar.localTime(at(seconds)).has_value(), false) << seconds;
@@ -46,7 +46,7 @@ TEST_F(AppleCalendar, ShowsNoDateThatIsNone) {
 
 TEST_F(AppleCalendar, ShowsNothingWhereTheSystemRefuses) {
   const std::size_t runs = refusingEachCall([&](const std::string& refused) {
-    // Calendar and zone are refused for lack of memory alone, which is no answer.
+    // Only a lack of memory refuses the calendar or the zone, so these throw.
     if (refused == "CFCalendarCreateWithIdentifier" || refused == "CFTimeZoneCopyDefault") {
       EXPECT_THROW(static_cast<void>(calendar.localTime(at(0))), std::bad_alloc);
     } else {

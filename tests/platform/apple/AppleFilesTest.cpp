@@ -9,7 +9,7 @@ namespace {
 using platform::Outcome;
 using platform::Publication;
 
-/// On a system that takes names relative to an open folder, and on one from before that.
+/// On a system that takes names relative to an open folder, and on an older one that does not.
 class AppleFiles : public StubTest, public testing::WithParamInterface<bool> {
  protected:
   AppleFiles() {
@@ -67,7 +67,7 @@ TEST_P(AppleFiles, AreNotThereWithoutAFolder) {
   EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>());
 }
 
-TEST_P(AppleFiles, LeaveNothingWhereTheFoldersPathCannotBeTold) {
+TEST_P(AppleFiles, LeaveNothingWhereTheFoldersPathCannotBeFound) {
   writeFile(folder / "file", "old");
   refusingEachCall([&](const std::string& refused) {
     const Outcome outcome = write("file", "old", Publication::replacing);

@@ -11,7 +11,7 @@
 namespace wenlolib::tests {
 namespace {
 
-/// A host on the port as a whole, below a root folder of the test's own.
+/// A host on the whole port, below the test's own root folder.
 class ApplePlatform : public StubTest {
  protected:
   ApplePlatform() {
@@ -52,7 +52,7 @@ TEST_F(ApplePlatform, RecordsFromEndToEnd) {
   EXPECT_EQ(between(document, "<OSVersion>", "<"), "M.10.8.5");
   EXPECT_EQ(between(document, "<Locale>", "<"), "de_DE");
   EXPECT_EQ(between(document, "<ID>", "<"), "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}");
-  EXPECT_EQ(between(document, "<Date>", ":"), "by the system");  // 10.8 is before the new layout
+  EXPECT_EQ(between(document, "<Date>", ":"), "by the system");  // by directives on 10.8
   EXPECT_EQ(between(document, "<PLI C=\"", "\""), "R");
   EXPECT_EQ(between(document, "<PLI C=\"R\">", "<").size(), 10U);
   EXPECT_TRUE(std::filesystem::exists(root.path() + identifierPath));
@@ -65,7 +65,7 @@ TEST_F(ApplePlatform, ReadsListsAndBundlesBelowItsRoot) {
   EXPECT_EQ(services.bundles->informationAt(hostBundle),
             (Dictionary{{"CFBundleShortVersionString", "2.1.4"}}));
   EXPECT_EQ(services.bundles->informationAt("/Applications/Other.app"), std::nullopt);
-  EXPECT_EQ(services.bundles->ownInformation(), std::nullopt);  // of this very program
+  EXPECT_EQ(services.bundles->ownInformation(), std::nullopt);  // this program has no bundle
 }
 
 TEST_F(ApplePlatform, RecordsByTheOtherCipherWhereTheServiceRefuses) {

@@ -6,7 +6,7 @@
 
 #include "plist/Reals.h"
 
-// By Apple's C library, against the C++ library of this system.
+// Compares the code for Apple's C library with the C++ library of this system.
 
 namespace wenlolib::tests {
 namespace {

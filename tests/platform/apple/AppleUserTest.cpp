@@ -60,7 +60,7 @@ TEST_F(AppleUser, HasTheGlobalLocaleSetting) {
   }
 }
 
-TEST_F(AppleUser, HasNoLocaleWhereTheSettingIsNoText) {
+TEST_F(AppleUser, HasNoLocaleWhereTheSettingIsNotText) {
   const Text number;
   for (const Text& setting : {number, Text("\xED\xA0\x80")}) {
     world.preferences = {{"AppleLocale", setting}};

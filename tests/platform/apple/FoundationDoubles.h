@@ -1,4 +1,4 @@
-/// What the tests change in this system's Foundation.
+/// Replaces parts of this system's Foundation for the tests.
 #ifndef WENLOLIB_TESTS_PLATFORM_APPLE_FOUNDATIONDOUBLES_H
 #define WENLOLIB_TESTS_PLATFORM_APPLE_FOUNDATIONDOUBLES_H
 
@@ -12,10 +12,10 @@ void offerContainer(const Text& path);
 /// The group that was last looked up.
 Text askedContainer();
 
-/// Whether dates deny that they know calendar-format directives.
+/// Sets whether dates deny that they know calendar-format directives.
 void hideCalendarFormat(bool hidden);
 
-/// Makes a zone so many seconds east of GMT the default one.
+/// Makes the zone this many seconds east of GMT the default one.
 void useTimeZone(int secondsFromGMT);
 
 /// The options with which a document was last parsed.

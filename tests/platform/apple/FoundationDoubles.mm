@@ -11,7 +11,7 @@ Text askedGroup;
 bool calendarFormatHidden = false;
 unsigned long xmlOptions = 0;
 
-/// The runtime calls it by the types that it really has.
+/// The runtime calls the function with its real types.
 template <class Function>
 IMP implementation(Function* function) {
   return reinterpret_cast<IMP>(reinterpret_cast<void*>(function));
@@ -37,7 +37,7 @@ BOOL responds(id date, SEL /*selector*/, SEL asked) {
 using Parse = id (*)(id, SEL, NSString*, NSUInteger, NSError**);
 Parse parse = nullptr;
 
-/// This Foundation reads other meanings into the options: it is handed none.
+/// The options have other meanings in this Foundation, so they are not passed on.
 id parseWatched(id document, SEL selector, NSString* text, NSUInteger options, NSError** error) {
   xmlOptions = options;
   return parse(document, selector, text, 0, error);
@@ -71,7 +71,7 @@ unsigned long askedXmlOptions() {
   return xmlOptions;
 }
 
-/// Before any test.
+/// Set up before any test.
 const bool watching = [] {
   const SEL selector = @selector(initWithXMLString:options:error:);
   const Method method = class_getInstanceMethod([NSXMLDocument class], selector);

@@ -6,8 +6,8 @@
 
 #include "platform/apple/FoundationDoubles.h"
 
-// The port's Objective-C on the Foundation of this system, which is not the one that it is for.
-// What that one does itself (find containers, repair documents) is put in its place or left out.
+// The port's Objective-C on this system's Foundation, which is not Apple's. What only Apple's does
+// (find containers, repair documents) is replaced or left out.
 
 namespace wenlolib::tests {
 namespace {
@@ -65,7 +65,7 @@ TEST(Foundation, AsksForTheTidyOption) {
   EXPECT_EQ(askedXmlOptions(), 1024U);
 }
 
-TEST(Foundation, RefusesDocumentsThatAreNone) {
+TEST(Foundation, RefusesWhatIsNotADocument) {
   for (const char* text : {"", "no markup", "<A>", "\xFF", "<A>\xFF</A>"}) {
     EXPECT_EQ(foundation::tidied(text), std::nullopt) << text;
   }

@@ -1,4 +1,4 @@
-/// Fixture of the tests that drive the macOS port through stub services.
+/// The fixture of the tests that run the macOS port on stub services.
 #ifndef WENLOLIB_TESTS_PLATFORM_APPLE_STUBTEST_H
 #define WENLOLIB_TESTS_PLATFORM_APPLE_STUBTEST_H
 
@@ -8,17 +8,16 @@
 
 namespace wenlolib::tests {
 
-/// Every test begins in a new world, and fails where it leaves an object behind.
+/// Every test begins in a new world, and fails if it leaves an object behind.
 class StubTest : public testing::Test {
  protected:
   StubTest() : before_(stubs::liveObjects()) { stubs::reset(); }
-  ~StubTest() override { EXPECT_EQ(stubs::liveObjects(), before_) << "objects left over"; }
+  ~StubTest() override { EXPECT_EQ(stubs::liveObjects(), before_) << "objects were left behind"; }
 
   stubs::World& world = stubs::world();
 
-  /// Runs `work` once for each of the calls it makes, which is then refused. The work is given the
-  /// name of that call; before each run the world is as it is now. Answers how many runs there
-  /// were.
+  /// Runs `work` once for each call that it makes, and refuses that call. `work` is given the
+  /// call's name. Before each run the world is as it is now. Answers how many runs there were.
   template <class Work>
   std::size_t refusingEachCall(Work&& work) {
     world.calls.clear();

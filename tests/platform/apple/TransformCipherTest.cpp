@@ -14,7 +14,7 @@ namespace {
 using platform::Bytes;
 using stubs::Refusal;
 
-// A vector that is known since RC4 is.
+// A well-known test vector of RC4.
 const std::string key = "Key";
 const std::string plain = "Plaintext";
 const std::vector<std::uint8_t> secret = {0xBB, 0xF3, 0x16, 0xE8, 0xD9, 0x40, 0xAF, 0x0A, 0xD3};
@@ -76,7 +76,7 @@ TEST_F(TransformCipher, RefusedAtAnyStepLeavesTheOutputsAlone) {
       const bool onlyItsAnswer = refused == "SecTransformSetAttribute" && how == Refusal::noObject;
       if (refused.empty() || onlyItsAnswer) return static_cast<void>(encrypt());
       expectRefused();
-      // Nothing is asked once a step is refused; key and parameters are made side by side.
+      // Nothing is asked after a refused step, except for the key after its parameters.
       const std::size_t first = refused == "CFDictionaryCreateMutable" ? 1 : 0;
       EXPECT_EQ(world.calls.size(), *world.refusedCall + 1 + first);
     });
@@ -90,7 +90,7 @@ TEST_F(TransformCipher, GoesOnWhenOnlyTheAnswerToItsInputIsNo) {
   EXPECT_EQ(output, secret);
 }
 
-TEST_F(TransformCipher, RefusesAResultThatIsNoDataOrOfAnotherLength) {
+TEST_F(TransformCipher, RefusesAResultThatIsNotDataOrHasAnotherLength) {
   world.resultIsData = false;
   expectRefused();
   world.resultIsData = true;
@@ -125,7 +125,7 @@ TEST_F(TransformCipher, EncryptsNothingByTheSameSteps) {
   };
   const std::size_t steps = refusingEachCall([&](const std::string& refused) {
     const bool onlyItsAnswer = refused == "SecTransformSetAttribute";
-    const bool noData = refused == "SecTransformExecute";  // as good as data without any bytes
+    const bool noData = refused == "SecTransformExecute";  // counts as data without any bytes
     EXPECT_EQ(encryptsNothing(), refused.empty() || onlyItsAnswer || noData) << refused;
   });
   EXPECT_EQ(steps, 7U);

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Inspects the plug-in for macOS that scripts/build-macos has built: nothing of it is run.
+"""Inspects the plug-in for macOS that scripts/build-macos has built, without running any of it.
 
    bundle_inspection_test.py BUNDLE
 
-Ends with 77, for "skipped", where there is no bundle or one that is older than its sources."""
+The exit status is 77, for "skipped", if there is no bundle or it is older than its sources."""
 import pathlib
 import plistlib
 import re
@@ -21,7 +21,7 @@ OLDEST = {"x86_64": "10.7", "arm64": "11.0"}
 
 
 def compact(encoding):
-    """An encoding without offsets, receiver and selector."""
+    """A type encoding without offsets, receiver and selector."""
     types = re.sub(r"[0-9]+", "", encoding)
     result, _, arguments = types.partition("@:")
     return result + arguments
@@ -126,7 +126,7 @@ def main():
     global bundle
     bundle = pathlib.Path(sys.argv.pop(1))
     if not executable().exists():
-        print("skipped: nothing is built for macOS here; scripts/build-macos does that")
+        print("skipped: there is no plug-in for macOS; scripts/build-macos builds it")
         return 77
     built = executable().stat().st_mtime
     sources = [project / "CMakeLists.txt"]

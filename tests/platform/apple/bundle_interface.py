@@ -1,7 +1,7 @@
-"""What the plug-in for macOS has to offer, and what it may ask for.
+"""What the plug-in for macOS must offer, and what it may use.
 
-Types are written as the runtime encodes them, results first, the receiver and the selector left
-out: @ an object, I and i 32 bits without and with a sign, q a signed machine word, C one byte. Z
+Types are encoded as in the runtime: the result first, without the receiver and the selector. @ is
+an object, I and i are 32 bits without and with a sign, q is a signed machine word, C is one byte. Z
 stands for BOOL, which Intel and Arm encode differently."""
 import pathlib
 import re
@@ -94,12 +94,12 @@ CLASSES = {
     },
 }
 
-# Methods that every class may have for itself.
+# Methods that any class may have on its own.
 OWN_METHODS = {"dealloc": "v"}
 
 
 def link_stub(name):
-    """A library's path, and all that may be asked of it: the symbols that the link stub lists."""
+    """A library's path, and the symbols that may be used from it: those in its link stub."""
     text = (STUBS / name).read_text()
     path, = re.findall(r"install-name: '(.*)'", text)
     names = set()
@@ -110,7 +110,7 @@ def link_stub(name):
     return path, names
 
 
-# A framework whose calls are out of date is a weak one: the plug-in loads without it.
+# A framework is linked weakly if its calls are out of date: the plug-in loads without it.
 STRONG = ["CoreFoundation.framework/CoreFoundation.tbd", "Foundation.framework/Foundation.tbd",
           "libexpat.tbd"]
 WEAK = ["CoreServices.framework/CoreServices.tbd", "Security.framework/Security.tbd"]
@@ -124,6 +124,6 @@ LIBRARIES = {
     **{link_stub(name)[0]: name in WEAK for name in STRONG + WEAK},
 }
 
-# From the system's C library whatever it has; but these came after the oldest system that the build
-# for Intel is for, and so have to be weak there.
+# Everything in the system's C library may be used. But the oldest system that the build for Intel
+# is for does not have these calls, so they must be weak there.
 LATE_CALLS = {"_openat", "_renameat", "_renameatx_np", "_linkat", "_unlinkat", "_fstatat$INODE64"}

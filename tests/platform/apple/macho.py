@@ -1,4 +1,4 @@
-"""Reads Mach-O files: as much of them as it takes to say what a plug-in offers and needs."""
+"""Reads the parts of Mach-O files that tell what a plug-in offers and needs."""
 import struct
 
 ARCHITECTURES = {0x01000007: "x86_64", 0x0100000C: "arm64"}
@@ -11,7 +11,7 @@ def slices(data):
     """The images in a universal file, by architecture."""
     magic, count = struct.unpack_from(">II", data)
     if magic != 0xCAFEBABE:
-        raise ValueError("no universal file")
+        raise ValueError("not a universal file")
     images = {}
     for i in range(count):
         cpu, _, offset, size, _ = struct.unpack_from(">5I", data, 8 + 20 * i)
@@ -72,22 +72,22 @@ class Image:
                 yield self._text_at(strings + name), kind, description
 
     def exported(self):
-        """Names that are defined here and seen outside."""
+        """The names that the image defines and exports."""
         return {name for name, kind, _ in self.symbols()
                 if kind & 0x01 and not kind & 0x10 and kind & 0x0E}
 
     def imported(self):
-        """(name, path of the library, is weak) of what is needed from outside."""
+        """(name, path of the library, is weak) of each symbol that the image needs."""
         return {(name, self.libraries[(description >> 8) - 1][0], bool(description & 0x40))
                 for name, kind, description in self.symbols() if kind & 0x0F == 0x01}
 
-    # Objective-C's tables, from here on
+    # Objective-C's tables
 
     def _offset(self, address):
         for start, offset, size in self._segments:
             if start <= address < start + size:
                 return offset + address - start
-        raise ValueError(f"nothing is at {address:#x}")
+        raise ValueError(f"no section holds the address {address:#x}")
 
     def _pointers(self, address, count):
         return struct.unpack_from(f"<{count}Q", self.data, self._offset(address))
@@ -105,7 +105,7 @@ class Image:
             return {}
         flags, count = struct.unpack_from("<II", self.data, self._offset(address))
         if flags != 24:
-            raise ValueError("methods of another form")
+            raise ValueError("the list of methods has another form")
         methods = {}
         for i in range(count):
             selector, types, _ = self._pointers(address + 8 + 24 * i, 3)
@@ -127,7 +127,7 @@ class Image:
 
     def classes(self):
         """{class: {"+": methods, "-": methods, "variables": [(name, type)], "categories": {name:
-        selectors}}}, the categories' methods among the class's."""
+        selectors}}}. The class's methods include those of its categories."""
         found, by_address = {}, {}
         for address in self._list("__objc_classlist"):
             name, instance, variables = self._class_data(address)

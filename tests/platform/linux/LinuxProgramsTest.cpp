@@ -27,7 +27,7 @@ Status runShell(const std::string& script, bool wait = true) {
   return platform::gnulinux::LinuxPrograms(root).run("/bin/sh", {"-c", script}, wait);
 }
 
-/// The number of this process's children, those included that have ended and wait for somebody.
+/// The number of this process's children, including ended ones that nobody has waited for.
 int children() {
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
@@ -174,7 +174,7 @@ TEST(LinuxPrograms, HaveAStatusWhereAThreadOfTheHostWaitsForAnyChild) {
             "7777777777 found 0");
 }
 
-/// Everything about signals, as text.
+/// The process's whole signal state, as text.
 std::string signalState() {
   sigset_t blocked;
   ::sigprocmask(SIG_SETMASK, nullptr, &blocked);
@@ -210,7 +210,7 @@ TEST(LinuxPrograms, HaveTheSignalMaskOfTheirCaller) {
               sigemptyset(&some);
               sigaddset(&some, SIGUSR1);
               ::sigprocmask(SIG_SETMASK, &some, nullptr);
-              // Not by the shell, which begins with a mask of its own.
+              // Not through the shell, which begins with a mask of its own.
               const platform::posix::Root root("");
               return shown(platform::gnulinux::LinuxPrograms(root).run(
                   "/bin/grep", {"-q", "^SigBlk:.*0000000000000200$", "/proc/self/status"}, true));
@@ -245,17 +245,17 @@ TEST(LinuxPrograms, MayBeRunByManyThreadsAtOnce) {
   EXPECT_EQ(children(), 0);
 }
 
-/// Runs /bin/true, not waited for, until `done`.
+/// Runs /bin/true again and again, without waiting for it, until `done`.
 void runUnwaitedUntil(const std::atomic<bool>& done) {
   const platform::posix::Root root("");
   platform::gnulinux::LinuxPrograms programs(root);
   while (!done) EXPECT_EQ(programs.run("/bin/true", {}, false), std::nullopt);
 }
 
-/// Many, and at all times: one thread is in another's way only where both start a program at once.
-/// The programs that are waited for end when they have read a byte, and those come last; where a
-/// call waits for them all the same, they give up after a minute.
-TEST(LinuxPrograms, NotWaitedForComeBackAtOnceThoughOtherThreadsWaitForTheirs) {
+/// Two threads get in each other's way only when both start a program at once, so many programs are
+/// started all the time. Those that are waited for end when they have read a byte, which is written
+/// last. If a call waits for them by mistake, they end after a minute.
+TEST(LinuxPrograms, NotWaitedForReturnAtOnceThoughOtherThreadsWaitForTheirs) {
   const TemporaryFolder folder;
   const std::string pipe = folder / "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
@@ -280,8 +280,8 @@ TEST(LinuxPrograms, NotWaitedForComeBackAtOnceThoughOtherThreadsWaitForTheirs) {
   EXPECT_EQ(::close(bytes), 0);
 }
 
-/// A copy of the process has all of its descriptors, those of a call under way too. It lives until
-/// it is killed, or for a minute where a call waits for it.
+/// A copy of the process, with all its descriptors, even those of a call under way. It lives until
+/// it is killed, or for a minute if a call waits for it.
 pid_t copyOfTheProcess() {
   const pid_t child = ::fork();
   if (child == 0) {
@@ -291,7 +291,7 @@ pid_t copyOfTheProcess() {
   return child;
 }
 
-TEST(LinuxPrograms, NotWaitedForComeBackAtOnceThoughTheHostForksMeanwhile) {
+TEST(LinuxPrograms, NotWaitedForReturnAtOnceThoughTheHostForksMeanwhile) {
   std::atomic<bool> done = false;
   std::vector<pid_t> copies;
   std::thread forking([&] {
@@ -312,7 +312,7 @@ TEST(LinuxPrograms, NotWaitedForComeBackAtOnceThoughTheHostForksMeanwhile) {
   }
 }
 
-/// Old kernels close descriptors one by one only.
+/// Old kernels can only close descriptors one by one.
 bool closesRanges() {
 #ifdef SYS_close_range
   return ::syscall(SYS_close_range, ~0U, ~0U, 0U) == 0;
@@ -321,14 +321,14 @@ bool closesRanges() {
 #endif
 }
 
-/// Whether the last writer of the pipe is gone; false after five seconds.
+/// Waits until the pipe has no writer left. False if it still has one after five seconds.
 bool atItsEnd(int pipe) {
   pollfd reading{pipe, POLLIN, 0};
   return ::poll(&reading, 1, 5'000) == 1 && (reading.revents & (POLLIN | POLLHUP)) == POLLHUP;
 }
 
 TEST(LinuxPrograms, KeepNothingOpenThatTheHostClosesWhileTheyRun) {
-  if (!closesRanges()) GTEST_SKIP() << "no way to close a range of descriptors here";
+  if (!closesRanges()) GTEST_SKIP() << "the kernel cannot close a range of descriptors";
   const TemporaryFolder folder;
   int ends[2];
   ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
@@ -354,7 +354,7 @@ TEST(CreateTask, WaitsForAFlagOfExactlyOne) {
   EXPECT_EQ(WENLOLIB::createTask("/bin/false", std::nullopt, 1), 1);
 }
 
-TEST(CreateTask, AnswersZeroForWhatIsNoProgram) {
+TEST(CreateTask, AnswersZeroForWhatIsNotAProgram) {
   const TemporaryFolder folder;
   writeFile(folder / "text", "#!/bin/sh\nexit 7\n");
   ASSERT_EQ(::chmod((folder / "text").c_str(), 0644), 0);

@@ -33,7 +33,7 @@ TEST(LocaleName, LosesItsCodeset) {
   }
 }
 
-TEST(LocaleName, OfNoLanguageIsNull) {
+TEST(LocaleName, WithoutALanguageIsNull) {
   for (const char* name : {"", "C", "POSIX", "C.UTF-8", "POSIX.UTF-8", ".UTF-8", "@euro", "C@x"}) {
     EXPECT_EQ(localeWithoutCodeset(name), std::nullopt) << name;
   }
@@ -66,7 +66,7 @@ TEST(LinuxUser, TheFirstLocaleVariableThatIsNotEmptyCounts) {
   }
 }
 
-TEST(LinuxUser, ALocaleVariableThatIsNoTextHidesTheOthers) {
+TEST(LinuxUser, ALocaleVariableThatIsNotTextHidesTheOthers) {
   const LocaleCase cases[] = {
       {"\xff", "fr_FR", "en_US", std::nullopt}, {"de_DE\xff", nullptr, "en_US", std::nullopt},
       {nullptr, "\xff", "en_US", std::nullopt}, {"", "", "\xff", std::nullopt},
@@ -106,9 +106,9 @@ TEST(LinuxUser, AnyOtherHomeGivesWayToThePasswordDatabase) {
   }
 }
 
-TEST(LinuxUser, AnAbsoluteHomeThatIsNoTextGivesNoneAndNoOther) {
+TEST(LinuxUser, AnAbsoluteHomeThatIsNotTextGivesNoHomeFolderAtAll) {
   const passwd* entry = ::getpwuid(::geteuid());
-  if (entry == nullptr || entry->pw_dir == nullptr) GTEST_SKIP() << "no other home to take";
+  if (entry == nullptr || entry->pw_dir == nullptr) GTEST_SKIP() << "the user has no other home";
   for (const char* value : {"/\xff", "/home/\xC3", "/some/where\xff/below"}) {
     const Variable home("HOME", value);
     LinuxUser user;
@@ -145,8 +145,8 @@ TEST(FieldOfUser, IsThatOfTheFirstLineWithTheNumber) {
   EXPECT_EQ(platform::gnulinux::fieldOfUser("", 0, 0), std::nullopt);
 }
 
-/// A missing entry and a database that cannot be opened for the moment are not the same.
-TEST(LinuxUser, APasswordDatabaseThatCannotBeAskedIsNoAnswer) {
+/// A database that cannot be opened for the moment is not the same as a missing entry.
+TEST(LinuxUser, APasswordDatabaseThatCannotBeAskedGivesNoAnswer) {
   const std::string answer = inChild([]() -> std::string {
     ::unsetenv("HOME");
     rlimit limit{};

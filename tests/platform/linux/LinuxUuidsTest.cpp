@@ -28,7 +28,8 @@ TEST(LinuxUuids, AreDifferentEveryTime) {
 }
 
 TEST(LinuxUuids, EveryOtherBitIsRandom) {
-  // Each of the 122 free bits is seen as 0 and as 1; by chance alone it stays 1 in 2^1000 times.
+  // Each of the 122 random bits must be 0 and 1 at some time. The chance of a wrong failure is
+  // about 1 in 2^1000.
   std::string everSet(36, 0);
   std::string everClear(36, 0);
   for (int i = 0; i < 1000; ++i) {

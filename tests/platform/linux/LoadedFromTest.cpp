@@ -22,7 +22,7 @@ TEST(LoadedFrom, DoesNotDependOnTheWorkingFolder) {
   EXPECT_EQ(before, Text(after));
 }
 
-/// Started by a relative path, a program's own name does not tell where it is; the kernel does.
+/// A program started by a relative path cannot tell from its name where it is. The kernel can.
 TEST(LoadedFrom, IsFoundAfterAStartByARelativePath) {
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
   const std::string answer = inChild([&]() -> std::string {

@@ -83,7 +83,7 @@ TEST(MbedCipher, UsesTheKeyAsItWasWhereItLiesInTheDestination) {
       std::string memory = bytes;
       auto* start = reinterpret_cast<std::uint8_t*>(memory.data());
       std::int32_t length = 0;
-      // Through the codec: what a host calls, on this port's cipher.
+      // Through the codec, which hosts call, on this port's cipher.
       EXPECT_EQ(DoRC4Encrypt(start + keyAt, 16, start + 16, 80, start + to, &length), 0);
       EXPECT_EQ(memory.substr(to, 80),
                 referenceRc4(bytesOf(bytes.substr(keyAt, 16)), bytes.substr(16, 80)))

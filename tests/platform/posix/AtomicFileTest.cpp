@@ -40,7 +40,7 @@ class AtomicFile : public testing::Test {
   }
 };
 
-/// Opens no folder, but notes which was asked for.
+/// Opens no folder, but notes which one was to be opened.
 class AskedForFolder : public WatchedCalls {
  public:
   std::string asked;
@@ -64,7 +64,7 @@ TEST_F(AtomicFile, IsMadeInTheFolderOfItsTarget) {
   }
 }
 
-/// What a power cut leaves depends on the order alone: a name is only given to what is on the disk.
+/// What a power cut leaves depends on this order: a file gets its name only when it is on the disk.
 TEST_F(AtomicFile, IsFlushedBeforeItTakesItsName) {
   ASSERT_EQ(replace(), Outcome::written);
   EXPECT_EQ(calls.journal, (Names{"openFolder", "create", "write", "changeMode", "flush", "close",
@@ -217,7 +217,7 @@ TEST_F(AtomicFile, AsNewALinkServesWhereRenamingCannot) {
   }
 }
 
-/// Over a network a request may be repeated whose first answer was lost.
+/// Over a network, a request may be repeated if its first answer was lost.
 class RepeatedLink : public WatchedCalls {
  public:
   int link(int folder, const char* from, const char* to) override {
@@ -226,7 +226,7 @@ class RepeatedLink : public WatchedCalls {
   }
 };
 
-TEST_F(AtomicFile, AsNewALinkThatWasMadeIsNoOtherWriters) {
+TEST_F(AtomicFile, AsNewALinkThatThisWriterMadeIsNotAnotherWriters) {
   RepeatedLink repeated;
   repeated.failing = {{"renameWithoutReplacing", EINVAL}};
   EXPECT_EQ(writeAtomically(repeated, path, "new", 0666, Publication::asNew), Outcome::written);
@@ -236,7 +236,7 @@ TEST_F(AtomicFile, AsNewALinkThatWasMadeIsNoOtherWriters) {
   EXPECT_EQ(readFile(path), "new");
 }
 
-/// A file system that knows neither an exclusive rename nor links.
+/// A file system without exclusive renames and without links.
 class AtomicFileUnderClaims : public AtomicFile {
  protected:
   AtomicFileUnderClaims() { calls.failing = {{"renameWithoutReplacing", EINVAL}, {"link", EPERM}}; }
@@ -281,22 +281,22 @@ TEST_F(AtomicFileUnderClaims, ANameThatAnotherWriterHasClaimedIsTaken) {
   EXPECT_EQ(namesIn(folder.path()), Names{".wenlolib-file.tmp"});
 }
 
-TEST_F(AtomicFileUnderClaims, AClaimOfMoreThanAMinuteCountsAsNone) {
+TEST_F(AtomicFileUnderClaims, AClaimOlderThanAMinuteDoesNotCount) {
   leaveClaim(65);
   EXPECT_EQ(publish(), Outcome::written);
   EXPECT_EQ(readFile(path), "new");
   EXPECT_EQ(namesIn(folder.path()), Names{"file"});
 }
 
-TEST_F(AtomicFileUnderClaims, AnOldClaimThatAnotherWriterIsJustRemovingIsLeftToHim) {
+TEST_F(AtomicFileUnderClaims, AnOldClaimIsLeftToTheWriterThatIsRemovingIt) {
   leaveClaim(65);
   calls.failing["lock"] = EWOULDBLOCK;
   EXPECT_EQ(publish(), Outcome::taken);
   EXPECT_EQ(namesIn(folder.path()), Names{".wenlolib-file.tmp"});
 }
 
-/// A claim that cannot be made must not look like one that another writer has: each number would,
-/// and in the end the last record would be replaced.
+/// A claim that cannot be made must not look like another writer's. Otherwise every number would
+/// look taken, and in the end the last record would be replaced.
 class UnclaimableNames : public WatchedCalls {
  public:
   int create(int folder, const char* name) override {
@@ -424,7 +424,7 @@ TEST_F(AtomicFile, BeyondTheFileSizeLimitFailsAndEndsNobody) {
   EXPECT_EQ(namesIn(folder.path()), Names{"file"});
 }
 
-/// A host of which another thread prints between the steps on the open file.
+/// A host with another thread that prints between the steps on the open file.
 class PrintingHost : public WatchedCalls {
  public:
   ssize_t write(int file, const void* bytes, std::size_t length) override {
@@ -464,7 +464,7 @@ TEST_F(AtomicFile, HoldsNothingOfWhatAHostPrintsToItsClosedStreams) {
   }
 }
 
-/// What a host prints all the time, to streams that it has closed.
+/// Prints all the time, to standard streams that the host has closed.
 class PrintingThread {
  public:
   PrintingThread() {
@@ -512,7 +512,7 @@ TEST_F(AtomicFile, LeavesNothingWhereOnlyAStandardDescriptorIsFree) {
     ::setrlimit(RLIMIT_NOFILE, &limit);
     int last = -1;
     for (int next = last; (next = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) >= 0;) last = next;
-    // One number is free for the folder; the file itself gets that of a closed standard stream.
+    // One number is free for the folder. The file itself gets that of a closed standard stream.
     for (const int number : {last, STDIN_FILENO, STDOUT_FILENO}) ::close(number);
     platform::posix::SystemCalls plain;
     const Outcome outcome =

@@ -1,4 +1,4 @@
-/// System calls that fail from now on, for use in a child.
+/// Makes system calls fail from now on; for use in a child.
 #ifndef WENLOLIB_TESTS_PLATFORM_POSIX_BROKENCALLS_H
 #define WENLOLIB_TESTS_PLATFORM_POSIX_BROKENCALLS_H
 
@@ -12,8 +12,8 @@
 
 namespace wenlolib::tests {
 
-/// Lets each of these system calls (SYS_...) end with `error` from now on, for good: an interrupted
-/// disk, a shortage. False where the kernel does not do that.
+/// From now on, each of these system calls (SYS_...) fails with `error`, as on a broken disk or in
+/// a shortage. This cannot be undone. False if the kernel cannot do it.
 inline bool breakCalls(std::initializer_list<long> calls, int error) {
   const auto statement = [](int code, std::uint32_t k) {
     return sock_filter{static_cast<std::uint16_t>(code), 0, 0, k};
@@ -30,7 +30,7 @@ inline bool breakCalls(std::initializer_list<long> calls, int error) {
          ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
-/// The calls by which the C library looks at a file, open or not.
+/// Breaks the calls with which the C library looks at a file, open or not.
 inline bool breakLooking(int error) {
 #ifdef SYS_newfstatat
   return breakCalls({SYS_newfstatat, SYS_fstat, SYS_stat, SYS_lstat, SYS_statx}, error);

@@ -1,4 +1,4 @@
-/// Work that has to be done by another process.
+/// Work that must be done in another process.
 #ifndef WENLOLIB_TESTS_PLATFORM_POSIX_CHILD_H
 #define WENLOLIB_TESTS_PLATFORM_POSIX_CHILD_H
 
@@ -12,11 +12,11 @@
 
 namespace wenlolib::tests {
 
-/// What a child says that could not do what it was made for; see `inChild`.
+/// What a child answers if it was not permitted to do its work; see `inChild`.
 inline const std::string notPermitted = "not permitted";
 
-/// Runs `work` in a child and answers the text that it answers there, or how the child ended.
-/// `work` makes no use of the test framework.
+/// Runs `work` in a child. Answers the text that `work` answers, or how the child ended.
+/// `work` must not use the test framework.
 inline std::string inChild(const std::function<std::string()>& work) {
   int ends[2];
   if (::pipe(ends) != 0) return "no pipe";
@@ -44,11 +44,11 @@ inline std::string inChild(const std::function<std::string()>& work) {
   return WEXITSTATUS(status) == 0 ? answer : "exit status " + std::to_string(WEXITSTATUS(status));
 }
 
-/// The user that owns nothing.
+/// A user that owns nothing.
 inline constexpr uid_t nobody = 65534;
 
-/// Gives up all rights, for good: for use in a child. Permissions mean nothing to root. An ordinary
-/// user has none to give up.
+/// Gives up all rights for ever; for use in a child. Tests of permissions need this, since root
+/// ignores permissions. An ordinary user has no rights to give up.
 inline bool becomeUnprivileged() {
   if (::geteuid() != 0) return true;
   return ::setgroups(0, nullptr) == 0 && ::setgid(nobody) == 0 && ::setuid(nobody) == 0;

@@ -1,4 +1,4 @@
-/// Variables of the process's environment, as a test needs them.
+/// Sets variables of the process's environment for a test.
 #ifndef WENLOLIB_TESTS_PLATFORM_POSIX_ENVIRONMENT_H
 #define WENLOLIB_TESTS_PLATFORM_POSIX_ENVIRONMENT_H
 
@@ -10,7 +10,7 @@
 
 namespace wenlolib::tests {
 
-/// One variable, set (or, for null, taken away) for a scope.
+/// Sets a variable for a scope, or removes it if the value is null.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {
@@ -30,8 +30,8 @@ class Variable {
   std::optional<std::string> previous_;
 };
 
-/// The process's time zone for a scope, by a POSIX zone text such as "CET-1CEST,M3.5.0,M10.5.0/3",
-/// whose offsets count to the west.
+/// Sets the process's time zone for a scope, from a POSIX zone text such as
+/// "CET-1CEST,M3.5.0,M10.5.0/3". Its offsets count to the west.
 class Zone {
  public:
   explicit Zone(const char* zone) : variable_("TZ", zone) { ::tzset(); }

@@ -18,7 +18,7 @@
 namespace wenlolib::tests {
 namespace {
 
-TEST(Errors, AnswersAreThatThereIsNothingOrNothingForThisUser) {
+TEST(Errors, OnlyMissingOrForbiddenFilesAreAnswers) {
   for (const int error : {ENOENT, ENOTDIR, EACCES, EPERM, ELOOP, ENAMETOOLONG, EISDIR}) {
     EXPECT_TRUE(platform::posix::isAnswer(error)) << error;
     EXPECT_NO_THROW(platform::posix::throwUnlessAnswer(platform::Step::openFile, error)) << error;
@@ -32,7 +32,7 @@ TEST(Errors, AnswersAreThatThereIsNothingOrNothingForThisUser) {
   }
 }
 
-/// What a service says in a child where calls are broken: "no answer" where it throws.
+/// What a service answers in a child whose system calls are broken; "no answer" if it throws.
 template <class Break, class Work>
 std::string toldWhere(const Break& breaks, const Work& work) {
   return inChild([&]() -> std::string {
@@ -125,7 +125,7 @@ TEST_P(CouldNotAnswer, WithRandomness) {
   EXPECT_EQ(
       toldWhere(broken, [] { return platform::gnulinux::LinuxUuids().create().value_or("null"); }),
       "no answer");
-  // The C library's own source of randomness ends the process here.
+  // The C library's own source of random bytes would end the process here.
   EXPECT_EQ(toldWhere(broken, readsXml), "well-formed");
 }
 

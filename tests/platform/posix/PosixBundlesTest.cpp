@@ -47,7 +47,7 @@ TEST_F(PosixBundles, AFolderIsABundleWithoutInformationToo) {
   EXPECT_EQ(bundles.informationAt("/A.bundle"), Dictionary());
 }
 
-TEST_F(PosixBundles, InformationThatIsNoDictionaryIsNone) {
+TEST_F(PosixBundles, InformationThatIsNotADictionaryCountsAsMissing) {
   makeBundle();
   writeFile(information, "<plist version=\"1.0\"><array></array></plist>");
   EXPECT_EQ(bundles.informationAt("/A.bundle"), Dictionary());
@@ -55,7 +55,7 @@ TEST_F(PosixBundles, InformationThatIsNoDictionaryIsNone) {
   EXPECT_EQ(bundles.informationAt("/A.bundle"), Dictionary());
 }
 
-TEST_F(PosixBundles, InformationThatMayNotBeReadIsNone) {
+TEST_F(PosixBundles, InformationThatMayNotBeReadCountsAsMissing) {
   makeBundle();
   writeFile(information, versions);
   ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
@@ -69,7 +69,7 @@ TEST_F(PosixBundles, InformationThatMayNotBeReadIsNone) {
   EXPECT_EQ(answer, "0");
 }
 
-TEST_F(PosixBundles, WhatIsNoFolderIsNoBundle) {
+TEST_F(PosixBundles, WhatIsNotAFolderIsNotABundle) {
   writeFile(folder / "file", "");
   std::filesystem::create_symlink("nowhere", folder / "dangling");
   EXPECT_EQ(bundles.informationAt("/missing"), std::nullopt);

@@ -134,9 +134,8 @@ TEST_F(PosixFiles, PermissionsAreSetAsAsked) {
   EXPECT_FALSE(files.setPermissions("/file\0"s, 0666));
 }
 
-/// A stranger may have put a name of a file of his own, or of anybody's, where a record was meant
-/// to be.
-TEST_F(PosixFiles, PermissionsAreSetOnAFileWithOneNameThatNoLinkLeadsToAlone) {
+/// Somebody else may have put a link to any file, or a second name of it, at a record's path.
+TEST_F(PosixFiles, PermissionsAreSetOnlyOnAFileWithOneNameAndNotThroughALink) {
   writeFile(folder / "target", "");
   writeFile(folder / "twice", "");
   for (const char* name : {"target", "twice"}) {

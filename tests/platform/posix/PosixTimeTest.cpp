@@ -67,7 +67,7 @@ TEST(PosixCalendar, ShowsDatesFarAway) {
   EXPECT_EQ(shown(-62135596800.0), Text("0001-01-01T00:00:00+0000"));
 }
 
-TEST(PosixCalendar, CannotShowWhatIsNoDate) {
+TEST(PosixCalendar, CannotShowWhatIsNotADate) {
   const double infinity = std::numeric_limits<double>::infinity();
   for (const double seconds :
        {infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), 1e300, -1e300, 1e18}) {

@@ -1,4 +1,4 @@
-/// Real files that go again with the test.
+/// Real files that are removed at the end of the test.
 #ifndef WENLOLIB_TESTS_PLATFORM_POSIX_TEMPORARYFOLDER_H
 #define WENLOLIB_TESTS_PLATFORM_POSIX_TEMPORARYFOLDER_H
 
@@ -39,7 +39,7 @@ class TemporaryFolder {
   std::string path_;
 };
 
-/// The whole of a file; "(unreadable)" where there is none.
+/// All bytes of a file; "(unreadable)" if it cannot be read.
 inline std::string readFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) return "(unreadable)";
@@ -62,7 +62,7 @@ inline std::vector<std::string> namesIn(const std::string& folder) {
   return names;
 }
 
-/// The permissions at a path, links followed; all bits set where nothing is.
+/// The permissions at a path, following links; all bits are set if nothing is there.
 inline mode_t modeOf(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 ? status.st_mode & mode_t{07777} : ~mode_t{0};

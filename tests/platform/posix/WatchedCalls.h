@@ -1,4 +1,4 @@
-/// The system calls by which a file comes to be, watched and broken.
+/// The system calls that write a file, watched and made to fail.
 #ifndef WENLOLIB_TESTS_PLATFORM_POSIX_WATCHEDCALLS_H
 #define WENLOLIB_TESTS_PLATFORM_POSIX_WATCHEDCALLS_H
 
@@ -13,8 +13,8 @@
 
 namespace wenlolib::tests {
 
-/// Notes every call by name. A call that is to fail does so before it does anything, except that a
-/// failing close closes, as the system's does.
+/// Notes every call by name. A call that must fail does nothing first. Only close still closes when
+/// it fails, as the system's does.
 class WatchedCalls : public platform::posix::SystemCalls {
  public:
   std::vector<std::string> journal;

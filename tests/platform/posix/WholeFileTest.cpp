@@ -59,7 +59,7 @@ TEST_F(ReadWhole, FollowsLinks) {
   EXPECT_EQ(readWhole(folder / "link", 10), "bytes");
 }
 
-TEST_F(ReadWhole, GivesNothingForWhatIsNoFile) {
+TEST_F(ReadWhole, GivesNothingForWhatIsNotAFile) {
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
   std::filesystem::create_symlink("nowhere", folder / "dangling");
   EXPECT_EQ(readWhole(path, 10), std::nullopt);
@@ -86,7 +86,7 @@ TEST_F(ReadWhole, GivesAllOfAFileWhoseSizeIsNotToldBeforehand) {
   EXPECT_EQ(readWhole("/proc/self/status", 16), std::nullopt);
 }
 
-/// Pages of changing protection: each is a line in the kernel's list of this process's memory.
+/// Pages whose protections alternate: each is a line in the kernel's list of this process's memory.
 class ManyMappings {
  public:
   ManyMappings() {
@@ -112,7 +112,7 @@ TEST_F(ReadWhole, ReadsOnWhereTheKernelHandsAFileOutInPieces) {
   const auto maps = readWhole("/proc/self/maps", 1 << 20);
   ASSERT_TRUE(maps);
   EXPECT_GT(maps->size(), 400U * 20);
-  EXPECT_NE(maps->find("[stack]"), std::string::npos);  // among the last of its lines
+  EXPECT_NE(maps->find("[stack]"), std::string::npos);  // one of the last lines
   EXPECT_EQ(maps->back(), '\n');
   EXPECT_EQ(readWhole("/proc/self/maps", 4096), std::nullopt);
   EXPECT_EQ(readWhole("/proc/self/maps", 10'000), std::nullopt);
@@ -132,10 +132,10 @@ TEST_F(ReadWhole, GivesNothingForASocket) {
   ::close(socket);
 }
 
-/// Another process that holds a lease on a file: whoever opens it is told to come back.
+/// Another process that holds a lease on a file: whoever opens it is told to try again.
 class Lease {
  public:
-  /// Given up `seconds` after it was asked for.
+  /// The lease is given up `seconds` after the kernel asks for it.
   Lease(const std::string& path, double seconds) {
     int ready[2];
     if (::pipe(ready) != 0) return;
@@ -174,14 +174,14 @@ class Lease {
 TEST_F(ReadWhole, WaitsForALeaseThatIsGivenUp) {
   writeFile(path, "bytes");
   const Lease lease(path, 0.2);
-  if (!lease.held()) GTEST_SKIP() << "no lease is to be had on this file system";
+  if (!lease.held()) GTEST_SKIP() << "this file system gives no leases";
   EXPECT_EQ(readWhole(path, 10), "bytes");
 }
 
 TEST_F(ReadWhole, ThrowsWhereALeaseIsNotGivenUp) {
   writeFile(path, "bytes");
   const Lease lease(path, 60);
-  if (!lease.held()) GTEST_SKIP() << "no lease is to be had on this file system";
+  if (!lease.held()) GTEST_SKIP() << "this file system gives no leases";
   EXPECT_THROW(static_cast<void>(readWhole(path, 10)), std::system_error);
 }
 
@@ -246,8 +246,8 @@ bool limitDescriptors(rlim_t count) {
   return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
 }
 
-/// What a child is told that reads a file. An exception ends a shortage: a sanitizer takes a
-/// descriptor to look at one.
+/// What a child that reads a file is told. An exception ends the shortage first, since a sanitizer
+/// needs a descriptor to handle one.
 std::string told(const std::string& path) {
   try {
     return readWhole(path, 1 << 20).value_or("(nothing)");
@@ -268,7 +268,7 @@ TEST_F(ReadWhole, ThrowsWhereThereIsNoDescriptorLeft) {
   EXPECT_EQ(toldInAShortage(missing), "(a shortage)");
 }
 
-/// A host that reads its closed standard input must not move on in a file that is being read.
+/// A host that reads from its closed standard input must not advance in a file that is being read.
 TEST_F(ReadWhole, ThrowsWhereOnlyAStandardDescriptorIsLeft) {
   writeFile(path, "bytes");
   const std::string answer = inChild([&] {
@@ -276,7 +276,7 @@ TEST_F(ReadWhole, ThrowsWhereOnlyAStandardDescriptorIsLeft) {
     while (::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) >= 0) {
     }
     ::close(STDIN_FILENO);
-    return told(path) + (::fcntl(STDIN_FILENO, F_GETFD) < 0 ? "" : " and a descriptor lost");
+    return told(path) + (::fcntl(STDIN_FILENO, F_GETFD) < 0 ? "" : " and a descriptor left open");
   });
   EXPECT_EQ(answer, "(a shortage)");
 }
@@ -286,7 +286,7 @@ TEST_F(ReadWhole, GivesAllOfAFileWhereTheStandardDescriptorsAreClosed) {
   const std::string answer = inChild([&] {
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(number);
     const std::string answers = told(path) + told(path) + told(folder.path());
-    return answers + (::fcntl(STDIN_FILENO, F_GETFD) < 0 ? "" : " and a descriptor lost");
+    return answers + (::fcntl(STDIN_FILENO, F_GETFD) < 0 ? "" : " and a descriptor left open");
   });
   EXPECT_EQ(answer, "bytesbytes(nothing)");
 }

@@ -19,7 +19,7 @@ TEST(ContentsInput, IsReadUpToItsBound) {
 }
 
 TEST(ContentsInput, OfUnknownSizeIsReadUpToItsBoundAsWell) {
-  // The kernel makes these files up as they are read, and shows no size before.
+  // The kernel makes these files while they are read, and gives no size before.
   EXPECT_NE(tools::readContents("/proc/self/status", 10).complaint.find("too large"),
             std::string::npos);
   EXPECT_GT(tools::readContents("/proc/self/status").contents.size(), 100U);

@@ -1,4 +1,4 @@
-// Room on a disk, as its file system tells it.
+// Room on a disk, as its file system reports it.
 #include "doctor/Examination.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,8 @@ const Disk disks[] = {
     {mebibyte - 1, 9, 1, 0, Level::error, "1,020.0 KiB of room"},
     {0, 9, 1, 0, Level::error, "0 B of room"},
     {200 * mebibyte, 9, 0, 0, Level::error, "200.0 MiB of room, but not for another file"},
-    {200 * mebibyte, 0, 0, 0, Level::ok, "200.0 MiB of room"},  // does not count its files
+    {200 * mebibyte, 0, 0, 0, Level::ok,
+     "200.0 MiB of room"},  // the file system does not count files
     {200 * mebibyte, 9, 1, ST_RDONLY, Level::error, "is on a read-only file system"},
     {0, 9, 0, ST_RDONLY, Level::error, "is on a read-only file system"},
 };
@@ -36,9 +37,9 @@ const Disk disks[] = {
 TEST(DiskRoom, IsJudgedByBytesFilesAndFlags) {
   for (const Disk& disk : disks) {
     struct statvfs told {};
-    told.f_bsize = 1;  // the preferred size of a transfer, which counts for nothing
+    told.f_bsize = 1;  // the preferred size of a transfer, which must be ignored
     told.f_frsize = 4096;
-    told.f_bfree = 1000 * mebibyte;  // what the superuser may use as well
+    told.f_bfree = 1000 * mebibyte;  // includes room for the superuser only
     told.f_bavail = disk.blocks;
     told.f_files = disk.files;
     told.f_ffree = 9;

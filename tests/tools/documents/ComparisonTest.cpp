@@ -20,7 +20,7 @@ std::size_t commonLength(const Lines& a, const Lines& b) {
   return row[b.size()];
 }
 
-/// What becomes of `a` when the changes are made.
+/// `a` after the changes.
 Lines applied(const Lines& a, const Lines& b, const Changes& changes) {
   Lines result;
   std::size_t at = 0;

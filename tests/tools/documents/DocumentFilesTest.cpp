@@ -1,4 +1,4 @@
-// How many documents there are, counted on a thread of its own.
+// A thread of its own counts the documents.
 #include "documents/DocumentFiles.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Many threads, one order.
+// Many threads answer in one order.
 #include "documents/Jobs.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t large = std::size_t{5} << 20;
 
-/// Hands out candidates named by their number.
+/// Gives candidates whose names are their numbers.
 DocumentJobs::Source numbered(int count) {
   return [count, next = 0]() mutable -> std::optional<Candidate> {
     if (next == count) return std::nullopt;

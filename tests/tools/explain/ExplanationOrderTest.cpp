@@ -1,4 +1,4 @@
-// The order of an explanation's steps beside the order in which the library's decision asks.
+// Compares the order of an explanation's steps with the order in which the decision asks.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -15,7 +15,7 @@ namespace {
 using tools::Explanation;
 using tools::Step;
 
-/// Hands every question on, and notes in their order the gates that they were asked for.
+/// Passes every question on, and notes, in order, for which gate it was asked.
 class Journal : public SupportFacts {
  public:
   std::int32_t upperOSVersion() override { return upperBound = facts_.upperOSVersion(); }
@@ -54,7 +54,7 @@ class Journal : public SupportFacts {
   PlatformFacts facts_;
 };
 
-/// One decision: as it asked, and as it is explained.
+/// One decision: what it asked, and how it is explained.
 struct Told {
   std::uint32_t option = 0;
   Journal journal;
@@ -71,7 +71,7 @@ bool isTaken(const Step& step) {
   return step.state == StepState::passed || step.state == StepState::refused;
 }
 
-/// The others go by the option, or by answers that were got for another step.
+/// The other gates use the option, or an answer from another step.
 bool hasItsOwnQuestion(Gate gate) {
   return gate != Gate::mode && gate != Gate::installationDate && gate != Gate::agreement;
 }
@@ -88,8 +88,8 @@ void expectOrderOfQuestions(const Told& told) {
   EXPECT_EQ(gates, told.journal.gates);
 }
 
-/// Only the library version and the list are done without, below the upper bound, and what comes
-/// behind the mode where mode 2 needs no more.
+/// Only these steps are not needed: below the upper bound, the library version and the list; in
+/// mode 2, everything after the mode.
 void expectNeeded(const Told& told) {
   const bool below = told.journal.os < told.journal.upperBound;
   const bool ended = told.explanation.kind == RecordKind::application &&
@@ -106,7 +106,8 @@ void expectNeeded(const Told& told) {
   }
 }
 
-/// Where a step without a question of its own counts as passed it comes behind what it goes by.
+/// A step without a question of its own that counts as passed comes after the step that it depends
+/// on.
 void expectPassedOnPurpose(const Told& told) {
   for (const Step& step : told.explanation.steps) {
     if (step.state != StepState::passed || hasItsOwnQuestion(step.gate)) continue;

@@ -1,4 +1,4 @@
-// What an explanation says of the steps.
+// What an explanation says about the steps.
 #include <gtest/gtest.h>
 
 #include "explain/Explanation.h"

@@ -1,4 +1,4 @@
-// Explanations beside the library's own answers, over all kinds of states.
+// Compares explanations with the library's own answers, in all kinds of states.
 #include "explain/Explanation.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,8 @@ namespace {
 
 using tools::Explanation;
 
-/// Steps that passed or were left out, then perhaps the one that refused, then none that was taken.
+/// First steps that passed or were not needed, then perhaps one that refused. After that, no step
+/// is reached.
 void expectSound(const Explanation& explanation) {
   bool refused = false;
   for (const tools::Step& step : explanation.steps) {
@@ -49,7 +50,7 @@ TEST_F(ExplanationOfStates, IsTheLibrarysOwnAnswerInEveryState) {
     ++outcomes[RecordKind::application][application.refusedBy];
     ++outcomes[RecordKind::printerLog][printer.refusedBy];
   }
-  // The states are of no use unless they come to every outcome, and often.
+  // The states are of no use unless every outcome appears, and often.
   constexpr int often = 100;
   for (const Gate gate :
        {Gate::none, Gate::osVersion, Gate::libraryVersion, Gate::supportVersionList,

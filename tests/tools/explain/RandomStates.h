@@ -1,4 +1,4 @@
-/// States of a system, of all kinds and by chance, for what has to hold in each of them.
+/// Random states of a system, of all kinds, for tests of what must be true in each of them.
 #ifndef WENLOLIB_TESTS_TOOLS_EXPLAIN_RANDOMSTATES_H
 #define WENLOLIB_TESTS_TOOLS_EXPLAIN_RANDOMSTATES_H
 
@@ -13,7 +13,7 @@
 
 namespace wenlolib::tests {
 
-/// The same numbers in every run, whatever the standard library.
+/// Gives the same numbers in every run, with any standard library.
 class Dice {
  public:
   explicit Dice(std::uint32_t seed) : engine_(seed) {}
@@ -63,7 +63,7 @@ struct OS {
   std::int32_t major, minor, bugFix;
 };
 
-/// 10.16.100 counts as 10.17.0, and 0.-1.99 as unknown.
+/// 10.16.100 counts as 10.17.0, and 0.-1.99 counts as unknown.
 inline const OS systems[] = {{10, 15, 7}, {10, 16, 99}, {10, 16, 100}, {10, 17, 0},
                              {10, 17, 0}, {10, 17, 1},  {10, 18, 0},   {11, 0, 0},
                              {6, 1, 55},  {0, 0, 0},    {99, 99, 99},  {0, -1, 99}};
@@ -91,7 +91,7 @@ inline void setSystem(MemoryPlatform& world, Dice& dice) {
   }
 }
 
-/// Puts nothing, a folder, something else or this list at `path`.
+/// Puts nothing, a folder, a file of another kind or this list at `path`.
 inline void setList(MemoryPlatform& world, Dice& dice, const std::string& path,
                     const Dictionary& list) {
   world.files.remove(path);
@@ -128,7 +128,7 @@ inline std::uint32_t randomOption(Dice& dice) {
   return dice.oneIn(4) ? dice.word() : dice.word() % 4;
 }
 
-/// A state like any that a decision may meet.
+/// Sets a random state, out of all those that a decision may meet.
 inline void setState(MemoryPlatform& world, Dice& dice) {
   world.user.login = dice.oneIn(20) ? Text() : Text("ada");
   setSystem(world, dice);

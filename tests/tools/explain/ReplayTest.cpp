@@ -1,4 +1,4 @@
-// What a person types to replay a case, and the files of one.
+// What a person types to replay a case, and the files of a replayed case.
 #include "explain/Replay.h"
 
 #include <gtest/gtest.h>

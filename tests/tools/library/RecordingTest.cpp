@@ -1,4 +1,4 @@
-// Previews beside what is then recorded, on real files.
+// Compares previews with what is then recorded, on real files.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -17,7 +17,7 @@ namespace {
 
 using tools::RecordRequest;
 
-/// Every file and folder below a root: kind, mode and bytes.
+/// Kind, mode and bytes of every file and folder below a root.
 std::map<std::string, std::string> treeOf(const std::string& root) {
   std::map<std::string, std::string> tree;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
@@ -31,8 +31,8 @@ std::map<std::string, std::string> treeOf(const std::string& root) {
 
 const std::string marchFile = applicationFolder + "/Quillmere_Log_App_2403.ALM";
 
-/// Real files below a root of the test's own, with a host on it that may record; the clock stands
-/// still. No identifier is stored at first.
+/// Real files below the test's own root, with a host that is allowed to record. The clock stands
+/// still. At first no identifier is stored.
 class Preview : public testing::Test {
  protected:
   Preview() {
@@ -84,7 +84,7 @@ TEST_F(Preview, IsByteForByteWhatIsThenRecorded) {
       printerLog(identity),
       printerLog(identity, large),
       printerLog({{"NEWTAGTYPE", true}, {"SN", "<b>"}}),
-      printerLog({{"SN", "A&B < C"}}),  // mended in both
+      printerLog({{"SN", "A&B < C"}}),  // the preview and the record mend it
   };
   for (const RecordRequest& request : requests) {
     const auto before = treeOf(root.path());

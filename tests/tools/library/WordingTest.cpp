@@ -1,4 +1,4 @@
-// Why a record is missing, in words.
+// The words that say why a record is missing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -101,7 +101,7 @@ TEST(Reasons, AListThatCannotBeReadIsNamedForWhatItIs) {
   for (const auto& row : table) EXPECT_EQ(listTrouble(row.list), row.text);
 }
 
-// A platform each service of which is out of answers in turn.
+// A platform on which each service in turn gives no answer.
 
 [[noreturn]] void giveNoAnswer(Step step) {
   throw platform::NoAnswer({step, EMFILE});
@@ -158,7 +158,7 @@ class NoAnswers : public InstalledTest {
   NoUuids uuids;
   NoCalendar calendar;
 
-  /// The platform with a broken service in the place of its own.
+  /// The platform with one of its services replaced by a broken one.
   template <class Service>
   platform::Platform with(Service* platform::Platform::*place, Service& broken) {
     platform::Platform services = world.services;
@@ -251,7 +251,7 @@ TEST_F(Faults, OfAReadingAreToldAtTheirGate) {
   }
 }
 
-/// What `record` tells of a record that it hands over now.
+/// What the command's `record` says about a record that it makes now.
 std::string told(const platform::Platform& services, RecordKind kind) {
   const tools::RecordOutcome outcome = tools::record(services, {kind, "App", 1, {}, "x"});
   if (outcome.document) {

@@ -1,4 +1,4 @@
-// The line that tells how far a long run has come.
+// The line that shows how far a long run has come.
 #include "terminal/Output.h"
 
 #include <gtest/gtest.h>

@@ -51,11 +51,11 @@ TEST(Visible, InvisibleCharactersOfEveryKind) {
     char32_t code;
     bool shown;
   } table[] = {
-      {0x00A0, true},    // a blank that keeps words together
+      {0x00A0, true},    // no-break space
       {0x00AD, false},   // soft hyphen
       {0x0301, true},    // combining acute accent
       {0x0378, false},   // not assigned
-      {0x0600, false},   // a sign before a number
+      {0x0600, false},   // sign before a number
       {0x061C, false},   // Arabic letter mark
       {0x070F, false},   // abbreviation mark
       {0x180E, false},   // vowel separator
@@ -71,10 +71,10 @@ TEST(Visible, InvisibleCharactersOfEveryKind) {
       {0xFEFF, false},   // byte order mark
       {0xFFFB, false},   // end of an annotation
       {0xFFFD, true},    // replacement character
-      {0xFFFF, false},   // no character
-      {0x110BD, false},  // a sign before a number
-      {0x13430, false},  // joins hieroglyphs
-      {0x1D173, false},  // begins a beam of notes
+      {0xFFFF, false},   // not a character
+      {0x110BD, false},  // sign before a number
+      {0x13430, false},  // joiner of hieroglyphs
+      {0x1D173, false},  // beginning of a beam of notes
       {0x1F5A8, true},   // a printer
       {0xE0041, false},  // a tag
       {0x10FFFD, false}  // for private use
@@ -114,9 +114,9 @@ TEST(DisplayWidth, OfCharacters) {
       {0x3042, 2},  {0x6771, 2},   // Japanese
       {0xFF21, 2},  {0xFF76, 1},   // full and half width
       {0x20000, 2}, {0x4DC0, 1},   // a rare ideograph, a hexagram
-      {0x231A, 2},  {0x2615, 2},   // pictures on the lower plane
-      {0x1F389, 2}, {0x1F9FF, 2},  // and on the upper
-      {0x1F5A8, 1}, {0x2764, 1},   // pictures that are drawn as letters are
+      {0x231A, 2},  {0x2615, 2},   // pictures on the basic plane
+      {0x1F389, 2}, {0x1F9FF, 2},  // and on a higher plane
+      {0x1F5A8, 1}, {0x2764, 1},   // pictures drawn as wide as letters
       {0x00A0, 1},  {0x3000, 2},   // blanks
   };
   for (const auto& [code, width] : table) {

@@ -60,7 +60,7 @@ extern NSString* const NSRangeException;
 - (NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
 @end
 
-/* What a literal string is made of. */
+/* The class of literal strings. */
 @interface NSSimpleCString : NSString {
   char* bytes;
   int length;

@@ -1,5 +1,5 @@
-/* A program in C that is linked against the installed library. HOME is a folder with nothing in it:
- * no record can be written, and none is. */
+/* A program in C that is linked against the installed library. HOME is an empty folder, so no
+ * record can be written. */
 #include <stdio.h>
 #include <string.h>
 #include <wenlolib/codec.h>
@@ -10,7 +10,7 @@ static int failures = 0;
 
 static void expect(int holds, const char* what) {
   if (holds) return;
-  fprintf(stderr, "not so: %s\n", what);
+  fprintf(stderr, "expected, but not true: %s\n", what);
   ++failures;
 }
 
@@ -25,7 +25,8 @@ int main(void) {
   expect(WENLOLIB_isSupported(2) == 1, "mode 2 is supported without preferences");
   expect(WENLOLIB_isSupported(1) == 0, "mode 1 is not");
   expect(WENLOLIB_isSupportedPlm(0) == 0, "printer logs are not");
-  expect(WENLOLIB_writeAppInfoWithContents("contents", "Consumer", 2) == 0, "there is no folder");
+  expect(WENLOLIB_writeAppInfoWithContents("contents", "Consumer", 2) == 0,
+         "a record without a folder is refused");
   expect(WENLOLIB_writePrinterLogInfoWithContents("contents", "Consumer", 0, identity, 1) == 0,
          "printer logs are not recorded");
   return failures == 0 ? 0 : 1;

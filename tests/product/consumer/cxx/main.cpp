@@ -1,5 +1,5 @@
-// A program in C++ that is linked against the installed library and records below HOME, which is a
-// folder with nothing in it at first. The records' contents are the program's argument.
+// A program in C++ that is linked against the installed library and records below HOME, which is an
+// empty folder at first. The program's argument is the records' contents.
 #include <wenlolib/CommonTooWenlolib.h>
 #include <wenlolib/WENLOLIB.h>
 #include <wenlolib/codec.h>
@@ -24,14 +24,17 @@ int failures = 0;
 
 void expect(bool holds, const std::string& what) {
   if (holds) return;
-  std::cerr << "not so: " << what << "\n";
+  std::cerr << "expected, but not true: " << what << "\n";
   ++failures;
 }
 
 void makeFolders() {
-  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::almDirPath()), "a folder for usage");
-  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::pliDirPath(1)), "a folder for logs");
-  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::confDirPath()), "a folder for settings");
+  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::almDirPath()),
+         "the folder for usage is made");
+  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::pliDirPath(1)),
+         "the folder for logs is made");
+  expect(CommonTooWenlolib::createDir(CommonTooWenlolib::confDirPath()),
+         "the folder for settings is made");
 }
 
 void writePreferences() {
@@ -49,7 +52,7 @@ void record(const std::string& contents) {
   expect(WENLOLIB::writePrinterLogInfoWithContents(contents, "Consumer", 1, newer), "log recorded");
   const auto own = SurveyRecord::initWithContents(contents, "Consumer", 1);
   own->serOtherInfo(Dictionary{{"SN", "4711"}, {"NEWTAGTYPE", 0}, {"More", Value::Array{1, 2.5}}});
-  expect(own->writeAppInfo(), "a record of one's own recorded");
+  expect(own->writeAppInfo(), "a record that the host makes itself is recorded");
   expect(own->getSerialNum() == "4711", "it has its printer's serial number");
   expect(own->getCliantVersionforALM() == "1.0", "the library finds its own bundle");
   expect(!WENLOLIB::writeAppInfoWithContents({}, "Consumer", 1), "null contents are refused");
@@ -67,7 +70,7 @@ void useToolkit() {
   expect(thrown, "the range error reaches its caller");
   expect(WENLOLIB::createTask("/bin/sh", {{"-c", "exit 7"}}, 1) == 7, "a program's status");
   expect(std::string(WENLOLIB_version()) == WENLOLIB_VERSION, "the version");
-  expect(ConvertCharDataToHex("zz", nullptr, 1) == 1, "the codec's failing status");
+  expect(ConvertCharDataToHex("zz", nullptr, 1) == 1, "the codec answers its failing status");
 }
 
 }  // namespace

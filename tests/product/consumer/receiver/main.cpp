@@ -1,5 +1,6 @@
-// A service that reads documents and is linked against nothing but the receiver. Prints the
-// contents of each file named; fails where one is not sound, or is so with its last byte gone.
+// A service that reads documents and is linked against nothing but the receiver. It prints the
+// contents of each named file. It fails if one is not sound, or if one is still sound without its
+// last byte.
 #include <wenlolib/Receiver.h>
 
 #include <fstream>
