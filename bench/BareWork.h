@@ -1,4 +1,4 @@
-/// RC4 and MD5 with nothing around them: the work that nobody can avoid.
+/// RC4 and MD5 with nothing around them: the unavoidable work.
 #ifndef WENLOLIB_BENCH_BAREWORK_H
 #define WENLOLIB_BENCH_BAREWORK_H
 

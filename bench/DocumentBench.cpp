@@ -1,4 +1,4 @@
-// The document of a large record, against the work that nobody can avoid.
+// Making the document of a large record, compared with the unavoidable work.
 #include <string>
 #include <vector>
 

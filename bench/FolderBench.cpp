@@ -1,4 +1,4 @@
-// Verifying a folder of many documents, against a bare pass over the same files.
+// Verifying a folder of many documents, compared with a bare pass over the same files.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -23,7 +23,7 @@ namespace {
 constexpr int documents = 100'000;
 constexpr std::size_t contentsSize = 2048;
 
-/// A folder of documents that are all the same, each a file of its own.
+/// A folder of identical documents, each in a file of its own.
 class DocumentFolder {
  public:
   explicit DocumentFolder(const std::string& parent) : path_(parent + "/wenlolib-folder-XXXXXX") {
@@ -47,7 +47,7 @@ class DocumentFolder {
   std::string path_;
 };
 
-/// Opens, reads, digests the whole and deciphers as many bytes as there are contents.
+/// Opens a file, reads and digests all of it, and deciphers as many bytes as there are contents.
 bool barePass(const std::string& path, std::vector<std::uint8_t>& buffer) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   const ssize_t count = file < 0 ? -1 : read(file, buffer.data(), buffer.size());
@@ -71,11 +71,11 @@ void verifyOf100000Documents(benchmark::State& state) {
     tools::VerifyOptions options;
     options.paths = {folder.path()};
     tools::Output output("verify", nowhere.get(), nowhere.get());
-    if (tools::verify(options, output) != 0) state.SkipWithError("not sound");
+    if (tools::verify(options, output) != 0) state.SkipWithError("a document is not sound");
   };
   const auto bareAll = [&] {
     for (int i = 0; i < documents; ++i) {
-      if (!barePass(folder.fileName(i), buffer)) return state.SkipWithError("not read");
+      if (!barePass(folder.fileName(i), buffer)) return state.SkipWithError("file not read");
     }
   };
   bareAll();  // so that the files are in memory

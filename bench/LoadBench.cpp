@@ -6,7 +6,7 @@
 namespace wenlolib::bench {
 namespace {
 
-/// What a host waits that has loaded nothing yet; a new process each time. 0 when it failed.
+/// How long a host that has loaded nothing yet waits; in a new process each time. 0 on failure.
 double secondsToFirstAnswer() {
   double seconds = 0;
   FILE* output = popen(WENLOLIB_FIRST_ANSWER, "r");

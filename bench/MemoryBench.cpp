@@ -1,4 +1,4 @@
-// The most memory that one large record takes, counted in a process of its own.
+// The most memory that one large record takes, measured in a process of its own.
 #include <benchmark/benchmark.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,7 +25,8 @@ double statusKiB(const std::string& name) {
   return 0;
 }
 
-/// How many times its contents a record takes at its peak, the host's own copy included.
+/// The memory that a record takes at its peak, as a multiple of its contents, the host's own copy
+/// included.
 double peakOfOneRecord() {
   const double before = statusKiB("VmRSS:");
   const std::string contents(contentsSize, 'x');

@@ -1,4 +1,4 @@
-// A record through the Objective-C classes, against the C function of the same bundle.
+// A record through the Objective-C classes, compared with the C function of the same bundle.
 #include <dlfcn.h>
 
 #include <string>

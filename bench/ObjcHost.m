@@ -1,4 +1,4 @@
-/* An Objective-C host with everything at hand that it records; loaded by the benchmark. */
+/* An Objective-C host, loaded by the benchmark, that keeps ready what it records. */
 #import <Foundation/Foundation.h>
 
 #import "wenlolib/objc/WENLOLIB.h"
@@ -6,7 +6,7 @@
 static Class library;
 static NSString* recordContents;
 
-/* 0 when the bundle does not load. */
+/* 0 if the bundle cannot be loaded. */
 int objcHostOpen(const char* bundle, const char* contents) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   library = [[NSBundle bundleWithPath:[NSString stringWithUTF8String:bundle]] principalClass];
@@ -16,7 +16,7 @@ int objcHostOpen(const char* bundle, const char* contents) {
   return library != Nil ? 1 : 0;
 }
 
-/* One record, the pool included in which it goes away. */
+/* One record, including the pool that releases it. */
 int objcHostRecord(unsigned int option) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   const BOOL recorded = [library writeAppInfoWithContents:recordContents name:@"App" option:option];

@@ -9,8 +9,8 @@
 
 namespace wenlolib::bench {
 
-/// Runs both once an iteration, in turns, so that whatever else the machine does meets both alike.
-/// The time shown is that of `work`.
+/// Runs both once per iteration, in turn, so that whatever else the machine does affects both
+/// alike. The time shown is that of `work`.
 struct Pairs {
   std::vector<double> work;  // seconds
   std::vector<double> bare;
@@ -18,8 +18,8 @@ struct Pairs {
   Pairs(benchmark::State& state, const std::function<void()>& measured,
         const std::function<void()>& yardstick);
 
-  /// How many times as long as the yardstick the work took, each beside its own neighbour: the
-  /// median over all pairs.
+  /// How many times as long as the yardstick the work took, compared pair by pair: the median over
+  /// all pairs.
   [[nodiscard]] double timesBare() const;
 };
 

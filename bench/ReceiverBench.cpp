@@ -1,4 +1,4 @@
-// Reading a large document, against the work that nobody can avoid.
+// Reading a large document, compared with the unavoidable work.
 #include <functional>
 #include <string>
 #include <utility>

@@ -1,4 +1,4 @@
-// A whole record of application usage, against the bare atomic write of the same bytes.
+// A whole record of application usage, compared with the bare atomic write of the same bytes.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -37,7 +37,7 @@ std::string documentIn(const std::string& folder) {
   return {};
 }
 
-/// Write, permissions, flush, rename: what an atomic file takes.
+/// Write, set permissions, flush, rename: what writing a file atomically takes.
 bool bareWrite(const std::string& folder, const std::string& bytes) {
   const std::string unfinished = folder + "/.bare.tmp";
   const int file = open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);

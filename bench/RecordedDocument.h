@@ -7,8 +7,8 @@
 
 namespace wenlolib::bench {
 
-/// The bytes of a document of application usage, with contents of this size. There has to be a
-/// TemporaryInstallation. Throws std::runtime_error.
+/// The bytes of a document of application usage, with contents of this size. A
+/// TemporaryInstallation must exist. Throws std::runtime_error.
 [[nodiscard]] std::string recordedDocument(std::size_t contentsSize);
 
 }  // namespace wenlolib::bench

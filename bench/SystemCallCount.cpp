@@ -24,8 +24,8 @@ std::optional<int> systemCallsOf(const std::function<void()>& work) {
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child || !WIFSTOPPED(status)) return std::nullopt;
   ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-  // Every call stops the child twice, at its entry and at its exit; raising the last signal is
-  // part of the count and taken off again.
+  // Every call stops the child twice, at its entry and at its exit; the call that raises the last
+  // signal is counted at its entry only, and the halving drops it.
   int stops = 0;
   while (ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) == 0 &&
          waitpid(child, &status, 0) == child && WIFSTOPPED(status)) {

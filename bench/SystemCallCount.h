@@ -7,7 +7,7 @@
 
 namespace wenlolib::bench {
 
-/// Counted in a child process that is traced; nothing where tracing is not permitted.
+/// Counted in a child process that is traced; nothing if tracing is not permitted.
 [[nodiscard]] std::optional<int> systemCallsOf(const std::function<void()>& work);
 
 }  // namespace wenlolib::bench

@@ -24,7 +24,7 @@ TemporaryInstallation::TemporaryInstallation(const std::string& parent) : home_(
   const platform::Platform& services = platform::native();
   for (const Text& folder : {CommonTooWenlolib::almDirPath(), CommonTooWenlolib::pliDirPath(1),
                              CommonTooWenlolib::confDirPath()}) {
-    if (!CommonTooWenlolib::createDir(folder)) throw std::runtime_error("no folders");
+    if (!CommonTooWenlolib::createDir(folder)) throw std::runtime_error("cannot make folders");
   }
   const Dictionary preferences{{"InstalledDate", Value(services.clock->now())},
                                {"LatestSelectedAgreement", Value(true)},
@@ -33,7 +33,7 @@ TemporaryInstallation::TemporaryInstallation(const std::string& parent) : home_(
                            std::string(preferenceFile);
   const auto outcome = services.files->writeAtomically(
       path, *services.propertyLists->asXml(preferences), 0600, platform::Publication::replacing);
-  if (outcome != platform::Outcome::written) throw std::runtime_error("no preferences");
+  if (outcome != platform::Outcome::written) throw std::runtime_error("cannot write preferences");
 }
 
 TemporaryInstallation::~TemporaryInstallation() {

@@ -1,4 +1,4 @@
-/// A place to record to, gone again afterwards.
+/// A place to record to, removed afterwards.
 #ifndef WENLOLIB_BENCH_TEMPORARYINSTALLATION_H
 #define WENLOLIB_BENCH_TEMPORARYINSTALLATION_H
 
@@ -6,8 +6,9 @@
 
 namespace wenlolib::bench {
 
-/// The home of a user who has agreed to the survey, with folders and preference file, as a new
-/// folder in `parent`. While it lives, HOME leads there and the library records there.
+/// The home of a user who has agreed to the survey: a new folder in `parent`, with the library's
+/// folders and the preference file. While this object lives, HOME leads there and the library
+/// records there.
 class TemporaryInstallation {
  public:
   explicit TemporaryInstallation(const std::string& parent);

@@ -1,5 +1,5 @@
 /* Prints the seconds from loading the plug-in to its first answer, in a process that has loaded
- * nothing of what it needs. */
+ * nothing that the plug-in needs. */
 #include <dlfcn.h>
 #include <stdint.h>
 #include <stdio.h>

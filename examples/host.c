@@ -2,7 +2,7 @@
  *
  *   host BUNDLE APPLICATION_DATA PRINTER_DATA
  *
- * It needs nothing from the library at build time but its header. */
+ * At build time it needs only the library's header. */
 #include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -17,7 +17,7 @@ typedef const char* (*Version)(void);
  * user last chose in this application. */
 enum { askAgreement = 1 };
 
-/* The whole of a text file, to be freed; null when it cannot be read. */
+/* The whole of a text file, for the caller to free; null if it cannot be read. */
 static char* readText(const char* path) {
   FILE* file = fopen(path, "rb");
   char* text = NULL;

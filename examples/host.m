@@ -2,7 +2,7 @@
  *
  *   host BUNDLE APPLICATION_DATA PRINTER_DATA
  *
- * It needs nothing from the library at build time but its header. */
+ * At build time it needs only the library's header. */
 #import <Foundation/Foundation.h>
 
 #include <stdio.h>
@@ -24,7 +24,8 @@ static BOOL report(const char* what, BOOL recorded) {
   return recorded;
 }
 
-/* WENLOLIB is the class out of the bundle; by its name alone it is not there to be linked to. */
+/* `library` is the class WENLOLIB from the bundle; its name is not known when this host is linked.
+ */
 static BOOL recordAll(Class library, NSString* usage, NSString* log) {
   NSDictionary* newer = [NSDictionary dictionaryWithObject:[NSNumber numberWithBool:YES]
                                                     forKey:@"NEWTAGTYPE"];
@@ -62,7 +63,7 @@ int main(int count, char** arguments) {
     printf("Loaded WENLOLIB %s\n", [version UTF8String]);
     all = recordAll(library, textIn(arguments[2]), textIn(arguments[3]));
   } else {
-    fprintf(stderr, "%s does not load\n", arguments[1]);
+    fprintf(stderr, "The bundle %s cannot be loaded.\n", arguments[1]);
   }
   [pool release];
   return all ? 0 : 1;

@@ -1,4 +1,4 @@
-/// What is checked of a report, whatever the bytes were.
+/// Checks that hold for every report, whatever the bytes were.
 #ifndef WENLOLIB_FUZZ_CHECKS_H
 #define WENLOLIB_FUZZ_CHECKS_H
 
@@ -8,14 +8,14 @@
 
 namespace wenlolib::fuzz {
 
-/// The verdict is of one piece, everything that is said of the document can be found in the bytes,
-/// and the document built anew from what is said of it is the same, byte for byte.
+/// The verdict is consistent, everything that the report says of the document is found in the
+/// bytes, and the document rebuilt from the report is the same, byte for byte.
 void checkReport(std::string_view bytes, const receiver::Report& report);
 
-/// What the command shows of it, as text and as JSON, redacted or not, is fit to be shown.
+/// What the command shows of the report, as text and as JSON, redacted or not, is safe to show.
 void checkShown(std::string_view bytes, const receiver::Report& report);
 
-/// The verdict alone, as a line and as JSON, is the report's.
+/// What the command shows of the verdict alone, as a line and as JSON, is the report's verdict.
 void checkShownVerdict(std::string_view bytes, const receiver::Verdict& verdict);
 
 }  // namespace wenlolib::fuzz

@@ -1,4 +1,4 @@
-// The six codec functions against plain ones: any bytes, lengths and places.
+// The six codec functions compared with plain ones: any bytes, lengths and positions.
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -20,7 +20,7 @@ using wenlolib::tests::referenceMd5;
 using wenlolib::tests::referenceRc4;
 using wenlolib::tests::upperHex;
 
-/// Just as many bytes as there are, so that a sanitizer sees every step beyond them.
+/// A buffer of exactly these bytes, so that a sanitizer sees every access beyond them.
 struct Buffer {
   explicit Buffer(const std::string& bytes)
       : size(bytes.size()), bytes(new std::uint8_t[bytes.size()]) {
@@ -34,7 +34,7 @@ struct Buffer {
   std::unique_ptr<std::uint8_t[]> bytes;
 };
 
-/// A length as it is, or one that means nothing.
+/// The true length, or a negative one.
 std::int32_t lengthFrom(Input& input, std::size_t size) {
   const std::uint8_t choice = input.byte();
   if (choice == 1) return -1;
@@ -63,7 +63,7 @@ int digit(char character, int radix) {
   return value < radix ? value : -1;
 }
 
-/// The bytes that a text spells, up to the first pair that is none.
+/// The bytes that a text spells, up to the first invalid pair.
 std::string spelled(const std::string& text, int radix) {
   std::string bytes;
   for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
@@ -86,18 +86,18 @@ void checkToBytes(Input& input) {
   require(ConvertCharDataToHex(source.text(), bytes.data(), flag) == (whole ? 0 : 1),
           "conversion to bytes answers whether all was spelled");
   require(bytes.now() == expected + std::string(room - expected.size(), '#'), "text as bytes");
-  require(ConvertCharDataToHex(nullptr, bytes.data(), flag) == 1, "no text is a failure");
+  require(ConvertCharDataToHex(nullptr, bytes.data(), flag) == 1, "a null text is a failure");
   require(ConvertCharDataToHex(source.text(), nullptr, flag) == (text.empty() ? 0 : 1),
-          "no room fails but for an empty text");
+          "a null buffer is a failure unless the text is empty");
 }
 
 void checkDigest(Input& input) {
   const std::string text = input.plain();
   const Buffer source(text + '\0');
   const Buffer digest(std::string(16, '#'));
-  require(CreateDigestMD5_CC(nullptr, digest.data()) == 0, "no text is no failure");
-  require(CreateDigestMD5_CC(source.text(), nullptr) == 0, "no digest is no failure");
-  require(digest.now() == std::string(16, '#'), "nothing is written for no text");
+  require(CreateDigestMD5_CC(nullptr, digest.data()) == 0, "a null text is not a failure");
+  require(CreateDigestMD5_CC(source.text(), nullptr) == 0, "a null digest is not a failure");
+  require(digest.now() == std::string(16, '#'), "nothing is written for a null text");
   require(CreateDigestMD5_CC(source.text(), digest.data()) == 0, "a digest answers 0");
   require(upperHex({digest.data(), 16}) == upperHex(referenceMd5(bytesOf(text))), "the digest");
 }
@@ -164,7 +164,7 @@ void checkRc4Refusals(Input& input) {
                        DoRC4Encrypt(data, 5, data, size, data, nullptr) == -1;
   require(refused && length == -77 && memory.now() == bytes, "the cipher's refusals");
   require(DoRC4Encrypt(data, 5, nullptr, 0, nullptr, &length) == 0 && length == 0,
-          "nothing is encrypted without a buffer");
+          "encrypting nothing needs no buffer");
   require(hexPrint(memory.text(), data, size) == 0, "the debug hook answers 0");
 }
 

@@ -10,7 +10,7 @@
 
 namespace wenlolib::fuzz {
 
-/// Hands out what a run's bytes stand for; zeros and empty texts where they are used up.
+/// Gives out what a run's bytes stand for; zeros and empty texts once they are used up.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size)

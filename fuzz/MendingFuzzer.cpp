@@ -19,7 +19,7 @@ using xml::mend;
 using xml::Parser;
 using xml::Service;
 
-/// What expat says by itself, of every byte.
+/// Whether expat, shown every byte, finds the text well-formed.
 bool stands(const std::string& text) {
   xml::Parser parser("UTF-8");
   return parser.feed(text, true);
@@ -39,7 +39,7 @@ SurveyDocument documentFrom(Input& input) {
   return assemble(layout, header, payload);
 }
 
-/// What was mended stands, and there is nothing more to mend in it.
+/// A mended document is well-formed, and there is nothing left to mend in it.
 void checkMended(const SurveyDocument& document, const std::string& mended) {
   require(stands(mended), "a mended document is well-formed");
   require(xml::mend(mended) == mended, "mending again changes nothing");
@@ -59,13 +59,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Text answer = Service().serialised(document.text, document.digits);
   const std::string mended = xml::mend(document.text);
   if (stands(document.text)) {
-    require(answer == document.text, "a document that stands is not changed");
-    require(stands(mended), "mending breaks no document that stands");
+    require(answer == document.text, "a well-formed document is not changed");
+    require(stands(mended), "mending does not break a well-formed document");
   } else if (answer) {
     require(*answer == mended, "the document is mended, and no more");
     checkMended(document, *answer);
   } else {
-    require(!stands(mended), "what can be mended is");
+    require(!stands(mended), "what can be mended is mended");
   }
   return 0;
 }

@@ -1,4 +1,4 @@
-// Changes that leave the checksum right: chance alone would never get behind it.
+// Mutations that keep the checksum right: chance alone would never get past it.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t checksumLength = 32;
 
-/// Writes the digest of the content into the document, where it has room for one.
+/// Writes the digest of the content into the document, if it has room for one.
 void seal(std::uint8_t* data, std::size_t size) {
   const std::string_view document(reinterpret_cast<const char*>(data), size);
   constexpr std::string_view attribute = " SUM=\"";

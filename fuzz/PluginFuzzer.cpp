@@ -20,7 +20,7 @@ using namespace wenlolib;
 using fuzz::Input;
 using fuzz::require;
 
-/// A text of a host's, or null.
+/// A host's text, or null.
 struct HostText {
   explicit HostText(Input& input) : text(input.plain()), null(input.byte() == 1) {}
   [[nodiscard]] const char* get() const { return null ? nullptr : text.c_str(); }
@@ -41,7 +41,7 @@ struct Host {
     }
   }
 
-  /// Records once and answers what the library does.
+  /// Records once and returns what the library returns.
   [[nodiscard]] int record() const {
     if (!printerLog) return WENLOLIB_writeAppInfoWithContents(contents.get(), name.get(), option);
     std::vector<WENLOLIBEntry> entries;
@@ -66,7 +66,7 @@ struct Host {
   std::vector<HostText> values;
 };
 
-/// The memory's platform with the port's XML service, as the run's bytes have it set up.
+/// The platform in memory with the port's XML service, set up as the run's bytes say.
 struct World {
   explicit World(Input& input) {
     tests::install(memory);
@@ -84,8 +84,8 @@ struct World {
   xml::Service xml;
 };
 
-/// The one file that was not there before; nothing where none has come. None may have changed but
-/// the one with the identifier.
+/// The one file that was not there before; nothing if there is none. Of the others, only the one
+/// with the identifier may have changed.
 std::optional<std::string> newFile(const tests::MemoryFiles::Entries& before,
                                    const tests::MemoryFiles::Entries& after) {
   std::optional<std::string> found;
@@ -93,10 +93,10 @@ std::optional<std::string> newFile(const tests::MemoryFiles::Entries& before,
     if (path == tests::identifierPath) continue;
     const auto old = before.find(path);
     if (old != before.end()) {
-      require(old->second == entry, "what was there is as it was");
+      require(old->second == entry, "an earlier file is unchanged");
       continue;
     }
-    require(!found, "one record is one file");
+    require(!found, "one record makes one file");
     require(entry.mode == 0666, "a record's mode");
     found = entry.bytes;
   }
@@ -109,7 +109,7 @@ void checkDocument(const std::string& bytes, const Host& host) {
   require(verdict.layer == receiver::Layer::none || verdict.layer == receiver::Layer::layout ||
               verdict.layer == receiver::Layer::whiteSpace ||
               verdict.layer == receiver::Layer::checksum,
-          "a document that was written stands: " + verdict.explanation);
+          "a written document is well-formed: " + verdict.explanation);
   if (!report.document) return;
   require(receiver::contentsOf(*report.document) == host.contents.text, "the contents come back");
 }

@@ -1,4 +1,4 @@
-// Any bytes at all, as a property list that somebody has left in the library's way.
+// Any bytes, as a property list that somebody has put where the library reads one.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -19,28 +19,30 @@ bool holds(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-/// What was read is written so that it is read as the same again. No number that is none equals
-/// itself, and a date of the binary form loses its fraction; the document has to be the same then.
+/// What was read and written again reads as the same dictionary. But a NaN does not equal itself,
+/// and a date of the binary form loses its fraction; then the documents must be the same.
 void checkWritten(const Dictionary& dictionary) {
   const Text written = plist::write(dictionary);
   if (!written) return;
   const auto again = plist::read(*written).dictionary;
-  require(again.has_value(), "what was written is read");
-  require(plist::write(*again) == written, "and written as it was");
+  require(again.has_value(), "what was written can be read");
+  require(plist::write(*again) == written, "and is written as before");
   const bool unequal = holds(*written, "<real>nan<") || holds(*written, "<date>");
-  require(unequal || *again == dictionary, "and is what it was");
+  require(unequal || *again == dictionary, "and is the same dictionary");
 }
 
-/// What the parser makes of a document, and what is made of it without one where it is plain.
+/// Compares what the parser makes of a document with what is made of it without one, if it is
+/// plain.
 void checkAgainstParser(std::string_view bytes) {
   const auto plain = plist::readXml(bytes);
   const auto parsed = plist::readXml(bytes, false);
-  require(parsed.state == plain.state, "both say what the file is");
-  require(parsed.dictionary.has_value() == plain.dictionary.has_value(), "with the same outcome");
+  require(parsed.state == plain.state, "both say the same of the file");
+  require(parsed.dictionary.has_value() == plain.dictionary.has_value(),
+          "both have the same outcome");
   if (!parsed.dictionary) return;
   require(*parsed.dictionary == *plain.dictionary ||
               plist::write(*parsed.dictionary) == plist::write(*plain.dictionary),
-          "and as the same");
+          "both read the same dictionary");
 }
 
 }  // namespace
@@ -51,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkWritten(*reading.dictionary);
   }
   checkAgainstParser(bytes);
-  // The plain reader takes only what begins to the letter: few changes would get that far.
+  // The plain reader takes only documents that begin exactly so: few mutations would get that far.
   checkAgainstParser(std::string(plist::prologue) + std::string(bytes));
   return 0;
 }

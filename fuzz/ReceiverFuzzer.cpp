@@ -1,4 +1,4 @@
-// Any bytes at all, as a document that has come in.
+// Any bytes, as a document that has been received.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -19,7 +19,7 @@ bool same(const Verdict& a, const Verdict& b) {
          a.explanation == b.explanation;
 }
 
-/// A report is a matter of the bytes alone, not of where they lie or what was examined before.
+/// A report depends only on the bytes, not on where they lie or what was examined before.
 void checkRepeated(std::string_view bytes, const Report& report) {
   const std::string copy(bytes);
   const Report again = examine(copy);

@@ -39,14 +39,14 @@ bool isReadable(Layer layer) {
 
 void checkVerdict(std::string_view bytes, const Report& report) {
   const Verdict& verdict = report.verdict;
-  require(faultFits(verdict), "the fault is one of the layer's");
+  require(faultFits(verdict), "the fault fits the layer");
   require(verdict.offset <= bytes.size(), "the offset lies within the bytes");
   require(verdict.sound() == verdict.explanation.empty(), "what is not sound is explained");
   require(isUtf8(verdict.explanation), "the explanation is text");
   require(verdict.fault != Fault::truncated || verdict.offset == bytes.size(),
-          "what is truncated ends where it is wrong");
+          "a truncated document is wrong where it ends");
   require(report.document.has_value() == isReadable(verdict.layer),
-          "a document is handed out where its form holds");
+          "a document is returned if its form holds");
 }
 
 /// A value as it stands in the bytes.
@@ -58,7 +58,7 @@ std::string_view rawValue(std::string_view bytes, const Field& field) {
 void checkField(std::string_view bytes, const Field& field) {
   const std::string_view raw = rawValue(bytes, field);
   const bool asItStands = field.name == "Date" || raw.find('&') == std::string_view::npos;
-  require(!asItStands || field.value == raw, "a value without references is what stands there");
+  require(!asItStands || field.value == raw, "a value without references is given as it stands");
   require(field.value.size() <= raw.size(), "no reference is shorter than what it stands for");
   require(isUtf8(field.value) && field.value.find('\0') == std::string::npos, "a value is text");
 }
@@ -72,8 +72,7 @@ std::string ciphered(const Document& document, std::string contents) {
   return contents;
 }
 
-/// The document once more, from nothing but what the report says of it and the values as they
-/// stand.
+/// The document rebuilt from only what the report says of it and the values as they stand.
 std::string rebuilt(std::string_view bytes, const Document& document) {
   const bool older = document.layout == Layout::printerOlderTag;
   const std::string wrapper = document.layout == Layout::application ? "OrvanQXApplication"
@@ -92,7 +91,8 @@ std::string rebuilt(std::string_view bytes, const Document& document) {
 
 void checkContents(const Document& document) {
   const std::optional<std::string> contents = receiver::contentsOf(document);
-  require(contents.has_value() == !document.value("Date").empty(), "contents go with a date");
+  require(contents.has_value() == !document.value("Date").empty(),
+          "there are contents if there is a date");
   if (!contents) return;
   require(tests::upperHex(tests::bytesOf(ciphered(document, *contents))) == document.digits,
           "the contents give the payload");
@@ -114,7 +114,8 @@ void checkDocument(std::string_view bytes, const Report& report) {
   const std::string_view content = bytes.substr(begin, bytes.rfind("</") - begin);
   const bool holds =
       tests::upperHex(tests::referenceMd5(tests::bytesOf(content))) == document.checksum;
-  require(holds == (report.verdict.layer != Layer::checksum), "the checksum holds or does not");
+  require(holds == (report.verdict.layer != Layer::checksum),
+          "the verdict says whether the checksum holds");
   checkContents(document);
   require(!report.verdict.sound() || isUtf8(*receiver::contentsOf(document)),
           "sound contents are text");

@@ -1,4 +1,4 @@
-/// What has to hold of every input.
+/// What must hold for every input.
 #ifndef WENLOLIB_FUZZ_REQUIRE_H
 #define WENLOLIB_FUZZ_REQUIRE_H
 
@@ -6,7 +6,7 @@
 
 namespace wenlolib::fuzz {
 
-/// Ends the run with `what` as its finding, unless it holds.
+/// Ends the run with `what` as its finding if `holds` is false.
 void require(bool holds, const std::string& what);
 
 }  // namespace wenlolib::fuzz

@@ -1,4 +1,4 @@
-/// How to look at what the command shows.
+/// How to check what the command shows.
 #ifndef WENLOLIB_FUZZ_SHOWN_H
 #define WENLOLIB_FUZZ_SHOWN_H
 
@@ -11,12 +11,12 @@ namespace wenlolib::fuzz {
 
 using Json = nlohmann::json;
 
-/// A name that is no text, and that would steer a terminal.
+/// A name that is not text, and that would steer a terminal.
 inline constexpr std::string_view path = "folder/\x1B[2J\xFF name\n.PLM";
 
 [[nodiscard]] bool steersNothing(std::string_view text);
 
-/// What JSON says of a text, its bytes where it is none.
+/// The text that the JSON gives under `name`, or its bytes if it is not text.
 [[nodiscard]] std::optional<std::string> textIn(const Json& object, const std::string& name);
 
 }  // namespace wenlolib::fuzz

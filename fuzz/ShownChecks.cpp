@@ -47,8 +47,8 @@ std::string lowered(std::string text) {
   return text;
 }
 
-/// Nothing that is taken over from the document may repeat a hidden value. Values that the mark in
-/// their place could bring about by itself are left aside.
+/// Nothing that is taken from the document may repeat a hidden value. Values that the mark in their
+/// place could itself produce are not checked.
 void checkHidden(const Json& object, std::string value) {
   if (value.starts_with('{') && value.ends_with('}') && value.size() > 2) {
     value = value.substr(1, value.size() - 2);
@@ -60,10 +60,10 @@ void checkHidden(const Json& object, std::string value) {
   const auto hidden = [&](const std::optional<std::string>& text) {
     return !text || lowered(*text).find(value) == std::string::npos;
   };
-  require(hidden(textIn(object, "contents")), "contents without what is redacted");
+  require(hidden(textIn(object, "contents")), "the contents do not hold what is redacted");
   for (const auto& [name, unused] : object["fields"].items()) {
     if (!name.ends_with("_hex")) {
-      require(hidden(textIn(object["fields"], name)), "fields without what is redacted");
+      require(hidden(textIn(object["fields"], name)), "the fields do not hold what is redacted");
     }
   }
 }
@@ -80,7 +80,7 @@ void checkRedacted(std::string_view bytes, const Report& report,
   checkHidden(object, std::string(report.document->value("SN")));
 }
 
-/// The changes between the two halves of a text, made in the first, give the second.
+/// The changes between the two halves of a text, applied to the first, give the second.
 void checkDifference(std::string_view text) {
   const tools::Lines a = tools::linesOf(text.substr(0, text.size() / 2));
   const tools::Lines b = tools::linesOf(text.substr(text.size() / 2));
@@ -88,7 +88,8 @@ void checkDifference(std::string_view text) {
   tools::Lines made;
   std::size_t at = 0;
   for (const tools::Change& change : changes) {
-    require(at <= change.aBegin && change.aEnd <= a.size() && change.bEnd <= b.size(), "in order");
+    require(at <= change.aBegin && change.aEnd <= a.size() && change.bEnd <= b.size(),
+            "the changes are in order");
     made.insert(made.end(), a.begin() + static_cast<std::ptrdiff_t>(at),
                 a.begin() + static_cast<std::ptrdiff_t>(change.aBegin));
     made.insert(made.end(), b.begin() + static_cast<std::ptrdiff_t>(change.bBegin),
@@ -114,8 +115,9 @@ void checkShown(std::string_view bytes, const Report& report) {
   if (!report.document) return;
   const tools::Side side{report, contents};
   const tools::Comparison comparison = tools::compare(side, side);
-  require(comparison.same(), "a document says what it says itself");
-  require(Json::parse(tools::comparisonJson("a", "b", comparison))["same"] == true, "and in JSON");
+  require(comparison.same(), "a document compares as the same as itself");
+  require(Json::parse(tools::comparisonJson("a", "b", comparison))["same"] == true,
+          "and in JSON too");
 }
 
 }  // namespace wenlolib::fuzz

@@ -17,7 +17,7 @@ std::string withoutBlanks(std::string text) {
   return text;
 }
 
-/// The line on the verdict says what the report says, and is one line wherever it is not broken.
+/// The line on the verdict says what the report says, and is a single line unless it is broken.
 void checkVerdictLine(const receiver::Verdict& verdict) {
   const std::string line = tools::verdictLine(path, verdict, {tools::Paint(false), 0});
   require(isUtf8(line) && steersNothing(line), "a verdict is harmless on a terminal");
@@ -28,12 +28,12 @@ void checkVerdictLine(const receiver::Verdict& verdict) {
   require(at != std::string::npos, "a verdict names its document");
   const std::string word = line.substr(0, line.find(' '));
   require(word == tools::wordFor(tools::conditionOf(verdict)), "a verdict begins with its word");
-  require((word == "sound") == verdict.sound(), "and only what is sound is called so");
+  require((word == "sound") == verdict.sound(), "only what is sound is called sound");
   require((line.size() == at + name.size() + 1) == verdict.sound(),
           "what is not sound is described, and nothing else");
   const std::string broken = tools::verdictLine(path, verdict, {tools::Paint(false), 80});
   require(isUtf8(broken) && steersNothing(broken), "a broken line is harmless too");
-  require(withoutBlanks(broken) == withoutBlanks(line), "and says the same");
+  require(withoutBlanks(broken) == withoutBlanks(line), "a broken line says the same");
 }
 
 void checkVerdictJson(std::string_view bytes, const receiver::Verdict& verdict) {

@@ -38,7 +38,7 @@ DOCUMENTS = [
 ]
 
 
-# What stands just beyond the plain form.
+# What is just beyond the plain form.
 EDGES = [b"\r", b"\r\n", b">", b"]]>", b"'", b"\x7f", b"\0", b"&#9;", b"<!-- -->", b"\xc3\xa9", b"<a/>"]
 
 

@@ -14,7 +14,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from corpus import cases
 
 LARGEST = 4096
-# Of the kinds with very many documents every so manieth: the fuzzer makes more of them itself.
+# Of the kinds with very many documents only every nth: the fuzzer makes more of them itself.
 EVERY = {"truncated": 7, "mutated": 10}
 
 

@@ -23,7 +23,7 @@ enum class Layer : std::uint8_t {
   none,          // all of them hold
   xml,           // well-formed XML in UTF-8
   whiteSpace,    // nothing between the parts
-  layout,        // the elements of one layout, each once, in order, with its attributes alone
+  layout,        // the elements of one layout, each once, in order, with its attributes only
   cipherMarker,  // "R" or "X"
   hexadecimal,   // the payload and the checksum: digits and capital letters A to F, in pairs
   checksum,      // the digest of the content
@@ -33,19 +33,18 @@ enum class Layer : std::uint8_t {
 /// What has happened to a document.
 enum class Fault : std::uint8_t {
   none,
-  truncated,  // well begun, and the end is missing
+  truncated,  // it begins well, but its end is missing
   damaged,    // its form is broken inside
-  altered,    // its form is whole, but the checksum belongs to another content
-  repaired,   // stray markup was escaped before it was stored: the checksum belongs to the content
-              // as it was before; what it says can be relied on all the same
+  altered,    // its form is whole, but the checksum is that of other content
+  repaired,   // stray markup was escaped before it was stored; the checksum is that of the content
+              // before the repair, and what it says can still be relied on
 };
 
 struct Verdict {
   Layer layer = Layer::none;
   Fault fault = Fault::none;
-  std::size_t offset =
-      0;              // of the first byte that is wrong; where truncated, the document's length
-  std::string field;  // the element or attribute concerned, such as "Date" or "SUM"; or ""
+  std::size_t offset = 0;   // of the first wrong byte; the document's length if it is truncated
+  std::string field;        // the element or attribute concerned, such as "Date" or "SUM"; or ""
   std::string explanation;  // one sentence for a person
 
   [[nodiscard]] bool sound() const { return layer == Layer::none; }
@@ -54,12 +53,12 @@ struct Verdict {
 /// One value of a document, without the payload.
 struct Field {
   std::string name;        // of its element
-  std::string value;       // the text, references such as &amp; resolved; line ends, and the whole
-                           // of the date, whose bytes are the key, as they stand
+  std::string value;       // the text with references such as &amp; resolved. Line ends are kept
+                           // as they stand, and so is the whole date, whose bytes are the key
   std::size_t offset = 0;  // of the value's first byte in the document
 };
 
-/// What a document says. Views lead into the bytes that were examined and last as long as they do.
+/// What a document says. Views point into the examined bytes and are valid as long as those are.
 struct Document {
   Layout layout = Layout::application;
   std::string_view checksum;  // as it stands in the document
@@ -68,26 +67,27 @@ struct Document {
   char marker = 'R';
   std::string_view digits;  // the payload
   std::size_t digitsOffset = 0;
-  std::optional<std::string> contents;  // decrypted, where the examination went that far; ask
-                                        // contentsOf, which has them in any case
+  std::optional<std::string> contents;  // decrypted, if the examination got that far; contentsOf
+                                        // decrypts them if it did not
 
-  /// The value of a field, or "" where the layout has none of this name.
+  /// The value of a field, or "" if the layout has no field of this name.
   [[nodiscard]] std::string_view value(std::string_view name) const;
 };
 
 struct Report {
   Verdict verdict;
-  /// What the document says, as far as its form holds: present when every layer up to and including
-  /// `hexadecimal` does, so that an altered or repaired document can still be read.
+  /// What the document says. Present if every layer up to and including `hexadecimal` holds, so
+  /// that an altered or repaired document can still be read.
   std::optional<Document> document;
 };
 
 /// Examines a document. Any bytes give a report, in time and memory proportional to their number.
-/// Throws nothing but std::bad_alloc. Any thread may call.
+/// Throws only std::bad_alloc. Any thread may call.
 [[nodiscard]] Report examine(std::string_view bytes);
 
-/// The record's contents, decrypted. Nothing when the document has no date, and so no key. From a
-/// document that is not needed afterwards they are taken without a copy.
+/// The record's contents, decrypted. Nothing if the document has no date, and so no key, or if its
+/// cipher is not available. The second form takes them out of a document that is no longer needed,
+/// without a copy.
 [[nodiscard]] std::optional<std::string> contentsOf(const Document& document);
 [[nodiscard]] std::optional<std::string> contentsOf(Document&& document);
 

@@ -7,9 +7,9 @@
 
 namespace wenlolib {
 
-/// A string in UTF-8, or none at all: `std::nullopt` is the null string, which is not the same as
-/// the empty one. Bytes that are not UTF-8 cannot become a string; wherever the library is handed
-/// such a text, it counts as null. A NUL inside the text is a character like any other.
+/// A string in UTF-8, or null: `std::nullopt` is the null string, which is not the same as the
+/// empty one. Wherever the library is given bytes that are not UTF-8, they count as null. A NUL
+/// inside the text is a character like any other.
 using Text = std::optional<std::string>;
 
 }  // namespace wenlolib

@@ -27,11 +27,11 @@ class Value;
 using Dictionary = std::map<std::string, Value, std::less<>>;
 
 /// One value of a dictionary: a boolean, a signed or unsigned 64-bit integer, a double, a text in
-/// UTF-8, a date, data, an array or a dictionary. A value never changes once it is made; copies
-/// share what they hold, need no memory and never throw. Making one from a text, data, an array or
-/// a dictionary takes memory: where there is none std::bad_alloc is thrown, in the host's own code.
-/// Safe to read from several threads. However deep arrays and dictionaries lie inside each other,
-/// a value is copied, released and compared without calls inside calls, on any stack.
+/// UTF-8, a date, data, an array or a dictionary. A value never changes once it is made. Copies
+/// share what they hold, need no memory and never throw. Making a value from a text, data, an array
+/// or a dictionary takes memory; if there is none, std::bad_alloc is thrown, in the host's own
+/// code. Several threads may read a value at the same time. Values are copied, released and
+/// compared without recursion, so arrays and dictionaries may be nested to any depth, on any stack.
 class Value {
  public:
   using Data = std::vector<std::uint8_t>;
@@ -56,23 +56,23 @@ class Value {
 
   Value(const Value&) noexcept = default;
   Value(Value&&) noexcept = default;
-  /// By way of a copy: what is assigned may lie inside what is thereby released.
+  /// Takes a copy: the assigned value may lie inside the value that the assignment releases.
   Value& operator=(Value other) noexcept {
     held_.swap(other.held_);
     return *this;
   }
   ~Value() = default;
 
-  /// The text, date, data, array or dictionary held, or null where the value is of another type.
-  /// The pointer is good for as long as this value.
+  /// The text, date, data, array or dictionary held, or null if the value is of another type. The
+  /// pointer is valid as long as this value.
   [[nodiscard]] const std::string* text() const { return unboxed<std::string>(); }
   [[nodiscard]] const Instant* date() const { return std::get_if<Instant>(&held_); }
   [[nodiscard]] const Data* data() const { return unboxed<Data>(); }
   [[nodiscard]] const Array* array() const { return nested<Array>(); }
   [[nodiscard]] const Dictionary* dictionary() const { return nested<Dictionary>(); }
 
-  /// The boolean reading of a number: a boolean as it is, any other number true unless it is zero.
-  /// Nothing where the value is no number.
+  /// The truth value of a boolean or a number; a number is true unless it is zero. Nothing if the
+  /// value is neither.
   [[nodiscard]] inline std::optional<bool> truth() const;
 
   /// Calls `visitor` with what is held: a bool, std::int64_t, std::uint64_t, double, std::string,
@@ -84,13 +84,13 @@ class Value {
   }
 
   /// Same type and same value, all the way down. A signed and an unsigned integer differ. Comparing
-  /// arrays and dictionaries takes memory: where there is none std::bad_alloc is thrown.
+  /// arrays and dictionaries takes memory; if there is none, std::bad_alloc is thrown.
   friend inline bool operator==(const Value& left, const Value& right);
 
  private:
   // Everything that takes memory is boxed: a variant whose copy can throw half-way is not safe in
-  // every standard library (libstdc++ 12 destroys what was never made). What other values lie in
-  // has a count of its own, because a std::shared_ptr releases by recursion.
+  // every standard library (libstdc++ 12 destroys what was never made). Arrays and dictionaries
+  // have a count of their own, because std::shared_ptr would release them by recursion.
   template <class Held>
   using Box = std::shared_ptr<const Held>;
 
@@ -182,15 +182,15 @@ const Held* Value::Nested<Held>::get() const {
 Value::Value(Array value) : held_(Nested(std::move(value))) {}
 Value::Value(Dictionary value) : held_(Nested(std::move(value))) {}
 
-/// The node that is owned, if any; then it is no longer.
+/// Gives up and returns the owned node, if any.
 Value::Node* Value::giveNode() noexcept {
   if (auto* array = std::get_if<Nested<Array>>(&held_)) return array->give();
   if (auto* dictionary = std::get_if<Nested<Dictionary>>(&held_)) return dictionary->give();
   return nullptr;
 }
 
-/// Ends one ownership. The values in a node that goes give up theirs first, and the nodes that
-/// nobody owns then wait in a chain, so that none of them is released from within another.
+/// Ends one ownership. Before a node is deleted, its values give up their own nodes. Nodes that
+/// have lost their last owner wait in a chain, so that none is released from within another.
 void Value::release(Node* node) noexcept {
   Node* chain = nullptr;
   const auto disown = [&chain](Node* owned) {
@@ -216,7 +216,8 @@ std::optional<bool> Value::truth() const {
   return std::nullopt;
 }
 
-/// Whether two values are the same but for the values inside them, which go into `within` in pairs.
+/// Whether two values are the same, apart from the values inside them, which are added to `within`
+/// in pairs.
 bool Value::alike(const Pair& pair, std::vector<Pair>& within) {
   const auto values = [&](const Value& mine, const Value& other) {
     within.emplace_back(&mine, &other);

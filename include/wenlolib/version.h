@@ -1,5 +1,5 @@
-/* The version of these headers, for C and C++. WENLOLIB_version, in plugin.h, tells that of the
- * library that was loaded. */
+/* The version of these headers, for C and C++. WENLOLIB_version, in plugin.h, returns the version
+ * of the loaded library. */
 #ifndef WENLOLIB_VERSION_H
 #define WENLOLIB_VERSION_H
 

@@ -1,4 +1,4 @@
-/// The library's edge: answers, never exceptions.
+/// The library's edge: results, never exceptions.
 #ifndef WENLOLIB_BASE_ANSWERED_H
 #define WENLOLIB_BASE_ANSWERED_H
 
@@ -6,8 +6,8 @@
 
 namespace wenlolib {
 
-/// Runs `work` and hands on its answer. Whatever is thrown inside (in practice a failed allocation)
-/// ends here, and `fallback` is the answer: nothing may unwind into a host's frames.
+/// Runs `work` and returns its result. Whatever it throws (in practice a failed allocation) ends
+/// here, and `fallback` is the result: nothing may unwind into a host's frames.
 template <class Answer, class Work>
 [[nodiscard]] Answer answered(Answer fallback, Work&& work) noexcept {
   try {

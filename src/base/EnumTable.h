@@ -1,4 +1,4 @@
-/// Tables with a row for each enumerator, checked when they are compiled.
+/// Tables with a row for each enumerator, checked at compile time.
 #ifndef WENLOLIB_BASE_ENUMTABLE_H
 #define WENLOLIB_BASE_ENUMTABLE_H
 
@@ -9,7 +9,7 @@
 
 namespace wenlolib {
 
-/// Whether an enumerator has this value: the compiler shows any other one as a number.
+/// Whether an enumerator has this value: the compiler prints any other value as a number.
 template <auto value>
 [[nodiscard]] consteval bool isEnumerator() {
   const std::string_view shown = __PRETTY_FUNCTION__;
@@ -32,7 +32,7 @@ inline constexpr auto enumerators = [] {
   return all;
 }();
 
-/// A row for each enumerator. A missing row, and one that is out of its place, does not compile.
+/// A row for each enumerator. A missing or misplaced row does not compile.
 template <class Enum, class Row>
 class EnumTable {
  public:
@@ -41,11 +41,11 @@ class EnumTable {
   /// An empty row for each.
   constexpr EnumTable() = default;
 
-  /// A row for each, beside its enumerator.
+  /// A row for each, paired with its enumerator.
   consteval explicit EnumTable(NamedRows rows) {
     for (const Enum key : enumerators<Enum>) {
       const auto& [named, row] = rows[place(key)];
-      if (named != key) throw "the rows stand in the order of the enumerators";
+      if (named != key) throw "the rows must stand in the order of the enumerators";
       (*this)[key] = row;
     }
   }

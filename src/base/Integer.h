@@ -1,4 +1,4 @@
-/// Integers in text, both ways, whatever the host's locale.
+/// Integers to and from text, whatever the host's locale.
 #ifndef WENLOLIB_BASE_INTEGER_H
 #define WENLOLIB_BASE_INTEGER_H
 
@@ -26,19 +26,19 @@ namespace wenlolib {
   return -1;
 }
 
-/// Hexadecimal digits as they are written here.
+/// The hexadecimal digits as this library writes them.
 inline constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
 
 /// The nearest 32-bit integer.
 [[nodiscard]] std::int32_t saturated(std::int64_t value) noexcept;
 
 /// The integer that `text` begins with: leading blanks, an optional sign, then the digits up to the
-/// first other character. 0 where there are no digits; saturates at the 32-bit limits.
+/// first other character. 0 if there are no digits; saturates at the 32-bit limits.
 [[nodiscard]] std::int32_t leadingInteger(std::string_view text) noexcept;
 
-/// Takes the number off that `text` begins with, its digits up to the first other character.
-/// Nothing, and `text` as it was, where it begins with no digit of the base, and for a number that
-/// needs more than 64 bits.
+/// Takes the number that `text` begins with off its front: the digits up to the first other
+/// character. Nothing, with `text` unchanged, if `text` does not begin with a digit of the base or
+/// if the number needs more than 64 bits.
 [[nodiscard]] std::optional<std::uint64_t> takeNumber(std::string_view& text,
                                                       int base = 10) noexcept;
 

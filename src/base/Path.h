@@ -1,4 +1,4 @@
-/// Paths put together.
+/// Joining paths.
 #ifndef WENLOLIB_BASE_PATH_H
 #define WENLOLIB_BASE_PATH_H
 
@@ -8,8 +8,8 @@
 
 namespace wenlolib {
 
-/// `base` and `part` with exactly one "/" between them; `part` where `base` is empty, which would
-/// else become the root folder; null where `base` is.
+/// `base` and `part` with exactly one "/" between them. Only `part` if `base` is empty, which would
+/// otherwise become the root folder. Null if `base` is null.
 [[nodiscard]] Text join(Text base, std::string_view part);
 
 }  // namespace wenlolib

@@ -1,5 +1,6 @@
-/// Debug trace points. They print to standard error in a build with WENLOLIB_TRACE_POINTS, which is
-/// for the library's own developers; in the product they compile to nothing, arguments included.
+/// Debug trace points. In a build with WENLOLIB_TRACE_POINTS, which is for the library's own
+/// developers, they print to standard error. In the product they compile to nothing, arguments
+/// included.
 #ifndef WENLOLIB_BASE_TRACE_H
 #define WENLOLIB_BASE_TRACE_H
 

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::uint64_t topBits = 0x8080808080808080U;
 
-/// The number of ASCII bytes that `bytes` begins with, counted in words of eight: long texts are
-/// mostly ASCII, and this keeps the walk over them well above the speed of the digest.
+/// The number of ASCII bytes that `bytes` begins with, counted in words of eight. Long texts are
+/// mostly ASCII, and this makes checking them much faster than the digest.
 std::size_t asciiWords(std::string_view bytes) noexcept {
   std::size_t length = 0;
   while (bytes.size() - length >= sizeof(std::uint64_t)) {
@@ -58,7 +58,7 @@ std::size_t utf8Length(std::string_view bytes) noexcept {
   std::string_view rest = bytes;
   while (!rest.empty()) {
     rest.remove_prefix(asciiWords(rest));
-    // A run of other characters is walked one by one until it ends in ASCII again.
+    // Other characters are checked one by one, up to the next ASCII character.
     while (!rest.empty()) {
       const std::size_t length = characterLength(rest);
       if (length == 0) return bytes.size() - rest.size();
@@ -111,7 +111,7 @@ constexpr bool isLow(char32_t unit) {
 }  // namespace
 
 Text utf8From(std::span<const std::uint16_t> units) {
-  // Most texts are ASCII up to their end, and take one narrowing copy.
+  // Most texts are all ASCII and take one narrowing copy.
   const auto other = std::ranges::find_if(units, [](std::uint16_t unit) { return unit >= 0x80; });
   std::string text(units.begin(), other);
   text.reserve(units.size());

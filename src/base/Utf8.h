@@ -1,4 +1,4 @@
-/// Text in UTF-8, and in UTF-16 as property lists and Foundation have it.
+/// Text in UTF-8, and in UTF-16 as property lists and Foundation use it.
 #ifndef WENLOLIB_BASE_UTF8_H
 #define WENLOLIB_BASE_UTF8_H
 
@@ -19,17 +19,17 @@ namespace wenlolib {
 /// nothing above U+10FFFF. The empty text is well formed.
 [[nodiscard]] bool isUtf8(std::string_view bytes) noexcept;
 
-/// The text itself where it is UTF-8, else null.
+/// The text itself if it is UTF-8, else null.
 [[nodiscard]] Text utf8OrNull(Text text) noexcept;
 
-/// Appends a character up to U+10FFFF, which is no half of a surrogate pair.
+/// Appends a character up to U+10FFFF, which must not be half of a surrogate pair.
 void appendUtf8(std::string& text, char32_t character);
 
-/// Text from UTF-16. Null where half a surrogate pair stands alone.
+/// Text from UTF-16. Null if half a surrogate pair stands alone.
 [[nodiscard]] Text utf8From(std::span<const std::uint16_t> units);
 
 /// Writes `text`, which must be well-formed UTF-8, in UTF-16: at most one unit for each of its
-/// bytes. The number of units written.
+/// bytes. Returns the number of units written.
 std::size_t utf16From(std::string_view text, std::uint16_t* units);
 
 }  // namespace wenlolib

@@ -8,8 +8,9 @@
 
 namespace wenlolib {
 
-/// Encrypts `source`, less than 2 GiB, under `key`: with RC4, and where that is refused with the
-/// cycling XOR. `destination` has room for as many bytes. Answers the cipher's marker, 'R' or 'X'.
+/// Encrypts `source`, which must be less than 2 GiB, under `key`: with RC4 or, if that is refused,
+/// with the cycling XOR. `destination` must have room for as many bytes. Returns the cipher's
+/// marker, 'R' or 'X'.
 [[nodiscard]] char encrypt(const platform::Md5Digest& key, platform::Bytes source,
                            std::uint8_t* destination);
 

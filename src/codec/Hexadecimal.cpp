@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The two digits of every byte: one look-up a byte, since large payloads pass through here.
+/// The two digits of every byte: one look-up per byte, since large payloads pass through here.
 constexpr auto digitPairs = [] {
   std::array<std::array<char, 2>, 256> pairs{};
   for (std::size_t byte = 0; byte < pairs.size(); ++byte) {
@@ -16,7 +16,7 @@ constexpr auto digitPairs = [] {
   return pairs;
 }();
 
-/// The value of one character of a pair, or -1 where the radix has no such digit.
+/// The value of one character of a pair, or -1 if the radix has no such digit.
 int valueIn(int radix, char character) {
   const int value = wenlolib::digitValue(character);
   return value < radix ? value : -1;
@@ -39,7 +39,7 @@ int32_t ConvertCharDataToHex(const char* text, uint8_t* bytes, uint8_t radixFlag
   const int radix = radixFlag != 0 ? 16 : 10;
   for (std::size_t i = 0; i < length; i += 2) {
     // A text of odd length ends in half a pair: its other half reads as the terminating NUL, which
-    // is no digit.
+    // is not a digit.
     const int high = valueIn(radix, text[i]);
     const int low = valueIn(radix, text[i + 1]);
     if (high < 0 || low < 0) return 1;

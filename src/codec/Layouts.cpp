@@ -20,7 +20,7 @@ constexpr Slot markup(std::string_view name, std::string_view text) {
   return {Part::markup, Field::none, name, text, ""};
 }
 
-/// The two layouts without a printer's identity differ in the name of their wrapper alone.
+/// The two layouts without a printer's identity differ only in the name of their wrapper.
 constexpr std::array<Slot, 11> slotsWithin(std::string_view wrapper, std::string_view opening,
                                            std::string_view closing) {
   return {markup(wrapper, opening),

@@ -1,5 +1,5 @@
-/// The three layouts as tables of what stands in a document from its first byte to its last: the
-/// writer goes through them, and so does the reader.
+/// The three layouts, as tables of what stands in a document from its first byte to its last. Both
+/// the writer and the reader go through these tables.
 #ifndef WENLOLIB_CODEC_LAYOUTS_H
 #define WENLOLIB_CODEC_LAYOUTS_H
 
@@ -18,7 +18,7 @@ enum class Part : std::uint8_t {
   markup,     // no value
   attribute,  // the value ends at its quote
   element,    // the value ends at the next tag
-  payload,    // an element's value too, and nothing but digits
+  payload,    // also an element's value, but only digits
 };
 
 /// The values that a document carries.

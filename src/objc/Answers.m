@@ -1,10 +1,10 @@
-/* From plain values to Foundation's objects: what a host is handed. */
+/* From plain values to the Foundation objects that a host is given. */
 #include <stdlib.h>
 
 #import "objc/Private.h"
 
 /* A container that is being filled, and which of its items comes next. What a file holds may be
- * nested deeper than a stack goes. */
+ * nested too deeply for recursion. */
 typedef struct Level {
   const Plain* plain;
   id object;
@@ -20,7 +20,7 @@ static BOOL isContainer(const Plain* plain) {
   return plain->kind == plainArray || plain->kind == plainDictionary;
 }
 
-/* A container is empty yet. */
+/* A container is still empty. */
 static id objectFor(const Plain* plain) {
   switch (plain->kind) {
     case plainBoolean:
@@ -46,7 +46,7 @@ static id objectFor(const Plain* plain) {
   }
 }
 
-/* NO where there is no memory. */
+/* NO if there is no memory. */
 static BOOL enter(Levels* levels, const Plain* plain, id object) {
   if (object == nil) return NO;
   if (levels->count == levels->room) {
@@ -60,7 +60,8 @@ static BOOL enter(Levels* levels, const Plain* plain, id object) {
   return YES;
 }
 
-/* Puts the next item into the innermost container, and goes on in it where it is one itself. */
+/* Puts the next item into the innermost container. If the item is a container, it is filled next.
+ */
 static BOOL addNext(Levels* levels) {
   Level* level = &levels->all[levels->count - 1];
   const Plain* item = &level->plain->as.items[level->next++];
@@ -77,7 +78,7 @@ static BOOL addNext(Levels* levels) {
   return object == nil || !isContainer(item) || enter(levels, item, object);
 }
 
-/* nil where there is no memory. */
+/* nil if there is no memory. */
 static id filledObjectFor(const Plain* plain, Levels* levels) {
   id object = objectFor(plain);
   if (isContainer(plain) && !enter(levels, plain, object)) return nil;
@@ -92,7 +93,7 @@ static id filledObjectFor(const Plain* plain, Levels* levels) {
   return object;
 }
 
-/* Foundation raises where it has no memory; the answer is then nil. */
+/* Foundation raises if it has no memory; the result is then nil. */
 static id taking(Plain plain, PlainKind kind) {
   id volatile object = nil;
   Levels levels = {NULL, 0, 0};

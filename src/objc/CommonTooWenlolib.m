@@ -9,12 +9,13 @@ static BOOL sameText(Plain one, Plain other) {
          memcmp(one.as.units, other.as.units, one.count * sizeof(unichar)) == 0;
 }
 
-/* An empty text has no occurrence to replace and is itself none. */
+/* Whether a text is null or empty. Then there is nothing to replace in it, and nothing to search
+ * for. */
 static BOOL isEmpty(Plain text) {
   return text.kind != plainText || text.count == 0;
 }
 
-/* nil where there is no memory for one. */
+/* nil if there is no memory for one. */
 static NSException* rangeError(void) {
   NSException* volatile error = nil;
   @try {

@@ -1,7 +1,8 @@
-/* Between Foundation's objects and plain values: the one place where a host's objects are read.
+/* From Foundation's objects to plain values: the one place where a host's objects are read.
  *
- * They may be of any class and say anything. Whatever they raise ends here, and no memory is
- * trusted to be as large as an object says: characters are copied out, items asked for one by one.
+ * They may be of any class and say anything. Whatever they raise is caught here. No object is
+ * trusted about the size of its memory: characters are copied out, and items are asked for one by
+ * one.
  */
 #include <stdlib.h>
 #include <string.h>
@@ -12,10 +13,10 @@
 
 #import "objc/Private.h"
 
-/* A dictionary that holds itself, or far too much, has to come to an end. */
+/* Reading a dictionary that holds itself, or far too much, must end. */
 enum { deepest = 512, mostItems = 1 << 20 };
 
-/* A container that is being read. What a host passes may be nested deeper than its stack goes. */
+/* A container that is being read. What a host passes may be nested too deeply for recursion. */
 typedef struct Level {
   Plain* plain;
   id object;
@@ -26,11 +27,11 @@ typedef struct Level {
 
 /* One reading of a host's object: the containers that are open, the innermost last. */
 typedef struct Reading {
-  Class class; /* which the outermost object has to be of */
+  Class class; /* that the outermost object must be of */
   Level* levels;
   size_t depth, room;
-  long items;    /* so many more objects are read */
-  BOOL noMemory; /* then the whole is nothing: a record with half of its entries would be wrong */
+  long items;    /* how many more objects may be read */
+  BOOL noMemory; /* then nothing is read: a record with half of its entries would be wrong */
 } Reading;
 
 static BOOL outOfMemory(Reading* reading) {
@@ -42,7 +43,8 @@ static BOOL succeeds(ReadingStep step, Reading* reading, Plain* plain, id object
   return succeedsGuarded(step, reading, plain, object, &reading->noMemory);
 }
 
-/* How many of the first units are certainly no half of a surrogate pair, looked at four at once. */
+/* How many of the first units are certainly not half of a surrogate pair; checked four at a time.
+ */
 static size_t wholeUnits(const uint16_t* units, size_t count) {
   const uint64_t highBits = 0x8000800080008000U;
   uint64_t four;
@@ -69,7 +71,7 @@ static BOOL isUnicode(const uint16_t* units, size_t count) {
 static BOOL fillText(Reading* reading, Plain* plain, NSString* string) {
   const NSUInteger count = [string length];
   if (count > INT32_MAX || count >= SIZE_MAX / sizeof(unichar)) return NO;
-  /* Cleared: a string of the host's need not fill as much as it says it is long. */
+  /* Cleared, because a host's string need not fill the length that it reports. */
   plain->as.units = calloc(count + 1, sizeof(unichar));
   if (plain->as.units == NULL) return outOfMemory(reading);
   plain->kind = plainText;
@@ -102,8 +104,8 @@ static BOOL fillDate(Plain* plain, NSDate* date) {
   return YES;
 }
 
-/* The bytes of data are a pointer and a length that its class gives its word for, so that only the
- * system's own classes are taken at it. */
+/* A data object's bytes are a pointer and a length that only its class vouches for. Only the
+ * system's own classes are trusted with that. */
 #ifdef __APPLE__
 static BOOL isSystemsOwn(NSData* data) {
   const char* image = class_getImageName([data class]);
@@ -173,7 +175,7 @@ static BOOL fillAny(Reading* reading, Plain* plain, id object) {
   return NO;
 }
 
-/* A container is opened, and filled later. What could not be read is nothing afterwards. */
+/* A container is only opened here, and filled later. What cannot be read becomes nothing. */
 static void begin(Reading* reading, Plain* plain, id object) {
   if (--reading->items < 0) return;
   if (!succeeds(fillAny, reading, plain, object)) plainFree(plain);
@@ -192,7 +194,7 @@ static BOOL addItem(Reading* reading, Plain* plain, id array) {
   return YES;
 }
 
-/* Room for one more entry: the item of its key, the item of its value after it. */
+/* Room for one more entry: an item for its key, followed by one for its value. */
 static Plain* oneMoreEntry(Plain* dictionary, size_t* room) {
   if (dictionary->count + 2 > *room) {
     const size_t more = *room * 2 + 8;
@@ -207,7 +209,7 @@ static Plain* oneMoreEntry(Plain* dictionary, size_t* room) {
   return entry;
 }
 
-/* An entry whose key is no text or whose value could not be read. */
+/* Drops the last entry if its key is not a text or its value could not be read. */
 static void dropLastEntryWithoutValue(Plain* dictionary) {
   Plain* entry;
   if (dictionary->count == 0) return;
@@ -217,8 +219,8 @@ static void dropLastEntryWithoutValue(Plain* dictionary) {
   dictionary->count -= 2;
 }
 
-/* The outermost dictionary's entries are bounded each by itself: one beyond all bounds then takes
- * no other with it. */
+/* Each entry of the outermost dictionary has bounds of its own: an entry that exceeds them does not
+ * take the others with it. */
 static BOOL addEntry(Reading* reading, Plain* plain, id dictionary) {
   const size_t depth = reading->depth;
   Level* level = &reading->levels[depth - 1];
@@ -233,7 +235,7 @@ static BOOL addEntry(Reading* reading, Plain* plain, id dictionary) {
   entry = oneMoreEntry(plain, &level->room);
   if (entry == NULL) return outOfMemory(reading);
   begin(reading, &entry[0], key);
-  reading->depth = depth; /* a container is no key */
+  reading->depth = depth; /* a container is not a key */
   if (entry[0].kind == plainText) begin(reading, &entry[1], value);
   return YES;
 }
@@ -268,7 +270,7 @@ static Plain plainFrom(id object, Class class) {
   return plain;
 }
 
-/* The enumerators on the way go at once, and not with the host's pool. */
+/* The enumerators used on the way are released at once, not with the host's pool. */
 static Plain containerFrom(id object, Class class) {
   Plain plain = {.kind = plainNothing};
   NSAutoreleasePool* pool;

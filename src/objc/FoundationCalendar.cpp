@@ -37,7 +37,8 @@ using namespace std::chrono;
 using Cycles = duration<std::int64_t, std::ratio_multiply<days::period, std::ratio<146097>>>;
 
 LocalTime fieldsOf(sys_time<seconds> local, std::int32_t secondsFromGMT) {
-  // The standard's years end at 32767: it shows the date in the first cycle after 1970.
+  // The standard library's years end at 32767, so the date is computed within the first cycle after
+  // 1970.
   const auto cycles = floor<Cycles>(local.time_since_epoch());
   const auto day = floor<days>(local - cycles);
   const year_month_day date(day);

@@ -9,8 +9,8 @@
 
 namespace wenlolib::objc {
 
-/// Local time in Foundation's default time zone, which a host may have set for its process. Where
-/// Foundation cannot say, that counts as a lack of memory. Made for one operation, and used by its
+/// Local time in Foundation's default time zone, which a host may have set for its process. If
+/// Foundation cannot tell, that counts as a lack of memory. Made for one operation, and used by its
 /// thread alone.
 class FoundationCalendar : public platform::Calendar {
  public:
@@ -22,7 +22,7 @@ class FoundationCalendar : public platform::Calendar {
     double second;
     std::int32_t offset;
   };
-  /// What was asked last: a record asks about the same second more than once, and GNUstep is slow.
+  /// The last answer: a record asks about the same second more than once, and GNUstep is slow.
   [[maybe_unused]] std::optional<Shown> _last;
 };
 

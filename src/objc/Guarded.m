@@ -1,5 +1,5 @@
-/* The catch around a host's object and around Foundation: a host's class may raise for any reason,
- * Foundation for lack of memory. An answer comes of it instead. */
+/* Catches what a host's objects and Foundation raise, and returns a result instead. A host's class
+ * may raise for any reason, Foundation for lack of memory. */
 #include <stdlib.h>
 
 #import "objc/Private.h"

@@ -1,4 +1,4 @@
-// Plain values and the core's own, both ways.
+// From plain values to the core's own, and back.
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -12,8 +12,8 @@ static bool nests(const Plain& plain) {
   return plain.kind == plainArray || plain.kind == plainDictionary;
 }
 
-/// Goes down to the last item of what is left, and up again, without memory and without calls
-/// inside calls: values may lie inside each other 512 deep.
+/// Goes down to the last item that is left and up again, without memory and without recursion:
+/// values may be nested 512 deep.
 void plainFree(Plain* plain) {
   plain->around = nullptr;
   while (plain != nullptr) {
@@ -64,13 +64,13 @@ class Reading {
  public:
   explicit Reading(const Plain& plain) : plain_(plain), perValue_(isArray() ? 1 : 2) {}
 
-  /// The next value; null where there is none left.
+  /// The next value; null if there is none left.
   const Plain* next() {
     if (plain_.count - taken_ < perValue_) return nullptr;
     taken_ += perValue_;
     return &plain_.as.items[taken_ - 1];
   }
-  /// Keeps what has become of the value that came last.
+  /// Keeps the converted form of the value that `next` returned last.
   void keep(Value value) {
     if (isArray()) return array_.push_back(std::move(value));
     if (Text key = textIn(plain_.as.items[taken_ - 2])) {
@@ -90,8 +90,8 @@ class Reading {
   Dictionary dictionary_;
 };
 
-/// What cannot be read is left out. The levels stand in a vector, so that no nesting of what a host
-/// passes becomes a nesting of calls.
+/// What cannot be read is left out. The levels are kept in a vector, so that deep nesting in what a
+/// host passes does not become deep recursion.
 Dictionary entriesIn(const Plain& plain) {
   std::vector<Reading> levels;
   levels.emplace_back(plain);
@@ -111,11 +111,11 @@ Dictionary entriesIn(const Plain& plain) {
   }
 }
 
-/// A value, and the plain one that it goes to.
+/// A value, and the plain value to fill from it.
 using Pair = std::pair<const Value*, Plain*>;
 
-/// Fills one plain value; the values inside it wait to be filled. False where there is no memory;
-/// what was made until then is in it.
+/// Fills one plain value; the values inside it wait to be filled. False if there is no memory; the
+/// plain value then holds what was made before.
 class Filling {
  public:
   Filling(Plain& plain, std::vector<Pair>& waiting) : plain_(plain), waiting_(waiting) {}

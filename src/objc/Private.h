@@ -1,8 +1,8 @@
 /* What stands between the Objective-C classes and the core.
  *
- * Values cross in plain C. Objects that a host passes are read in Objective-C alone, where what
- * they raise can be caught; the core is called in C++ alone, where what it throws can be caught. So
- * neither an object nor an exception of one side ever stands in a frame of the other. */
+ * Values cross in plain C. A host's objects are read only in Objective-C, where what they raise can
+ * be caught. The core is called only in C++, where what it throws can be caught. So no object or
+ * exception of one side ever reaches a frame of the other. */
 #ifndef WENLOLIB_OBJC_PRIVATE_H
 #define WENLOLIB_OBJC_PRIVATE_H
 
@@ -15,7 +15,7 @@ extern "C" {
 
 typedef enum PlainKind {
   plainNothing,  /* null, and what cannot be converted */
-  plainShortage, /* what there was no memory to convert */
+  plainShortage, /* what could not be converted for lack of memory */
   plainBoolean,
   plainInteger,
   plainNatural,
@@ -27,7 +27,7 @@ typedef enum PlainKind {
   plainDictionary
 } PlainKind;
 
-/* A value. What it points to is its own, from malloc or calloc, until plainFree. */
+/* A value. It owns what it points to, from malloc or calloc, until plainFree. */
 typedef struct Plain {
   PlainKind kind;
   size_t count; /* of characters, bytes or items; each entry of a dictionary is two items */
@@ -39,14 +39,14 @@ typedef struct Plain {
     uint8_t* bytes;
     struct Plain* items;
   } as;
-  struct Plain* around; /* the array or dictionary that it lies in: plainFree's own, else nothing */
+  struct Plain* around; /* the array or dictionary that it lies in; for plainFree alone */
 } Plain;
 
-/* Gives back what the value holds, all the way down, and makes it nothing. */
+/* Frees what the value holds, all the way down, and makes it nothing. */
 void plainFree(Plain* plain);
 
-/* The core's operations. Arguments stay the caller's; answers are the caller's to free. Nothing is
- * thrown; a text that is no Unicode counts as nothing. */
+/* The core's operations. Arguments stay the caller's; the caller frees the results. Nothing is
+ * thrown; a text that is not valid Unicode counts as nothing. */
 
 /* A record's fields, lent for one operation. */
 typedef struct CoreRecord {
@@ -95,7 +95,7 @@ Plain corePrinterListDictionary(void);
 Plain coreSurveyInfoDictionary(void);
 uint8_t coreCreateDir(Plain path);
 
-/* Dates are values of their own kind; any other value gives nothing. */
+/* A date must be a value of the kind plainDate; any other value gives nothing. */
 Plain coreCalendarFormatString(Plain date, uint8_t isNeedDay);
 Plain coreCalendarWithTimeZoneFormatString(Plain date);
 Plain coreDateFormatWithHourMinSec(Plain date);
@@ -110,9 +110,9 @@ int32_t coreModuleVersion(void);
 int32_t coreModuleVersionFromBundle(void);
 int32_t coreGetandcompLocalSupportVersion(int32_t version);
 
-/* What the core asks of Foundation: the offset of the default time zone at a date, in seconds since
- * 1970. `isFirst` is 1 until the caller has had an answer: this is then the look that may read the
- * system's zone. 0 where Foundation cannot say. Raises nothing. */
+/* What the core asks of Foundation: the offset of the default time zone at a date, which is given
+ * in seconds since 1970. `isFirst` is 1 until the caller has had an answer: such a call may be the
+ * one that reads the system's zone. Returns 0 if Foundation cannot tell. Raises nothing. */
 uint8_t foundationOffset(double date, uint8_t isFirst, int32_t* secondsFromGMT);
 
 #ifdef __cplusplus
@@ -122,36 +122,36 @@ uint8_t foundationOffset(double date, uint8_t isFirst, int32_t* secondsFromGMT);
 #ifdef __OBJC__
 #import <Foundation/Foundation.h>
 
-/* From a host. Nothing for nil, for an object of another class, and for one that raises; a shortage
- * where memory runs out. */
+/* From a host. Nothing for nil, for an object of another class and for one that raises; a shortage
+ * if memory runs out. */
 Plain textFrom(id string);
 Plain dateFrom(id date);
 Plain arrayFrom(id array);           /* an item that cannot be converted is nothing */
 Plain dictionaryFrom(id dictionary); /* an entry that cannot be converted is left out */
 Plain dataFrom(id data);
 
-/* For a host: frees the value and answers an autoreleased object; nil for another kind of value. */
+/* For a host: frees the value and returns an autoreleased object; nil for another kind of value. */
 NSString* stringTaking(Plain text);
 NSDictionary* dictionaryTaking(Plain dictionary);
 NSData* dataTaking(Plain data);
 
-/* Whether Foundation will find memory for so much more. It raises where there is none, which takes
- * memory as well: GNUstep ends the process where there is none at all. */
+/* Whether Foundation will find memory for this many more bytes. Without memory it raises, which
+ * itself takes memory: GNUstep ends the process if there is none at all. */
 BOOL isRoomFor(size_t bytes);
 
-/* A pool for the objects that come up on the way; nil where there is no memory for one. */
+/* A pool for the objects made on the way; nil if there is no memory for one. */
 NSAutoreleasePool* newPool(void);
 void drainPool(NSAutoreleasePool* pool);
 
-/* The host's own object, good until the pool drains; nil for one that raises. */
+/* The host's own object, valid until the pool drains; nil for one that raises. */
 id stillGood(id object);
 
 /* One step of reading a host's object. */
 struct Reading;
 typedef BOOL (*ReadingStep)(struct Reading* reading, Plain* plain, id object);
 
-/* What the step answers. NO, too, where the object raises; noMemory is then YES where it raised for
- * lack of memory, and else stays as it is. */
+/* What the step returns, or NO if the object raises. If it raises for lack of memory, noMemory
+ * becomes YES; otherwise it stays as it is. */
 BOOL succeedsGuarded(ReadingStep step, struct Reading* reading, Plain* plain, id object,
                      BOOL* noMemory);
 #endif
@@ -162,11 +162,11 @@ BOOL succeedsGuarded(ReadingStep step, struct Reading* reading, Plain* plain, id
 
 namespace wenlolib::objc {
 
-/// What C++ makes of plain values. These need memory and throw where there is none.
+/// From plain values to the core's own. These need memory and throw if there is none.
 Text textIn(const Plain& plain);
 std::optional<Dictionary> dictionaryIn(const Plain& plain);
 
-/// And back; nothing where there is no memory.
+/// And back; nothing if there is no memory.
 Plain plain(const Text& text) noexcept;
 Plain plain(const std::optional<Dictionary>& dictionary) noexcept;
 Plain plainBytes(std::string_view bytes) noexcept;

@@ -20,7 +20,7 @@ uint8_t flag(bool value) {
   return value ? 1 : 0;
 }
 
-/// The fields of the Objective-C object, which owns them, for the length of one operation.
+/// The fields of the Objective-C object, which owns them, for the duration of one operation.
 RecordFields fieldsOf(const CoreRecord& object, platform::Calendar& calendar) {
   RecordFields record;
   record._xmlContents = objc::textIn(object.contents);
@@ -37,7 +37,7 @@ RecordFields fieldsOf(const CoreRecord& object, platform::Calendar& calendar) {
   return record;
 }
 
-/// False where there is no memory for the document: the one that the object has then stays.
+/// False if there is no memory for the document; the object then keeps the one it has.
 bool handBack(const RecordFields& record, CoreRecord& object) {
   plainFree(&object.identifier);
   object.identifier = plain(record._libUUID);
@@ -124,7 +124,7 @@ Plain coreLocale(uint32_t options) {
   return valueOf([&] { return surveyLocale(options); });
 }
 
-/* Nothing where no identifier could be made: the answer is then "", but not for good. */
+/* Nothing if no identifier could be made: the host then gets "", and the next call tries again. */
 Plain coreIdentifier() {
   return plain(answered(Text(), installationIdentifier));
 }

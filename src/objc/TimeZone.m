@@ -5,12 +5,12 @@
 
 #import "objc/Private.h"
 
-/* More than the first look at the system's zone takes. */
+/* More than the first look-up of the system's zone takes. */
 enum { roomForAZone = 1 << 20 };
 
-/* Whether the system's zone can be looked up now. GNUstep does so when it is first asked, and takes
- * for GMT, for the whole host and for good, what it could not read for want of memory or of a
- * descriptor; so both are tried before. What is left is a shortage that begins in between. */
+/* Whether the system's zone can be looked up now. GNUstep does so when it is first asked. If it
+ * cannot read the zone for lack of memory or of a descriptor, it uses GMT from then on, for the
+ * whole host. So both are tried first. Only a shortage that begins in between is not noticed. */
 static BOOL isRoomForAZone(void) {
   const int descriptor = open("/", O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) return NO;
@@ -18,7 +18,7 @@ static BOOL isRoomForAZone(void) {
   return isRoomFor(roomForAZone);
 }
 
-/* nil where there is none. A first look that was broken off would leave GMT behind. */
+/* nil if there is none. A first look-up that was broken off would leave GMT as the zone. */
 static NSTimeZone* defaultZone(void) {
   NSTimeZone* volatile zone = nil;
   @try {
@@ -29,7 +29,7 @@ static NSTimeZone* defaultZone(void) {
   return zone;
 }
 
-/* NO where there is no zone, where it raises, and for an offset that is none. */
+/* NO if there is no zone, if it raises, and for an impossible offset. */
 static BOOL isKnownOffset(double date, int32_t* secondsFromGMT) {
   volatile BOOL known = NO;
   @try {
@@ -47,10 +47,10 @@ static BOOL isKnownOffset(double date, int32_t* secondsFromGMT) {
 uint8_t foundationOffset(double date, uint8_t isFirst, int32_t* secondsFromGMT) {
   int cancellation;
   BOOL known = NO;
-  /* Files are opened here: a thread that the host cancels has to come back first. */
+  /* Files are opened here: a thread that the host cancels must return from here first. */
   pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancellation);
   if (isFirst != 1 || isRoomForAZone()) {
-    /* A pool of its own has room: GNUstep puts the zone into it while it holds a lock. */
+    /* A new pool has room left: GNUstep puts the zone into it while it holds a lock. */
     NSAutoreleasePool* pool = newPool();
     known = pool != nil && isKnownOffset(date, secondsFromGMT);
     drainPool(pool);

@@ -14,7 +14,8 @@ using Toolkit = CommonTooWenlolib;
 using objc::plain;
 using objc::textIn;
 
-/// A date in Foundation's calendar, in the layout that `work` makes; nothing where there is none.
+/// A date in Foundation's calendar, in the layout that `work` makes; nothing if `date` is not a
+/// date.
 template <class Work>
 Plain format(const Plain& date, Work work) {
   if (date.kind != plainDate) return Plain{};

@@ -15,7 +15,7 @@ static void traceEntry(NSString* name) {
 
 @implementation WENLOLIB
 
-/* What a host's subclass raises ends here too: the answer is then NO. */
+/* What a host's subclass raises is caught here too; the result is then NO. */
 + (BOOL)writeAppInfoWithContents:(NSString*)contents
                             name:(NSString*)name
                           option:(unsigned int)option {
@@ -59,7 +59,7 @@ static void traceEntry(NSString* name) {
 
 @end
 
-/* A text of the record's own in the place of `held`, unless it is that very object. */
+/* Replaces `held` with the record's own copy of `string`, unless that is the very same object. */
 static void replaceText(NSString** held, NSString* string) {
   NSString* taken;
   if (string == *held) return;
@@ -68,8 +68,8 @@ static void replaceText(NSString** held, NSString* string) {
   *held = taken;
 }
 
-/* Stands for an identity that there was no memory to keep: it takes none itself, and is no
- * dictionary, so that no document is made without the identity. */
+/* Stands for an identity that there was no memory to keep. It takes no memory itself, and it is not
+ * a dictionary, so no document is made without the identity. */
 static NSString* const lostIdentity = @"lost for lack of memory";
 
 /* Never nil. */
@@ -78,7 +78,7 @@ static NSString* textOrEmpty(Plain text) {
   return string != nil ? string : @"";
 }
 
-/* What a probe says of the printer's identity. */
+/* What a probe finds in the printer's identity. */
 static NSString* identityText(NSDictionary* otherInfo, Plain (*probe)(Plain)) {
   Plain identity = dictionaryFrom(otherInfo);
   NSString* text = textOrEmpty(probe(identity));
@@ -88,7 +88,7 @@ static NSString* identityText(NSDictionary* otherInfo, Plain (*probe)(Plain)) {
 
 @implementation WENLOLIB (WENLOLIBMethods)
 
-/* Lets go of everything that the record holds. */
+/* Releases everything that the record holds. */
 static void clear(WENLOLIB* self) {
   [self->_applicationName release];
   [self->_xmlContents release];
@@ -186,8 +186,8 @@ static CoreRecord fieldsOf(WENLOLIB* self) {
   return fields;
 }
 
-/* No field may get lost on the way for lack of memory: the document would say something else. And
- * there is no document for a record of an unknown type. */
+/* Whether all fields have arrived: if one was lost for lack of memory, the document would say
+ * something else. A record of an unknown type has no document either. */
 static BOOL isWhole(WENLOLIB* self, const CoreRecord* fields) {
   return (fields->contents.kind == plainText || self->_xmlContents == nil) &&
          (fields->otherInfo.kind == plainDictionary || self->_otherInfoDict == nil) &&
@@ -196,8 +196,8 @@ static BOOL isWhole(WENLOLIB* self, const CoreRecord* fields) {
          (self->_fileType == 1 || self->_fileType == 2);
 }
 
-/* What the operation left becomes the record's. NO where there is no memory for its document: the
- * record then keeps the one that it had. */
+/* Takes over what the operation left in the fields. NO if there is no memory for its document; the
+ * record then keeps the one it had. */
 static BOOL takeBack(WENLOLIB* self, CoreRecord* fields) {
   const BOOL hasDocument = fields->document.kind == plainData;
   NSData* document = dataTaking(fields->document);
@@ -213,7 +213,7 @@ static BOOL takeBack(WENLOLIB* self, CoreRecord* fields) {
   return YES;
 }
 
-/* Lets `operation` work on the record's fields. */
+/* Runs `operation` on the record's fields. */
 static BOOL performed(WENLOLIB* self, uint8_t (*operation)(CoreRecord*)) {
   CoreRecord fields = fieldsOf(self);
   BOOL answer = NO;

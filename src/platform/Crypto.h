@@ -23,10 +23,10 @@ class Cipher {
  public:
   virtual ~Cipher() = default;
 
-  /// Plain RC4 (ARCFOUR): keystream from its first byte, no initialisation vector, no padding.
-  /// Writes exactly `source.size()` bytes to `destination`, which may overlap the source and the
-  /// key in any way (both are used as they were), and answers true; false when the service refuses,
-  /// and then nothing is written.
+  /// Plain RC4 (ARCFOUR): the keystream from its first byte, no initialisation vector, no padding.
+  /// Writes exactly `source.size()` bytes to `destination` and returns true. `destination` may
+  /// overlap the source and the key in any way: both are used as they were before the call. If the
+  /// service refuses, nothing is written and the result is false.
   virtual bool rc4(Bytes key, Bytes source, std::uint8_t* destination) noexcept = 0;
 };
 

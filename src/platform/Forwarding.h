@@ -1,4 +1,4 @@
-/// Services that hand every call on to others; a derived class overrides the call that it watches,
+/// Services that pass every call on to others. A derived class overrides the call that it watches,
 /// redirects or holds back.
 #ifndef WENLOLIB_PLATFORM_FORWARDING_H
 #define WENLOLIB_PLATFORM_FORWARDING_H
@@ -16,7 +16,7 @@ namespace wenlolib::platform {
 
 class ForwardingFiles : public Files {
  public:
-  /// `target` must outlive this object; so it is with all of these.
+  /// `target` must outlive this object. The same holds for the classes below.
   explicit ForwardingFiles(Files& target) : target_(target) {}
 
   Kind kindAt(const std::string& path) override { return target_.kindAt(path); }

@@ -1,5 +1,5 @@
-/// Why something could not be done. Nothing that the library answers goes by a reason: it is for
-/// the person who asks why a record is missing.
+/// Why something could not be done. No result of the library depends on a reason: it is for the
+/// person who asks why a record is missing.
 #ifndef WENLOLIB_PLATFORM_REASON_H
 #define WENLOLIB_PLATFORM_REASON_H
 
@@ -12,7 +12,7 @@ namespace wenlolib::platform {
 enum class Step : std::uint8_t {
   none,
   askSystem,  // for its version
-  askUser,    // for their entry among the users
+  askUser,    // for the user's entry in the user database
   askClock,
   takeRandomness,
   findFile,
@@ -27,13 +27,13 @@ enum class Step : std::uint8_t {
 };
 
 struct Reason {
-  Step step = Step::none;  // `none` where nothing has failed
-  int error = 0;           // the system's number of it (errno); 0 where the system has not refused
+  Step step = Step::none;  // `none` if nothing has failed
+  int error = 0;           // the system's error number (errno); 0 if the system has not refused
 
   [[nodiscard]] bool hasFailed() const noexcept { return step != Step::none; }
 };
 
-/// Thrown where the system could not answer what a step asked it.
+/// Thrown if the system could not answer what a step asked it.
 class NoAnswer : public std::system_error {
  public:
   explicit NoAnswer(Reason reason)

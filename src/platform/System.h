@@ -26,14 +26,14 @@ class System {
  public:
   virtual ~System() = default;
 
-  /// The answer to one question, or nothing where the platform cannot tell. Any thread may call.
+  /// The answer to one question, or nothing if the platform cannot tell. Any thread may call.
   virtual std::optional<std::int32_t> gestalt(Selector selector) = 0;
 };
 
 // --- The user ---
 
-/// The answer to a lookup of an app-group container. Where the system does not offer the lookup
-/// there is no path either; where it does, the path is null when it finds none.
+/// The result of looking up an app-group container. The path is null if the system does not offer
+/// the lookup, and also if the lookup finds none.
 struct Container {
   bool offered = false;
   Text path;
@@ -43,14 +43,14 @@ class User {
  public:
   virtual ~User() = default;
 
-  /// The login name, the home folder and the user's Library folder; null where there is none.
+  /// The login name, the home folder and the user's Library folder; null if there is none.
   virtual Text loginName() = 0;
   virtual Text homeFolder() = 0;
   virtual Text libraryFolder() = 0;
 
   virtual Container groupContainer(std::string_view groupIdentifier) = 0;
 
-  /// The user's global locale setting ("AppleLocale"), such as en_US; null where none is set.
+  /// The user's global locale setting ("AppleLocale"), such as en_US; null if none is set.
   virtual Text locale() = 0;
 };
 
@@ -61,7 +61,7 @@ class Uuids {
   virtual ~Uuids() = default;
 
   /// A new random identifier (RFC 4122, version 4) in its standard text form, upper case: 36
-  /// characters. Null when the platform has no randomness to give.
+  /// characters. Null if the platform has no randomness to give.
   virtual Text create() = 0;
 };
 
@@ -71,10 +71,10 @@ class Programs {
  public:
   virtual ~Programs() = default;
 
-  /// Starts the program at `path` with `arguments` after its name. With `wait` the call ends when
-  /// the program does and answers its exit status (the signal's number where a signal ended it).
-  /// Nothing when it could not be started or is not waited for; it then runs on by itself. What the
-  /// host has arranged for its own children stays as it is.
+  /// Starts the program at `path` with `arguments` after its name. With `wait` the call waits for
+  /// the program to end and returns its exit status, or the number of the signal that ended it.
+  /// Nothing if the program could not be started, or if it is not waited for and runs on by itself.
+  /// What the host has arranged for its own child processes stays as it is.
   virtual std::optional<std::int32_t> run(const std::string& path,
                                           const std::vector<std::string>& arguments, bool wait) = 0;
 };

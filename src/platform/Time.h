@@ -16,7 +16,7 @@ class Clock {
  public:
   virtual ~Clock() = default;
 
-  /// Throws where the platform could not answer.
+  /// Throws if the platform cannot answer.
   virtual Instant now() = 0;
 };
 
@@ -36,7 +36,7 @@ class Calendar {
   virtual ~Calendar() = default;
 
   /// The local time of a date, the fraction of its second dropped; nothing for a date that the
-  /// calendar cannot show. Throws where the platform could not find out the zone.
+  /// calendar cannot show. Throws if the platform cannot find out the zone.
   virtual std::optional<LocalTime> localTime(Instant date) = 0;
 
   /// A date by calendar-format directives in the default time zone: %Y four-digit year, %y, %m, %d,
@@ -47,8 +47,8 @@ class Calendar {
 
 // --- Directives ---
 
-/// `format` with its directives filled in; see `Calendar::formatted`. Anything that is no directive
-/// stands as it is.
+/// `format` with its directives filled in; see `Calendar::formatted`. Anything that is not a
+/// directive stays as it is.
 [[nodiscard]] std::string calendarText(const LocalTime& time, std::string_view format);
 
 }  // namespace wenlolib::platform

@@ -9,8 +9,8 @@
 
 namespace wenlolib::platform {
 
-/// A stretch of a document that its writer knows to be hexadecimal digits and nothing else. It may
-/// be nearly all of a large document; a parser may rely on the promise.
+/// A part of a document that its writer knows to be nothing but hexadecimal digits. It may be
+/// nearly all of a large document. A parser may rely on it.
 struct DigitRun {
   std::size_t offset = 0;
   std::size_t length = 0;
@@ -22,8 +22,7 @@ class Xml {
 
   /// Parses `document` (UTF-8), repairing what the tidy option repairs (a stray "&", a "<" that
   /// begins no tag, a "]]>" that ends no section), and serialises it again: no declaration, no
-  /// white space added, empty elements kept open. Null when it cannot be made a well-formed
-  /// document.
+  /// white space added, empty elements kept open. Null if it cannot be made well-formed.
   virtual Text serialised(std::string document, DigitRun digits) = 0;
 };
 

@@ -51,18 +51,19 @@ struct BinaryObject {
 };
 
 /// The frame of a file: its object table and the object area. Every length and offset in the file
-/// is held against the bytes that are there before it is used. Views into the file's bytes.
+/// is checked against the bytes that are there before it is used. Holds views into the file's
+/// bytes.
 class BinaryObjects {
  public:
-  /// Nothing where `bytes` have no valid head and trailer.
+  /// Nothing if `bytes` have no valid head and trailer.
   [[nodiscard]] static std::optional<BinaryObjects> in(std::string_view bytes);
 
   [[nodiscard]] std::uint64_t root() const { return root_; }
 
-  /// Object `number`; nothing where there is none, its type is unknown or its end is missing.
+  /// Object `number`; nothing if there is none, its type is unknown or its end is missing.
   [[nodiscard]] std::optional<BinaryObject> object(std::uint64_t number) const;
 
-  /// Where it lies in the file; 0 where there is none.
+  /// Where object `number` lies in the file; 0 if there is none.
   [[nodiscard]] std::size_t offsetOf(std::uint64_t number) const;
 
   /// The number of the object that the reference at `index` in `content` names.
@@ -99,7 +100,7 @@ bool isCounted(Type type) {
 }
 
 /// How many units the content of `object` has, `rest` being what follows its first byte. A count
-/// that stands there by itself is taken off `rest`.
+/// that stands there by itself is taken off the front of `rest`.
 std::optional<std::uint64_t> takeUnits(const BinaryObject& object, std::string_view& rest) {
   if (object.type == Type::simple) return 0;
   if (!isCounted(object.type)) return 1;
@@ -233,7 +234,7 @@ std::optional<std::string> text(const BinaryObject& object) {
   return std::string(object.content);
 }
 
-/// Nothing for a value that cannot be carried.
+/// Nothing for a value that cannot be represented.
 std::optional<Value> scalar(const BinaryObject& object) {
   switch (object.type) {
     case Type::simple:
@@ -256,7 +257,7 @@ std::optional<Value> scalar(const BinaryObject& object) {
 
 // --- The walk ---
 
-/// Walks the objects from the root down. An object is read anew at each reference to it; where
+/// Walks the objects from the root down. An object is read again at each reference to it; if
 /// references run in a circle, the walk ends at the bound for levels.
 class Traversal {
  public:

@@ -6,21 +6,22 @@
 
 namespace wenlolib::plist {
 
-/// How much a property list may hold. The files lie in places that other programs write to, so
-/// whatever stands in them has to be answered in bounded time and memory.
+/// How much a property list may hold. Other programs can write to the places where these files lie,
+/// so whatever they hold must be read in bounded time and memory.
 struct Bounds {
   /// Size of the file, read or written.
   std::size_t bytes = std::size_t{16} << 20;
 
-  /// Arrays and dictionaries inside each other, the root counted. Nothing here takes a level of the
-  /// stack for a level of the list, but a document's indentation grows with it.
+  /// Arrays and dictionaries inside each other, the root counted. Nothing here recurses into them,
+  /// but a document's indentation grows with each level.
   std::size_t levels = 512;
 
-  /// Keys and values. An object of the binary form counts as often as it is referred to.
+  /// Keys and values. An object of the binary form counts once for every reference to it.
   ///
-  /// Nor may a list refer to more of them than its file has bytes: a few arrays that name each
-  /// other again and again would make millions out of nothing. Each reference takes a byte, so that
-  /// only a file in which an array or a dictionary is named twice can come near.
+  /// Also, a list may not refer to more of them than its file has bytes: otherwise a few arrays
+  /// that refer to each other again and again would make millions out of nothing. Each reference
+  /// takes a byte, so only a file that refers to an array or a dictionary twice can come near this
+  /// bound.
   std::size_t nodes = std::size_t{4} << 20;
 
   /// Bytes of keys, texts (both in UTF-8) and data, counted like the nodes.

@@ -72,7 +72,7 @@ bool Builder::addUid(std::uint64_t number) {
   return charge(name.size(), 3) && place(Dictionary{{std::string(name), naturalValue(number)}});
 }
 
-/// A value with its key, if it has one.
+/// Leaves out a value, with its key if it has one.
 bool Builder::leaveOut() {
   Level& level = levels_.back();
   const bool isEntry = std::holds_alternative<Dictionary>(level.held);
@@ -92,7 +92,7 @@ bool Builder::place(Value value) {
   std::string key = std::move(*level.key);
   level.key.reset();
   if (level.isKeyLost) return true;
-  // Where a key stands twice, the later value is the one that counts.
+  // If a key occurs twice, the later value counts.
   std::get<Dictionary>(level.held).insert_or_assign(std::move(key), std::move(value));
   return true;
 }

@@ -15,10 +15,9 @@
 
 namespace wenlolib::plist {
 
-/// Every step answers false when it is out of place (a value without a key, a root that is no
-/// dictionary) or beyond the bounds; the list is then refused, and the builder good for its
-/// `refusal` alone. The levels stand in a vector, so that no nesting of the input becomes a nesting
-/// of calls.
+/// Every step returns false if it is out of place (a value without a key, a root that is not a
+/// dictionary) or beyond the bounds. The list is then refused, and only `finish` may be called. The
+/// levels are kept in a vector, so that deep nesting in the input does not become deep recursion.
 class Builder {
  public:
   /// `bytes` is the size of the file.
@@ -27,22 +26,23 @@ class Builder {
   [[nodiscard]] bool openDictionary();
   [[nodiscard]] bool openArray();
   [[nodiscard]] bool close();
-  /// Nothing for a key that cannot be carried: what comes next is left out with it.
+  /// Nothing for a key that cannot be represented; its value is left out too.
   [[nodiscard]] bool key(std::optional<std::string> key);
-  /// A value that is neither array nor dictionary; nothing for one that cannot be carried.
+  /// A value that is neither array nor dictionary; nothing for one that cannot be represented.
   [[nodiscard]] bool add(std::optional<Value> value);
-  /// A UID, as the dictionary that it is in XML: three nodes, for one reference in the file.
+  /// A UID, as the dictionary that stands for it in XML: three nodes, for one reference in the
+  /// file.
   [[nodiscard]] bool addUid(std::uint64_t number);
 
-  /// The finished list. `fault` says where the input ended or was given up; it counts where the
-  /// list is incomplete, and where the builder has refused it takes the builder's word for what.
+  /// The finished list. `fault` says where the input ended or was given up. It is reported if the
+  /// list is incomplete; if the builder has refused the list, `what` is the builder's own reason.
   [[nodiscard]] platform::ListReading finish(platform::ListFault fault) &&;
 
  private:
   struct Level {
     std::variant<Dictionary, Value::Array> held;
     std::optional<std::string> key;
-    bool isKeyLost = false;  // the key is one that cannot be carried
+    bool isKeyLost = false;  // the key cannot be represented
   };
 
   [[nodiscard]] bool open(Level level);

@@ -10,8 +10,8 @@ namespace {
 using platform::ListReading;
 using platform::ListState;
 
-/// Whether the first character says so, after a byte order mark. Of UTF-16 and its like the first
-/// byte tells enough: the old form is ASCII.
+/// Judged by the first character, after a byte order mark. For UTF-16 and the like the first byte
+/// is enough: the old form is ASCII.
 bool beginsLikeXml(std::string_view bytes) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";
   if (bytes.starts_with(mark)) bytes.remove_prefix(mark.size());

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-// Apple's C++ library converts doubles on late systems alone, its C library on all of them. The
+// Apple's C++ library converts doubles only on recent systems, its C library on all of them. The
 // null locale is the "C" locale there.
 #if defined(__APPLE__) || defined(WENLOLIB_C_REALS)
 
@@ -15,13 +15,13 @@
 namespace wenlolib::plist {
 
 std::optional<double> realSpelled(std::string_view digits) {
-  // Hexadecimal digits and whatever else that library takes for a number.
+  // Rules out hexadecimal digits and whatever else that library takes for a number.
   if (digits.find_first_not_of("0123456789.eE+-") != digits.npos) return std::nullopt;
   const std::string ended(digits);
   char* stop = nullptr;
   const double number = strtod_l(ended.c_str(), &stop, nullptr);
   const bool whole = stop == ended.c_str() + ended.size();
-  // Out of reach, unless it is spelled as zero.
+  // Too small for a double, unless it is spelled as zero.
   const std::string_view mantissa = digits.substr(0, digits.find_first_of("eE"));
   const bool tooSmall = number == 0 && mantissa.find_first_of("123456789") != mantissa.npos;
   return whole && !std::isinf(number) && !tooSmall ? std::optional(number) : std::nullopt;

@@ -9,10 +9,10 @@
 namespace wenlolib::plist {
 
 /// The finite number that the whole of `digits` spells, which starts with a digit or a point.
-/// Nothing where it spells none, or one that no double holds.
+/// Nothing if it does not spell a number, or spells one that no double can hold.
 [[nodiscard]] std::optional<double> realSpelled(std::string_view digits);
 
-/// As few digits as bring the finite `number` back.
+/// As few digits as it takes to read the finite `number` back.
 [[nodiscard]] std::string spelled(double number);
 
 }  // namespace wenlolib::plist

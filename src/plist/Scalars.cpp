@@ -62,7 +62,8 @@ std::optional<double> realFromText(std::string_view text) {
   if (equalsIgnoringCase(text, "inf") || equalsIgnoringCase(text, "infinity")) {
     return sign * std::numeric_limits<double>::infinity();
   }
-  // The conversion below has spellings of its own for a second sign and for what is no number.
+  // The conversion below would also accept a second sign, and spellings of its own for NaN and
+  // infinity.
   if (text.empty() || (text.front() != '.' && (text.front() < '0' || text.front() > '9'))) {
     return std::nullopt;
   }
@@ -85,7 +86,7 @@ constexpr std::int64_t widestYear = 200'000'000'000;
 
 constexpr std::int64_t secondsPerDay = 86'400;
 
-/// The calendar repeats after this cycle, which brings any year into the reach of std::chrono.
+/// The calendar repeats after this cycle, which brings any year within the reach of std::chrono.
 constexpr std::int64_t yearsPerCycle = 400;
 constexpr std::int64_t daysPerCycle = 146'097;
 
@@ -124,7 +125,7 @@ std::optional<std::int64_t> takeYear(std::string_view& text) {
   return negative ? -*year : *year;
 }
 
-/// Days since 1970-01-01; nothing where the year has no such day.
+/// Days since 1970-01-01; nothing if the year has no such day.
 std::optional<std::int64_t> dayNumber(std::int64_t year, std::int64_t month, std::int64_t day) {
   const std::int64_t cycles = floorDivided(year, yearsPerCycle);
   const std::chrono::year_month_day date(

@@ -1,4 +1,4 @@
-// Writing, in the XML form alone.
+// Writing, in XML form only.
 #include "plist/PropertyList.h"
 
 #include <algorithm>
@@ -37,9 +37,9 @@ std::string integerText(Integer number) {
   return std::string(std::begin(buffer), result.ptr);
 }
 
-/// Writes one document. Each step answers false once the dictionary cannot be carried. Arrays and
-/// dictionaries are begun where they stand and written from a stack of their own, so that no
-/// nesting of values becomes a nesting of calls.
+/// Writes one document. Each step returns false once the dictionary turns out not to be
+/// representable. The open arrays and dictionaries are kept on a stack of their own, so that deep
+/// nesting of values does not become deep recursion.
 class Writer {
  public:
   [[nodiscard]] bool document(const Dictionary& dictionary);
@@ -150,7 +150,7 @@ bool Writer::open(std::string_view tag, std::variant<Items, Entries> held) {
   return true;
 }
 
-// A value that opens another level may move `items` or `entries`: they are not looked at after it.
+// A value that opens another level may move `items` or `entries`, so they are not used after it.
 bool Writer::step(Items& items) {
   if (items.next == items.end) return close("</array>");
   const Value& item = *items.next++;

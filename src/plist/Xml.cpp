@@ -21,7 +21,7 @@ struct Element {
   enum class Kind { root, dictionary, array, key, leaf };
   std::string_view name;
   Kind kind;
-  /// What an element that holds no others makes of its text; nothing where that cannot be carried.
+  /// Converts the text of an element that holds no others; nothing if it cannot be represented.
   std::optional<Value> (*convert)(const std::string& text) = nullptr;
 };
 
@@ -80,7 +80,7 @@ const Element* elementNamed(std::string_view name) {
 // --- Halves of surrogate pairs ---
 
 /// Stands in for half of a pair, which no XML can hold: a reference to a character that Unicode
-/// keeps for a program's own use. It means the same in every encoding.
+/// reserves for a program's own use. It means the same in every encoding.
 constexpr std::string_view halfMark = "&#xFDD0;";
 
 /// Whether the text of an element holds the mark, as it stands in a CDATA section or as the
@@ -93,8 +93,8 @@ constexpr bool isHalf(std::uint64_t character) {
   return character >= 0xD800 && character <= 0xDFFF;
 }
 
-/// How many bytes of half a pair `text` begins with, encoded as other characters are or a
-/// reference to it; 0 where it begins with anything else.
+/// The length in bytes of the half of a pair that `text` begins with, either encoded like other
+/// characters or as a reference; 0 if it begins with anything else.
 std::size_t halfLength(std::string_view text) {
   constexpr std::size_t encoded = 3;
   if (text.size() < encoded) return 0;
@@ -108,7 +108,7 @@ std::size_t halfLength(std::string_view text) {
   return text.size() - rest.size() + 1;
 }
 
-/// `bytes` with the mark in the place of each half.
+/// `bytes` with the mark in place of each half.
 std::string withHalvesMarked(std::string_view bytes) {
   std::string marked;
   for (std::size_t at = 0; at < bytes.size();) {
@@ -132,8 +132,8 @@ bool beginsInUtf16(std::string_view bytes, bool isBigEndian) {
   return first == 0xFEFF || first == '<';
 }
 
-/// A document in UTF-16 in UTF-8, with the mark in the place of each half: expat takes half of a
-/// pair there for a whole one, and eats what follows it. Nothing for a document in any other
+/// A UTF-16 document in UTF-8, with the mark in place of each half: in UTF-16, expat takes half of
+/// a pair for a whole one and swallows what follows it. Nothing for a document in any other
 /// encoding.
 std::optional<std::string> fromUtf16(std::string_view bytes) {
   if (bytes.size() < 2 || bytes.size() % 2 != 0) return std::nullopt;
@@ -158,7 +158,7 @@ std::optional<std::string> fromUtf16(std::string_view bytes) {
 
 // --- The document, from tag to tag ---
 
-/// Each step answers false where the document turns out to be no property list, or beyond the
+/// Each step returns false if the document turns out not to be a property list, or exceeds the
 /// bounds.
 class Document : public xml::Events {
  public:
@@ -169,7 +169,7 @@ class Document : public xml::Events {
   [[nodiscard]] bool end(std::string_view name) override;
   [[nodiscard]] bool characters(std::string_view text) override;
 
-  /// Where the document is given up: `what` says why, and lasts. Answers false.
+  /// Gives the document up: `what` says why and must stay valid. Returns false.
   bool refuse(std::string_view what);
 
   [[nodiscard]] std::string_view refusal() const { return refusal_; }
@@ -228,11 +228,11 @@ bool Document::characters(std::string_view text) {
 
 // --- By the parser ---
 
-/// Brings expat's events to the document. It calls nothing that expat 2.0 did not have: old systems
-/// bring that one.
+/// Passes expat's events to the document. It calls nothing that expat 2.0 did not have: old systems
+/// come with that version.
 class Parse {
  public:
-  /// `encoding` overrules the one that the document names; null detects it.
+  /// `encoding` overrides the one that the document names; null detects it.
   Parse(std::string_view bytes, bool hasMarks, const char* encoding = nullptr)
       : bytes_(bytes), parser_(encoding), document_(bytes.size(), hasMarks) {}
 
@@ -264,7 +264,7 @@ void Parse::handleDeclarations() {
     XML_FreeContentModel(from(self).parser_.handle(), model);
     refuseDeclaration(self);
   });
-  // With a DTD elsewhere an unknown entity is no error of form, but its text would be missing.
+  // With an external DTD an unknown entity is not an error of form, but its text would be missing.
   XML_SetSkippedEntityHandler(parser, [](void* self, auto...) {
     from(self).parser_.run([&] { return from(self).document_.refuse("undefined entity"); });
   });

@@ -44,7 +44,7 @@ Instant PlatformFacts::now() {
 
 namespace {
 
-/// What a decision goes by, and what it has found out on its way.
+/// What a decision depends on, and what it has found out so far.
 struct Course {
   SupportFacts& facts;
   RecordKind kind;
@@ -112,7 +112,7 @@ bool isDated(Course& course) {
   return date != nullptr;
 }
 
-/// The very instant at which the period ends is outside.
+/// The instant at which the period ends is already outside it.
 bool isWithinPeriod(Course& course) {
   return course.facts.now() < course.installed + periods[course.kind];
 }
@@ -124,7 +124,7 @@ bool isAgreed(Course& course) {
 
 struct Stage {
   Gate gate;
-  Question belongs;  // to a decision on such a record at all
+  Question belongs;  // whether it is part of a decision on such a record at all
   Question needed;
   Passage passes;
 };
@@ -142,9 +142,9 @@ constexpr Stage stages[] = {
     {Gate::agreement, forApplications, butInModeTwo, isAgreed},
 };
 
-/// Whether the gates first come up in their own order, and none is missing.
+/// Whether the gates first appear in the order of the enumeration, and none is missing.
 consteval bool inOrder() {
-  std::size_t known = 1;  // of the gates, `none` among them
+  std::size_t known = 1;  // how many gates have appeared, `none` included
   for (const Stage& stage : stages) {
     const auto place = static_cast<std::size_t>(stage.gate);
     if (place > known) return false;

@@ -15,23 +15,23 @@
 
 namespace wenlolib {
 
-/// The facts behind a decision, one question each. A decision asks only what it needs, when it
-/// needs it: whoever explains one wraps these and notes what was asked.
+/// The facts that a decision depends on, one question each. A decision asks only what it needs,
+/// when it needs it. Code that explains a decision wraps these and notes what was asked.
 class SupportFacts {
  public:
   virtual ~SupportFacts() = default;
 
-  /// The OS version from which on the library must be listed as supported.
+  /// From this OS version on, the library must be listed as supported.
   virtual std::int32_t upperOSVersion() = 0;
   /// The version of the running OS, or -1.
   virtual std::int32_t osVersion() = 0;
-  /// The version that the running library gives itself, or -1.
+  /// The version that the running library states for itself, or -1.
   virtual std::int32_t runningLibraryVersion() = 0;
   /// The version of the library that is installed at its fixed path, or -1.
   virtual std::int32_t installedLibraryVersion() = 0;
   /// What the support version list says of a library version on the running OS: 1 for supported.
   virtual std::int32_t listAnswer(std::int32_t libraryVersion) = 0;
-  /// The host's preferences, read anew at every call.
+  /// The host's preferences, read again at every call.
   virtual std::optional<Dictionary> preferences() = 0;
   virtual Instant now() = 0;
 };
@@ -50,7 +50,7 @@ class PlatformFacts : public SupportFacts {
 
 enum class RecordKind : std::uint8_t { application, printerLog };
 
-/// The gates that a record passes, in order; `none` refused it when it is allowed.
+/// The gates that a record passes, in order; `none` means that no gate refuses it.
 enum class Gate : std::uint8_t {
   none,
   osVersion,
@@ -66,10 +66,10 @@ enum class Gate : std::uint8_t {
 struct GateNames {
   std::string_view code;
   std::string_view title;   // for a person
-  std::string_view reason;  // the code of an outcome: this gate has refused
+  std::string_view reason;  // the code of the outcome in which this gate refuses
 };
 
-/// Programs go by the codes: they stay as they are.
+/// Programs rely on the codes, so the codes must not change.
 inline constexpr EnumTable<Gate, GateNames> gateNames({
     {Gate::none, {"none", "None", "allowed"}},
     {Gate::osVersion, {"os_version", "OS version", "os_version_unknown"}},
@@ -88,7 +88,7 @@ inline constexpr EnumTable<RecordKind, std::chrono::days> periods({
     {RecordKind::printerLog, std::chrono::days(3614)},
 });
 
-/// Whether the support version list counts: from the upper bound on.
+/// Whether the support version list applies: from the upper bound on.
 [[nodiscard]] constexpr bool listCounts(std::int32_t osVersion, std::int32_t upperBound) {
   return osVersion >= upperBound;
 }
@@ -96,23 +96,24 @@ inline constexpr EnumTable<RecordKind, std::chrono::days> periods({
 enum class StepState : std::uint8_t {
   passed,
   refused,
-  notNeeded,   // the decision did without
+  notNeeded,   // the decision did not need it
   notReached,  // an earlier step has refused
 };
 
-/// One gate as a decision came to it.
+/// One gate, and how a decision dealt with it.
 struct DecisionStep {
   Gate gate = Gate::none;
   StepState state = StepState::notReached;
-  std::size_t reading = 0;  // which reading of the preference file it goes by; 0 before the first
+  std::size_t reading = 0;  // which reading of the preference file it uses; 0 before the first
 
   [[nodiscard]] bool taken() const {
     return state == StepState::passed || state == StepState::refused;
   }
 };
 
-/// The gate at which a record is refused. An option word counts for application usage alone. All
-/// steps, in the order in which they are taken, are added to `steps`, where that is not null.
+/// The gate that refuses a record; `none` if it is allowed. The option word counts only for
+/// application usage. If `steps` is not null, all steps are added to it, in the order in which they
+/// are taken.
 [[nodiscard]] Gate refusal(SupportFacts& facts, RecordKind kind, std::uint32_t option,
                            std::vector<DecisionStep>* steps = nullptr);
 

@@ -21,7 +21,7 @@ namespace {
 constexpr std::int32_t bias = 1000;
 
 /// The part of a version with this index, counted from 0: what stands between two points, or
-/// between a point and an end of the text. 0 where the version has no such part.
+/// between a point and an end of the text. 0 if the version has no such part.
 std::int32_t partOf(std::string_view version, int index) {
   for (; index > 0; --index) {
     const std::size_t point = version.find('.');
@@ -35,7 +35,7 @@ std::string pair(std::int64_t first, std::int32_t second) {
   return decimal(saturated(first)) + "." + decimal(second);
 }
 
-/// A version number taken apart; nothing when its major is not 1 to 99.
+/// A version number taken apart; nothing if its major is not 1 to 99.
 struct Parts {
   std::int32_t major, minor, patch;
 };

@@ -45,7 +45,7 @@ std::size_t leadingDigits(std::string_view text) {
 std::size_t decodeDigits(std::string_view text, char* bytes) {
   const std::size_t pairs = text.size() / 2;
   const char* digits = text.data();
-  // Whether all were digits is asked once, after the loop: nearly always they were.
+  // Whether all were digits is checked once, after the loop: they nearly always were.
   unsigned all = 0;
   for (std::size_t i = 0; i < pairs; ++i) {
     const unsigned high = valueOf(digits[2 * i]);
@@ -77,7 +77,7 @@ std::uint8_t* data(std::string& bytes) {
 }
 
 void exclusiveOr(const platform::Md5Digest& key, std::string& bytes) {
-  // Lengths are 32 bits there; a multiple of the key's length keeps its cycle.
+  // The call takes 32-bit lengths; a piece that is a multiple of the key's length keeps its cycle.
   constexpr std::size_t most = std::size_t{1} << 30;
   static_assert(most % std::tuple_size_v<platform::Md5Digest> == 0);
   for (std::size_t at = 0; at < bytes.size(); at += most) {

@@ -21,7 +21,7 @@ bool isWrapperName(std::string_view name) {
                              [&](Layout layout) { return name == wrapperName(layout); });
 }
 
-/// Whether the document ends in a wrapper's end tag, white space after it left aside.
+/// Whether the document ends in a wrapper's end tag; white space after it is ignored.
 bool endsInWrapper(std::string_view bytes) {
   bytes = bytes.substr(0, bytes.find_last_not_of(" \t\r\n") + 1);
   return std::ranges::any_of(enumerators<Layout>, [&](Layout layout) {
@@ -29,13 +29,13 @@ bool endsInWrapper(std::string_view bytes) {
   });
 }
 
-/// The match knew which layout it was in.
+/// Whether the match got far enough to know the layout.
 bool wrapperBegun(const Match& match) {
   return match.slot > 0;
 }
 
-/// Where a document that the parser refuses first goes wrong. Over a tag the match is the one that
-/// sees it first, over a character within a value the parser.
+/// Where a document that the parser refuses first goes wrong. A wrong tag is seen first by the
+/// match, a wrong character within a value by the parser.
 std::size_t firstWrong(const Match& match, const xml::Finding& finding) {
   if (match.complete) return finding.offset;
   if (!wrapperBegun(match)) {
@@ -47,8 +47,8 @@ std::size_t firstWrong(const Match& match, const xml::Finding& finding) {
   return std::min(match.reached, finding.offset);
 }
 
-/// A document whose end tags are broken, or stand there with something open before them, has not
-/// lost its end.
+/// A document has not lost its end if its end tags are broken, or if they are there while something
+/// before them is still open.
 bool hasLostItsEnd(const Match& match, const xml::Finding& finding) {
   if (finding.kind != xml::Finding::endMissing) return false;
   if (match.endIsMissing) return true;
@@ -62,10 +62,10 @@ std::string quote(std::string_view text) {
 
 std::string explain(const Match& match) {
   if (match.slot == slotsOf(match.layout).size()) {
-    return "Something stands behind the end of the document.";
+    return "Something follows the end of the document.";
   }
   if (!wrapperBegun(match)) return "The document does not begin with the start tag of a layout.";
-  return quote(match.expected) + " should stand here.";
+  return quote(match.expected) + " is expected here.";
 }
 
 Verdict truncated(const Match& match) {
@@ -80,7 +80,7 @@ Verdict truncated(const Match& match) {
   return {Layer::xml, Fault::truncated, length, field, std::move(explanation)};
 }
 
-/// Of a document that the parser refuses. It may be one that fits its layout.
+/// The verdict on a document that the parser refuses, which may fit its layout all the same.
 Verdict refusal(const Match& match, const xml::Finding& finding) {
   if (hasLostItsEnd(match, finding)) return truncated(match);
   const std::size_t offset = firstWrong(match, finding);
@@ -124,8 +124,8 @@ constexpr auto plainCharacters = [] {
   return plain;
 }();
 
-/// Without characters that mean something to a parser the layout alone makes a document well
-/// formed.
+/// If no character means anything special to a parser, the layout alone makes a document
+/// well-formed.
 bool needsParser(const Whole& whole) {
   if (whole.validDigits < whole.digits.size()) return true;
   const std::size_t payload = whole.match.payloadSlot();
@@ -157,11 +157,12 @@ std::optional<Verdict> checksumFormVerdict(const Whole& whole) {
 std::optional<Verdict> payloadVerdict(const Whole& whole) {
   const std::size_t length = whole.digits.size();
   if (whole.validDigits == length && length % 2 == 0) return std::nullopt;
-  return Verdict{
-      Layer::hexadecimal, Fault::damaged, whole.offsetOf(whole.digits) + whole.validDigits,
-      std::string(slotsOf(whole.match.layout)[whole.match.payloadSlot()].name),
-      whole.validDigits < length ? "The payload holds something else than digits 0 to 9 and A to F."
-                                 : "The payload has an odd number of digits."};
+  return Verdict{Layer::hexadecimal, Fault::damaged,
+                 whole.offsetOf(whole.digits) + whole.validDigits,
+                 std::string(slotsOf(whole.match.layout)[whole.match.payloadSlot()].name),
+                 whole.validDigits < length
+                     ? "The payload holds something other than digits 0 to 9 and A to F."
+                     : "The payload has an odd number of digits."};
 }
 
 }  // namespace

@@ -12,10 +12,10 @@
 
 namespace wenlolib::receiver {
 
-/// Of a document that fits no layout from its first byte to its last.
+/// The verdict on a document that does not fit any layout from its first byte to its last.
 [[nodiscard]] Verdict misfit(const Match& match);
 
-/// A document each byte of which is known to be markup of the layout or a part of a value.
+/// A document in which every byte is known to be markup of the layout or part of a value.
 struct Whole {
   const Match& match;
   std::string_view digits;
@@ -29,8 +29,8 @@ struct Whole {
   [[nodiscard]] std::size_t offsetOf(std::string_view value) const { return match.offsetOf(value); }
 };
 
-/// True for a value that needs no parser: it holds nothing but characters which stand for
-/// themselves wherever they are. False says nothing.
+/// True for a value that needs no parser: it holds only characters that stand for themselves
+/// everywhere. False says nothing about the value.
 [[nodiscard]] bool isPlain(std::string_view value);
 
 /// What is wrong in the layers up to `hexadecimal`, in their order.

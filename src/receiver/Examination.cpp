@@ -40,8 +40,8 @@ void appendReference(std::string& text, std::string_view name) {
   }
 }
 
-/// A well-formed value as a parser hands it out, with its references resolved, but for line ends,
-/// which stay as they are.
+/// A well-formed value as a parser returns it, with its references resolved, except that line ends
+/// stay as they are.
 std::string withoutReferences(std::string_view value) {
   std::string text;
   for (;;) {
@@ -88,11 +88,11 @@ Verdict checksumVerdict(const Match& match) {
   return {
       Layer::checksum, repaired ? Fault::repaired : Fault::altered, match.offsetOf(checksum), "SUM",
       repaired ? "Stray markup was escaped before the document was stored; the checksum is that "
-                 "of the document before."
+                 "of the document before the repair."
                : "The checksum is not that of the document's content."};
 }
 
-/// Leaves the contents in `payload` where they can be deciphered.
+/// Leaves the contents in `payload` if they can be deciphered.
 Verdict contentsVerdict(Whole& whole, bool& deciphered) {
   const std::size_t date = whole.offsetOf(whole.date);
   if (whole.date.empty()) {

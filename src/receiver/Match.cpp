@@ -13,7 +13,7 @@ std::size_t commonLength(std::string_view text, std::string_view literal) {
   return static_cast<std::size_t>(end - text.begin());
 }
 
-/// Goes past a fixed text; false where it does not stand there, or not to its end.
+/// Goes past a fixed text; false if it is not there, or only its beginning is.
 bool pass(Match& match, std::string_view literal) {
   const std::string_view rest = match.bytes.substr(match.reached);
   if (rest.starts_with(literal)) {
@@ -27,10 +27,10 @@ bool pass(Match& match, std::string_view literal) {
   return false;
 }
 
-/// Goes past a value; false where the bytes end before it does.
+/// Goes past a value; false if the bytes end before it does.
 bool passValue(Match& match, const Slot& slot) {
   const std::string_view rest = match.bytes.substr(match.reached);
-  // A quote that is missing must not be found far behind, in another tag.
+  // If the quote is missing, one in a later tag must not be taken for it.
   const std::size_t length =
       slot.part == Part::attribute ? rest.find_first_of("\"<>") : rest.find('<');
   if (length == std::string_view::npos) {
@@ -51,7 +51,7 @@ bool pass(Match& match, const Slot& slot) {
   return slot.part == Part::markup || (passValue(match, slot) && pass(match, slot.closing));
 }
 
-/// The layout whose wrapper the bytes begin with, or at least begin like.
+/// The layout whose wrapper is most like the beginning of the bytes.
 Layout nearestLayout(std::string_view bytes) {
   const auto likeness = [&](Layout layout) {
     return commonLength(bytes, slotsOf(layout).front().opening);

@@ -1,4 +1,4 @@
-/// How far a document fits a layout; every byte has to be accounted for.
+/// How far a document fits a layout; every byte must be accounted for.
 #ifndef WENLOLIB_RECEIVER_MATCH_H
 #define WENLOLIB_RECEIVER_MATCH_H
 
@@ -15,24 +15,24 @@ struct Match {
   std::string_view bytes;
   Layout layout = Layout::application;
   std::array<std::string_view, mostSlots> values;  // of the slots before `slot`, and of `slot`
-                                                   // itself where `valueFound`
+                                                   // itself if `valueFound`
   std::size_t slot = 0;                            // the one at which the match ended
   bool valueFound = false;                         // it ended after the value of that slot
   std::size_t reached = 0;    // the first byte that does not fit, or the number of bytes
   std::string_view expected;  // the fixed text that should have stood there
-  bool complete = false;      // the bytes are a document of the layout, with no regard to values
-  bool endIsMissing = false;  // they are the beginning of one, and no more than that
+  bool complete = false;      // the bytes are a document of the layout, whatever its values
+  bool endIsMissing = false;  // they are only the beginning of one
 
   [[nodiscard]] std::size_t offsetOf(std::string_view value) const;
 
-  /// The slot of the payload; its value has been found when `payloadFound`.
+  /// The slot of the payload; its value has been found if `payloadFound`.
   [[nodiscard]] std::size_t payloadSlot() const;
   [[nodiscard]] bool payloadFound() const;
 
-  /// What the checksum is taken of. Of a complete match only.
+  /// What the checksum is computed from. For a complete match only.
   [[nodiscard]] std::string_view content() const;
 
-  /// The element or attribute in which an offset lies, as far as the match went.
+  /// The element or attribute in which an offset lies; beyond the match, the one at which it ended.
   [[nodiscard]] std::string_view fieldAt(std::size_t offset) const;
 };
 

@@ -34,7 +34,7 @@ class OutlineParse {
   Outline outline_;
   Mark before_ = Mark::other;             // the last one
   std::optional<std::size_t> textBegin_;  // of the text since then
-  bool inSection_ = false;                // of CDATA, which is no white space whatever it holds
+  bool inSection_ = false;                // of CDATA, which never counts as white space
 };
 
 std::size_t at(const xml::Parser& parser) {
@@ -102,7 +102,7 @@ Outline OutlineParse::read() {
   if (!parser_.valid()) throw std::bad_alloc();
   handleEvents();
   if (parser_.feed(document_, true)) {
-    // What stands at the end is outside.
+    // Text at the end is outside the outermost element.
     if (textBegin_ && !outline_.gap) outline_.gap = Gap{*textBegin_, ""};
   }
   return std::move(outline_);

@@ -1,4 +1,4 @@
-/// What a parser tells of a document that has another form than the layouts.
+/// What a parser can tell of a document that does not have the form of any layout.
 #ifndef WENLOLIB_RECEIVER_OUTLINE_H
 #define WENLOLIB_RECEIVER_OUTLINE_H
 
@@ -9,8 +9,8 @@
 
 namespace wenlolib::receiver {
 
-/// White space that is no value: it stands outside the outermost element, or between two tags that
-/// are not an element's start and end.
+/// White space that is not a value: it stands outside the outermost element, or between two tags
+/// that are not an element's start and end.
 struct Gap {
   std::size_t offset = 0;
   std::string before;  // the name of the tag that follows, or ""
@@ -21,7 +21,7 @@ struct Outline {
   std::optional<Gap> gap;  // the first
 };
 
-/// Of a well-formed document that declares no type. Throws std::bad_alloc.
+/// The outline of a well-formed document that declares no document type. Throws std::bad_alloc.
 [[nodiscard]] Outline outlineOf(std::string_view document);
 
 }  // namespace wenlolib::receiver

@@ -12,7 +12,7 @@
 namespace wenlolib::receiver {
 namespace {
 
-/// What a repair writes, and what it has written it for.
+/// What a repair writes, and what it replaces.
 struct Escape {
   std::string_view text;
   std::string_view original;
@@ -48,7 +48,8 @@ std::size_t escapesIn(std::string_view value) {
   return count;
 }
 
-/// What is taken back together: each escape by itself where they are few, else those of a value.
+/// What is turned back together: each escape by itself if they are few, otherwise all those of a
+/// value.
 struct Units {
   bool singly = true;
   std::size_t count = 0;
@@ -56,7 +57,7 @@ struct Units {
 
 constexpr std::size_t mostUnits = 6;
 
-/// The values that a repair can have touched.
+/// The values that a repair can have changed.
 std::span<const std::string_view> repairable(const Match& match) {
   return std::span(match.values).subspan(checksumSlot + 1, match.payloadSlot() - checksumSlot - 1);
 }
@@ -72,7 +73,8 @@ Units unitsOf(const Match& match) {
   return single <= mostUnits ? Units{true, single} : Units{false, values};
 }
 
-/// The content with the units taken back whose bits are set in `chosen`, counted from the lowest.
+/// The content with those units turned back whose bits are set in `chosen`, counted from the lowest
+/// bit.
 std::string takenBack(const Match& match, const Units& units, std::uint64_t chosen) {
   const std::string_view content = match.content();
   std::string text;
@@ -95,7 +97,8 @@ std::string takenBack(const Match& match, const Units& units, std::uint64_t chos
   return text;
 }
 
-/// As many as take a moment, and always a few: a large document must not be digested many times.
+/// As many attempts as take a moment, but always a few: a large document must not be digested many
+/// times.
 std::size_t attempts(std::size_t contentSize) {
   constexpr std::size_t bytesInAMoment = std::size_t{16} << 20;
   return std::clamp<std::size_t>(bytesInAMoment / (contentSize + 1), 4,

@@ -9,13 +9,13 @@
 
 namespace wenlolib::receiver {
 
-/// 32 digits: the MD5 digest of a text.
+/// The MD5 digest of a text, as 32 digits.
 [[nodiscard]] std::string checksumOf(std::string_view text);
 
 /// Whether the checksum of a complete document is that of its content with "&lt;", "&amp;" and
-/// "]]&gt;" taken back to "<", "&" and "]]>". Any of them may have stood there from the start: all
-/// are taken back first, then, where they are few, some of them in all combinations, else those of
-/// some of the values. The number of digests taken is bounded.
+/// "]]&gt;" turned back into "<", "&" and "]]>". Any of them may have been there from the start. So
+/// all are turned back first. After that, if they are few, combinations of them are tried;
+/// otherwise combinations of the values that hold them. The number of digests computed is bounded.
 [[nodiscard]] bool holdsUnrepaired(const Match& match);
 
 }  // namespace wenlolib::receiver

@@ -33,7 +33,7 @@ Text currentDateText(platform::Calendar& calendar) {
   if (system == -1 || system >= componentDatesOSVersion) {
     return zonedDate(calendar, now);
   }
-  // One instant for both readings: the offset is the one in force at the date it stands beside.
+  // Both use the same instant, so the offset is the one in force at that date.
   const Text zone = calendar.formatted(now, "%z");
   return calendar.formatted(now, dateFormat(zone));
 }
@@ -75,7 +75,7 @@ Payload protect(WorkingBuffers buffers, const Text& date, std::string_view conte
     CreateDigestMD5_CC(date->c_str(), key.data());
     payload.marker = encrypt(key, {buffers.input.get(), contents.size()}, buffers.cipher.get());
   } else {
-    // Whatever the host's memory held before must not leave in a file.
+    // Whatever the host's memory held before must not get into a file.
     std::fill_n(buffers.cipher.get(), contents.size(), std::uint8_t{0});
   }
   buffers.input.reset();
@@ -123,8 +123,8 @@ SurveyDocument assemble(Layout layout, const Header& header, const Payload& payl
     if (slot.field == Field::payload) document.digits = {text.size(), payload.digits.size()};
     text.append(valueOf(slot.field, header, payload)).append(slot.closing);
   }
-  // The content is all that stands after the wrapper's start tag until its end tag is written, so
-  // it can be digested in place, as the NUL-terminated text that it is at this moment.
+  // Until the wrapper's end tag is written, everything after its start tag is content. So the
+  // content can be digested in place, as the NUL-terminated text that it is at this moment.
   const std::size_t content = checksum + checksumLength + slots[checksumSlot].closing.size();
   writeChecksum(text.c_str() + content, text.data() + checksum);
   text.append(slots.back().opening);

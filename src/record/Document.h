@@ -19,26 +19,26 @@ namespace wenlolib {
 
 // --- The date ---
 
-/// The calendar format of a date on systems that make it by directives: `zone` is the "%z" text of
-/// that date, such as "+0900", and stands in the format with a colon put in. A zone text that
-/// cannot be split leaves the offset as the directive gives it, without a colon.
+/// The calendar format of a date on systems that format it by directives. `zone` is the "%z" text
+/// of that date, such as "+0900"; it goes into the format with a colon inserted. If it cannot be
+/// split, the format holds "%z" itself, which gives the offset without a colon.
 [[nodiscard]] std::string dateFormat(const Text& zone);
 
-/// The current date with its offset from GMT, such as "2024-03-15T09:05:07+09:00"; null when the
+/// The current date with its offset from GMT, such as "2024-03-15T09:05:07+09:00"; null if the
 /// calendar cannot show it.
 [[nodiscard]] Text currentDateText(platform::Calendar& calendar);
 
 // --- The payload ---
 
-/// The memory that protecting `n` bytes of contents takes, asked for before anything else is done
-/// for a document, so that a lack of it is found out early.
+/// The memory that protecting `n` bytes of contents takes. It is allocated before anything else is
+/// done for a document, so that a lack of memory shows early.
 struct WorkingBuffers {
   std::unique_ptr<std::uint8_t[]> input;   // n bytes
   std::unique_ptr<std::uint8_t[]> cipher;  // 2 * n bytes
   std::string digits;                      // 2 * n characters
 
-  /// Nothing when the memory is not to be had, or when n is 2 GiB or more: lengths are 32 bits wide
-  /// in the codec.
+  /// Nothing if the memory is not available, or if n is 2 GiB or more: lengths are 32 bits wide in
+  /// the codec.
   [[nodiscard]] static std::optional<WorkingBuffers> allocate(std::size_t n) noexcept;
 };
 
@@ -47,16 +47,16 @@ struct Payload {
   std::string digits;  // upper-case hexadecimal, two digits a byte
 };
 
-/// Encrypts `contents` under the MD5 digest of `date`, with RC4 or, where that is refused, with the
-/// cycling XOR, and writes it as hexadecimal text. Without a date nothing is encrypted: the payload
-/// is all zeros then. `buffers` must have been allocated for the length of `contents`; each goes as
-/// soon as it is used up.
+/// Encrypts `contents` under the MD5 digest of `date`, with RC4 or, if that is refused, with the
+/// cycling XOR, and writes it as hexadecimal text. Without a date nothing is encrypted, and the
+/// payload is all zeros. `buffers` must have been allocated for the length of `contents`; each is
+/// freed as soon as it is no longer needed.
 [[nodiscard]] Payload protect(WorkingBuffers buffers, const Text& date, std::string_view contents);
 
 // --- The document around it ---
 
-/// What a document says about where it comes from; "" where it says nothing. Values go in as they
-/// are, without escaping.
+/// What a document says about where it comes from; "" for a value that is not known. Values go in
+/// as they are, without escaping.
 using Header = EnumTable<Field, std::string>;
 
 struct SurveyDocument {

@@ -91,13 +91,14 @@ std::string surveyLocale(std::uint32_t option) {
 
 namespace {
 
-/// White space beyond ASCII, as Foundation knows it.
+/// White space beyond ASCII, as Foundation defines it.
 constexpr std::string_view otherWhiteSpace[] = {"\u0085", "\u00A0", "\u1680", "\u2000", "\u2001",
                                                 "\u2002", "\u2003", "\u2004", "\u2005", "\u2006",
                                                 "\u2007", "\u2008", "\u2009", "\u200A", "\u2028",
                                                 "\u2029", "\u202F", "\u205F", "\u3000"};
 
-/// The length of the white space character that `text` begins with; 0 where it begins with none.
+/// The length of the white space character that `text` begins with; 0 if it does not begin with
+/// one.
 std::size_t whiteSpaceLength(std::string_view text) {
   if (!text.empty() && isBlank(text.front())) return 1;
   const auto* found = std::ranges::find_if(

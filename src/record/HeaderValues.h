@@ -17,7 +17,7 @@ namespace wenlolib {
 /// nothing after its first one, gives "".
 [[nodiscard]] std::string twoComponents(std::string_view version);
 
-/// The host application's version. The installed library's stands in only where there is no host
+/// The host application's version. The installed library's version is used only if there is no host
 /// bundle at all: a host bundle without a version gives "", on purpose.
 [[nodiscard]] std::string clientVersion();
 
@@ -29,28 +29,29 @@ namespace wenlolib {
 
 // --- The user's locale ---
 
-/// Without its modifier ("@" and what follows), and cut before its second "_". Texts longer than
-/// 32,767 characters give "".
+/// `locale` without its modifier ("@" and what follows), and cut before its second "_". Texts
+/// longer than 32,767 characters give "".
 [[nodiscard]] std::string normalisedLocale(std::string locale);
 
-/// The locale for an option word. The low four bits choose the source: 1 the language last selected
-/// in the host, with no other to fall back on; 0 and 2 the user's own setting; others none.
+/// The locale for an option word. The low four bits choose the source: 1 for the language last
+/// selected in the host, with nothing to fall back on; 0 and 2 for the user's own setting; other
+/// values for none.
 [[nodiscard]] std::string surveyLocale(std::uint32_t option);
 
-// --- The printer's identity, as a host hands it over with a printer log ---
+// --- The printer's identity, as a host passes it with a printer log ---
 
 inline constexpr std::string_view deviceIdKey = "DeviceID";
 inline constexpr std::string_view serialNumberKey = "SN";
 inline constexpr std::string_view romVersionKey = "ROMVER";
 inline constexpr std::string_view newTagTypeKey = "NEWTAGTYPE";
 
-/// The text under `key` as it stands; "" where it is absent or no text.
+/// The text under `key` as it stands; "" if it is absent or not text.
 [[nodiscard]] std::string identityText(const std::optional<Dictionary>& otherInfo,
                                        std::string_view key);
 
-/// Whether the printer uses the newer document layout: the boolean reading of "NEWTAGTYPE". A text
-/// is true when after leading white space, one sign and zeros it begins with Y, y, T, t or a digit
-/// 1 to 9. False where the entry is absent, or neither boolean, number nor text.
+/// Whether the printer uses the newer document layout: the truth value of "NEWTAGTYPE". A text is
+/// true if, after leading white space, at most one sign and any zeros, it continues with Y, y, T, t
+/// or a digit 1 to 9. False if the entry is absent, or is not a boolean, number or text.
 [[nodiscard]] bool hasNewTagType(const std::optional<Dictionary>& otherInfo);
 
 }  // namespace wenlolib

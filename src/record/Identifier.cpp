@@ -19,7 +19,7 @@ platform::ListReading configurationAt(const Text& path) {
   return platform::current().propertyLists->read(*expandHome(path));
 }
 
-/// Stores `configuration` at `path`, a leading "~" expanded; `failed` where that does not work out.
+/// Stores `configuration` at `path`, a leading "~" expanded; `failed` if it cannot be stored.
 platform::Outcome store(const Dictionary& configuration, const Text& path,
                         platform::Publication publication) {
   const platform::Platform& platform = platform::current();
@@ -28,10 +28,10 @@ platform::Outcome store(const Dictionary& configuration, const Text& path,
   return platform.files->writeAtomically(*expandHome(path), *xml, openFileMode, publication);
 }
 
-/// Stores a new identifier beside what `read` holds. Whether that works out is of no consequence to
-/// the record. A file with values that cannot be carried is not written anew, on purpose: they
-/// would be lost. The permissions are set at the path as it stands, and also when the write failed:
-/// an older file opens up too.
+/// Stores a new identifier beside what `read` holds. The record does not depend on whether that
+/// succeeds. A file with values that cannot be represented is not rewritten, on purpose: they would
+/// be lost. The permissions are set at the path as it stands, even if the write failed, so that an
+/// older file opens up too.
 void save(platform::ListReading read, const std::string& identifier, const Text& path) {
   Dictionary configuration = std::move(read.dictionary).value_or(Dictionary());
   configuration.insert_or_assign(identifierKey, Value(identifier));
@@ -41,8 +41,8 @@ void save(platform::ListReading read, const std::string& identifier, const Text&
   openPermissions(*path);
 }
 
-/// Where no configuration stands yet, the first of several processes that find that lays down the
-/// identifier of all of them. Null where another one was first.
+/// If there is no configuration file yet, several processes may find that out at once. The first
+/// one to store its identifier decides for all of them. Null if another one was first.
 Text publish(const std::string& identifier, const Text& path) {
   Dictionary configuration;
   configuration.insert_or_assign(identifierKey, Value(identifier));
@@ -75,7 +75,7 @@ Text installationIdentifier() {
   if (!path) return identifier;
   if (!configuration.dictionary) {
     if (isVacant(path) && publish(identifier, path)) return identifier;
-    // Another process may have laid one down since it was read.
+    // Another process may have stored one since the file was read.
     configuration = configurationAt(path);
     if (Text other = storedIdentifier(configuration.dictionary)) return other;
   }

@@ -10,19 +10,20 @@
 
 namespace wenlolib {
 
-/// The identifier that a configuration file holds. Null where one is still to be made: the entry is
-/// missing, no text, or the placeholder "NOTDETERMINED". A stored empty text stands.
+/// The identifier that a configuration file holds. Null if one must still be made: the entry is
+/// missing, is not text, or is the placeholder "NOTDETERMINED". A stored empty text counts as an
+/// identifier.
 [[nodiscard]] Text storedIdentifier(const std::optional<Dictionary>& configuration);
 
-/// The identifier from the library's configuration file. Where that has none, makes one and stores
-/// it there, every other entry kept; where it cannot be stored, the one made is still the answer.
-/// It cannot be stored beside an entry that an XML property list does not carry (a control
-/// character in a text, say): keeping what others have put there counts for more. Null when the
-/// platform has no identifiers to give.
+/// The identifier from the library's configuration file. If that has none, makes one and stores it
+/// there, keeping every other entry. If it cannot be stored, it is returned all the same. It is not
+/// stored beside an entry that an XML property list cannot represent (a control character in a
+/// text, for example): keeping what others have put there matters more. Null if the platform has no
+/// identifiers to give.
 [[nodiscard]] Text installationIdentifier();
 
-/// The installation identifier by way of a record's cache: asked for where `cache` is null, and
-/// kept there. "" when there is none to be had.
+/// The installation identifier, kept in a record's cache: it is asked for only if `cache` is null.
+/// "" if there is none.
 [[nodiscard]] std::string cachedIdentifier(Text& cache);
 
 }  // namespace wenlolib

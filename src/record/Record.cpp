@@ -27,7 +27,7 @@ Layout layoutOf(const RecordFields& record) {
   return hasNewTagType(record._otherInfoDict) ? Layout::printer : Layout::printerOlderTag;
 }
 
-/// Asks for the values that a document of this layout carries, in the order in which it does.
+/// Asks for the values that a document of this layout carries, in their order in the document.
 Header gather(RecordFields& record, Layout layout, const Text& date) {
   Header header;
   header[Field::version] = layout == Layout::application ? libraryVersion() : clientVersion();
@@ -43,8 +43,8 @@ Header gather(RecordFields& record, Layout layout, const Text& date) {
   return header;
 }
 
-/// The document of these contents, or null where the XML service refuses it; nothing where there is
-/// no memory for one.
+/// The document of these contents, or null if the XML service refuses it; nothing if there is no
+/// memory for one.
 std::optional<Text> documentOf(RecordFields& record, std::string_view contents) {
   std::optional<WorkingBuffers> buffers = WorkingBuffers::allocate(contents.size());
   if (!buffers) return std::nullopt;
@@ -53,7 +53,7 @@ std::optional<Text> documentOf(RecordFields& record, std::string_view contents) 
   const Layout layout = layoutOf(record);
   const Header header = gather(record, layout, date);
   SurveyDocument document = assemble(layout, header, payload);
-  payload = Payload();  // a large record holds its digits once from here on
+  payload = Payload();  // from here on a large record holds its digits only once
   WENLOLIB_TRACE("xmlCheckSumStr = %s", document.text.c_str());
   Text xml = platform::current().xml->serialised(std::move(document.text), document.digits);
   if (xml) WENLOLIB_TRACE("xmlDoc desc =%s ", xml->c_str());
@@ -82,7 +82,7 @@ bool write(RecordFields& record, std::string_view contents, const std::string& n
                         : applicationFile(name, calendarOf(record));
   std::optional<Text> document = documentOf(record, contents);
   if (!document) return false;
-  // Where there is no new document an earlier one is written; once that is tried, none is left.
+  // If there is no new document, an earlier one is written; once that has been tried, none is left.
   if (!*document) *document = std::move(record._xmlDocment);
   record._xmlDocment.reset();
   if (!*document) return true;  // no document, and so no file: true on purpose

@@ -1,5 +1,5 @@
-/// The record behind `WENLOLIB`, for the faces of other languages: its fields, its two steps, and
-/// the call by which a host records.
+/// The record inside `WENLOLIB`, for the interfaces in other languages: its fields, its two steps,
+/// and the call with which a host records.
 #ifndef WENLOLIB_RECORD_RECORD_H
 #define WENLOLIB_RECORD_RECORD_H
 
@@ -22,7 +22,7 @@ struct RecordFields {
   Text _xmlDocment;                           // from document creation until the file is written
   std::optional<Dictionary> _otherInfoDict;
   Text _libUUID;                            // the installation identifier, once asked for
-  platform::Calendar* _calendar = nullptr;  // the face's own; else the platform's
+  platform::Calendar* _calendar = nullptr;  // the interface's own; else the platform's
 };
 
 [[nodiscard]] constexpr bool isFileType(std::uint32_t type) noexcept {
@@ -33,8 +33,8 @@ struct RecordFields {
 [[nodiscard]] bool createDocument(RecordFields& record) noexcept;
 [[nodiscard]] bool writeRecord(RecordFields& record) noexcept;
 
-/// Writes a record of what a host hands over, once recording is known to be allowed: before that
-/// nothing is looked at and nothing is copied. False without contents or a name.
+/// Writes a record of what a host passes. It is called only once recording is known to be allowed:
+/// before that, nothing is looked at and nothing is copied. False without contents or a name.
 [[nodiscard]] bool writeContents(Text contents, Text name, std::uint32_t option,
                                  std::uint32_t fileType, std::optional<Dictionary> otherInfo);
 

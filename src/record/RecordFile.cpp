@@ -15,7 +15,7 @@
 namespace wenlolib {
 namespace {
 
-/// The text that a null object leaves in a name.
+/// What a null text becomes in a name.
 std::string inName(const Text& text) {
   return text.value_or("(null)");
 }
@@ -59,7 +59,7 @@ RecordFile applicationFile(const std::string& name, platform::Calendar& calendar
 }
 
 bool writeDocument(RecordFile file, const std::string& name, const std::string& document) {
-  // A write that ran out of memory is a failed write: what follows one follows it as well.
+  // A write that runs out of memory is a failed write too: the permissions are opened all the same.
   const bool isWritten =
       answered(false, [&] { return write(file, name, document) == platform::Outcome::written; });
   WENLOLIB_TRACE(" writeToFile ret = [%d] ", isWritten ? 1 : 0);

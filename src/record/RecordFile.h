@@ -11,7 +11,7 @@
 namespace wenlolib {
 
 /// The name is put into paths as it is: a "/" in it leads into a sub-folder. A folder that is not
-/// known stands as "(null)", which makes a relative path to nowhere.
+/// known appears as "(null)", which makes a relative path that leads nowhere.
 struct RecordFile {
   std::string path;
   platform::Publication publication = platform::Publication::replacing;
@@ -21,9 +21,9 @@ struct RecordFile {
 /// The highest number of a printer log.
 inline constexpr int lastPrinterLogNumber = 999;
 
-/// "FOLDER/NAME_NUMBER.PLM" in the folder of printer logs, with the first number from
-/// `firstNumber` to 999 at which nothing stands, neither file nor folder. Where all are taken it is
-/// 999, to be replaced.
+/// "FOLDER/NAME_NUMBER.PLM" in the folder of printer logs, with the first number from `firstNumber`
+/// to 999 at which nothing stands, neither file nor folder. If all are taken, it is 999, and that
+/// file is replaced.
 [[nodiscard]] RecordFile printerLogFile(const std::string& name, int firstNumber = 1);
 
 /// "FOLDER/Quillmere_Log_NAME_YYMM.ALM" in the folder of application usage, with the current year
@@ -31,9 +31,9 @@ inline constexpr int lastPrinterLogNumber = 999;
 /// replaces.
 [[nodiscard]] RecordFile applicationFile(const std::string& name, platform::Calendar& calendar);
 
-/// Writes `document` to `file`, and opens its permissions whether that works out or not. Where
-/// another writer has taken its number since it was found free, the next free one is taken: no
-/// record is lost to a race. False for a failed write.
+/// Writes `document` to `file` and opens its permissions, whether the write succeeds or not. If
+/// another writer has taken its number since it was found free, the next free one is taken, so that
+/// no record is lost to a race. False for a failed write.
 [[nodiscard]] bool writeDocument(RecordFile file, const std::string& name,
                                  const std::string& document);
 

@@ -1,6 +1,5 @@
-/// The library's fixed layouts of a date in a calendar, for its own use: null where the calendar
-/// cannot show the date, and unlike the operations offered to hosts they let a failed allocation
-/// through.
+/// The library's fixed date layouts, for its own use. Null if the calendar cannot show the date.
+/// Unlike the operations offered to hosts, these let a failed allocation through.
 #ifndef WENLOLIB_TOOLKIT_DATELAYOUTS_H
 #define WENLOLIB_TOOLKIT_DATELAYOUTS_H
 

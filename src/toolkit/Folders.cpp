@@ -135,7 +135,7 @@ std::optional<Dictionary> CommonTooWenlolib::surveyInfoDictionary() noexcept {
 
 namespace {
 
-/// Creates every level of `path` at which nothing stands, from the root downwards.
+/// Creates every missing level of `path`, from the root downwards.
 bool createMissingLevels(const std::string& path) {
   platform::Files& files = *platform::current().files;
   for (std::size_t cursor = 0; cursor < path.size(); ++cursor) {

@@ -1,6 +1,6 @@
 /// Folders, and the files in them, for the library's own use. Unlike the operations offered to
-/// hosts these let a failed allocation through: a record must fail for lack of memory, not go
-/// astray.
+/// hosts, these let a failed allocation through: for lack of memory a record must fail, not go to
+/// the wrong place.
 #ifndef WENLOLIB_TOOLKIT_FOLDERS_H
 #define WENLOLIB_TOOLKIT_FOLDERS_H
 
@@ -13,7 +13,7 @@ namespace wenlolib {
 
 inline constexpr char groupContainerIdentifier[] = "K7MW2PL9QD.QX.common";
 
-/// The app-group container; null where it cannot be determined. So are the folders below it.
+/// The app-group container; null if it cannot be determined, and then so are the folders below it.
 [[nodiscard]] Text groupContainerFolder();
 
 /// "Library/Application Support/QMR" in the container.
@@ -24,8 +24,8 @@ inline constexpr char groupContainerIdentifier[] = "K7MW2PL9QD.QX.common";
 [[nodiscard]] Text applicationLogFolder();
 [[nodiscard]] Text configurationFolder();
 
-/// The path of a file in the configuration folder, its name the vendor prefix followed by
-/// `nameAfterPrefix`; null where the folder is not known.
+/// The path of the file in the configuration folder whose name is the vendor prefix followed by
+/// `nameAfterPrefix`; null if the folder is not known.
 [[nodiscard]] Text configurationPath(std::string_view nameAfterPrefix);
 
 /// `path` with a leading "~" or "~/" replaced by the user's home folder. Other paths, and all paths

@@ -7,14 +7,14 @@
 
 namespace wenlolib {
 
-/// Read and write for owner, group and others: every file that the library writes.
+/// Read and write for owner, group and others: for every file that the library writes.
 inline constexpr std::uint32_t openFileMode = 0666;
 
-/// The owner alone.
+/// Everything for the owner alone: for every folder that the library makes.
 inline constexpr std::uint32_t folderMode = 0700;
 
-/// Opens up the file at `path`, as far as the platform does that: after a failed write the older
-/// one, on purpose. Has no say in any answer.
+/// Opens up the file at `path`, if the platform can. After a failed write that is the older file,
+/// on purpose. No result depends on whether this succeeds.
 void openPermissions(const std::string& path) noexcept;
 
 }  // namespace wenlolib

@@ -14,14 +14,14 @@ inline constexpr std::string_view installedDateKey = "InstalledDate";
 inline constexpr std::string_view agreementKey = "LatestSelectedAgreement";
 inline constexpr std::string_view languageKey = "LatestSelectedLanguage";
 
-/// What the host's preference file holds, read anew at every call. Nothing when there is no such
-/// file, a folder in its place, or no dictionary in it.
+/// What the host's preference file holds, read again at every call. Nothing if there is no such
+/// file, if a folder is in its place, or if it holds no dictionary.
 [[nodiscard]] std::optional<Dictionary> hostPreferences();
 
-/// The value under `key`, or null. The pointer is good for as long as `dictionary`.
+/// The value under `key`, or null. The pointer is valid as long as `dictionary`.
 [[nodiscard]] const Value* entry(const std::optional<Dictionary>& dictionary, std::string_view key);
 
-/// The text under `key`; null where there is none, or a value that is no text or not UTF-8.
+/// The text under `key`; null if there is none, or if the value is not text or not UTF-8.
 [[nodiscard]] Text textEntry(const std::optional<Dictionary>& dictionary, std::string_view key);
 
 }  // namespace wenlolib

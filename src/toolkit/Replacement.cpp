@@ -9,8 +9,7 @@ namespace wenlolib {
 namespace {
 
 /// `text` with `before` (not empty) replaced for as long as it is found. What a replacement brings
-/// together is found again, on purpose, so a replacement is read anew like the text that follows
-/// it.
+/// together is found again, on purpose, so a replacement is searched like the text that follows it.
 std::string replacedThroughout(std::string_view text, std::string_view before,
                                std::string_view after) {
   std::string done;

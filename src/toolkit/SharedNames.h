@@ -32,7 +32,8 @@ inline constexpr std::uint32_t applicationFileType = 2;
   return option & 15U;
 }
 
-/// Below this OS version dates are made by calendar-format directives, from it on by components.
+/// Below this OS version, dates are formatted by calendar-format directives; from it on, they are
+/// put together from components.
 inline constexpr std::int32_t componentDatesOSVersion = 100900;
 
 }  // namespace wenlolib

@@ -1,5 +1,5 @@
-/// The OS version as text, for the library's own use: unlike the operation offered to hosts it lets
-/// a failed allocation through.
+/// The OS version as text, for the library's own use. Unlike the operation offered to hosts, it
+/// lets a failed allocation through.
 #ifndef WENLOLIB_TOOLKIT_SYSTEMINFORMATION_H
 #define WENLOLIB_TOOLKIT_SYSTEMINFORMATION_H
 
@@ -7,7 +7,7 @@
 
 namespace wenlolib {
 
-/// The OS version in full, such as "10.15.7"; null when a part of it is unknown.
+/// The OS version in full, such as "10.15.7"; null if a part of it is unknown.
 [[nodiscard]] Text fullOSVersion();
 
 }  // namespace wenlolib

@@ -6,15 +6,15 @@
 
 namespace wenlolib::xml {
 
-/// True where `text` is UTF-8 and XML 1.0 has a form for every character in it: it has none for the
-/// control characters other than tab, line feed and carriage return, nor for U+FFFE and U+FFFF.
+/// True if `text` is UTF-8 and XML 1.0 allows every character in it. XML does not allow control
+/// characters other than tab, line feed and carriage return, nor U+FFFE and U+FFFF.
 [[nodiscard]] bool isXmlText(std::string_view text);
 
-/// What stands for `character` where markup or the parser's rule for line ends would swallow it;
-/// else empty.
+/// The escape for a character that markup or the parser's rule for line ends would swallow; else
+/// empty.
 [[nodiscard]] std::string_view escapeFor(char character);
 
-/// Hands `text` to `put` in parts, escaped, until it answers false; true where it never does.
+/// Passes `text` to `put` in parts, escaped, until `put` returns false; true if it never does.
 template <class Put>
 [[nodiscard]] bool eachEscapedPart(std::string_view text, const Put& put) {
   std::size_t start = 0;

@@ -24,8 +24,8 @@ bool isNameCharacter(char character) {
          std::string_view("_:-.").find(character) != std::string_view::npos;
 }
 
-/// Whether `rest`, which follows an "&", is a reference's. None that means anything is longer than
-/// the bound, which keeps the search short in a text full of stray ones.
+/// Whether `rest`, which follows an "&", is that of a reference. No meaningful reference is longer
+/// than the bound, which keeps the search short in a text full of stray "&".
 bool beginsReference(std::string_view rest) {
   constexpr std::size_t longest = 64;
   const std::size_t end = rest.substr(0, longest).find(';');
@@ -47,7 +47,7 @@ bool beginsTag(std::string_view rest) {
   return !rest.empty() && isNameCharacter(rest.front());
 }
 
-/// What encloses text that is no content.
+/// What encloses text that is not content.
 struct Enclosure {
   std::string_view begin, end;
 };
@@ -63,7 +63,7 @@ std::string_view escapeStray(std::string_view text) {
 
 }  // namespace
 
-/// Adds the plain text that `piece` begins with and the markup after it; answers their length.
+/// Adds the plain text that `piece` begins with and the markup after it. Returns their length.
 std::size_t Mending::addContent(std::string_view piece) {
   constexpr std::string_view strayEnd = "]]>";
   const std::size_t plain = std::min(piece.find_first_of("&<]"), piece.size());
@@ -81,7 +81,7 @@ std::size_t Mending::addContent(std::string_view piece) {
   return plain + (stray ? strayEnd.size() : 1);
 }
 
-/// Adds what is enclosed up to its end, or all of `piece`; answers its length.
+/// Adds what is enclosed up to its end, or all of `piece`. Returns its length.
 std::size_t Mending::addEnclosed(std::string_view piece) {
   const std::size_t end = piece.find(_end);
   const bool ends = end != std::string_view::npos;

@@ -9,9 +9,9 @@
 namespace wenlolib::xml {
 
 /// A text that comes in pieces, with every "&" that begins no reference, every "<" that begins no
-/// tag and the ">" of every "]]>" that ends no section escaped. All else stays as it is, and may
-/// still be malformed; so does what stands in a CDATA section, a comment or an instruction. A
-/// reference is one of the five that XML knows by name, or one by number.
+/// tag and the ">" of every "]]>" that ends no section escaped. Everything else stays as it is, and
+/// may still be malformed; so does what stands in a CDATA section, a comment or an instruction. A
+/// reference is one of the five that XML defines by name, or a numeric one.
 class Mending {
  public:
   /// No markup may lie across the border of two pieces.

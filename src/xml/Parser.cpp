@@ -75,7 +75,7 @@ bool Parser::feedPiece(std::string_view piece, bool final) {
 
 void Parser::stop() noexcept {
   stopped_ = true;
-  // Refused only where the parser has already ended, which is what is asked for.
+  // This is refused only if the parser has already ended, which is what is wanted.
   static_cast<void>(XML_StopParser(parser_, XML_FALSE));
 }
 

@@ -17,7 +17,7 @@ bool isLetterOrDigit(char c) {
   return isLetter(c) || (c >= '0' && c <= '9');
 }
 /// What stands for itself in an attribute's value. A ">" would as well, but not after "]]" in
-/// content; without it neither has to be told from the other.
+/// content; leaving it out saves telling the two cases apart.
 bool isPlain(char c) {
   return c >= ' ' && c <= '~' && c != '<' && c != '>' && c != '&' && c != '"';
 }
@@ -58,7 +58,7 @@ std::string_view PlainXml::takeWhile(Test test) {
   return taken;
 }
 
-/// Empty where no name begins.
+/// Empty if no name begins here.
 std::string_view PlainXml::takeName() {
   const bool begins = !rest_.empty() && isLetter(rest_.front());
   return begins ? takeWhile(isLetterOrDigit) : std::string_view();

@@ -11,15 +11,15 @@
 // Why the parser need not see every digit
 //
 // The payload may be tens of millions of hexadecimal digits, and a strict parser takes longer over
-// them than the digest does. The run stands right after a ">", so the parser is in no name and in
-// no reference there. Whatever came before it, the parser is then in one of few places: in an
+// them than the digest does. The run stands right after a ">", so the parser is not inside a name
+// or a reference there. Whatever came before it, the parser is in one of a few places: in an
 // element's content, an attribute's value, a comment, a CDATA section or an instruction, or it has
-// refused already. In each of these a digit is a character that neither ends the place nor begins
-// anything, and after the first one the parser is where it is after the second: no delimiter of
-// these places
-// ("<", "&", quotes, "]]>", "--", "?>") has a digit in it, so that what can follow depends on there
-// having been a digit, not on how many. Outside the outermost element the first one is refused. One
-// digit shown would do. A few more are, and a run that short is shown whole.
+// already refused the document. In each of these places a digit neither ends the place nor begins
+// anything, and the parser is in the same state after the second digit as after the first: no
+// delimiter of these places ("<", "&", quotes, "]]>", "--", "?>") has a digit in it. So what can
+// follow depends on whether there was a digit, not on how many there were. Outside the outermost
+// element the first digit is refused. It would be enough to show one digit. A few more are shown,
+// and a run no longer than that is shown whole.
 
 namespace wenlolib::xml {
 namespace {
@@ -42,20 +42,20 @@ Finding::Kind kindOf(XML_Error error) {
   }
 }
 
-/// Told UTF-8, the parser still takes a text for UTF-16 that begins like one. UTF-8 has none of
-/// these bytes, or no document has.
+/// Even when told UTF-8, the parser takes a text that begins like UTF-16 for UTF-16. These bytes do
+/// not occur in UTF-8 or, in the case of NUL, in any document.
 std::size_t firstOfOtherEncoding(std::string_view bytes) {
   using namespace std::string_view_literals;
   return bytes.substr(0, 2).find_first_of("\0\xFE\xFF"sv);
 }
 
-/// A declared type can define entities, which grow without bounds. No layout has one, so the parser
-/// stops at it.
+/// A document type declaration can define entities, which grow without bounds. No layout has one,
+/// so the parser stops at it.
 void stopAtType(void* parser, const XML_Char*, const XML_Char*, const XML_Char*, int) {
   static_cast<Parser*>(parser)->run([] { return false; });
 }
 
-/// Takes every event: the form is all that is asked about.
+/// Accepts every event: only the form matters.
 class AnyContent : public Events {
  public:
   bool start(std::string_view) override { return true; }
@@ -74,7 +74,7 @@ struct Shown {
         leftOut(document.size() - head.size() - tail.size()) {}
 };
 
-/// Whether the document is well-formed in the way that nearly every record is.
+/// Whether the document is well-formed and plain, as nearly every record's is.
 bool isPlain(const Shown& shown) {
   if (shown.head.size() > plainBytes || shown.tail.size() > plainBytes) return false;
   std::string shortened(shown.head);
@@ -83,7 +83,7 @@ bool isPlain(const Shown& shown) {
   return readPlain(shortened, events);
 }
 
-/// The document with what can be mended outside its digits mended; `digits` moves along.
+/// The document with everything outside its digits mended that can be; `digits` moves along.
 std::string mend(std::string_view document, DigitRun& digits) {
   const std::size_t end = digits.offset + digits.length;
   Mending mending;
@@ -119,7 +119,7 @@ bool isWellFormed(std::string_view document, DigitRun digits) {
 }
 
 Text Service::serialised(std::string document, DigitRun digits) {
-  // A document that stands serialises to itself: it has no declaration, no white space of its own,
+  // A well-formed document serialises to itself: it has no declaration, no white space of its own,
   // and its empty elements are written open.
   if (isWellFormed(document, digits)) return document;
   std::string text = mend(document, digits);

@@ -16,22 +16,22 @@ using platform::DigitRun;
 struct Finding {
   enum Kind : std::uint8_t {
     wellFormed,
-    typeDeclared,  // there is a document type declaration, after which the parser does not look
+    typeDeclared,  // there is a document type declaration, at which the parser stops
     endMissing,    // the bytes end within a tag, an element, a character
-    tagMismatch,   // an end tag belongs to no start tag
+    tagMismatch,   // an end tag does not match its start tag
     malformed,
   };
   Kind kind = wellFormed;
   std::size_t offset = 0;    // where the parser gave up
-  std::string_view message;  // the parser's word for it
+  std::string_view message;  // the parser's own message
 };
 
-/// Parses the document as UTF-8. `digits` stands right after a ">". The parser is shown its
-/// beginning only: see the note in the implementation for why the finding is the same. Throws
-/// std::bad_alloc where the parser finds no memory.
+/// Parses the document as UTF-8. `digits` must stand right after a ">". The parser is shown only
+/// the beginning of them: see the note in the implementation for why the finding is the same.
+/// Throws std::bad_alloc if the parser finds no memory.
 [[nodiscard]] Finding parse(std::string_view document, DigitRun digits = {});
 
-/// Whether `document` is well-formed. Nearly every record's is plain, and needs no parser.
+/// Whether `document` is well-formed. Nearly every record's document is plain and needs no parser.
 [[nodiscard]] bool isWellFormed(std::string_view document, DigitRun digits = {});
 
 /// The XML service of every port that has no serialiser of its own.

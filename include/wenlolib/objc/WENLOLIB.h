@@ -23,27 +23,27 @@
 WENLOLIB_NONNULL_BEGIN
 
 /**
- * One record on its way into a file, and the class operations by which a host records.
+ * One record on its way into a file, and the class operations with which a host records.
  *
- * Most hosts need writeAppInfoWithContents:name:option: and
- * writePrinterLogInfoWithContents:name:option:otherInfo: alone. A host may also build a record
- * itself and write it with writeAppInfo, which asks no one's permission.
+ * Most hosts need only writeAppInfoWithContents:name:option: and
+ * writePrinterLogInfoWithContents:name:option:otherInfo:. A host may also build a record itself and
+ * write it with writeAppInfo, which does not check whether recording is allowed.
  *
- * Whatever a host passes, no exception leaves and nothing is printed. An object of another class
- * than the one declared, a text that is no Unicode (half a surrogate pair) and an object that
- * raises when it is read all count as nil. Where memory runs out, the answer is the failing one.
- * What a subclass's own method raises ends in the two operations that record, which then answer NO,
- * and in the initialisers, which answer nil. (The alloc that a host sends is Foundation's, and
- * raises as it does anywhere.)
+ * Whatever a host passes, no exception reaches it and nothing is printed. An object of a class
+ * other than the declared one, a text that is not valid Unicode (half a surrogate pair) and an
+ * object that raises when it is read all count as nil. If memory runs out, a call returns what it
+ * returns on failure. What a subclass's own method raises is caught by the two operations that
+ * record, which then return NO, and by the initialisers, which then return nil. (The alloc that a
+ * host sends is Foundation's own, and raises as it does anywhere.)
  *
  * Local time is that of Foundation's default zone, [NSTimeZone defaultTimeZone].
  *
- * Nothing is kept in memory between calls. Calls are synchronous; class operations may be called
- * from any thread, a record by one thread at a time. The calling thread needs an autorelease pool,
- * and objects that are answered are good until it drains.
+ * Nothing is kept in memory between calls. Calls are synchronous. Class operations may be called
+ * from any thread; a record may be used by one thread at a time. The calling thread needs an
+ * autorelease pool; returned objects are valid until it drains.
  *
- * Answers of type BOOL are YES or NO. A flag is one byte (unsigned char) because some flags are
- * compared with exactly 1 and others with zero; which is said where the flag is.
+ * Results of type BOOL are YES or NO. A flag is one byte (unsigned char) because some flags are
+ * compared with exactly 1 and others with zero; each method says which.
  */
 @interface WENLOLIB : NSObject {
   NSString* _xmlContents;
@@ -58,20 +58,21 @@ WENLOLIB_NONNULL_BEGIN
 }
 
 /**
- * Records application usage: asks isSupported: first, and only then looks at the other arguments.
+ * Records application usage: asks isSupported: first, and looks at the other arguments only if
+ * recording is allowed.
  *
- * contents is the payload, name the application's name, which becomes part of the file's name;
- * neither may be nil, both may be empty. option is kept as it is; its low four bits, the mode,
- * choose what is asked before recording, and where the document's language comes from.
+ * contents is the payload; name is the application's name, which becomes part of the file's name.
+ * Neither may be nil; both may be empty. option is kept as it is. Its low four bits, the mode,
+ * choose what recording requires and where the document's language comes from.
  *
- * NO when refused, when contents or name is nil, and when writeAppInfo answers NO.
+ * NO if recording is refused, if contents or name is nil, and whenever writeAppInfo returns NO.
  */
 + (BOOL)writeAppInfoWithContents:(NSString* WENLOLIB_NULLABLE)contents
                             name:(NSString* WENLOLIB_NULLABLE)name
                           option:(unsigned int)option;
 
 /**
- * Records a printer log in the same way, after isSupportedPlm:. otherInfo is the printer's
+ * Records a printer log in the same way, after asking isSupportedPlm:. otherInfo is the printer's
  * identity, see serOtherInfo:; nil means that nothing is known of the printer.
  */
 + (BOOL)writePrinterLogInfoWithContents:(NSString* WENLOLIB_NULLABLE)contents
@@ -80,19 +81,19 @@ WENLOLIB_NONNULL_BEGIN
                               otherInfo:(NSDictionary* WENLOLIB_NULLABLE)otherInfo;
 
 /**
- * Whether application usage may be recorded now. The rule stands with isSupported in
- * <wenlolib/WENLOLIB.h>. Of option the low four bits count.
+ * Whether application usage may be recorded now. The rule is given at isSupported in
+ * <wenlolib/WENLOLIB.h>. Only the low four bits of option count.
  */
 + (BOOL)isSupported:(unsigned int)option;
 
 @end
 
-/** Building, writing and asking a record; two more class operations. */
+/** Building, writing and querying a record; two more class operations. */
 @interface WENLOLIB (WENLOLIBMethods)
 
 /* --- Building a record --- */
 
-/** A printer log record (file type 1) without contents and name, option 0. */
+/** A printer log record (file type 1) without contents or name, and with option 0. */
 - (id WENLOLIB_NULLABLE)init;
 
 /** The same as initWithContents:name:option: without a name and with option 0. */
@@ -103,26 +104,26 @@ WENLOLIB_NONNULL_BEGIN
                                     name:(NSString* WENLOLIB_NULLABLE)name;
 
 /**
- * A record as init makes it (the record's own init is called), then given contents and name by
- * setContents: and setApplicationName:, and this option word, which is kept as it is.
+ * Makes a record with init (a subclass's own, if it has one), then sets contents and name with
+ * setContents: and setApplicationName:. The option word is kept as it is.
  */
 - (id WENLOLIB_NULLABLE)initWithContents:(NSString* WENLOLIB_NULLABLE)contents
                                     name:(NSString* WENLOLIB_NULLABLE)name
                                   option:(unsigned int)option;
 
 /**
- * The payload. The record makes a text of its own with the same characters, so that later changes
- * to the host's text do not reach it. nil clears the field. The very object that the record holds
- * already (see contents) changes nothing.
+ * Sets the payload. The record makes its own text with the same characters, so later changes to the
+ * host's text do not affect it. nil clears the field. Passing the very object that the record
+ * already holds (see contents) changes nothing.
  */
 - (void)setContents:(NSString* WENLOLIB_NULLABLE)contents;
 
-/** The name used in the file's name, by the same rule. */
+/** Sets the name used in the file's name, in the same way. */
 - (void)setApplicationName:(NSString* WENLOLIB_NULLABLE)name;
 
 /**
  * The text that the record holds itself, or nil. It stays valid until the caller's autorelease pool
- * drains, even when the record is changed or goes away before that.
+ * drains, even if the record is changed or released before that.
  */
 - (NSString* WENLOLIB_NULLABLE)contents;
 - (NSString* WENLOLIB_NULLABLE)applicationName;
@@ -133,46 +134,45 @@ WENLOLIB_NONNULL_BEGIN
 
 /**
  * The printer's identity: texts under "DeviceID", "SN" and "ROMVER"; under "NEWTAGTYPE" a boolean,
- * a number (true unless it is zero) or a text (true where it begins with Y, y, T, t or a digit 1 to
- * 9 after white space, a sign and zeros). Other keys are ignored.
+ * a number (true unless it is zero) or a text (true if, after white space, a sign and zeros, it
+ * continues with Y, y, T, t or a digit 1 to 9). Other keys are ignored.
  *
- * The record makes a dictionary of its own, all the way down; later changes to the host's objects
- * do not reach it. Entries whose key is no text or whose value is no text, number, date, data (of a
- * class of Foundation's own), array or dictionary are left out. nil is ignored: the record keeps
- * what it had.
+ * The record makes a deep copy; later changes to the host's objects do not affect it. An entry is
+ * left out if its key is not a text, or if its value is not a text, number, date, data (of one of
+ * Foundation's own classes), array or dictionary. nil is ignored: the record keeps what it had.
  *
- * Where there is no memory to keep an identity, the record comes to no document until it is given
- * one again.
+ * If there is no memory to keep an identity, no document can be made from the record until it is
+ * given one again.
  */
 - (void)serOtherInfo:(NSDictionary* WENLOLIB_NULLABLE)otherInfo;
 
 /* --- Writing it --- */
 
 /**
- * Makes the survey document from the record and keeps it for writeAppInfo. NO when memory runs out
- * and for contents of 2 GiB and more. YES does not mean that there is a new document: there is none
- * where a value holds markup that cannot be mended or a character that XML does not have, such as
- * U+0001 or U+FFFE, which is never mended. Whenever no new document is made the record keeps the
- * one that an earlier call has made, if any.
+ * Makes the survey document from the record and keeps it for writeAppInfo. NO if memory runs out
+ * and for contents of 2 GiB or more. YES does not mean that there is a new document: none is made
+ * if a value holds markup that cannot be repaired, or a character that XML does not allow, such as
+ * U+0001 or U+FFFE, which is never repaired. If no new document is made, the record keeps the one
+ * that an earlier call made, if any.
  */
 - (BOOL)WENLOLIBCreateXMLDocument;
 
 /**
- * Makes the document and writes it, with mode 0666, to the first free number in the folder of
- * printer logs or to this month's file in the folder of application usage. NO without contents or
- * name, when there is no document for lack of memory or because the system cannot say what is in a
- * file, and when the file could not be written. An earlier file then holds what it held; after a
- * failed write its mode is opened to 0666 all the same, on purpose, where it is a regular file with
- * no other name and not reached through a link.
+ * Makes the document and writes it to a file with mode 0666: to the first free number in the folder
+ * of printer logs, or to this month's file in the folder of application usage. NO without contents
+ * or name, if there is no document because memory runs out or the system cannot tell what is in a
+ * file, and if the file cannot be written. An earlier file then keeps its contents. After a failed
+ * write its mode is still set to 0666, on purpose, if it is a regular file with no other name and
+ * is not reached through a link.
  *
- * YES when the file is written, and also, on purpose, when the record holds no document (see above)
- * and so comes to no file. Where no new document can be made, but an earlier call has made one,
- * that one is written, whatever the record was changed to since. Once a write was tried the record
- * holds no document.
+ * YES if the file is written and also, on purpose, if there is no document to write (see above), so
+ * that no file is made. If no new document can be made but an earlier call made one, that one is
+ * written, however the record has changed since. Once a write has been tried, the record no longer
+ * holds a document.
  */
 - (BOOL)writeAppInfo;
 
-/* --- The values that a document carries; @"" where a value is unknown, never nil --- */
+/* --- The values that a document carries; @"" if a value is unknown, never nil --- */
 
 /** The host application's version, cut to two components, such as "2.1". */
 - (NSString*)getCliantVersion;
@@ -185,41 +185,43 @@ WENLOLIB_NONNULL_BEGIN
 
 /**
  * Language and one more component, such as "zh_Hans". The low four bits of the option choose the
- * source: 1 the language last selected in the host, 0 and 2 the user's locale; others give @"".
+ * source: 1 for the language last selected in the host, 0 and 2 for the user's locale; other values
+ * give @"".
  */
 - (NSString*)getLocale;
 
 /**
  * The identifier of this installation, such as "{3F2A9C41-7B0D-4E6A-9D15-C08E2B7F4A63}". The first
- * call on a record reads the library's configuration file, and where that has none yet makes one
- * and tries to store it; the record then keeps it, and later calls answer the same object.
+ * call on a record reads it from the library's configuration file; if there is none yet, the call
+ * makes one and tries to store it there. The record then keeps it, and later calls return the same
+ * object.
  */
 - (NSString*)getWENLOLIBId;
 
-/** The texts given by serOtherInfo:; a value that is not text counts as absent. */
+/** The texts given to serOtherInfo:; a value that is not text counts as absent. */
 - (NSString*)getDevId;
 - (NSString*)getSerialNum;
 - (NSString*)getRomVersion;
 
-/** The truth value of "NEWTAGTYPE"; NO where it is absent. */
+/** The truth value of "NEWTAGTYPE"; NO if it is absent. */
 - (BOOL)isNewTagTypePrinter;
 
 /* --- More class operations --- */
 
 /**
- * Whether a printer log may be recorded now, by the rule of isSupportedPlm there. option is
- * ignored.
+ * Whether a printer log may be recorded now, by the rule of isSupportedPlm in
+ * <wenlolib/WENLOLIB.h>. option is ignored.
  */
 + (BOOL)isSupportedPlm:(unsigned int)option;
 
 /**
  * Runs the executable file at path with the texts in args (nil: none). With a wait of exactly 1 the
- * call ends with the program and answers its exit status (the signal's number where a signal ended
- * it); with any other value the answer is 0 at once and the program runs on by itself.
+ * call waits for the program to end and returns its exit status, or the number of the signal that
+ * ended it. With any other value it returns 0 at once, and the program runs on by itself.
  *
- * 0 too when path is nil or no executable file, and when the program could not be started. Where
- * args is no array or holds anything but texts, the program is not started: it would run with other
- * arguments than those meant.
+ * Also 0 if path is nil or not an executable file, and if the program cannot be started. If args is
+ * not an array or holds anything but texts, the program is not started, because it would run with
+ * the wrong arguments.
  */
 + (int)createTask:(NSString* WENLOLIB_NULLABLE)path
              args:(NSArray* WENLOLIB_NULLABLE)args

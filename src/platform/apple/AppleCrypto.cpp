@@ -43,7 +43,8 @@ Md5Digest AppleDigest::md5(Bytes message) noexcept {
 
 namespace {
 
-/// Everything that one encryption makes; whatever was made goes when it ends, however it ends.
+/// Everything that one encryption creates. It is all released when the encryption ends, however it
+/// ends.
 struct Objects {
   Owned<CFMutableDictionaryRef> parameters;
   Owned<SecKeyRef> key;
@@ -58,8 +59,8 @@ bool makeKey(Objects& objects, Bytes key) noexcept {
   objects.parameters = Owned(CFDictionaryCreateMutable(nullptr, 0, &kCFTypeDictionaryKeyCallBacks,
                                                        &kCFTypeDictionaryValueCallBacks));
   if (objects.parameters) {
-    // On purpose: the framework documents kSecAttrKeyType for this, but what is written with this
-    // attribute is what every reader of the documents has always seen.
+    // On purpose: the framework documents kSecAttrKeyType for this, but what this attribute
+    // produces is what every reader of the documents has always seen.
     CFDictionarySetValue(objects.parameters.get(), kSecAttrType, kSecAttrKeyTypeRC4);
   }
   objects.keyData = dataFrom(key);
@@ -75,15 +76,15 @@ bool makeTransform(Objects& objects, Bytes source) noexcept {
   if (objects.error || !objects.transform) return false;
   objects.input = dataFrom(source);
   if (!objects.input) return false;
-  // Only an error counts: the call may answer false for an input that it has taken.
+  // Only an error counts: the call may return false for an input that it has accepted.
   static_cast<void>(SecTransformSetAttribute(objects.transform.get(),
                                              kSecTransformInputAttributeName, objects.input.get(),
                                              objects.error.slot()));
   return !objects.error;
 }
 
-/// The encrypted bytes; nothing where the service refuses at any step. No bytes at all may come as
-/// data without any or as no data.
+/// The encrypted bytes; nothing if the service refuses at any step. For an empty source the result
+/// may be empty data or no data at all.
 std::optional<Bytes> encrypt(Objects& objects, Bytes key, Bytes source) noexcept {
   if (!makeKey(objects, key) || !makeTransform(objects, source)) return std::nullopt;
   objects.result = Owned(SecTransformExecute(objects.transform.get(), objects.error.slot()));
@@ -98,7 +99,7 @@ std::optional<Bytes> encrypt(Objects& objects, Bytes key, Bytes source) noexcept
 bool TransformCipher::rc4(Bytes key, Bytes source, std::uint8_t* destination) noexcept {
   constexpr std::size_t longestKey = 256;
   if (key.empty() || key.size() > longestKey) return false;
-  // Out of date for long. Where the transforms are gone, so is the cipher.
+  // Long deprecated. If the transforms are gone, so is the cipher.
   if (!isOffered("SecKeyCreateFromData") || !isOffered("SecEncryptTransformCreate")) return false;
   Objects objects;
   const std::optional<Bytes> bytes = encrypt(objects, key, source);

@@ -5,8 +5,8 @@
 namespace wenlolib::platform {
 
 const Platform& native() noexcept {
-  // Never destroyed: a host may still record while its process is ending. The root is the empty
-  // one, so nothing on the heap is left behind when the library is unloaded.
+  // Never destroyed: a host may still record while its process is ending. The root is empty, so
+  // nothing is left on the heap when the library is unloaded.
   alignas(apple::ApplePlatform) static unsigned char place[sizeof(apple::ApplePlatform)];
   static const auto* const port = new (place) apple::ApplePlatform("");
   return port->services();

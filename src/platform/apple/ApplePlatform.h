@@ -16,15 +16,15 @@
 
 namespace wenlolib::platform::apple {
 
-/// All services of the port over one root folder. The product's root is "/"; tests bring one of
-/// their own, and no file outside it is touched then.
+/// All services of the port over one root folder. The product's root is "/"; tests use one of their
+/// own, and then no file outside it is touched.
 class ApplePlatform {
  public:
   explicit ApplePlatform(std::string root) : root_(std::move(root)) {}
   ApplePlatform(const ApplePlatform&) = delete;
   ApplePlatform& operator=(const ApplePlatform&) = delete;
 
-  /// Good for as long as this object.
+  /// Valid as long as this object.
   [[nodiscard]] const Platform& services() const { return services_; }
 
  private:

@@ -16,17 +16,17 @@
 #include "platform/posix/StandardDescriptors.h"
 
 // A program is started by a go-between: a copy of the host's process that starts it, waits for it
-// if asked to, tells how it went through a pipe and ends. So a host that ignores SIGCHLD (whose
-// children leave no status behind) still gets its answer, one that reaps every child it hears of
-// reaps nothing but the go-between, and a program that nobody waits for has no parent here to be a
-// zombie of.
+// if asked to, reports through a pipe how it went, and ends. So a host that ignores SIGCHLD (whose
+// children leave no status) still gets its answer. A host that reaps every child it hears of reaps
+// only the go-between. And a program that nobody waits for is not the host's child, so it cannot
+// become a zombie there.
 
 namespace wenlolib::platform::apple {
 namespace {
 
-/// What the go-between tells. It always tells something, so that the pipe need not be read to its
-/// end: another thread of the host may start a program of its own before the ends of the pipe are
-/// marked to close on exec, and that one would hold it open for as long as it runs.
+/// What the go-between reports. It always reports something, so that the pipe need not be read to
+/// its end: another thread of the host may start a program of its own before the ends of the pipe
+/// are marked to close on exec, and that program would hold the pipe open as long as it runs.
 struct Answer {
   bool ended = false;  // the program has run, and was waited for
   std::int32_t status = 0;
@@ -38,7 +38,7 @@ int makePipe(int* ends) {
   return 0;
 }
 
-/// The writing end goes first: a go-between that was killed tells nothing more.
+/// The writing end is closed first: otherwise the read would not end if the go-between was killed.
 Answer answerFrom(posix::Pipe& pipe) {
   pipe.closeWritingEnd();
   Answer answer;
@@ -47,8 +47,8 @@ Answer answerFrom(posix::Pipe& pipe) {
   return count == ssize_t{sizeof answer} ? answer : Answer();
 }
 
-/// Made before the fork: these calls may need memory, and the copy of a process with threads has
-/// none to give.
+/// Made before the fork: these calls may need memory, which a forked copy of a process with threads
+/// must not allocate.
 class SpawnAttributes {
  public:
   explicit SpawnAttributes(const sigset_t& mask) {
@@ -77,7 +77,7 @@ struct Start {
   int answer;  // the writing end
 };
 
-/// While the go-between waits it must not keep alive what the host closes.
+/// While the go-between waits, it must not keep open what the host closes.
 void closeAllBut(int kept) {
   constexpr int most = 65536;
   const int end = std::min(getdtablesize(), most);
@@ -86,7 +86,8 @@ void closeAllBut(int kept) {
   }
 }
 
-/// The whole life of the go-between. Only what is safe after a fork of a process with threads.
+/// The whole life of the go-between. It does only what is safe after a fork of a process with
+/// threads.
 [[noreturn]] void goBetween(const Start& start) {
   struct sigaction standard {};
   standard.sa_handler = SIG_DFL;
@@ -104,7 +105,8 @@ void closeAllBut(int kept) {
   _exit(::write(start.answer, &answer, sizeof answer) < 0 ? 1 : 0);
 }
 
-/// Gone already where the host ignores its children or reaps them all; that is as good.
+/// If the host ignores its children or reaps them all, the child is already gone; that is just as
+/// good.
 void reap(pid_t child) {
   while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
   }

@@ -30,7 +30,7 @@ std::optional<LocalTime> AppleCalendar::localTime(Instant date) {
   const Owned<CFCalendarRef> calendar(
       CFCalendarCreateWithIdentifier(nullptr, kCFGregorianCalendar));
   const Owned<CFTimeZoneRef> zone(CFTimeZoneCopyDefault());
-  if (!calendar || !zone) throw std::bad_alloc();  // nothing else can be in their way
+  if (!calendar || !zone) throw std::bad_alloc();  // nothing else can make them fail
   CFCalendarSetTimeZone(calendar.get(), zone.get());
   LocalTime time;
   int year = 0;

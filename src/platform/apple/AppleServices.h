@@ -13,7 +13,7 @@ namespace wenlolib::platform::apple {
 
 // --- The system ---
 
-/// Asks the system anew at every call.
+/// Asks the system again at every call.
 class AppleSystem : public System {
  public:
   std::optional<std::int32_t> gestalt(Selector selector) override;
@@ -21,7 +21,8 @@ class AppleSystem : public System {
 
 // --- The clock ---
 
-/// Not the standard library's clock: built for today, that asks a call that came with 10.12.
+/// Not the standard library's clock: in a build with current tools, that one makes a call that came
+/// with 10.12.
 class AppleClock : public Clock {
  public:
   Instant now() override {
@@ -46,7 +47,7 @@ class AppleUser : public User {
   Text homeFolder() override;
   Text libraryFolder() override;
   Container groupContainer(std::string_view groupIdentifier) override;
-  Text locale() override;  // null also where the setting is no text
+  Text locale() override;  // also null if the setting is not text
 };
 
 // --- Identifiers ---

@@ -16,12 +16,12 @@
 namespace wenlolib::platform::apple {
 namespace {
 
-/// Both halves came with 10.10.
+/// Both calls came with 10.10.
 bool takesFolders() {
   return isOffered("openat") && isOffered("renameat");
 }
 
-/// The path of `name` in an open folder; "" where the system cannot tell.
+/// The path of `name` in an open folder; "" if the system cannot tell.
 std::string pathOf(int folder, const char* name) {
   std::array<char, MAXPATHLEN> path{};
   if (::fcntl(folder, F_GETPATH, path.data()) != 0) return "";
@@ -45,8 +45,8 @@ int AppleSystemCalls::open(int folder, const char* name) {
 }
 
 int AppleSystemCalls::flush(int file) {
-  // Here fsync leaves the bytes in the drive's own cache, from where they may reach the disk after
-  // the new name does. File systems that have no fuller flush have this one.
+  // On macOS, fsync leaves the bytes in the drive's own cache, and they may reach the disk after
+  // the new name does. File systems without the full flush still have fsync.
   const int flushed = ::fcntl(file, F_FULLFSYNC);
   return flushed == 0 || errno == EINTR ? flushed : SystemCalls::flush(file);
 }
@@ -57,7 +57,7 @@ int AppleSystemCalls::rename(int folder, const char* from, const char* to) {
 }
 
 int AppleSystemCalls::renameWithoutReplacing(int folder, const char* from, const char* to) {
-  // This one is younger, from 10.12.
+  // This call is newer: it came with 10.12.
   if (isOffered("renameatx_np")) return SystemCalls::renameWithoutReplacing(folder, from, to);
   errno = ENOSYS;
   return -1;

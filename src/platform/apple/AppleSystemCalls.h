@@ -1,4 +1,4 @@
-/// The system calls by which a file comes to be, on systems old and new.
+/// The system calls that create and name a file, on old and new systems.
 #ifndef WENLOLIB_PLATFORM_APPLE_APPLESYSTEMCALLS_H
 #define WENLOLIB_PLATFORM_APPLE_APPLESYSTEMCALLS_H
 
@@ -6,8 +6,8 @@
 
 namespace wenlolib::platform::apple {
 
-/// Before 10.10 no call takes a name relative to an open folder. There the folder's path is asked
-/// for instead, each time: it may have been renamed since it was opened.
+/// Before 10.10 no call takes a name relative to an open folder. On such systems the folder's path
+/// is asked for each time, because it may have been renamed since it was opened.
 class AppleSystemCalls : public posix::SystemCalls {
  public:
   int create(int folder, const char* name) override;

@@ -3,15 +3,16 @@
 #include "platform/apple/Foundation.h"
 #include "platform/posix/Errors.h"
 
-// Out of date since 10.10, and missing from some headers. It is sent only after asking.
+// Deprecated since 10.10, and missing from some headers. It is sent only to objects that respond to
+// it.
 @interface NSDate (WENLOLIBCalendarFormat)
 - (NSString*)descriptionWithCalendarFormat:(NSString*)format
                                   timeZone:(NSTimeZone*)zone
                                     locale:(id)locale;
 @end
 
-// Declared for systems, and for other Foundations, whose headers lack it. It is sent only after
-// asking.
+// Declared for systems, and for other Foundations, whose headers lack it. It is sent only to
+// objects that respond to it.
 @interface NSFileManager (WENLOLIBGroupContainer)
 - (NSURL*)containerURLForSecurityApplicationGroupIdentifier:(NSString*)groupIdentifier;
 @end
@@ -22,7 +23,7 @@ namespace wenlolib::platform::apple::foundation {
 
 namespace {
 
-/// Releases at the end of the scope what Foundation hands out inside it. The host's thread may have
+/// Releases at the end of the scope what Foundation returns inside it. The host's thread may have
 /// no pool of its own.
 class Pool {
  public:
@@ -40,12 +41,12 @@ Text textOf(NSData* data) {
   return std::string(static_cast<const char*>([data bytes]), [data length]);
 }
 
-/// Null for the null string, and for one that no UTF-8 can carry.
+/// Null for the null string, and for one that UTF-8 cannot represent.
 Text textOf(NSString* string) {
   return textOf([string dataUsingEncoding:NSUTF8StringEncoding]);
 }
 
-/// In the current pool; nil where the text is no UTF-8.
+/// In the current pool; nil if the text is not UTF-8.
 NSString* stringFrom(std::string_view text) {
   return [[[NSString alloc] initWithBytes:text.data()
                                    length:text.size()
@@ -104,7 +105,7 @@ Text tidied(std::string_view document) {
   const Pool pool;
   NSString* text = stringFrom(document);
   if ([text length] == 0) return std::nullopt;  // nil makes the parser raise an exception
-  // The pool's, so that it goes too where there is no memory for the answer.
+  // Autoreleased, so that it is released even if there is no memory for the result.
   NSXMLDocument* parsed = [[[NSXMLDocument alloc] initWithXMLString:text
                                                             options:tidyXml
                                                               error:nullptr] autorelease];

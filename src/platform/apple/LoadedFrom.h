@@ -8,11 +8,11 @@
 
 namespace wenlolib::platform::apple {
 
-/// Where a bundle keeps what macOS runs.
+/// Where a bundle keeps its code for macOS.
 inline constexpr std::string_view codeFolder = "/Contents/MacOS";
 
-/// The path by which the image was loaded that this code is part of: the host's own words, perhaps
-/// relative, perhaps over links. Null when it cannot be told.
+/// The path by which the image that holds this code was loaded, as the host gave it: it may be
+/// relative and may lead through links. Null if it is not known.
 [[nodiscard]] Text loadedFrom();
 
 }  // namespace wenlolib::platform::apple

@@ -14,8 +14,8 @@ namespace wenlolib::platform::apple {
 
 // --- Ownership ---
 
-/// One reference to an object that a call with "Create" or "Copy" in its name has handed out, given
-/// back at the end of the scope. May be null.
+/// One reference to an object that a call with "Create" or "Copy" in its name returned. It is
+/// released at the end of the scope. May be null.
 template <class Reference>
 class Owned {
  public:
@@ -32,14 +32,14 @@ class Owned {
   explicit operator bool() const noexcept { return reference_ != nullptr; }
   [[nodiscard]] Reference get() const noexcept { return reference_; }
 
-  /// For a call that hands out an object through a pointer. Nothing may be owned yet.
+  /// For a call that returns an object through a pointer. Nothing may be owned yet.
   [[nodiscard]] Reference* slot() noexcept { return &reference_; }
 
  private:
   Reference reference_ = nullptr;
 };
 
-/// The object itself where it is of the type with this identifier, else null.
+/// The object itself if it is of the type with this identifier, else null.
 template <class Reference>
 [[nodiscard]] Reference as(CFTypeID type, CFTypeRef object) noexcept {
   const bool matches = object != nullptr && CFGetTypeID(object) == type;
@@ -48,20 +48,20 @@ template <class Reference>
 
 // --- Strings and bytes ---
 
-/// Null for the null string, and for one that no UTF-8 can carry (half of a surrogate pair).
+/// Null for the null string, and for one that UTF-8 cannot represent (half of a surrogate pair).
 [[nodiscard]] Text textOf(CFStringRef string);
 
-/// A copy of the bytes as a data object; null where memory is short.
+/// A copy of the bytes as a data object; null if memory runs out.
 [[nodiscard]] Owned<CFDataRef> dataFrom(Bytes bytes) noexcept;
 
-/// The bytes of a data object, good for as long as the object.
+/// The bytes of a data object, valid as long as the object.
 [[nodiscard]] Bytes bytesOf(CFDataRef data) noexcept;
 
 // --- Calls that not every system has ---
 
-/// Whether the running system has the function `name`. The frameworks whose calls are out of date
-/// are linked weakly: the library loads without them, but a call that is gone must not be made. The
-/// name is looked up because a compiler may take the address of a function for never null.
+/// Whether the running system has the function `name`. The frameworks with deprecated calls are
+/// linked weakly: the library loads without them, but a call that is gone must not be made. The
+/// name is looked up because a compiler may assume that the address of a function is never null.
 [[nodiscard]] inline bool isOffered(const char* name) noexcept {
   return ::dlsym(RTLD_DEFAULT, name) != nullptr;
 }

@@ -6,8 +6,8 @@
 
 namespace wenlolib::platform::gnulinux {
 
-/// The libraries of others that this build contains, a line each: name and version, and behind them
-/// the package of the distribution that they were taken from, where that is known.
+/// The third-party libraries that this build contains, one per line: name and version, followed by
+/// the distribution package that they were taken from, if that is known.
 [[nodiscard]] std::string builtInLibraries();
 
 }  // namespace wenlolib::platform::gnulinux

@@ -1,4 +1,4 @@
-// What the expat that is built in calls in the place of the C library: see BuiltIn.cmake.
+// What the built-in expat calls instead of the C library: see BuiltIn.cmake.
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,8 +11,8 @@ extern "C" char* wenlolib_noEnvironment(const char* /*name*/) {
   return nullptr;
 }
 
-/// Against names made to collide in expat's tables. Where the system has no randomness to give, a
-/// file of bounded size can still not do much harm.
+/// Guards against names made to collide in expat's tables. If the system has no randomness to give,
+/// a file of bounded size still cannot do much harm.
 extern "C" void wenlolib_fillWithRandom(void* bytes, std::size_t length) {
   const wenlolib::platform::posix::CancellationHold hold;
   const int error = errno;

@@ -19,15 +19,15 @@
 
 namespace wenlolib::platform::gnulinux {
 
-/// All services of the port over one root folder. The product's root is "/"; tests and tools bring
-/// one of their own, and nothing outside it is touched then.
+/// All services of the port over one root folder. The product's root is "/"; tests and tools use
+/// one of their own, and then no file outside it is touched.
 class LinuxPlatform {
  public:
   explicit LinuxPlatform(std::string root) : root_(std::move(root)) {}
   LinuxPlatform(const LinuxPlatform&) = delete;
   LinuxPlatform& operator=(const LinuxPlatform&) = delete;
 
-  /// Good for as long as this object.
+  /// Valid as long as this object.
   [[nodiscard]] const Platform& services() const { return services_; }
 
  private:

@@ -16,11 +16,10 @@
 #include "platform/posix/StandardDescriptors.h"
 
 // A program is started by a go-between: a copy of the host's process that starts it, waits for it
-// if asked to, tells its status through a pipe and ends. The go-between is a child that signals
-// nobody when it ends, and that nobody finds who waits for just any child. So a host that ignores
-// SIGCHLD (whose children leave no status behind) or that reaps every child it hears of neither
-// notices nor disturbs it, and a program that nobody waits for has no parent here to be a zombie
-// of.
+// if asked to, reports its status through a pipe, and ends. The go-between sends no signal when it
+// ends, and a call that waits for any child does not find it. So a host that ignores SIGCHLD (whose
+// children leave no status) or that reaps every child it hears of neither notices nor disturbs it.
+// And a program that nobody waits for is not the host's child, so it cannot become a zombie there.
 
 namespace wenlolib::platform::gnulinux {
 namespace {
@@ -29,9 +28,9 @@ int makePipe(int* ends) {
   return pipe2(ends, O_CLOEXEC | O_NONBLOCK);
 }
 
-/// While the go-between waits it must not keep alive what the host closes: all of its descriptors
-/// but the one for the answer go. A kernel that cannot do that leaves them open until the program
-/// ends.
+/// While the go-between waits, it must not keep open what the host closes, so it closes all
+/// descriptors but the one for the answer. If the kernel cannot do that, they stay open until the
+/// program ends.
 void closeAllBut(int answer) {
 #ifdef SYS_close_range
   if (answer > 0) syscall(SYS_close_range, 0U, static_cast<unsigned>(answer - 1), 0U);
@@ -39,7 +38,8 @@ void closeAllBut(int answer) {
 #endif
 }
 
-/// The whole life of the go-between. Only what is safe after a fork of a process with threads.
+/// The whole life of the go-between. It does only what is safe after a fork of a process with
+/// threads.
 [[noreturn]] void goBetween(const char* path, char* const* arguments, const sigset_t& mask,
                             bool wait, int answer) {
   struct sigaction standard {};
@@ -61,8 +61,8 @@ void closeAllBut(int answer) {
   _exit(0);
 }
 
-/// What the go-between has left in the pipe. It has ended by now, so nothing is waited for: other
-/// processes may hold copies of the writing end for as long as they like.
+/// What the go-between has written into the pipe. It has ended by now, so the read does not wait:
+/// other processes may hold copies of the writing end as long as they like.
 std::optional<std::int32_t> answerFrom(int pipe) {
   std::int32_t status = 0;
   const ssize_t count = ::read(pipe, &status, sizeof status);
@@ -88,7 +88,7 @@ std::optional<std::int32_t> LinuxPrograms::run(const std::string& path,
   pid_t child = -1;
   {
     const posix::SignalHold signals;
-    // No exit signal, nothing shared: all arguments are zero, whatever their order on a machine.
+    // No exit signal, nothing shared: all arguments are zero, whatever their order on this machine.
     child = static_cast<pid_t>(syscall(SYS_clone, 0, 0, 0, 0, 0));
     if (child == 0) {
       goBetween(real->c_str(), vector.data(), signals.previous(), wait, pipe.writingEnd());

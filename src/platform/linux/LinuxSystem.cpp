@@ -87,7 +87,7 @@ std::string standardForm(const posix::RandomBytes& bytes) {
 }  // namespace
 
 Text LinuxUuids::create() {
-  // The bytes come straight from the system. A generator of a library's may seed the C library's
+  // The bytes come straight from the system. Another library's generator may seed the C library's
   // `random`, and a host that relies on its sequence would find it changed.
   const posix::CancellationHold hold;
   auto bytes = posix::randomBytes();

@@ -19,11 +19,11 @@ struct KernelVersion {
 };
 
 /// The version in a kernel release such as "6.1.0-18-amd64" or "6.18-rc1", whose missing patch
-/// level is 0. Nothing when it does not begin with two numbers.
+/// level is 0. Nothing if it does not begin with two numbers.
 [[nodiscard]] std::optional<KernelVersion> kernelVersion(std::string_view release) noexcept;
 
-/// The version of the running kernel; nothing when it cannot be told. Throws std::system_error
-/// where the system could not answer.
+/// The version of the running kernel; nothing if it is not known. Throws std::system_error if the
+/// system cannot answer.
 [[nodiscard]] std::optional<KernelVersion> runningKernel();
 
 class LinuxSystem : public System {

@@ -23,13 +23,13 @@ Text usable(const char* text) {
   return text == nullptr ? Text() : utf8OrNull(Text(text));
 }
 
-/// A variable's bytes, text or not; "" where it is not set.
+/// A variable's bytes, text or not; "" if it is not set.
 std::string environmentBytes(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? "" : value;
 }
 
-/// A field of the user's entry, as a line of the file has it and as the C library answers it.
+/// A field of the user's entry, as a line of the file has it and as the C library returns it.
 struct Field {
   int place;  // from 0
   char* passwd::*answered;
@@ -46,14 +46,14 @@ std::string_view partOf(std::string_view line, int place) {
   return line.substr(0, line.find(':'));
 }
 
-/// Null where the file of the machine's own users does not have this one.
+/// Null if the file of the machine's own users does not list this user.
 Text fieldInFile(const Field& field) {
   constexpr std::size_t longestFile = std::size_t{64} << 20;
   const auto file = posix::readWhole("/etc/passwd", longestFile).bytes;
   return file ? fieldOfUser(*file, geteuid(), field.place) : std::nullopt;
 }
 
-/// From wherever the C library has its users.
+/// From wherever the C library looks up users.
 Text fieldAnswered(const Field& field) {
   constexpr std::size_t largest = std::size_t{1} << 20;
   passwd entry{};
@@ -67,9 +67,9 @@ Text fieldAnswered(const Field& field) {
   return std::nullopt;
 }
 
-/// The file goes first. The C library loads modules into the host's process to ask for a user, goes
-/// on to the next where one cannot be read, without saying so, and crashes where memory runs out
-/// while it loads them.
+/// The file is asked first. To look up a user, the C library loads modules into the host's process.
+/// If one cannot be read, it goes on to the next without saying so, and if memory runs out while it
+/// loads them, it crashes.
 Text userField(const Field& field) {
   const posix::CancellationHold hold;
   Text found = fieldInFile(field);
@@ -102,7 +102,7 @@ Text LinuxUser::loginName() {
 
 Text LinuxUser::homeFolder() {
   std::string home = environmentBytes("HOME");
-  // A home that is no text is still the one meant: no other may take its place.
+  // A home that is not text is still the one meant: no other may take its place.
   if (home.starts_with('/')) return utf8OrNull(std::move(home));
   const Text known = userField(homeField);
   return known && known->starts_with('/') ? known : std::nullopt;

@@ -16,7 +16,7 @@ namespace {
 
 const char anchor = 0;  // an address in this very object
 
-/// The file of one line of the process's memory map, where the line covers `address`.
+/// The file named in one line of the process's memory map, if the line covers `address`.
 Text fileAt(std::string_view line, std::uintptr_t address) {
   std::string_view rest = line;
   const auto first = takeNumber(rest, 16);

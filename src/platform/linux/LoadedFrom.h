@@ -8,11 +8,11 @@
 
 namespace wenlolib::platform::gnulinux {
 
-/// Where a bundle keeps what Linux runs.
+/// Where a bundle keeps its code for Linux.
 inline constexpr std::string_view codeFolder = "/Contents/Linux";
 
-/// The absolute path by which the shared object (or program) that this code is part of was loaded;
-/// it may lead over links. Null when it cannot be told.
+/// The absolute path by which the shared object (or program) that holds this code was loaded; it
+/// may lead through links. Null if it is not known.
 [[nodiscard]] Text loadedFrom();
 
 }  // namespace wenlolib::platform::gnulinux

@@ -35,7 +35,7 @@ struct Arc4 {
 
 Md5Digest MbedDigest::md5(Bytes message) noexcept {
   Md5Digest digest{};
-  // Its status tells of hardware that refuses; the digest in software does not.
+  // The status is for hardware that refuses; the digest in software never does.
   static_cast<void>(mbedtls_md5_ret(message.data(), message.size(), digest.data()));
   return digest;
 }
@@ -43,7 +43,7 @@ Md5Digest MbedDigest::md5(Bytes message) noexcept {
 bool MbedCipher::rc4(Bytes key, Bytes source, std::uint8_t* destination) noexcept {
   if (key.empty() || key.size() > longestKey) return false;
   if (source.empty()) return true;
-  // The key first: it may lie where the source is about to be moved to.
+  // The key is read first: it may lie where the source is about to be moved to.
   Arc4 cipher(key);
   if (overlapsOtherwise(source, destination)) {
     std::memmove(destination, source.data(), source.size());

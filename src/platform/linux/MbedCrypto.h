@@ -1,4 +1,4 @@
-/// MD5 and RC4 from mbedTLS: no global state, no environment, no memory of their own.
+/// MD5 and RC4 from mbedTLS: they use no global state, no environment and no memory of their own.
 #ifndef WENLOLIB_PLATFORM_LINUX_MBEDCRYPTO_H
 #define WENLOLIB_PLATFORM_LINUX_MBEDCRYPTO_H
 

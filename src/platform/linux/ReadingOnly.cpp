@@ -1,5 +1,5 @@
-// The platform of a program that reads documents and does nothing else: digest and cipher. No code
-// of the receiver asks for another service, and no other code is in its archive.
+// The platform of a program that only reads documents: digest and cipher. The receiver's code asks
+// for no other service, and its archive contains no other code.
 #include "platform/Platform.h"
 #include "platform/linux/MbedCrypto.h"
 

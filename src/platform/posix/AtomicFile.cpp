@@ -10,12 +10,12 @@
 #include "platform/posix/Errors.h"
 #include "platform/posix/Random.h"
 
-// How a file takes a name that must stay with whoever has it
+// How a file takes a name that must not be taken from anybody
 //
-// By a rename that does not replace; where the kernel or the file system has none, by a second
-// link; where there are no links either, under a claim: a hidden file made from the name, which
-// only one writer at a time can create, and under which the name is looked at once more. A claim
-// that was left behind by a process that was killed counts for a minute.
+// By a rename that does not replace. If the kernel or the file system has none, by a second link.
+// If there are no links either, under a claim: a hidden file whose name is made from the wanted
+// one. Only one writer at a time can create it, and the writer that has it checks once more that
+// the wanted name is free. A claim left by a process that was killed counts for a minute.
 
 namespace wenlolib::platform::posix {
 namespace {
@@ -24,7 +24,7 @@ constexpr std::string_view unfinishedSuffix = ".tmp";
 constexpr std::size_t longestName = 255;
 constexpr time_t claimSeconds = 60;
 
-/// An unfinished file; gone again when the scope ends, unless it has taken its name by then.
+/// An unfinished file. It is removed when the scope ends, unless it was renamed by then.
 struct Unfinished {
   SystemCalls& calls;
   int folder;
@@ -45,8 +45,8 @@ std::optional<std::string> unguessableName() {
   return name.append(unfinishedSuffix);
 }
 
-/// The same for every writer who is after `name`. Of a name without room for more its end, where a
-/// number stands, decides.
+/// The same for every writer that wants `name`. If `name` is too long to add to, only its end is
+/// used, where a number stands.
 std::string claimName(std::string_view name) {
   constexpr std::size_t room = longestName - unfinishedPrefix.size() - unfinishedSuffix.size();
   name.remove_prefix(name.size() - std::min(name.size(), room));
@@ -56,7 +56,7 @@ std::string claimName(std::string_view name) {
 /// Writing past the process's limit would not only fail but raise a signal that ends the host.
 bool withinFileSizeLimit(std::size_t length) {
   rlimit limit{};
-  // A sandbox that does not tell has no limit to speak of.
+  // A sandbox that does not tell the limit counts as having none.
   if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return isAnswer(errno);
   return limit.rlim_cur == RLIM_INFINITY || length <= limit.rlim_cur;
 }
@@ -79,7 +79,7 @@ bool writeWhole(SystemCalls& calls, int file, std::string_view bytes) {
 Outcome fill(SystemCalls& calls, int number, std::string_view bytes, mode_t mode) {
   Descriptor file(calls, number);
   if (!writeWhole(calls, file.number(), bytes)) return failedAt(Step::writeFile);
-  // Some file systems know no permissions; a record is worth more than its mode.
+  // Some file systems have no permissions; a record is worth more than its mode.
   static_cast<void>(uninterrupted([&] { return calls.changeMode(file.number(), mode); }));
   if (uninterrupted([&] { return calls.flush(file.number()); }) != 0) {
     return failedAt(Step::flushFile);
@@ -96,7 +96,7 @@ Outcome rename(Unfinished& file, const std::string& name) {
   return Outcome::written;
 }
 
-/// Whether nothing stands at a name. A link that leads nowhere is nothing.
+/// Whether nothing stands at a name. A link that leads nowhere counts as nothing.
 bool isFree(SystemCalls& calls, int folder, const std::string& name) {
   struct stat status {};
   const int result =
@@ -105,7 +105,7 @@ bool isFree(SystemCalls& calls, int folder, const std::string& name) {
   return result != 0;
 }
 
-/// What a name itself stands for; nothing where it stands for nothing.
+/// The status of what is at a name itself; nothing if nothing is there.
 std::optional<struct stat> statusOf(SystemCalls& calls, int folder, const std::string& name) {
   struct stat status {};
   const int result =
@@ -113,14 +113,15 @@ std::optional<struct stat> statusOf(SystemCalls& calls, int folder, const std::s
   return result == 0 ? std::optional(status) : std::nullopt;
 }
 
-/// Whether the unfinished file has taken its other name although the call said no: over a network
-/// a request may be repeated whose first answer was lost.
+/// Whether the unfinished file has its second name although the call failed: over a network, a
+/// request may be repeated because its first answer was lost.
 bool isLinked(const Unfinished& file) {
   const auto status = statusOf(file.calls, file.folder, file.name);
   return status && status->st_nlink == 2;
 }
 
-/// The right to take a name, as long as it lives. The claim itself is never in a reader's way.
+/// The right to take a name, for as long as the object lives. The claim does not get in any
+/// reader's way.
 class Claim {
  public:
   Claim(const Unfinished& file, const std::string& name)
@@ -135,7 +136,7 @@ class Claim {
   Claim(const Claim&) = delete;
   Claim& operator=(const Claim&) = delete;
 
-  /// `taken` while another writer has it; `failed` where none can be made.
+  /// `taken` while another writer has it; `failed` if none can be made.
   [[nodiscard]] const Outcome& state() const { return state_; }
 
  private:
@@ -148,14 +149,15 @@ class Claim {
     return Outcome::written;
   }
 
-  /// By the clock of the file system, which wrote the unfinished file a moment ago.
+  /// Judged by the clock of the file system, which dated the unfinished file a moment ago.
   bool isStale(const struct stat& claim) const {
     const auto now = statusOf(file_.calls, file_.folder, file_.name);
     return now && claim.st_mtime + claimSeconds < now->st_mtime;
   }
 
-  /// Removes a claim that nobody holds any more. Only who has locked that very file may: two who
-  /// saw it would otherwise remove, one after the other, it and the fresh claim of the first.
+  /// Removes a claim that nobody holds any more. Only a writer that has locked that very file may
+  /// do so. Otherwise, if two writers saw it, one would remove it, and the other would then remove
+  /// the first one's fresh claim.
   bool brokenStale() {
     const auto seen = statusOf(file_.calls, file_.folder, name_);
     if (!seen || !isStale(*seen)) return false;

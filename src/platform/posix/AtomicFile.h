@@ -10,8 +10,8 @@
 
 namespace wenlolib::platform::posix {
 
-/// What the name of an unfinished file begins with. It stands in the folder of its target; one that
-/// lies there for long was left by a process that was killed, and can go.
+/// The beginning of the name of every unfinished file. Such a file stands in the folder of its
+/// target. One that stays there for long was left by a process that was killed, and can be deleted.
 inline constexpr std::string_view unfinishedPrefix = ".wenlolib-";
 
 /// Writes a new file beside `path`, hidden and under a name that nobody can guess, flushes it to

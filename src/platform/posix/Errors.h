@@ -21,9 +21,9 @@ auto uninterrupted(Call call) {
   return result;
 }
 
-/// Whether `error` answers what was asked: there is nothing, or something else than expected, or
-/// nothing that is this user's to see. Any other error says that the system could not answer: a
-/// shortage of memory or descriptors, a disk that fails.
+/// Whether `error` answers what was asked: there is nothing, or something other than expected, or
+/// this user may not see it. Any other error means that the system could not answer: a shortage of
+/// memory or descriptors, a failing disk.
 [[nodiscard]] constexpr bool isAnswer(int error) noexcept {
   switch (error) {
     case ENOENT:
@@ -39,8 +39,8 @@ auto uninterrupted(Call call) {
   }
 }
 
-/// Throws NoAnswer for an error that is no answer. Taken for one, it would make a file pass for
-/// missing, and what it holds would be replaced.
+/// Throws NoAnswer for an error that is not an answer. If it were taken for one, a file would count
+/// as missing and its contents would be replaced.
 inline void throwUnlessAnswer(Step step, int error) {
   if (!isAnswer(error)) throw NoAnswer({step, error});
 }
@@ -48,8 +48,8 @@ inline void throwUnlessAnswer(Step step, int error) {
 // --- Cancellation ---
 
 /// A host may cancel the thread that records. Most system calls are cancellation points, and the
-/// forced unwinding that starts there would end the host's process at the library's edge: within
-/// the scope of this object the request waits.
+/// forced unwinding that starts there would end the host's process at the library's edge. While
+/// this object lives, the request waits.
 class CancellationHold {
  public:
   CancellationHold() noexcept { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous_); }

@@ -15,7 +15,7 @@
 namespace wenlolib::platform::posix {
 namespace {
 
-/// Throws where the system could not answer: what is at the path would pass for nothing.
+/// Throws if the system cannot answer: otherwise what is at the path would count as nothing.
 Kind kindOf(const std::string& path) {
   struct stat status {};
   if (uninterrupted([&] { return ::stat(path.c_str(), &status); }) != 0) {
@@ -25,7 +25,7 @@ Kind kindOf(const std::string& path) {
   return S_ISDIR(status.st_mode) ? Kind::folder : Kind::other;
 }
 
-/// By the rights that the process acts with, where the system can tell.
+/// Judged by the rights that the process acts with, if the system can tell.
 bool canBeRun(const std::string& path) {
 #ifdef __APPLE__
   return ::access(path.c_str(), X_OK) == 0;  // faccessat came late
@@ -34,7 +34,7 @@ bool canBeRun(const std::string& path) {
 #endif
 }
 
-/// A file that stands at its path alone: another name of it may be anybody's.
+/// Whether a regular file has only one name: a second one might belong to anybody.
 bool hasOneName(const struct stat& status) {
   return S_ISREG(status.st_mode) && status.st_nlink == 1;
 }
@@ -57,15 +57,16 @@ bool changeModeThere(const std::string& path, mode_t mode) {
 }
 #endif
 
-/// Asks first: setting the mode that a file has would still write to the file system's journal.
+/// Checks first: setting the mode that a file already has would still write to the file system's
+/// journal.
 bool openUp(const std::string& path, mode_t mode) {
   struct stat status {};
   if (::lstat(path.c_str(), &status) != 0 || !hasOneName(status)) return false;
   return (status.st_mode & 07777) == mode || changeModeThere(path, mode);
 }
 
-/// One level. Its mode is set afterwards too, so that the file-creation mask has no say in it; some
-/// file systems know no permissions, and there it stays as it is.
+/// Creates one level. Its mode is also set afterwards, because the file-creation mask must not
+/// affect it. On a file system without permissions it stays as it is.
 Reason createLevel(const std::string& path, std::uint32_t mode) {
   if (::mkdir(path.c_str(), static_cast<mode_t>(mode)) == 0) {
     static_cast<void>(::chmod(path.c_str(), static_cast<mode_t>(mode)));

@@ -73,7 +73,7 @@ Text bundleByName(std::string_view object, std::string_view codeFolder) {
 }  // namespace
 
 Text bundleAround(const std::string& object, std::string_view codeFolder) {
-  // Links are resolved only where they have to be: that takes a system call for every folder.
+  // Links are resolved only if they have to be: that takes a system call for every folder.
   if (Text bundle = bundleByName(object, codeFolder)) return bundle;
   const Text real = withoutLinks(object);
   return real ? bundleByName(*real, codeFolder) : std::nullopt;

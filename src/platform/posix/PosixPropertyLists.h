@@ -13,7 +13,7 @@ namespace wenlolib::platform::posix {
 
 // --- Files ---
 
-/// Reads the file at `path`, which is the system's own path.
+/// Reads the file at `path`, which is a real path of the system.
 [[nodiscard]] ListReading readList(const std::string& path);
 
 class PosixPropertyLists : public PropertyLists {
@@ -30,15 +30,15 @@ class PosixPropertyLists : public PropertyLists {
 
 // --- Bundles ---
 
-/// Where a bundle keeps its code on one system, and where the code lies that this library runs.
+/// Where a bundle keeps its code on one system, and where this library's own code was loaded from.
 struct BundleCode {
   std::string_view folder;  // such as "/Contents/MacOS"
-  /// The path by which the object was loaded that this code is part of; null where none is known.
+  /// The path by which the object that holds this code was loaded; null if it is not known.
   Text (*loadedFrom)();
 };
 
-/// The bundle around an object that lies in its folder for code, or is a link that leads to such a
-/// one; null for an object that lies elsewhere.
+/// The bundle around an object that lies in the bundle's folder for code, or that is a link to such
+/// an object; null for an object that lies elsewhere.
 [[nodiscard]] Text bundleAround(const std::string& object, std::string_view codeFolder);
 
 class PosixBundles : public Bundles {

@@ -14,30 +14,30 @@
 
 // The first use of local time
 //
-// The C library reads the zone's file once, when a local time is first asked for. Where that fails
-// for want of memory or descriptors it says nothing and shows GMT from then on, to the whole
-// process. So the first use here comes after a look at the file: where the system cannot even give
-// that, the question fails, and the C library has not been asked. What is left is a shortage that
-// begins between the two. It shows afterwards: the abbreviation that the C library shows then does
-// not stand in the file. The question fails then too, and the file is asked for once more, which
-// helps where the zone does not come from the environment.
+// The C library reads the zone's file once, when a local time is first asked for. If that fails for
+// lack of memory or descriptors, it says nothing and shows GMT from then on, to the whole process.
+// So before the first use here the library reads the file itself. If even that fails, the call
+// fails, and the C library is not asked. A shortage may still begin between the two. It shows
+// afterwards: the abbreviation that the C library then gives is not in the file. The C library is
+// then told to read the file again, which helps if the zone does not come from the environment. If
+// it does not help, the call fails.
 
 namespace wenlolib::platform::posix {
 namespace {
 
-/// What is known of the C library's zone. The only thing that is remembered between calls, since
-/// the C library remembers it as well.
+/// What is known of the C library's zone. This is all that is remembered between calls, because the
+/// C library remembers it as well.
 enum class Zone : std::uint8_t { notAsked, known, lost };
 std::atomic<Zone> zone{Zone::notAsked};
 
 /// Whether this process had used local time when the library was loaded. (A zone that is called GMT
-/// all the year looks as if not, and costs a look at its file.) Asked once, and not at each call:
-/// another thread may be changing the names by then.
+/// all year looks as if it had not, which costs one read of its file.) Checked once, not at each
+/// call: another thread may be changing the names by then.
 const bool wasUsedBefore =
     std::string_view(tzname[0]) != "GMT" || std::string_view(tzname[1]) != "GMT";
 
-/// Where the C library looks for the zone's rules. No file is there where the variable holds the
-/// rules themselves.
+/// The file in which the C library looks for the zone's rules. There is no such file if the
+/// variable holds the rules themselves.
 std::string zoneFile() {
   const char* name = std::getenv("TZ");
   if (name == nullptr) return "/etc/localtime";
@@ -52,7 +52,7 @@ bool convert(time_t date, struct tm& fields) {
   return ::localtime_r(&date, &fields) != nullptr;
 }
 
-/// Local time where the zone's file has not been read for certain. Throws where it cannot be.
+/// Local time if it is not certain that the zone's file has been read. Throws if it cannot be read.
 bool convertWithCare(time_t date, struct tm& fields) {
   constexpr std::size_t longestFile = std::size_t{1} << 20;
   const auto file = readWhole(zoneFile(), longestFile).bytes;

@@ -11,8 +11,8 @@ class PosixClock : public Clock {
   Instant now() override;
 };
 
-/// Local time in the C library's zone. The zone is the host's to set; a change of the TZ variable
-/// that the host has not made known with `tzset` is not looked for.
+/// Local time in the C library's zone. The host sets the zone. A change of the TZ variable counts
+/// only after the host has called `tzset`.
 class PosixCalendar : public Calendar {
  public:
   std::optional<LocalTime> localTime(Instant date) override;

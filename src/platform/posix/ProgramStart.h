@@ -1,4 +1,4 @@
-/// What starting a program takes on any POSIX system.
+/// What starting a program needs on any POSIX system.
 #ifndef WENLOLIB_PLATFORM_POSIX_PROGRAMSTART_H
 #define WENLOLIB_PLATFORM_POSIX_PROGRAMSTART_H
 
@@ -17,8 +17,8 @@
 
 namespace wenlolib::platform::posix {
 
-/// Blocks every signal for this thread while it lives: no handler of the host's may run in the
-/// go-between, which is born with the thread's mask.
+/// Blocks every signal for this thread while the object lives: no handler of the host may run in
+/// the go-between, which inherits the thread's mask.
 class SignalHold {
  public:
   SignalHold() {
@@ -38,7 +38,7 @@ class SignalHold {
 /// Both ends of a pipe that no started program inherits.
 class Pipe {
  public:
-  /// `make` is handed the place for both ends, and answers 0 for success.
+  /// `make` is given the place for both ends and returns 0 for success.
   template <class Make>
   explicit Pipe(const Make& make) {
     static_cast<void>(pipeAboveStandard(ends_, make));
@@ -75,8 +75,8 @@ class Pipe {
   return true;
 }
 
-/// The program's own path and its arguments, in the form that starting it takes. It points into
-/// both of them.
+/// The program's own path and its arguments, in the form that starting it needs. The pointers lead
+/// into both.
 [[nodiscard]] inline std::vector<char*> argumentVector(const std::string& path,
                                                        const std::vector<std::string>& arguments) {
   std::vector<char*> pointers{const_cast<char*>(path.c_str())};

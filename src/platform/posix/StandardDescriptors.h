@@ -1,8 +1,8 @@
 /// Keeping clear of the standard descriptors.
 ///
-/// In a host that has closed its standard streams whatever is opened gets one of their numbers, and
-/// what another thread of the host prints goes there. Something that is written to must never have
-/// had such a number, not even for a moment.
+/// If a host has closed its standard streams, whatever is opened next gets one of their numbers,
+/// and what another thread of the host prints goes there. A file that is written to must never have
+/// such a number, not even for a moment.
 #ifndef WENLOLIB_PLATFORM_POSIX_STANDARDDESCRIPTORS_H
 #define WENLOLIB_PLATFORM_POSIX_STANDARDDESCRIPTORS_H
 
@@ -15,8 +15,8 @@
 
 namespace wenlolib::platform::posix {
 
-/// The same open file under a number above 2, closed on exec: for what is only read, or looked up.
-/// Negative where `file` is, and where no other number is to be had.
+/// The same open file under a number above 2, closed on exec. For files that are only read or
+/// looked up. Negative if `file` is, and if no other number is free.
 inline int aboveStandard(int file) noexcept {
   if (file < 0 || file > STDERR_FILENO) return file;
   const int other = ::fcntl(file, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
@@ -24,7 +24,7 @@ inline int aboveStandard(int file) noexcept {
   return other;
 }
 
-/// Holds free standard numbers while it lives, by a descriptor that cannot be written to.
+/// Holds free standard numbers while the object lives, by descriptors that cannot be written to.
 class StandardHold {
  public:
   StandardHold() = default;
@@ -57,12 +57,12 @@ class StandardHold {
   std::size_t count_ = 0;
 };
 
-/// How often something is made anew that got a standard number. Each time the numbers free then are
-/// held; more rounds than one are needed where the host closes and opens meanwhile.
+/// How often something that got a standard number is made again. Each time, the numbers that are
+/// free then are held; more than one round is needed if the host closes and opens files meanwhile.
 inline constexpr int standardRounds = 8;
 
-/// What `make` opens, under a number above 2. What got a standard number is given up, and `drop`
-/// takes back what was made of it. Negative, with `errno` set, where `make` fails.
+/// What `make` opens, under a number above 2. If that gets a standard number, it is closed, `drop`
+/// undoes what was made, and `make` is tried again. Negative, with `errno` set, if `make` fails.
 template <class Make, class Drop>
 [[nodiscard]] int madeAboveStandard(const Make& make, const Drop& drop) {
   StandardHold hold;
@@ -77,9 +77,9 @@ template <class Make, class Drop>
   return -1;
 }
 
-/// Both ends of a pipe by `make` (0 for success), above 2 too. False where there is none; the ends
-/// are then -1. The free numbers are held before: a host that prints into a pipe that nobody reads
-/// is ended by a signal.
+/// Both ends of a pipe by `make`, which returns 0 for success; they too get numbers above 2. False
+/// if there is no pipe; the ends are then -1. The free numbers are held first, because a signal
+/// ends a host that prints into a pipe that nobody reads.
 template <class Make>
 [[nodiscard]] bool pipeAboveStandard(std::array<int, 2>& ends, const Make& make) {
   StandardHold hold;

@@ -13,7 +13,7 @@ namespace wenlolib::platform::posix {
 
 int SystemCalls::openFolder(const char* path) {
 #ifdef O_PATH
-  constexpr int access = O_PATH;  // a folder that may be written but not listed will do
+  constexpr int access = O_PATH;  // enough for a folder that may be written to but not listed
 #else
   constexpr int access = O_RDONLY;
 #endif

@@ -1,4 +1,4 @@
-/// The system calls by which a file comes to be.
+/// The system calls that create and name a file.
 #ifndef WENLOLIB_PLATFORM_POSIX_SYSTEMCALLS_H
 #define WENLOLIB_PLATFORM_POSIX_SYSTEMCALLS_H
 
@@ -14,9 +14,9 @@ namespace wenlolib::platform::posix {
 /// Whether a link at the end of a path is followed.
 enum class Links : std::uint8_t { followed, notFollowed };
 
-/// One to one with the calls of the same names, results and `errno` included. They stand in a class
-/// so that a test can watch their order and break each of them. `folder` is a descriptor. Those
-/// that open answer a descriptor above the standard ones.
+/// These correspond to the system's calls, results and `errno` included. They are in a class so
+/// that a test can watch their order and make each of them fail. `folder` is a descriptor. Those
+/// that open return a descriptor above the standard ones.
 class SystemCalls {
  public:
   virtual ~SystemCalls() = default;
@@ -27,7 +27,7 @@ class SystemCalls {
   virtual ssize_t write(int file, const void* bytes, std::size_t length);
   virtual int changeMode(int file, mode_t mode);
   virtual int flush(int file);
-  virtual int lock(int file);  // for itself alone; does not wait
+  virtual int lock(int file);  // exclusively; does not wait
   virtual int close(int file);
   virtual int rename(int folder, const char* from, const char* to);
   virtual int renameWithoutReplacing(int folder, const char* from, const char* to);
@@ -36,7 +36,7 @@ class SystemCalls {
   virtual int status(int folder, const char* name, Links links, struct stat& status);
 };
 
-/// One of them, closed at the end of the scope.
+/// A descriptor, closed at the end of the scope.
 class Descriptor {
  public:
   Descriptor(SystemCalls& calls, int number) : calls_(calls), number_(number) {}
@@ -47,8 +47,8 @@ class Descriptor {
   [[nodiscard]] bool valid() const { return number_ >= 0; }
   [[nodiscard]] int number() const { return number_; }
 
-  /// False when the system reports that what was written may be lost. An interrupted close has
-  /// closed all the same, and must not be repeated: the number may be somebody else's by then.
+  /// False if the system reports that what was written may be lost. An interrupted close has closed
+  /// the file all the same and must not be repeated: the number may be somebody else's by then.
   [[nodiscard]] bool close() {
     if (!valid()) return true;
     const int result = calls_.close(number_);

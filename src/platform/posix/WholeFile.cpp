@@ -21,8 +21,8 @@ int openOnce(const char* path) {
   return uninterrupted([&] { return ::open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
 }
 
-/// Whoever holds a lease on the file has been asked for it by the first call, and may be about to
-/// give it up.
+/// If somebody holds a lease on the file, the first call has asked for it back, and it may soon be
+/// given up.
 int openPatiently(const char* path) {
   constexpr int waits = 100;  // of 10 ms
   int file = openOnce(path);
@@ -70,8 +70,9 @@ Size sizeOf(const Descriptor& file, std::size_t bound) {
   return {size, {}};
 }
 
-/// At a place of its own in the file: for a moment its descriptor may have had the number of a
-/// closed standard stream, and a thread of the host's that read there has moved on in it.
+/// Reads at a given place, not at the descriptor's position: for a moment the descriptor may have
+/// had the number of a closed standard stream, and a thread of the host that read from there has
+/// moved the position.
 ssize_t readAt(int file, std::size_t place, char* bytes, std::size_t length) {
   const auto offset = static_cast<off_t>(place);
   const ssize_t count = uninterrupted([&] { return ::pread(file, bytes, length, offset); });
@@ -88,9 +89,9 @@ WholeFile readWhole(const std::string& path, std::size_t bound) {
   Descriptor file(calls, opened.number);
   const Size size = sizeOf(file, bound);
   if (!size.bytes) return {{}, size.reason};
-  // Room for more than the file holds, so that a read of its very size tells its end. One that has
-  // grown meanwhile, or that the kernel makes up as it is read and so has no size, takes more
-  // rounds.
+  // Room for more than the file holds, so that a read of exactly its size shows that it ends there.
+  // A file that has grown meanwhile takes more rounds, and so does one without a size, which the
+  // kernel makes up as it is read.
   constexpr std::size_t least = 4096;
   std::string bytes(std::min(std::max(*size.bytes + 1, least), bound + 1), '\0');
   std::size_t length = 0;

@@ -19,8 +19,8 @@ struct WholeFile {
 
 /// All of a regular file of at most `bound` bytes, links followed. Nothing for anything else: no
 /// file, a larger one, a folder, a device, a pipe (which is not waited for), one that this user may
-/// not read. Throws NoAnswer where the system could not answer (see Errors.h): a lack of memory or
-/// descriptors, a failed read, a lease on the file that was not given up in a second.
+/// not read. Throws NoAnswer if the system cannot answer (see Errors.h): a lack of memory or
+/// descriptors, a failed read, a lease on the file that was not given up within a second.
 [[nodiscard]] WholeFile readWhole(const std::string& path, std::size_t bound);
 
 }  // namespace wenlolib::platform::posix
