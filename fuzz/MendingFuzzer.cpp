@@ -44,11 +44,11 @@ void checkMended(const SurveyDocument& document, const std::string& mended) {
   require(stands(mended), "a mended document is well-formed");
   require(xml::mend(mended) == mended, "mending again changes nothing");
   require(mended.size() > document.text.size(), "mending only adds");
-  const std::size_t behind = document.text.size() - document.digits.offset;
+  const std::size_t following = document.text.size() - document.digits.offset;
   const std::string digits = document.text.substr(document.digits.offset, document.digits.length);
   require(mended.find(">" + digits + "<", document.digits.offset - 1) != std::string::npos,
           "the payload is as it was");
-  require(behind >= digits.size(), "the payload stands in the document");
+  require(following >= digits.size(), "the payload stands in the document");
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ bool Builder::refuseDepth() {
 
 bool Builder::refuseRoot() {
   if (root_) return refuse(ListState::damaged, "something follows the root");
-  return refuse(ListState::otherRoot, "its root is no dictionary");
+  return refuse(ListState::otherRoot, "its root is not a dictionary");
 }
 
 ListReading Builder::finish(ListFault fault) && {

@@ -225,7 +225,7 @@ TEST(BinaryPropertyList, SaysWhatIsWrongAndAtWhichByte) {
   expect("bplist00", damaged, "the file's frame is damaged, or cut off", 0);
   BinaryFile file;
   file.objects = {file.array({})};
-  expect(file.bytes(), otherRoot, "its root is no dictionary", 8);
+  expect(file.bytes(), otherRoot, "its root is not a dictionary", 8);
   file.objects = {file.dictionary({1, 9}), ascii("k")};
   expect(file.bytes(), damaged, "a reference leads to no object", 13);
   file.objects = {file.dictionary({1, 2}), ascii("k"), marker(7, 0)};

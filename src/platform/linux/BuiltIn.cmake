@@ -30,7 +30,7 @@ target_link_libraries(wenlolib_mbedtls INTERFACE ${WENLOLIB_MBEDCRYPTO_ARCHIVE})
 
 # Which package of the distribution an archive came in: whoever rebuilds after a flaw was mended
 # there can see whether the mend is in. Empty where another packager is at work.
-function(package_behind name package)
+function(package_of name package)
   find_program(WENLOLIB_DPKG_QUERY dpkg-query)
   set(version "")
   if(WENLOLIB_DPKG_QUERY)
@@ -39,5 +39,5 @@ function(package_behind name package)
   endif()
   set(${name} "${version}" PARENT_SCOPE)
 endfunction()
-package_behind(expat_package libexpat1-dev)
-package_behind(mbedtls_package libmbedtls-dev)
+package_of(expat_package libexpat1-dev)
+package_of(mbedtls_package libmbedtls-dev)
