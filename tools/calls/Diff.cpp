@@ -22,7 +22,7 @@ struct DiffOptions {
   bool json = false;
 };
 
-/// A document on the one side, with the bytes that it leads into.
+/// One of the two documents, with the buffer that it points into.
 struct LoadedDocument {
   std::string buffer;
   Side side;

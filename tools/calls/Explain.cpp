@@ -1,4 +1,4 @@
-// `wenlolib explain`: would a record be allowed, and why not.
+// `wenlolib explain`: whether a record would be allowed, and why.
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -40,7 +40,7 @@ void explainTo(Session& session, const Arguments& arguments) {
   session.exitStatus = explanation.allowed() ? allGood : notGood;
 }
 
-/// "" for a file that is there and may be read: a slip of the pen is not taken for a case.
+/// "" for a file that can be read. A mistyped path is an error, not a case with a missing file.
 std::string fileComplaint(const std::string& path) {
   std::error_code error;
   const bool file = std::filesystem::is_regular_file(path, error);

@@ -27,7 +27,7 @@ struct Arguments {
   bool agree = false;
 };
 
-/// What became of one thing: made now, or there before, or neither, and then why.
+/// What happened to a folder or file: made now, there before, or not made, and why not.
 struct Creation {
   enum Kind { now, before, failed };
   Kind kind;
@@ -58,7 +58,7 @@ Dictionary samplePreferences(bool agree) {
 
 Creation makePreferences(const std::string& path, const std::string& realPath, bool agree) {
   std::error_code error;
-  // A link that leads nowhere is somebody's as well.
+  // A link that leads nowhere is not overwritten either.
   if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
     return Creation::before;
   }
@@ -71,7 +71,7 @@ Creation makePreferences(const std::string& path, const std::string& realPath, b
   return {Creation::failed, reasonWithAdvice(outcome.reason)};
 }
 
-/// Says what became of one thing; answers whether it is there now.
+/// Says what happened to a folder or file. Returns whether it is there now.
 bool tell(Output& output, const std::string& realPath, const Creation& creation) {
   if (creation.kind == Creation::failed) {
     output.complain(realPath, "not made: " + creation.why);

@@ -51,7 +51,8 @@ std::string previewText(const PreviewedDocument& document, const std::string& re
                      foldDocument(document.bytes, width));
 }
 
-/// The contents; nothing typed at a terminal, where a look at the document is all that is wanted.
+/// The contents. At a terminal they may be left out, and are then empty: nobody has to type them to
+/// look at the document.
 ContentsInput contentsOf(const RecordArguments& record) {
   if (!record.file && isTerminal(stdin)) return {};
   return readContents(record.file.value_or("-"));

@@ -17,7 +17,7 @@
 namespace wenlolib::tools {
 namespace {
 
-/// What the library thinks of such a record; on standard error, where the refusal is told.
+/// Explains on standard error why the library did not record.
 void tellRefusal(Output& output, const ToolPlatform& platform, const RecordRequest& request,
                  const std::optional<Unanswered>& unanswered) {
   if (unanswered) {
@@ -39,7 +39,7 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   explanation.finish();
 }
 
-/// Says what came of the record; answers whether there is a new file.
+/// Says what happened to the record. Returns whether there is a new file.
 bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& request,
           const RecordOutcome& outcome) {
   if (!outcome.document && outcome.answer) {

@@ -14,7 +14,7 @@
 namespace wenlolib::tools {
 namespace {
 
-/// The library takes a text that is not UTF-8 for none at all.
+/// The library treats a text that is not UTF-8 as if there were none.
 const CLI::Validator& utf8() {
   static const CLI::Validator validator(
       [](const std::string& text) { return isUtf8(text) ? "" : "the text is not UTF-8"; }, "");
@@ -61,7 +61,7 @@ RecordRequest requestOf(const RecordArguments& arguments) {
 
 namespace {
 
-/// What a regular file has to hold, and so what to make room for; 0 where that is not known.
+/// The size of a regular file, to make room for its bytes; 0 if it is not known.
 std::size_t sizeOf(int file) {
   struct stat status {};
   const bool known = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
@@ -76,7 +76,7 @@ ContentsInput sizeRefusal(std::size_t most) {
   return refusal("the contents are too large: a record takes less than " + sizeText(most + 1));
 }
 
-/// Where the first bytes stand that are no character.
+/// The offset of the first bytes that are not a character.
 std::size_t firstNonUtf8(std::string_view text) {
   constexpr std::size_t longest = 4;
   std::size_t good = 0;

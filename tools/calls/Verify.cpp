@@ -37,7 +37,7 @@ constexpr auto examples =
     "  wenlolib verify --quiet --jobs 4 incoming/\n"
     "  wenlolib verify --json incoming/ | jq -r 'select(.sound | not) | .path'";
 
-/// How many documents of each kind.
+/// How many documents are in each condition.
 class Counts {
  public:
   void add(const Answer& answer) {

@@ -1,4 +1,4 @@
-// `wenlolib`, the command beside the library: see, verify, explain.
+// `wenlolib`, the library's command: see, verify, explain.
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
@@ -20,14 +20,14 @@ namespace {
 
 using namespace wenlolib::tools;
 
-/// False after a complaint where standard output did not take what was written.
+/// False, after a message, if standard output did not take what was written.
 bool flushOutput() {
   if (std::fflush(stdout) == 0) return true;
   std::perror("wenlolib: standard output");
   return false;
 }
 
-/// Names the first word that has no meaning where it stands.
+/// Names the first word that has no meaning in its place.
 std::string extraWordText(const CLI::App& app) {
   const std::vector<std::string> words = app.remaining(true);
   const auto option = std::ranges::find_if(
@@ -38,7 +38,7 @@ std::string extraWordText(const CLI::App& app) {
   return word + ": one argument too many";
 }
 
-/// Usage errors say what is wrong and where to read on; help and version go to standard output.
+/// Usage errors say what is wrong and where to read more; help and version go to standard output.
 int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
     const int status = app.exit(error);
@@ -69,7 +69,7 @@ int run(int count, char** arguments) {
       ->type_name("DIR")
       ->check(CLI::ExistingDirectory.description(""));
   app.require_subcommand(0, 1);
-  app.fallthrough();  // --root may stand behind the call's name too
+  app.fallthrough();  // --root may also follow the subcommand
   app.formatter(std::make_shared<HelpFormatter>());
   for (const auto add :
        {addVerify, addDecode, addDiff, addExplain, addPreview, addRecord, addDoctor, addInit}) {

@@ -1,4 +1,4 @@
-// The files in the configuration folder: whether they can be read, and hold what they should.
+// The files in the configuration folder: whether they can be read and hold what they should.
 #include "doctor/Examination.h"
 #include "library/Wording.h"
 #include "platform/Platform.h"
@@ -21,7 +21,7 @@ std::string realPath(const ToolPlatform& platform, std::string_view name) {
   return path ? platform.real(*path) : "";
 }
 
-/// Where the system does not answer, that is what is the matter with the file.
+/// If the system does not answer, the reading says why.
 platform::ListReading readPropertyList(const std::string& path) {
   try {
     return platform::posix::readList(path);
@@ -32,7 +32,7 @@ platform::ListReading readPropertyList(const std::string& path) {
   }
 }
 
-/// Of a file that holds a dictionary. A value that was left out may be the one that counts.
+/// For a file with a dictionary. A value that was left out may be one that the library needs.
 Finding readFinding(std::string_view check, const std::string& path,
                     const platform::ListReading& file) {
   Finding finding{Level::ok, std::string(check), path, "can be read", ""};

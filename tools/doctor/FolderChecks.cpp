@@ -1,5 +1,5 @@
-// Folders: whether they are there and whose they are, the numbers of printer logs that are taken in
-// them, and the room that is left for more.
+// Folders: whether they are there, who owns them, which numbers of printer logs are taken, and how
+// much room is left.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>

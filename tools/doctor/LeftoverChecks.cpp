@@ -1,4 +1,4 @@
-// Files that were left unfinished, and their removal.
+// Unfinished files, and their removal.
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -49,7 +49,7 @@ Finding vanishedFinding(const std::string& path) {
   return {Level::ok, "leftover", path, "was being written just now", ""};
 }
 
-/// Takes the file away that `message` tells of.
+/// Removes the file that `message` describes.
 Finding removeLeftover(const std::string& path, const std::string& message) {
   if (::unlink(path.c_str()) == 0) {
     return {Level::ok, "leftover_removed", path, message + ": removed", ""};
@@ -86,7 +86,7 @@ Finding leftoverFinding(const std::string& path, bool clean) {
           "A program was killed while writing; wenlolib doctor --clean removes it."};
 }
 
-/// The findings that are too many to list.
+/// The findings beyond those that are listed.
 struct Others {
   std::size_t removed = 0;
   std::size_t left = 0;

@@ -19,7 +19,7 @@ Finding osFinding() {
           "The kernel's release (uname -r) has to begin with two numbers."};
 }
 
-/// A bundle in a fixed place. None needs to be there.
+/// A bundle at a fixed path. It may be missing.
 Finding bundleFinding(const ToolPlatform& platform, const char* check, std::string_view path) {
   const auto information = platform::current().bundles->informationAt(std::string(path));
   Finding finding{Level::ok, check, platform.real(std::string(path)), "is not installed", ""};
@@ -45,7 +45,7 @@ Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string
   const Explanation decision = explain(kind, option);
   const std::string reason(reasonCode(decision));
   if (decision.allowed()) return {Level::ok, "decision", subject, "allowed now", ""};
-  // It is for the user to say no: nothing is wrong with that.
+  // The user may decline: that is not a fault.
   const bool wanted = decision.refusedBy == Gate::agreement;
   return {
       wanted ? Level::ok : Level::warning, "decision", subject,

@@ -164,7 +164,7 @@ Explanation explain(RecordKind kind, std::uint32_t option, const Sources& source
     explanation.refusedBy = refusal(recorded, kind, option, &steps);
     isAllowed = explanation.refusedBy == Gate::none;
   } catch (const platform::NoAnswer&) {
-    // What was seen says why. The library answers no.
+    // The library answers no; the sightings say why.
   }
   if (!isAllowed && watched.sightings().unanswered) {
     explanation.unanswered = unansweredText(*watched.sightings().unanswered);
@@ -202,7 +202,7 @@ std::string heading(const Explanation& explanation) {
                      optionMode(explanation.option));
 }
 
-/// A line of a step; only a path may be longer than a line, so that it can be copied whole.
+/// A line of a step. Only a path may be wider than `width`, so that it can be copied whole.
 std::string detail(const char* name, const std::string& text, bool whole = false) {
   if (text.empty()) return "";
   std::string line = std::string(detailIndent, ' ') + name;

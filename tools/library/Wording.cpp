@@ -37,7 +37,7 @@ constexpr EnumTable<platform::Step, std::string_view> stepNames({
     {platform::Step::nameFile, "giving the file its name"},
 });
 
-/// What to do where the error alone does not say it.
+/// What to do, if the error alone does not say so.
 std::string_view advice(const Reason& reason) {
   switch (reason.error) {
     case ENOENT:
