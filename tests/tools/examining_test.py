@@ -143,11 +143,11 @@ class Explain(ToolTest):
 
     def test_wrong_usage(self):
         for word, call in [("app or printer", []),
-                           ("no OS version", ["app", "--os", "ten"]),
-                           ("no date", ["app", "--date", "2026-02-30"]),
-                           ("no file that can be read", ["app", "--preferences", "/none"]),
-                           ("no file that can be read", ["app", "--support-list", self.root]),
-                           ("no option word", ["app", "--option", "one"]),
+                           ("not an OS version", ["app", "--os", "ten"]),
+                           ("not a date", ["app", "--date", "2026-02-30"]),
+                           ("not a file that can be read", ["app", "--preferences", "/none"]),
+                           ("not a file that can be read", ["app", "--support-list", self.root]),
+                           ("not an option word", ["app", "--option", "one"]),
                            ("--option", ["printer", "--option", "1"]),
                            ("more", ["app", "more"])]:
             self.expect_usage_error(word, "explain", *call)
