@@ -93,7 +93,7 @@ class Recording(ToolTest):
         self.install()
         os.mkdir(self.path("PLM/sub"))
         os.rmdir(self.path("ALM"))
-        for word, call in [("folder is not there", ["app", "--name", "A"]),
+        for word, call in [("folder is missing", ["app", "--name", "A"]),
                            ("leads into a sub-folder", ["printer", "--name", "none/A"]),
                            ("Choose a shorter name", ["printer", "--name", "n" * 300])]:
             finished = self.expect(1, "record", *call, stdin=b"x")
@@ -113,9 +113,9 @@ class Recording(ToolTest):
         self.install()
         for limit, most, reason in [
                 (resource.RLIMIT_NOFILE, 4, b"making the file failed: Too many open files. "
-                                            b"Raise the limit of open files (ulimit -n).\n"),
+                                            b"Raise the limit on open files (ulimit -n).\n"),
                 (resource.RLIMIT_FSIZE, 99, b"writing the file failed: File too large. "
-                                            b"Raise the limit of file sizes (ulimit -f).\n")]:
+                                            b"Raise the limit on file sizes (ulimit -f).\n")]:
             finished = self.expect(1, "record", "app", "--name", "A", stdin=b"x",
                                    preexec_fn=lambda: resource.setrlimit(limit, (most, most)))
             self.assertTrue(finished.stderr.endswith(reason), finished.stderr)

@@ -123,7 +123,7 @@ DocumentReading failure(int number) {
 }
 
 DocumentReading tooLarge() {
-  return complaint("larger than any document");
+  return complaint("larger than any document can be");
 }
 
 const char* kindName(mode_t mode) {

@@ -145,7 +145,7 @@ Answer readAndExamine(const Candidate& candidate, const Examiner& examine, std::
     if (!reading.vanished) return examine(candidate, reading.bytes);
   } catch (const std::bad_alloc&) {
     std::string().swap(buffer);
-    return complaintOf(candidate, "too large for the memory there is");
+    return complaintOf(candidate, "too large for the available memory");
   }
   Answer gone;
   gone.skipped = true;
