@@ -143,11 +143,11 @@ class Explain(ToolTest):
 
     def test_wrong_usage(self):
         for word, call in [("app or printer", []),
-                           ("no OS version", ["app", "--os", "ten"]),
-                           ("no date", ["app", "--date", "2026-02-30"]),
-                           ("no file that can be read", ["app", "--preferences", "/none"]),
-                           ("no file that can be read", ["app", "--support-list", self.root]),
-                           ("no option word", ["app", "--option", "one"]),
+                           ("not an OS version", ["app", "--os", "ten"]),
+                           ("not a date", ["app", "--date", "2026-02-30"]),
+                           ("not a file that can be read", ["app", "--preferences", "/none"]),
+                           ("not a file that can be read", ["app", "--support-list", self.root]),
+                           ("not an option word", ["app", "--option", "one"]),
                            ("--option", ["printer", "--option", "1"]),
                            ("more", ["app", "more"])]:
             self.expect_usage_error(word, "explain", *call)
@@ -199,16 +199,16 @@ class Doctor(ToolTest):
         faults = self.faults(1)
         self.assertEqual(faults[:3], [("error", "folder")] * 3)
         text = self.expect(1, "doctor").stdout.decode()
-        self.assertIn("error    QMR/PLM: is not there\n"
-                      "         remedy: wenlolib init makes it.\n", text)
+        self.assertIn("error    QMR/PLM: missing\n"
+                      "         remedy: Run wenlolib init to make it.\n", text)
         self.assertRegex(text, r"\n3 errors, \d warnings\.\n$")
         long = [line for line in text.splitlines()[1:] if len(line) > 80 and self.root not in line]
         self.assertEqual(long, [])
 
     def test_permissions_of_folders(self):
         self.install()
-        for mode, word in [(0o755, "look in"), (0o770, "write in it"), (0o702, "write in it"),
-                           (0o701, "look in")]:
+        for mode, word in [(0o755, "look into it"), (0o770, "write in it"), (0o702, "write in it"),
+                           (0o701, "look into it")]:
             os.chmod(self.path("PLM"), mode)
             finding = [f for f in self.examined() if f["subject"] == self.path("PLM")][0]
             self.assertEqual(finding["level"], "warning")
@@ -237,7 +237,7 @@ class Doctor(ToolTest):
         self.addCleanup(os.chmod, self.path("Config"), 0o700)
         findings = {f["check"]: f for f in self.examined(1, **self.unprivileged())}
         self.assertEqual(findings["preferences"]["level"], "error")
-        self.assertIn("cannot be read: opening the file failed: Permission denied", findings["preferences"]["message"])
+        self.assertIn("not readable: opening the file failed: Permission denied", findings["preferences"]["message"])
 
     def test_preferences_of_the_wrong_types(self):
         self.install()
@@ -263,8 +263,8 @@ class Doctor(ToolTest):
     def test_an_old_installation_is_told_by_the_decisions(self):
         self.install(days=2000)
         messages = {f["subject"]: f["message"] for f in self.examined() if f["check"] == "decision"}
-        self.assertEqual(messages, {"Application usage, mode 0": "refused now, period_over",
-                                    "Application usage, mode 1": "refused now, period_over",
+        self.assertEqual(messages, {"Application usage, mode 0": "refused now (period_over)",
+                                    "Application usage, mode 1": "refused now (period_over)",
                                     "Application usage, mode 2": "allowed now",
                                     "Printer logs": "allowed now"})
 
@@ -288,13 +288,13 @@ class Doctor(ToolTest):
                 ("ok", "no identifier yet", {}),
                 ("warning", "is empty", {"WENLIBUUID": ""}),
                 ("warning", "usual form", {"WENLIBUUID": "mine"}),
-                ("warning", "is not in XML or in the binary form", b"broken"),
-                ("warning", "is empty", b""),
-                ("warning", "is damaged: a key has no value (line 2)",
+                ("warning", "neither XML nor binary", b"broken"),
+                ("warning", "empty", b""),
+                ("warning", "damaged: a key has no value (line 2)",
                  b"<plist><dict>\n<key>k</key></dict></plist>"),
                 ("warning", "the file's frame is damaged, or cut off (byte 0)", b"bplist00"),
-                ("warning", "its root is not a dictionary", b"<plist><array/></plist>"),
-                ("warning", "holds values that cannot be read",
+                ("warning", "without a dictionary at its root", b"<plist><array/></plist>"),
+                ("warning", "some values cannot be read",
                  b"<plist><dict><key>WENLIBUUID</key><string>x</string>"
                  b"<key>k</key><real>1e999</real></dict></plist>"),
                 ("error", "every record has another identifier",
@@ -308,7 +308,7 @@ class Doctor(ToolTest):
 
     def test_bundles_and_their_versions(self):
         self.install()
-        self.assertEqual(self.one("host_bundle")["message"], "is not installed")
+        self.assertEqual(self.one("host_bundle")["message"], "not installed")
         information = HOST_BUNDLE + "/Contents/Info.plist"
         self.write(information, {"CFBundleShortVersionString": "2.1.4"})
         self.assertEqual(self.one("host_bundle")["message"], "version 2.1.4")
@@ -377,7 +377,7 @@ class Doctor(ToolTest):
         def told(*options):
             return " ".join(self.expect(0, "doctor", *options).stdout.decode().split())
 
-        remedy = "remedy: A program was killed while writing; wenlolib doctor --clean removes it"
+        remedy = "remedy: A program was killed while writing. wenlolib doctor --clean removes it"
         self.assertEqual(told().count(remedy), 2)
         cleaned = told("--clean")
         self.assertIn("PLM/.wenlolib-0.tmp: unfinished, 2.0 KiB, 3 days old: removed", cleaned)
@@ -426,7 +426,7 @@ class Doctor(ToolTest):
         self.expect_gone(before, [self.path("PLM/.wenlolib-hard.tmp")])
         for name in others:
             self.assertEqual(found[self.path(name)],
-                             ("warning", "leftover", "is no regular file: left"), name)
+                             ("warning", "leftover", "not a regular file: left"), name)
         self.assertEqual(len(found), len(others) + 1)
 
     def test_clean_tells_what_it_could_not_remove(self):
@@ -483,7 +483,7 @@ class Doctor(ToolTest):
 
     def test_room_on_the_disk_is_told(self):
         self.install()
-        self.assertRegex(self.one("disk")["message"], r"^[\d.,]+ ([KMGT]i)?B of room")
+        self.assertRegex(self.one("disk")["message"], r"^[\d.,]+ ([KMGT]i)?B free")
 
     def mounted(self, options):
         """Mounts a small file system of its own on the support folder."""
@@ -515,7 +515,7 @@ class Doctor(ToolTest):
             os.mkdir(self.path(name), 0o700)
         finding = self.one("disk", 1)
         self.assertEqual(finding["level"], "error")
-        self.assertIn("not for another file", finding["message"])
+        self.assertIn("no inodes for another file", finding["message"])
 
     def test_a_disk_that_is_read_only(self):
         self.install()
@@ -524,7 +524,7 @@ class Doctor(ToolTest):
         self.assertEqual(mount("mount", "-o", "remount,ro", self.path()).returncode, 0)
         finding = self.one("disk", 1)
         self.assertEqual((finding["level"], finding["message"]),
-                         ("error", "is on a read-only file system"))
+                         ("error", "on a read-only file system"))
 
     def test_wrong_usage(self):
         self.expect_usage_error("more", "doctor", "more")

@@ -428,8 +428,8 @@ class VerifyTest(ReceivingTest):
         self.refused("verify", "--jobs", "many", path, message="--jobs")
         self.refused("verify", "--nonsense", path, message="--nonsense")
         self.refused("decode", message="PATH is required")
-        self.refused("decode", "--contents", "--json", path, message="--contents: goes with neither")
-        self.refused("decode", "--contents", "--redact", path, message="--contents: goes with neither")
+        self.refused("decode", "--contents", "--json", path, message="--contents: cannot be used")
+        self.refused("decode", "--contents", "--redact", path, message="--contents: cannot be used")
         self.refused("diff", path, message="B is required")
         self.refused("diff", path, path, path, message="a.ALM: one argument too many")
 
@@ -707,7 +707,7 @@ class DiffTest(ReceivingTest):
         return self.good("diff", *options, self.write("a.PLM", a), self.write("b.PLM", b), status=status)
 
     def test_the_same(self):
-        self.assertEqual(self.differ(SOUND, SOUND, status=0), "They say the same.\n")
+        self.assertEqual(self.differ(SOUND, SOUND, status=0), "No differences.\n")
         found = json.loads(self.differ(SOUND, SOUND, "--json", status=0))
         self.assertEqual(found["same"], True)
         self.assertEqual((found["differences"], found["contents"]), ([], {"same": True, "changes": []}))
@@ -719,9 +719,9 @@ class DiffTest(ReceivingTest):
             f"--- {self.path('a.PLM')}\n+++ {self.path('b.PLM')}\n"
             "Layout\n- OrvanQXApplication\n+ OrvanQXPrinter\n"
             "Locale\n- (empty)\n+ en_US\n"
-            "DeviceID\n- (not there)\n+ MFG:Orvan;MDL:QX 200;\n"
-            "SN\n- (not there)\n+ QX200-0004711\n"
-            "ROMVER\n- (not there)\n+ 2.14\n"
+            "DeviceID\n- (missing)\n+ MFG:Orvan;MDL:QX 200;\n"
+            "SN\n- (missing)\n+ QX200-0004711\n"
+            "ROMVER\n- (missing)\n+ 2.14\n"
             "Cipher\n- RC4\n+ XOR\n"
             "Contents: the same, 7 B\n",
         )
@@ -770,9 +770,9 @@ class DiffTest(ReceivingTest):
 
     def test_contents_that_nobody_can_decrypt(self):
         unknown = document(b"\0\0", date="")
-        self.assertEqual(self.differ(unknown, unknown, status=0), "They say the same.\n")
+        self.assertEqual(self.differ(unknown, unknown, status=0), "No differences.\n")
         for other, size in ((SOUND, 7), (document(b"\0\0\0", date=""), 3)):
-            expected = f"Contents: 2 B and {size} B, not both can be decrypted\n"
+            expected = f"Contents: 2 B and {size} B, at least one cannot be decrypted\n"
             self.assertIn(expected, self.differ(unknown, other))
 
     def test_what_cannot_be_compared_is_trouble(self):

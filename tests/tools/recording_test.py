@@ -93,7 +93,7 @@ class Recording(ToolTest):
         self.install()
         os.mkdir(self.path("PLM/sub"))
         os.rmdir(self.path("ALM"))
-        for word, call in [("folder is not there", ["app", "--name", "A"]),
+        for word, call in [("folder is missing", ["app", "--name", "A"]),
                            ("leads into a sub-folder", ["printer", "--name", "none/A"]),
                            ("Choose a shorter name", ["printer", "--name", "n" * 300])]:
             finished = self.expect(1, "record", *call, stdin=b"x")
@@ -113,9 +113,9 @@ class Recording(ToolTest):
         self.install()
         for limit, most, reason in [
                 (resource.RLIMIT_NOFILE, 4, b"making the file failed: Too many open files. "
-                                            b"Raise the limit of open files (ulimit -n).\n"),
+                                            b"Raise the limit on open files (ulimit -n).\n"),
                 (resource.RLIMIT_FSIZE, 99, b"writing the file failed: File too large. "
-                                            b"Raise the limit of file sizes (ulimit -f).\n")]:
+                                            b"Raise the limit on file sizes (ulimit -f).\n")]:
             finished = self.expect(1, "record", "app", "--name", "A", stdin=b"x",
                                    preexec_fn=lambda: resource.setrlimit(limit, (most, most)))
             self.assertTrue(finished.stderr.endswith(reason), finished.stderr)
@@ -134,7 +134,7 @@ class Recording(ToolTest):
         before = tree(self.root)
         for call in ["record", "preview"]:
             finished = self.expect(1, call, "printer", "--name", "A", "--sn", "<b>", stdin=b"x")
-            self.assertIn(b"cannot be mended", finished.stderr)
+            self.assertIn(b"cannot be repaired", finished.stderr)
             self.assertEqual(finished.stdout, b"")
         self.assertEqual(tree(self.root), before)
 
@@ -155,11 +155,11 @@ class Recording(ToolTest):
         large = self.write("/large", b"")
         os.truncate(large, 1 << 31)
         for word, call, stdin in [
-                ("no character begins at byte 2", [], b"ab\xff"),
-                ("no character begins at byte 0", ["-"], b"\xed\xa0\x80"),
+                ("not UTF-8 at byte 2", [], b"ab\xff"),
+                ("not UTF-8 at byte 0", ["-"], b"\xed\xa0\x80"),
                 ("No such file", [self.root + "/none"], b""),
                 ("Is a directory", [self.root], b""),
-                ("less than 2.0 GiB", [large], b"")]:
+                ("smaller than 2.0 GiB", [large], b"")]:
             for kind in ["app", "printer"]:
                 for call_name in ["record", "preview"]:
                     self.expect_usage_error(word, call_name, kind, "--name", "A", *call,
@@ -220,9 +220,9 @@ class Recording(ToolTest):
             for word, call in [("app or printer", []),
                                ("--name is required", ["app"]),
                                ("--name", ["app", "--name"]),
-                               ("no option word", ["app", "--name", "A", "--option", "-1"]),
-                               ("no option word", ["app", "--name", "A", "--option", "4294967296"]),
-                               ("no option word", ["printer", "--name", "A", "--option", "0x1"]),
+                               ("not an option word", ["app", "--name", "A", "--option", "-1"]),
+                               ("not an option word", ["app", "--name", "A", "--option", "4294967296"]),
+                               ("not an option word", ["printer", "--name", "A", "--option", "0x1"]),
                                ("--sn", ["app", "--name", "A", "--sn", "1"]),
                                ("--nonsense", ["printer", "--name", "A", "--nonsense"]),
                                ("not UTF-8", ["app", "--name", b"\xff"]),
@@ -278,12 +278,12 @@ class Preview(ToolTest):
         self.assertIn(b"identifier  an EXAMPLE, " + EXAMPLE, readable)
         finished = self.expect(0, "preview", "app", "--name", "A", "--bytes", stdin=b"x")
         self.assertEqual(verify(finished.stdout).values["ID"], EXAMPLE)
-        self.assertIn(b"the identifier in it is an example", finished.stderr)
+        self.assertIn(b"its identifier is an example", finished.stderr)
         self.assertEqual(tree(self.root), before)
 
     def test_works_without_any_folder_and_says_so(self):
         finished = self.expect(0, "preview", "app", "--name", "A", stdin=b"x")
-        self.assertIn(b"not there", finished.stdout)
+        self.assertIn(b"missing: record would fail now", finished.stdout)
         self.assertIn(b"refused: Preference file (no_preferences)", finished.stdout)
         self.assertEqual(tree(self.root), {})
 
@@ -309,7 +309,7 @@ class Init(ToolTest):
     def test_makes_the_folders_and_nothing_else(self):
         finished = self.expect(0, "init")
         self.assertEqual(finished.stdout.decode(),
-                         "".join(f"made         {self.path(name)}\n" for name in self.FOLDERS))
+                         "".join(f"made          {self.path(name)}\n" for name in self.FOLDERS))
         self.assertEqual(sorted(os.listdir(self.path())), sorted(self.FOLDERS))
         for name in self.FOLDERS:
             self.assertEqual(os.listdir(self.path(name)), [])
@@ -321,7 +321,7 @@ class Init(ToolTest):
         finished = self.expect(0, "init", "--sample-preferences", "--agree")
         names = [*self.FOLDERS, PREFERENCES]
         self.assertEqual(finished.stdout.decode(),
-                         "".join(f"was there    {self.path(name)}\n" for name in names))
+                         "".join(f"already there {self.path(name)}\n" for name in names))
         self.assertEqual(tree(self.root), before)
 
     def test_sample_preferences_are_of_now_and_without_agreement(self):

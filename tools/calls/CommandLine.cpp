@@ -16,19 +16,20 @@ Receiving documents:
   wenlolib diff A B                 what differs between two documents?
 
 Recording:
-  wenlolib explain app --option 1   would a record be allowed now, and why not?
+  wenlolib explain app --option 1   is a record allowed now? if not, why?
   wenlolib explain printer
-  wenlolib preview app --name N     the very bytes a record would write
+  wenlolib preview app --name N     the exact document that a record would write
   wenlolib record app --name N --option 2 FILE
-                                    record the contents of FILE (or - for input)
+                                    record the contents of FILE (- for input)
   wenlolib record printer --name N --sn S FILE
 
 The installation:
-  wenlolib doctor                   is it healthy, and what is to be done?
+  wenlolib doctor                   is it healthy? if not, what is to be done?
   wenlolib init                     make the folders that a host provides
 
-wenlolib CALL --help says more of one call, with examples. Exit status: 0 all
-is well, 1 something is not, 2 wrong usage or unreadable.
+wenlolib SUBCOMMAND --help tells more about a subcommand, with examples.
+Exit status: 0 all is well, 1 something is not, 2 wrong usage, or something
+could not be read.
 )";
 }
 
@@ -37,8 +38,8 @@ std::string HelpFormatter::make_subcommands(const CLI::App* app, CLI::AppFormatM
 }
 
 void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs) {
-  call.add_option("PATH", paths, "Documents, and folders of documents")->type_name("")->required();
-  call.add_option("--jobs,-j", jobs, "Work on N documents at a time (1)")
+  call.add_option("PATH", paths, "Documents and folders of documents")->type_name("")->required();
+  call.add_option("--jobs,-j", jobs, "Work on N documents at a time (default 1)")
       ->type_name("N")
       ->check(CLI::Range(1, mostJobs).description(""));
 }
@@ -62,7 +63,7 @@ std::optional<std::uint32_t> numberIn(const std::string& text) {
 }
 
 std::string complaint(const std::string& text) {
-  return numberIn(text) ? "" : text + " is no option word: a number from 0 to 4294967295";
+  return numberIn(text) ? "" : text + " is not an option word; give a number from 0 to 4294967295";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-/// The command line: its calls, and what they share.
+/// The command line: its subcommands, and what they share.
 #ifndef WENLOLIB_TOOLS_CALLS_COMMANDLINE_H
 #define WENLOLIB_TOOLS_CALLS_COMMANDLINE_H
 
@@ -13,7 +13,7 @@ namespace wenlolib::tools {
 
 /// One run of the command.
 struct Session {
-  std::string root = "/";  // the folder taken for "/" (--root)
+  std::string root = "/";  // the folder used as "/" (--root)
   int exitStatus = allGood;
 };
 
@@ -28,7 +28,7 @@ void addRecord(CLI::App& app, Session& session);
 void addDoctor(CLI::App& app, Session& session);
 void addInit(CLI::App& app, Session& session);
 
-/// What `wenlolib --help` begins with: an answer to "what do I type".
+/// The beginning of `wenlolib --help`. It answers "what do I type?".
 [[nodiscard]] std::string firstScreen();
 
 /// Help at 80 columns.
@@ -36,20 +36,20 @@ class HelpFormatter : public CLI::Formatter {
  public:
   HelpFormatter() { column_width(26); }
 
-  /// The first screen lists the calls itself, with their arguments.
+  /// Nothing for the first screen, which lists the subcommands itself, with their arguments.
   std::string make_subcommands(const CLI::App* app, CLI::AppFormatMode mode) const override;
 };
 
-/// Adds `PATH...` and `--jobs N`, for a call that goes through documents.
+/// Adds `PATH...` and `--jobs N`, for a subcommand that goes through documents.
 void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs);
 
-/// Makes a call say which kind of record it means, by one of its two subcommands.
+/// Requires the kind of record: `app` or `printer`.
 void requireKind(CLI::App& call);
 
 /// Adds `--option N`, N from 0 to 4294967295. `text` must outlive the command line.
 void addOptionWord(CLI::App& call, std::string& text);
 
-/// The number of a text that was let through.
+/// The number in a text that `--option` has accepted.
 [[nodiscard]] std::uint32_t optionWord(const std::string& text);
 
 }  // namespace wenlolib::tools

@@ -20,15 +20,15 @@ struct DecodeOptions {
 };
 
 constexpr auto examples =
-    "A folder is searched for *.PLM and *.ALM with all that is in it, in the folder's\n"
-    "own order; unfinished files and links to folders are passed over. Of a document\n"
-    "that is not sound, what can be read is shown with the verdict. Paths are taken\n"
-    "as they stand, whatever --root is. Exit status: 0 all are sound, 1 some are not,\n"
-    "2 wrong usage, or something could not be read.\n"
+    "Searches folders and their sub-folders for *.PLM and *.ALM, in the order of each\n"
+    "folder. Skips unfinished files and links to folders. For a document that is not\n"
+    "sound, shows the verdict and what can be read. PATH is used as given; --root\n"
+    "does not apply to it. Exit status: 0 all are sound, 1 some are not, 2 wrong\n"
+    "usage, or something could not be read.\n"
     "\n"
-    "In JSON a text that is not UTF-8 is null, its bytes stand in NAME_hex.\n"
-    "--redact also blackens both values where file names, other fields and contents\n"
-    "repeat them, unless they have fewer than four characters.\n"
+    "In JSON, a text that is not UTF-8 is null; NAME_hex holds its bytes.\n"
+    "--redact also hides both values in file names, other fields and contents, unless\n"
+    "they have fewer than four characters.\n"
     "\n"
     "Examples:\n"
     "  wenlolib decode QX200_1.PLM\n"
@@ -87,14 +87,15 @@ int decode(const DecodeOptions& options, Output& output) {
 void addDecode(CLI::App& app, Session& session) {
   const auto options = std::make_shared<DecodeOptions>();
   CLI::App* const call = app.add_subcommand("decode", "Show what documents say");
-  call->add_flag("--json", options->json, "One JSON object a document, one a line");
-  call->add_flag("--redact", options->redact, "Leave out installation ID and serial number");
-  call->add_flag("--contents", options->contents, "The decrypted bytes alone, and nothing else");
+  call->add_flag("--json", options->json, "One JSON object for each document, on its own line");
+  call->add_flag("--redact", options->redact,
+                 "Leave out installation identifier and serial number");
+  call->add_flag("--contents", options->contents, "Write only the decrypted contents");
   addDocuments(*call, options->paths, options->jobs);
   call->footer(examples);
   call->callback([options, &session] {
     if (options->contents && (options->json || options->redact)) {
-      throw CLI::ValidationError("--contents", "goes with neither --json nor --redact");
+      throw CLI::ValidationError("--contents", "cannot be used with --json or --redact");
     }
     Output output("decode");
     session.exitStatus = decode(*options, output);

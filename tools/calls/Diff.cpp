@@ -22,17 +22,16 @@ struct DiffOptions {
   bool json = false;
 };
 
-/// A document on the one side, with the bytes that it leads into.
+/// One of the two documents, with the buffer that it points into.
 struct LoadedDocument {
   std::string buffer;
   Side side;
 };
 
 constexpr auto examples =
-    "The same means: the same verdict, layout, fields, cipher and contents. Contents\n"
-    "are compared as text, line by line. Paths are taken as they stand, whatever\n"
-    "--root is. Exit status: 0 the same, 1 they differ, 2 wrong usage, or a document\n"
-    "cannot be read.\n"
+    "Compares verdict, layout, fields, cipher and contents; contents as text, line by\n"
+    "line. A and B are used as given; --root does not apply to them. Exit status:\n"
+    "0 no differences, 1 differences, 2 wrong usage, or a document could not be read.\n"
     "\n"
     "Examples:\n"
     "  wenlolib diff QX200_1.PLM QX200_2.PLM\n"
@@ -60,7 +59,7 @@ std::string valueLine(char sign, Colour colour, const std::optional<std::string>
                       const Paint& paint) {
   const std::string start(1, sign);
   if (value && !value->empty()) return paint(colour, start + " " + visibleLine(*value)) + "\n";
-  return paint(colour, start) + paint(Colour::faint, value ? " (empty)" : " (not there)") + "\n";
+  return paint(colour, start) + paint(Colour::faint, value ? " (empty)" : " (missing)") + "\n";
 }
 
 std::string contentsSize(const Side& side) {
@@ -73,13 +72,13 @@ std::string contentsText(const Side& a, const Side& b, const Comparison& compari
   if (comparison.sameContents) return fmt::format("{}: the same, {}\n", heading, contentsSize(a));
   const bool readable = a.contents && b.contents;
   return fmt::format("{}: {} and {}{}\n", heading, contentsSize(a), contentsSize(b),
-                     readable ? "" : ", not both can be decrypted") +
+                     readable ? "" : ", at least one cannot be decrypted") +
          unifiedText(comparison.aLines, comparison.bLines, comparison.changes, paint);
 }
 
 std::string comparisonText(const DiffOptions& options, const Side& a, const Side& b,
                            const Comparison& comparison, const Paint& paint) {
-  if (comparison.same()) return "They say the same.\n";
+  if (comparison.same()) return "No differences.\n";
   std::string text = paint(Colour::bad, "--- " + visibleLine(options.a)) + "\n" +
                      paint(Colour::good, "+++ " + visibleLine(options.b)) + "\n";
   for (const Difference& difference : comparison.differences) {
@@ -108,7 +107,7 @@ void addDiff(CLI::App& app, Session& session) {
   const auto options = std::make_shared<DiffOptions>();
   CLI::App* const call = app.add_subcommand("diff", "Show what differs between two documents");
   call->add_option("A", options->a, "One document")->type_name("")->required();
-  call->add_option("B", options->b, "The other")->type_name("")->required();
+  call->add_option("B", options->b, "The other document")->type_name("")->required();
   call->add_flag("--json", options->json, "One JSON object");
   call->footer(examples);
   call->callback([options, &session] {

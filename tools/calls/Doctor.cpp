@@ -24,15 +24,15 @@ void doctorTo(Session& session, bool json, bool clean) {
 
 void addDoctor(CLI::App& app, Session& session) {
   const auto json = std::make_shared<bool>(false);
-  CLI::App& call = *app.add_subcommand("doctor", "Is the installation healthy, and if not, why?");
+  CLI::App& call = *app.add_subcommand("doctor", "Check whether the installation is healthy");
   const auto clean = std::make_shared<bool>(false);
   call.add_flag("--json", *json, "One JSON object for each finding");
-  call.add_flag("--clean", *clean, "Remove what killed programs have left");
+  call.add_flag("--clean", *clean, "Remove unfinished files that killed programs left");
   call.footer(
-      "Looks at the user's folders and files and changes nothing, but for --clean: that\n"
-      "removes files called .wenlolib-*.tmp that are a day old, from the folders of\n"
-      "records and configuration, and says which. Exit status: 0 no error, 1 at least\n"
-      "one, 2 wrong usage.\n\nExamples:\n"
+      "Examines the user's folders and files. Changes nothing without --clean, which\n"
+      "removes files called .wenlolib-*.tmp that are a day old from the folders of\n"
+      "records and configuration, and says which. Exit status: 0 no errors, 1 at least\n"
+      "one error, 2 wrong usage.\n\nExamples:\n"
       "  wenlolib doctor\n"
       "  wenlolib doctor --clean\n"
       "  wenlolib doctor --json | grep -v '\"level\":\"ok\"'\n"

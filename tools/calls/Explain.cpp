@@ -1,4 +1,4 @@
-// `wenlolib explain`: would a record be allowed, and why not.
+// `wenlolib explain`: whether a record would be allowed, and why.
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -40,36 +40,38 @@ void explainTo(Session& session, const Arguments& arguments) {
   session.exitStatus = explanation.allowed() ? allGood : notGood;
 }
 
-/// "" for a file that is there and may be read: a slip of the pen is not taken for a case.
+/// "" for a file that can be read. A mistyped path is an error, not a case with a missing file.
 std::string fileComplaint(const std::string& path) {
   std::error_code error;
   const bool file = std::filesystem::is_regular_file(path, error);
-  return file && ::access(path.c_str(), R_OK) == 0 ? "" : path + " is no file that can be read";
+  return file && ::access(path.c_str(), R_OK) == 0 ? "" : path + " is not a file that can be read";
 }
 
 void addReplay(CLI::App& call, Arguments& arguments) {
   const auto osSet = [&arguments](const std::string& text) {
     arguments.replayed.os = osVersionFromText(text);
-    if (!arguments.replayed.os) throw CLI::ValidationError("--os", text + " is no OS version");
+    if (!arguments.replayed.os)
+      throw CLI::ValidationError("--os", text + " is not an OS version such as 10.17.0");
   };
   const auto dateSet = [&arguments](const std::string& text) {
     arguments.replayed.date = dateFromText(text);
-    if (!arguments.replayed.date) throw CLI::ValidationError("--date", text + " is no date");
+    if (!arguments.replayed.date)
+      throw CLI::ValidationError("--date", text + " is not a date such as 2026-11-21T09:30:00");
   };
   const CLI::Validator readableFile(fileComplaint, "");
-  call.add_option_function<std::string>("--os", osSet, "On this OS, such as 10.17.0, or unknown")
+  call.add_option_function<std::string>("--os", osSet,
+                                        "Assume this OS version, such as 10.17.0, or unknown")
       ->type_name("VERSION");
   call.add_option_function<std::string>("--date", dateSet,
-                                        "At this time, such as 2026-11-21T09:30:00+09:00")
+                                        "Assume this time, such as 2026-11-21T09:30:00+09:00")
       ->type_name("DATE");
   call.add_option("--library-version", arguments.replayed.libraryVersion,
-                  "For a library of this version, such as 1.0.0")
+                  "Assume this library version, such as 1.0.0")
       ->type_name("VERSION");
-  call.add_option("--preferences", arguments.replayed.preferences, "With this preference file")
+  call.add_option("--preferences", arguments.replayed.preferences, "Use this preference file")
       ->type_name("FILE")
       ->check(readableFile);
-  call.add_option("--support-list", arguments.replayed.supportList,
-                  "With this support version list")
+  call.add_option("--support-list", arguments.replayed.supportList, "Use this support version list")
       ->type_name("FILE")
       ->check(readableFile);
   call.add_flag("--json", arguments.json, "One JSON object instead of text");
@@ -89,13 +91,13 @@ CLI::App& addKind(CLI::App& call, Session& session, RecordKind kind, const char*
 }  // namespace
 
 void addExplain(CLI::App& app, Session& session) {
-  CLI::App& call = *app.add_subcommand("explain", "Would a record be allowed now, and why not?");
+  CLI::App& call = *app.add_subcommand("explain", "Explain whether a record is allowed now");
   requireKind(call);
   call.footer(
       "Exit status: 0 allowed, 1 refused, 2 wrong usage.\n\nExamples:\n"
       "  wenlolib explain app --option 1\n"
       "  wenlolib explain printer --json\n"
-      "wenlolib explain app --help says how to replay a case from elsewhere.");
+      "wenlolib explain app --help shows how to replay a case from elsewhere.");
   addKind(call, session, RecordKind::application, "app", "Application usage")
       .footer(
           "Examples:\n"

@@ -27,7 +27,7 @@ struct Arguments {
   bool agree = false;
 };
 
-/// What became of one thing: made now, or there before, or neither, and then why.
+/// What happened to a folder or file: made now, there before, or not made, and why not.
 struct Creation {
   enum Kind { now, before, failed };
   Kind kind;
@@ -58,7 +58,7 @@ Dictionary samplePreferences(bool agree) {
 
 Creation makePreferences(const std::string& path, const std::string& realPath, bool agree) {
   std::error_code error;
-  // A link that leads nowhere is somebody's as well.
+  // A link that leads nowhere is not overwritten either.
   if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
     return Creation::before;
   }
@@ -71,13 +71,13 @@ Creation makePreferences(const std::string& path, const std::string& realPath, b
   return {Creation::failed, reasonWithAdvice(outcome.reason)};
 }
 
-/// Says what became of one thing; answers whether it is there now.
+/// Says what happened to a folder or file. Returns whether it is there now.
 bool tell(Output& output, const std::string& realPath, const Creation& creation) {
   if (creation.kind == Creation::failed) {
     output.complain(realPath, "not made: " + creation.why);
     return false;
   }
-  const std::string word = creation.kind == Creation::now ? "made         " : "was there    ";
+  const std::string word = creation.kind == Creation::now ? "made          " : "already there ";
   output.write(word + visibleLine(realPath) + "\n");
   return true;
 }
@@ -87,7 +87,7 @@ bool initialise(Output& output, const ToolPlatform& platform, const Arguments& a
   for (const Text& folder : {CommonTooWenlolib::pliDirPath(1), CommonTooWenlolib::almDirPath(),
                              CommonTooWenlolib::confDirPath()}) {
     if (!folder) {
-      output.complain("HOME", "the user has no home folder that is known");
+      output.complain("HOME", "the home folder is not known; set HOME to an absolute path");
       return false;
     }
     good = tell(output, platform.real(*folder), makeFolder(*folder)) && good;
@@ -112,12 +112,12 @@ void addInit(CLI::App& app, Session& session) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App& call = *app.add_subcommand("init", "Make the folders that a host provides");
   CLI::Option* sample = call.add_flag("--sample-preferences", arguments->samplePreferences,
-                                      "A preference file too: installed now, no agreement");
-  call.add_flag("--agree", arguments->agree, "With the user's agreement in that file")
+                                      "Also make a preference file: installed now, not agreed");
+  call.add_flag("--agree", arguments->agree, "Store in that file that the user has agreed")
       ->needs(sample);
   call.footer(
-      "Makes what is missing, for the user who calls, and never overwrites anything.\n"
-      "Exit status: 0 all is there, 1 something is not, 2 wrong usage.\n\nExamples:\n"
+      "Makes what is missing, for the user who runs it. Never overwrites anything.\n"
+      "Exit status: 0 everything is there, 1 something is missing, 2 wrong usage.\n\nExamples:\n"
       "  wenlolib init\n"
       "  wenlolib init --sample-preferences --agree\n"
       "  mkdir trial && wenlolib init --root trial");

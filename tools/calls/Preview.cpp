@@ -30,11 +30,11 @@ std::string folderNote(const std::string& path) {
   std::error_code error;
   const auto folder = std::filesystem::path(path).parent_path();
   if (std::filesystem::is_directory(folder, error)) return "";
-  return "not there, so that record would fail now (wenlolib init makes it)";
+  return "missing: record would fail now; wenlolib init makes PLM, ALM and Config";
 }
 
 std::string identifierNote(const PreviewedDocument& document) {
-  if (!document.exampleIdentifier) return "the one that is stored";
+  if (!document.exampleIdentifier) return "the stored one";
   return fmt::format("an EXAMPLE, {{{}}}: none is stored yet, and the first record makes one",
                      exampleUuid);
 }
@@ -43,15 +43,17 @@ std::string previewText(const PreviewedDocument& document, const std::string& re
                         const Explanation& decision, const Paint& paint) {
   Table table;
   if (const std::string note = folderNote(realPath); !note.empty()) table.add({"folder", note});
-  table.add({"size", sizeText(document.bytes.size()) +
-                         "; the document has no line breaks (--bytes writes it as it is)"});
+  table.add({"size",
+             sizeText(document.bytes.size()) +
+                 "; shown below with line breaks that are not in it (--bytes writes it as it is)"});
   table.add({"identifier", identifierNote(document)});
   table.add({"recording", outcomeText(decision, paint)});
   return fmt::format("path        {}\n{}\n{}", visibleLine(realPath), table.text(0, width),
                      foldDocument(document.bytes, width));
 }
 
-/// The contents; nothing typed at a terminal, where a look at the document is all that is wanted.
+/// The contents. At a terminal they may be left out, and are then empty: nobody has to type them to
+/// look at the document.
 ContentsInput contentsOf(const RecordArguments& record) {
   if (!record.file && isTerminal(stdin)) return {};
   return readContents(record.file.value_or("-"));
@@ -64,7 +66,7 @@ void show(Output& output, const ToolPlatform& platform, const Arguments& argumen
     output.finish();
     if (document.exampleIdentifier) {
       output.complain(platform.real(document.path),
-                      "the identifier in it is an example: none is stored yet");
+                      "its identifier is an example: none is stored yet");
     }
     return;
   }
@@ -91,9 +93,9 @@ void previewTo(Session& session, const Arguments& arguments) {
   } else {
     output.complain(arguments.record.name,
                     previewed.unanswered
-                        ? "there is no document: " + unansweredText(*previewed.unanswered)
-                        : "there is no document: a value holds markup that cannot be mended, or a "
-                          "character that XML does not have");
+                        ? "no document: " + unansweredText(*previewed.unanswered)
+                        : "no document: a value contains markup that cannot be repaired, or a "
+                          "character that XML does not allow");
     session.exitStatus = notGood;
   }
   output.finish();
@@ -105,7 +107,7 @@ void addKind(CLI::App& call, Session& session, RecordKind kind, const char* name
   arguments->record.kind = kind;
   CLI::App& one = *call.add_subcommand(name, description);
   addRecordArguments(one, arguments->record);
-  one.add_flag("--bytes", arguments->bytes, "The document's bytes alone");
+  one.add_flag("--bytes", arguments->bytes, "Write only the bytes of the document");
   one.footer(examples);
   one.callback([&session, arguments] { previewTo(session, *arguments); });
 }
@@ -114,11 +116,11 @@ void addKind(CLI::App& call, Session& session, RecordKind kind, const char* name
 
 void addPreview(CLI::App& app, Session& session) {
   CLI::App& call =
-      *app.add_subcommand("preview", "The very bytes that a record would write, without writing");
+      *app.add_subcommand("preview", "Show the exact document that a record would write");
   requireKind(call);
   call.footer(
-      "Nothing is written, and no identifier is made. Exit status: 0 shown, 1 the\n"
-      "record comes to no document, 2 wrong usage or unreadable.\n\nExamples:\n"
+      "Nothing is written, and no identifier is made. Exit status: 0 shown, 1 there is\n"
+      "no document, 2 wrong usage, or FILE could not be read.\n\nExamples:\n"
       "  wenlolib preview app --name PhotoAlbum usage.txt\n"
       "  wenlolib preview printer --name QX200 --sn 4711 --bytes log.txt > QX200_1.PLM");
   addKind(call, session, RecordKind::application, "app", "Application usage",

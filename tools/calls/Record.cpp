@@ -17,7 +17,7 @@
 namespace wenlolib::tools {
 namespace {
 
-/// What the library thinks of such a record; on standard error, where the refusal is told.
+/// Explains on standard error why the library did not record.
 void tellRefusal(Output& output, const ToolPlatform& platform, const RecordRequest& request,
                  const std::optional<Unanswered>& unanswered) {
   if (unanswered) {
@@ -28,7 +28,7 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   const Explanation decision = explain(request.kind, request.option, {platform.root(), {}, {}});
   if (decision.allowed()) {
     output.complain(request.name,
-                    "not recorded, and yet it is allowed now: memory ran out, or the settings "
+                    "not recorded, although it is allowed now: memory ran out, or the settings "
                     "have just changed. Try again.");
     return;
   }
@@ -39,13 +39,13 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   explanation.finish();
 }
 
-/// Says what came of the record; answers whether there is a new file.
+/// Says what happened to the record. Returns whether there is a new file.
 bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& request,
           const RecordOutcome& outcome) {
   if (!outcome.document && outcome.answer) {
     output.complain(request.name,
-                    "not written, although the library answers that it is: a value holds markup "
-                    "that cannot be mended, or a character that XML does not have");
+                    "not written, although the library answered true: a value contains markup "
+                    "that cannot be repaired, or a character that XML does not allow");
   } else if (!outcome.document) {
     tellRefusal(output, platform, request, outcome.unanswered);
   } else {
@@ -65,7 +65,8 @@ void recordTo(Session& session, const RecordArguments& arguments) {
   const ToolPlatform platform(session.root);
   Output output("record");
   if (!arguments.file && isTerminal(stdin)) {
-    output.complain("FILE", "missing, and standard input is a terminal (- to type the contents)");
+    output.complain("FILE",
+                    "missing, and standard input is a terminal; give - to type the contents");
     session.exitStatus = wrongUsage;
     return;
   }
@@ -99,7 +100,7 @@ void addRecord(CLI::App& app, Session& session) {
   requireKind(call);
   call.footer(
       "Says where the record went, or why it was refused. Exit status: 0 recorded,\n"
-      "1 not recorded, 2 wrong usage or unreadable.\n\nExamples:\n"
+      "1 not recorded, 2 wrong usage, or FILE could not be read.\n\nExamples:\n"
       "  wenlolib record app --name PhotoAlbum --option 2 usage.txt\n"
       "  wenlolib record printer --name QX200 --sn QX200-0004711 log.txt");
   addKind(call, session, RecordKind::application, "app", "Application usage",

@@ -14,7 +14,7 @@
 namespace wenlolib::tools {
 namespace {
 
-/// The library takes a text that is not UTF-8 for none at all.
+/// The library treats a text that is not UTF-8 as if there were none.
 const CLI::Validator& utf8() {
   static const CLI::Validator validator(
       [](const std::string& text) { return isUtf8(text) ? "" : "the text is not UTF-8"; }, "");
@@ -28,7 +28,7 @@ void addText(CLI::App& call, const char* option, Text& value, const char* descri
 }  // namespace
 
 void addRecordArguments(CLI::App& call, RecordArguments& arguments) {
-  call.add_option("--name", arguments.name, "The name that the file gets")
+  call.add_option("--name", arguments.name, "The name that goes into the file name")
       ->type_name("TEXT")
       ->required()
       ->check(utf8());
@@ -38,9 +38,9 @@ void addRecordArguments(CLI::App& call, RecordArguments& arguments) {
     addText(call, "--sn", arguments.serialNumber, "Its serial number");
     addText(call, "--romver", arguments.romVersion, "The version of its ROM");
     call.add_flag("--new-tag-type", arguments.newTagType,
-                  "The newer layout, which leaves these three out");
+                  "Use the newer layout, without these three");
   }
-  call.add_option("FILE", arguments.file, "The contents, - for standard input (default)")
+  call.add_option("FILE", arguments.file, "The contents; - is standard input (default)")
       ->type_name("");
 }
 
@@ -61,7 +61,7 @@ RecordRequest requestOf(const RecordArguments& arguments) {
 
 namespace {
 
-/// What a regular file has to hold, and so what to make room for; 0 where that is not known.
+/// The size of a regular file, to make room for its bytes; 0 if it is not known.
 std::size_t sizeOf(int file) {
   struct stat status {};
   const bool known = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
@@ -73,10 +73,10 @@ ContentsInput refusal(std::string complaint) {
 }
 
 ContentsInput sizeRefusal(std::size_t most) {
-  return refusal("the contents are too large: a record takes less than " + sizeText(most + 1));
+  return refusal("the contents are too large: they must be smaller than " + sizeText(most + 1));
 }
 
-/// Where the first bytes stand that are no character.
+/// The offset of the first bytes that are not a character.
 std::size_t firstNonUtf8(std::string_view text) {
   constexpr std::size_t longest = 4;
   std::size_t good = 0;
@@ -104,8 +104,7 @@ ContentsInput readContents(const std::string& path, std::size_t most) {
   if (error != 0) return refusal(systemMessage(error));
   input.contents.resize(length);
   if (isUtf8(input.contents)) return input;
-  return refusal("the contents are not UTF-8: no character begins at byte " +
-                 groupDigits(firstNonUtf8(input.contents)));
+  return refusal("the contents are not UTF-8 at byte " + groupDigits(firstNonUtf8(input.contents)));
 }
 
 }  // namespace wenlolib::tools

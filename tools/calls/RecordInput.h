@@ -1,4 +1,4 @@
-/// What `preview` and `record` take alike: options and contents.
+/// What `preview` and `record` both take: options and contents.
 #ifndef WENLOLIB_TOOLS_CALLS_RECORDINPUT_H
 #define WENLOLIB_TOOLS_CALLS_RECORDINPUT_H
 
@@ -29,13 +29,13 @@ void addRecordArguments(CLI::App& call, RecordArguments& arguments);
 /// Contents, or what is wrong with them.
 struct ContentsInput {
   std::string contents;
-  std::string complaint;  // "" where they will do
+  std::string complaint;  // "" if nothing is wrong
 };
 
 /// The library refuses contents of 2 GiB and more.
 inline constexpr std::size_t mostContents = (std::size_t{1} << 31) - 1;
 
-/// All of the file at `path`, or of standard input for "-", in UTF-8 and of at most `most` bytes.
+/// The whole file at `path`, or standard input for "-". It must be UTF-8 of at most `most` bytes.
 [[nodiscard]] ContentsInput readContents(const std::string& path, std::size_t most = mostContents);
 
 }  // namespace wenlolib::tools

@@ -17,27 +17,26 @@ namespace wenlolib::tools {
 namespace {
 
 constexpr auto examples =
-    "A folder is searched for *.PLM and *.ALM with all that is in it, in the folder's\n"
-    "own order; unfinished files and links to folders are passed over. A file that is\n"
-    "named is always examined. Paths are taken as they stand, whatever --root is.\n"
-    "Exit status: 0 all are sound, 1 some are not, 2 wrong usage, or something could\n"
-    "not be read.\n"
+    "Searches folders and their sub-folders for *.PLM and *.ALM, in the order of each\n"
+    "folder. Skips unfinished files and links to folders. Always examines a file that\n"
+    "is named as PATH. PATH is used as given; --root does not apply to it. Exit\n"
+    "status: 0 all are sound, 1 some are not, 2 wrong usage, or something could not\n"
+    "be read.\n"
     "\n"
     "  truncated  the end is missing\n"
     "  damaged    the form is broken inside\n"
-    "  altered    well formed, but the checksum belongs to another content\n"
-    "  repaired   stray markup was escaped before the document was stored, so that\n"
-    "             the checksum belongs to the text before that; the document can be\n"
-    "             read all the same\n"
-    "  illegible  whole, but the contents cannot be decrypted; above all where there\n"
-    "             was no date to encrypt them by\n"
+    "  altered    well-formed, but the checksum does not match\n"
+    "  repaired   stray markup was escaped before the document was stored; the\n"
+    "             checksum matches the text before that, and the document can be read\n"
+    "  illegible  whole, but the contents cannot be decrypted, mostly because the\n"
+    "             document has no date, and so no key\n"
     "\n"
     "Examples:\n"
     "  wenlolib verify Quillmere_Log_Album_2611.ALM\n"
     "  wenlolib verify --quiet --jobs 4 incoming/\n"
     "  wenlolib verify --json incoming/ | jq -r 'select(.sound | not) | .path'";
 
-/// How many documents of each kind.
+/// How many documents are in each condition.
 class Counts {
  public:
   void add(const Answer& answer) {
@@ -95,8 +94,8 @@ int verify(const VerifyOptions& options, Output& output) {
 void addVerify(CLI::App& app, Session& session) {
   const auto options = std::make_shared<VerifyOptions>();
   CLI::App* const call = app.add_subcommand("verify", "Check whether documents are sound");
-  call->add_flag("--json", options->json, "One JSON object a document, one a line");
-  call->add_flag("--quiet,-q", options->quiet, "Show only what is not sound");
+  call->add_flag("--json", options->json, "One JSON object for each document, on its own line");
+  call->add_flag("--quiet,-q", options->quiet, "Show only documents that are not sound");
   addDocuments(*call, options->paths, options->jobs);
   call->footer(examples);
   call->callback([options, &session] {

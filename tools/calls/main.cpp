@@ -1,13 +1,15 @@
-// `wenlolib`, the command beside the library: see, verify, explain.
+// `wenlolib`, the library's command: see, verify, explain.
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "calls/CommandLine.h"
@@ -20,25 +22,25 @@ namespace {
 
 using namespace wenlolib::tools;
 
-/// False after a complaint where standard output did not take what was written.
+/// False, after a message, if standard output did not take what was written.
 bool flushOutput() {
   if (std::fflush(stdout) == 0) return true;
   std::perror("wenlolib: standard output");
   return false;
 }
 
-/// Names the first word that has no meaning where it stands.
+/// Names the first word that has no meaning in its place.
 std::string extraWordText(const CLI::App& app) {
   const std::vector<std::string> words = app.remaining(true);
   const auto option = std::ranges::find_if(
       words, [](const std::string& word) { return word.size() > 1 && word.front() == '-'; });
-  if (option != words.end()) return visibleLine(*option) + ": there is no such option here";
+  if (option != words.end()) return visibleLine(*option) + ": no such option here";
   const std::string word = words.empty() ? "" : visibleLine(words.front());
-  if (app.get_subcommands().empty()) return word + ": there is no such call";
+  if (app.get_subcommands().empty()) return word + ": no such subcommand";
   return word + ": one argument too many";
 }
 
-/// Usage errors say what is wrong and where to read on; help and version go to standard output.
+/// Usage errors say what is wrong and where to read more; help and version go to standard output.
 int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
     const int status = app.exit(error);
@@ -47,12 +49,17 @@ int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
   }
   const bool extra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
   const std::string what = extra ? extraWordText(app) : visibleLine(error.what());
-  std::fprintf(stderr, "wenlolib: %s\nTry wenlolib --help, or --help behind a call's name.\n",
+  std::fprintf(stderr, "wenlolib: %s\nTry wenlolib --help, or wenlolib SUBCOMMAND --help.\n",
                what.c_str());
   return wrongUsage;
 }
 
-/// Without its last line end, which is the parser's to print.
+std::string rootComplaint(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::is_directory(path, error) ? "" : path + " is not a folder";
+}
+
+/// Without the last line break, which the parser prints.
 std::string versionText() {
   std::string text = fmt::format("wenlolib {}\nbuilt in:\n{}", WENLOLIB_VERSION,
                                  wenlolib::platform::gnulinux::builtInLibraries());
@@ -64,12 +71,12 @@ int run(int count, char** arguments) {
   Session session;
   CLI::App app(firstScreen(), "wenlolib");
   app.set_help_flag("--help,-h", "Show help");
-  app.set_version_flag("--version", versionText(), "Show the version, and what is built in");
-  app.add_option("--root", session.root, "Take DIR for the system's root folder")
+  app.set_version_flag("--version", versionText(), "Show the version and the libraries built in");
+  app.add_option("--root", session.root, "Use DIR as the system's root folder")
       ->type_name("DIR")
-      ->check(CLI::ExistingDirectory.description(""));
+      ->check(CLI::Validator(rootComplaint, ""));
   app.require_subcommand(0, 1);
-  app.fallthrough();  // --root may stand behind the call's name too
+  app.fallthrough();  // --root may also follow the subcommand
   app.formatter(std::make_shared<HelpFormatter>());
   for (const auto add :
        {addVerify, addDecode, addDiff, addExplain, addPreview, addRecord, addDoctor, addInit}) {

@@ -36,7 +36,7 @@ _wenlolib() {
       return ;;
   esac
   options=$(_wenlolib_options "${COMP_WORDS[@]:1:COMP_CWORD-1}")
-  # Where words are to come and no call or kind is missing, they are files.
+  # Once subcommand and kind are given, the other words are files.
   if [[ $current == -* || $options == verify* || $options == app* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
   else

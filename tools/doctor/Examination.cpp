@@ -31,7 +31,7 @@ std::size_t countOf(const Findings& findings, Level level) {
   return static_cast<std::size_t>(std::ranges::count(findings, level, &Finding::level));
 }
 
-/// A line, or one for the subject and more for the message: a path stays whole.
+/// One line, or one for the subject and more for the message. A path is never broken.
 std::string findingText(const Finding& finding, const Paint& paint, const std::string& folder) {
   constexpr std::size_t indent = 9;
   const std::string blanks(indent, ' ');

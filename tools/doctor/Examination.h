@@ -20,26 +20,26 @@ struct Finding {
   std::string check;    // what was looked at, a code that never changes
   std::string subject;  // the file, folder or other thing
   std::string message;
-  std::string remedy;  // "" where nothing is to be done
+  std::string remedy;  // "" if nothing is to be done
 };
 
 using Findings = std::vector<Finding>;
 
 [[nodiscard]] bool hasErrors(const Findings& findings);
 
-/// For a person, in lines of 80 columns. `supportFolder`, shown once, is shortened where it begins
-/// a subject; "" for none.
+/// For a person, in lines of 80 columns. `supportFolder` is shown once, and shortened where a
+/// subject begins with it; "" for none.
 [[nodiscard]] std::string findingsText(const Findings& findings, const Paint& paint,
                                        const std::string& supportFolder);
 
-/// One JSON object a line.
+/// One JSON object on each line.
 [[nodiscard]] std::string findingsJson(const Findings& findings);
 
-/// All checks, on the platform in use, which is to be `platform`. With `clean` it removes
+/// All checks, on the platform in use, which must be `platform`. With `clean` it removes
 /// unfinished files that are a day old; nothing else is changed.
 [[nodiscard]] Findings examine(const ToolPlatform& platform, bool clean);
 
-// The checks by themselves.
+// The single checks.
 
 /// The folders of records and of configuration.
 void checkFolders(const ToolPlatform& platform, Findings& findings);
@@ -53,17 +53,17 @@ void checkIdentifier(const ToolPlatform& platform, Findings& findings);
 void checkVersions(const ToolPlatform& platform, Findings& findings);
 void checkDecisions(Findings& findings);
 
-/// Files that were left unfinished; with `clean` those that are a day old are removed.
+/// Unfinished files; with `clean` those that are a day old are removed.
 void checkLeftovers(const ToolPlatform& platform, bool clean, Findings& findings);
 
-/// Numbers of printer logs that are taken, room on the disk.
+/// The numbers of printer logs that are taken, and the room on the disk.
 void checkNumbers(const ToolPlatform& platform, Findings& findings);
 void checkDisk(const ToolPlatform& platform, Findings& findings);
 
-/// Whether the records of `folder` find room on its file system.
+/// Whether the file system of `folder` has room for records.
 [[nodiscard]] Finding roomFinding(const std::string& folder, const struct statvfs& disk);
 
-/// The same where the file system did not answer; `error` is its errno.
+/// The same if the file system did not answer; `error` is its errno.
 [[nodiscard]] Finding unknownRoomFinding(const std::string& folder, int error);
 
 }  // namespace wenlolib::tools

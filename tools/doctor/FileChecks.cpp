@@ -1,4 +1,4 @@
-// The files in the configuration folder: whether they can be read, and hold what they should.
+// The files in the configuration folder: whether they can be read and hold what they should.
 #include "doctor/Examination.h"
 #include "library/Wording.h"
 #include "platform/Platform.h"
@@ -21,7 +21,7 @@ std::string realPath(const ToolPlatform& platform, std::string_view name) {
   return path ? platform.real(*path) : "";
 }
 
-/// Where the system does not answer, that is what is the matter with the file.
+/// If the system does not answer, the reading says why.
 platform::ListReading readPropertyList(const std::string& path) {
   try {
     return platform::posix::readList(path);
@@ -32,14 +32,15 @@ platform::ListReading readPropertyList(const std::string& path) {
   }
 }
 
-/// Of a file that holds a dictionary. A value that was left out may be the one that counts.
+/// For a file with a dictionary. A value that was left out may be one that the library needs.
 Finding readFinding(std::string_view check, const std::string& path,
                     const platform::ListReading& file) {
   Finding finding{Level::ok, std::string(check), path, "can be read", ""};
   if (file.state == platform::ListState::partial) {
     finding.level = Level::warning;
     finding.message = listTrouble(file);
-    finding.remedy = "Look for numbers and dates out of range: plutil or plistutil shows the file.";
+    finding.remedy =
+        "Show the file with plutil or plistutil. Look for numbers and dates out of range.";
   }
   return finding;
 }
@@ -48,12 +49,12 @@ Finding dateFinding(const Value* date) {
   Finding finding{Level::ok, "installed_date", std::string(installedDateKey), valueText(date), ""};
   if (date == nullptr || date->date() == nullptr) {
     finding.level = Level::error;
-    finding.message += ", and not a date";
-    finding.remedy = "The host has to store, as a date, when it was installed.";
+    finding.message += ", but it must be a date";
+    finding.remedy = "The host must store its installation date here, as a date.";
   } else if (*date->date() > platform::current().clock->now()) {
     finding.level = Level::warning;
-    finding.message += ", which is yet to come";
-    finding.remedy = "Look at the computer's clock; until then the period does not run.";
+    finding.message += ", which is in the future";
+    finding.remedy = "Check the computer's clock. The period starts only on this date.";
   }
   return finding;
 }
@@ -64,8 +65,8 @@ Finding agreementFinding(const Value* agreement) {
     finding.message += ", which counts as no agreement";
   } else if (!agreement->truth()) {
     finding.level = Level::error;
-    finding.message += ", and neither boolean nor number: it counts as no agreement";
-    finding.remedy = "The host has to store the agreement as a boolean.";
+    finding.message += ", not a boolean or a number, which counts as no agreement";
+    finding.remedy = "The host must store the agreement as a boolean.";
   }
   return finding;
 }
@@ -73,11 +74,11 @@ Finding agreementFinding(const Value* agreement) {
 Finding languageFinding(const Value* language) {
   Finding finding{Level::ok, "language", std::string(languageKey), valueText(language), ""};
   if (language == nullptr) {
-    finding.message += ": records of mode 1 have an empty Locale";
+    finding.message += ", so records of mode 1 have an empty Locale";
   } else if (language->text() == nullptr) {
     finding.level = Level::warning;
-    finding.message += ", and not a text: records of mode 1 have an empty Locale";
-    finding.remedy = "The host has to store the language as a text such as en_US.";
+    finding.message += ", not a text, so records of mode 1 have an empty Locale";
+    finding.remedy = "The host must store the language as a text such as en_US.";
   }
   return finding;
 }
@@ -90,9 +91,9 @@ Finding listEntryFinding(const std::string& key, const Value& value) {
   const Text highest = value.text() == nullptr ? Text() : Text(*value.text());
   if (!named || CommonTooWenlolib::convertVersionStrToNum(highest) == -1) {
     finding.level = Level::warning;
-    finding.message +=
-        named ? ", and not an OS version as a text" : ", under a key never looked up";
-    finding.remedy = "An entry is a key such as 1001.0 with a text such as 10.17.3.";
+    finding.message += named ? ", but it must be an OS version as a text"
+                             : ", but the library never looks up this key";
+    finding.remedy = "An entry needs a key such as 1001.0 and a text such as 10.17.3.";
   }
   return finding;
 }
@@ -104,9 +105,9 @@ void checkPreferences(const ToolPlatform& platform, Findings& findings) {
   const platform::ListReading file = readPropertyList(path);
   if (!file.dictionary) {
     findings.push_back({isMissing(file) ? Level::warning : Level::error, "preferences", path,
-                        listTrouble(file) + ": only application usage of mode 2 is recorded",
-                        isMissing(file) ? "The host writes it. wenlolib init --sample-preferences "
-                                          "makes one to start from."
+                        listTrouble(file) + ", so only application usage of mode 2 is recorded",
+                        isMissing(file) ? "The host writes it. To make a sample, run wenlolib init "
+                                          "--sample-preferences."
                                         : "Move it away and let the host write it again."});
     return;
   }
@@ -126,9 +127,9 @@ void checkSupportList(const ToolPlatform& platform, Findings& findings) {
     if (!isMissing(file)) finding.level = Level::warning;
     if (needed) finding.level = Level::error;
     finding.message =
-        listTrouble(file) + (needed ? ": nothing is recorded" : ", and not needed on this OS");
+        listTrouble(file) + (needed ? ", so nothing is recorded" : ", but not needed on this OS");
     if (finding.level != Level::ok) {
-      finding.remedy = "Whoever installs the library has to provide the list.";
+      finding.remedy = "Whoever installs the library must provide the list.";
     }
   }
   findings.push_back(finding);
@@ -147,17 +148,18 @@ void checkIdentifier(const ToolPlatform& platform, Findings& findings) {
     finding = readFinding("identifier", path, file);
     if (!identifier) {
       finding.level = Level::error;
-      finding.message += ". It is never written anew, and every record has another identifier";
+      finding.message +=
+          ". The library does not replace the file, so every record has another identifier";
     }
   } else if (isMissing(file) || (file.dictionary && !identifier)) {
-    finding.message = "no identifier yet: the first record makes one";
+    finding.message = "no identifier yet; the first record makes one";
   } else if (!file.dictionary) {
     finding.level = Level::warning;
-    finding.message = listTrouble(file) + ": the next record tries to put a new one in its place";
+    finding.message = listTrouble(file) + ", so the next record tries to replace it";
     finding.remedy = "Move it away; the next record makes another identifier.";
   } else if (identifier->size() != identifierLength) {
     finding.level = Level::warning;
-    finding.message = identifier->empty() ? "the identifier is empty, and so in every record"
+    finding.message = identifier->empty() ? "the identifier is empty, here and in every record"
                                           : "the identifier does not have the usual form";
     finding.remedy = "Remove the key WENLIBUUID; the next record makes another identifier.";
   }

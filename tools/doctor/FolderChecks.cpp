@@ -1,5 +1,5 @@
-// Folders: whether they are there and whose they are, the numbers of printer logs that are taken in
-// them, and the room that is left for more.
+// Folders: whether they are there, who owns them, which numbers of printer logs are taken, and how
+// much room is left.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -29,40 +29,42 @@ std::string modeText(mode_t mode) {
 
 Finding missingFolderFinding(const std::string& path) {
   const std::string message =
-      errno == ENOENT ? "is not there"
-                      : "cannot be looked at: " + std::generic_category().message(errno);
+      errno == ENOENT ? "missing" : "cannot be examined: " + std::generic_category().message(errno);
   return {Level::error, "folder", path, message,
-          errno == ENOENT ? "wenlolib init makes it." : "Let this user search the folders above."};
+          errno == ENOENT ? "Run wenlolib init to make it."
+                          : "Give this user access to the folders above it."};
 }
 
 Finding folderFinding(const std::string& path, const struct stat& status) {
   if (!S_ISDIR(status.st_mode)) {
-    return {Level::error, "folder", path, "is no folder", "Move it away, then wenlolib init."};
+    return {Level::error, "folder", path, "not a folder", "Move it away, then run wenlolib init."};
   }
   if (::faccessat(AT_FDCWD, path.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) != 0) {
     return {Level::error, "folder", path,
-            "this user cannot read or write in it: " + modeText(status.st_mode),
-            "Give it to the user who records, with mode 0700."};
+            "this user does not have full access to it, " + modeText(status.st_mode),
+            "Make the user who records its owner and set mode 0700."};
   }
   if (status.st_uid != ::geteuid()) {
     return {Level::warning, "folder", path, "belongs to another user",
-            "Run wenlolib as the user who records, or give the folder to this one."};
+            "Run wenlolib as the user who records, or make this user the owner."};
   }
   const bool writable = (status.st_mode & 022U) != 0;
   if (!writable && (status.st_mode & 055U) == 0) {
-    return {Level::ok, "folder", path, "is there, " + modeText(status.st_mode), ""};
+    return {Level::ok, "folder", path, modeText(status.st_mode), ""};
   }
-  const std::string who = writable ? "other users may write in it, " : "other users may look in, ";
+  const std::string who =
+      writable ? "other users may write in it, " : "other users may look into it, ";
   return {Level::warning, "folder", path,
-          who + modeText(status.st_mode) + "; record files are open to all, so it protects them",
-          "chmod 700"};
+          who + modeText(status.st_mode) +
+              "; record files have mode 0666, so only the folder protects them",
+          "Set mode 0700 (chmod 700)."};
 }
 
 }  // namespace
 
 void checkFolders(const ToolPlatform& platform, Findings& findings) {
   if (!supportFolder()) {
-    findings.push_back({Level::error, "home", "home folder", "is not known",
+    findings.push_back({Level::error, "home", "home folder", "not known",
                         "Set HOME to an absolute path; without it nothing can be recorded."});
     return;
   }
@@ -117,12 +119,13 @@ void checkNumbers(const ToolPlatform& platform, Findings& findings) {
   for (const auto& [name, count] : taken) {
     if (count < manyNumbers) continue;
     good = false;
-    findings.push_back({Level::warning, "printer_log_numbers",
-                        std::string(folder).append("/").append(name).append("_*.PLM"),
-                        groupDigits(static_cast<std::uint64_t>(count)) + " of " +
-                            decimal(lastPrinterLogNumber) + " numbers are taken",
-                        "Take finished logs away: with all taken, number " +
-                            decimal(lastPrinterLogNumber) + " is replaced."});
+    findings.push_back(
+        {Level::warning, "printer_log_numbers",
+         std::string(folder).append("/").append(name).append("_*.PLM"),
+         groupDigits(static_cast<std::uint64_t>(count)) + " of " + decimal(lastPrinterLogNumber) +
+             " numbers are taken",
+         "Move old logs away: when all numbers are taken, each new log replaces number " +
+             decimal(lastPrinterLogNumber) + "."});
   }
   if (good) {
     findings.push_back(
@@ -145,16 +148,16 @@ constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
 
 Finding roomFinding(const std::string& folder, const struct statvfs& disk) {
   const std::uint64_t room = std::uint64_t{disk.f_bavail} * disk.f_frsize;
-  Finding finding{Level::ok, "disk", folder, sizeText(room) + " of room", ""};
+  Finding finding{Level::ok, "disk", folder, sizeText(room) + " free", ""};
   const bool noFiles = disk.f_files > 0 && disk.f_favail == 0;
   if ((disk.f_flag & ST_RDONLY) != 0) {
     finding.level = Level::error;
-    finding.message = "is on a read-only file system";
+    finding.message = "on a read-only file system";
     finding.remedy = "Mount it for writing.";
   } else if (room < mebibyte || noFiles) {
     finding.level = Level::error;
-    finding.message += noFiles ? ", but not for another file" : "";
-    finding.remedy = "Make room: without it records are lost.";
+    finding.message += noFiles ? ", but no inodes for another file" : "";
+    finding.remedy = "Make room. Without it, records are lost.";
   } else if (room < 100 * mebibyte) {
     finding.level = Level::warning;
     finding.remedy = "Make room before records are lost.";
@@ -164,8 +167,8 @@ Finding roomFinding(const std::string& folder, const struct statvfs& disk) {
 
 Finding unknownRoomFinding(const std::string& folder, int error) {
   return {Level::warning, "disk", folder,
-          "its room is not known: " + std::generic_category().message(error),
-          "Look at it with df: where there is no room records are lost."};
+          "its free space is not known: " + std::generic_category().message(error),
+          "Check it with df. Without room, records are lost."};
 }
 
 }  // namespace wenlolib::tools

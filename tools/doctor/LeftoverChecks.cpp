@@ -1,4 +1,4 @@
-// Files that were left unfinished, and their removal.
+// Unfinished files, and their removal.
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -46,10 +46,10 @@ void addUnfinished(const std::string& folder, std::vector<std::string>& paths) {
 }
 
 Finding vanishedFinding(const std::string& path) {
-  return {Level::ok, "leftover", path, "was being written just now", ""};
+  return {Level::ok, "leftover", path, "no longer there: it was being written", ""};
 }
 
-/// Takes the file away that `message` tells of.
+/// Removes the file that `message` describes.
 Finding removeLeftover(const std::string& path, const std::string& message) {
   if (::unlink(path.c_str()) == 0) {
     return {Level::ok, "leftover_removed", path, message + ": removed", ""};
@@ -57,7 +57,7 @@ Finding removeLeftover(const std::string& path, const std::string& message) {
   if (errno == ENOENT) return vanishedFinding(path);
   return {Level::error, "leftover", path,
           message + ": cannot be removed: " + std::generic_category().message(errno),
-          "Let the user to whom its folder belongs remove it."};
+          "Remove it as the user who owns its folder."};
 }
 
 Finding leftoverFinding(const std::string& path, bool clean) {
@@ -65,28 +65,27 @@ Finding leftoverFinding(const std::string& path, bool clean) {
   struct stat status {};
   if (::lstat(path.c_str(), &status) != 0) return vanishedFinding(path);
   if (!S_ISREG(status.st_mode)) {
-    return {Level::warning, "leftover", path, "is no regular file" + left,
-            "It is none of the library's; look at what it is."};
+    return {Level::warning, "leftover", path, "not a regular file" + left,
+            "The library did not make it. Check what it is."};
   }
   const std::int64_t age = std::max<std::int64_t>(std::time(nullptr) - status.st_mtime, 0);
   const std::string size = sizeText(static_cast<std::uint64_t>(status.st_size));
   const std::string message = fmt::format("unfinished, {}, {} old", size, agoText(age));
   if (age < anHour) {
-    return {Level::ok, "leftover", path,
-            message + left + (clean ? ", it is" : ":") + " being written, perhaps", ""};
+    return {Level::ok, "leftover", path, message + left + ", perhaps still being written", ""};
   }
   if (age < aDay) {
     return {Level::warning, "leftover", path,
             message + left + (clean ? ", it is not a day old" : ""),
-            "A program was killed while writing; wenlolib doctor --clean removes it once it is a "
+            "A program was killed while writing. wenlolib doctor --clean removes it once it is a "
             "day old."};
   }
   if (clean) return removeLeftover(path, message);
   return {Level::warning, "leftover", path, message,
-          "A program was killed while writing; wenlolib doctor --clean removes it."};
+          "A program was killed while writing. wenlolib doctor --clean removes it."};
 }
 
-/// The findings that are too many to list.
+/// The findings beyond those that are listed.
 struct Others {
   std::size_t removed = 0;
   std::size_t left = 0;
@@ -107,7 +106,7 @@ void tell(const Others& others, bool clean, Findings& findings) {
   if (others.left > 0) {
     findings.push_back({others.worst, "leftover", subject,
                         groupDigits(others.left) + (clean ? " left" : ""),
-                        "wenlolib doctor --clean removes what is a day old."});
+                        "wenlolib doctor --clean removes those that are a day old."});
   }
 }
 

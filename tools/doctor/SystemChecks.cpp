@@ -15,21 +15,21 @@ namespace {
 Finding osFinding() {
   const Text version = CommonTooWenlolib::osVersion();
   if (version) return {Level::ok, "os_version", "OS version", *version, ""};
-  return {Level::error, "os_version", "OS version", "is not known: nothing is recorded",
-          "The kernel's release (uname -r) has to begin with two numbers."};
+  return {Level::error, "os_version", "OS version", "not known, so nothing is recorded",
+          "The kernel release (uname -r) must begin with two numbers."};
 }
 
-/// A bundle in a fixed place. None needs to be there.
+/// A bundle at a fixed path. It may be missing.
 Finding bundleFinding(const ToolPlatform& platform, const char* check, std::string_view path) {
   const auto information = platform::current().bundles->informationAt(std::string(path));
-  Finding finding{Level::ok, check, platform.real(std::string(path)), "is not installed", ""};
+  Finding finding{Level::ok, check, platform.real(std::string(path)), "not installed", ""};
   if (!information) return finding;
   const Text version = textEntry(information, shortVersionKey);
   finding.message = "version " + visibleLine(version.value_or("unknown"));
   if (twoComponents(version.value_or("")).empty()) {
     finding.level = Level::warning;
-    finding.message += ": no CFBundleShortVersionString with a point in it";
-    finding.remedy = "Install it again, Contents/Info.plist included.";
+    finding.message += ": CFBundleShortVersionString must have at least two parts, as in 2.1";
+    finding.remedy = "Install it again, with its Contents/Info.plist.";
   }
   return finding;
 }
@@ -37,7 +37,7 @@ Finding bundleFinding(const ToolPlatform& platform, const char* check, std::stri
 Finding clientFinding() {
   const std::string version = visibleLine(clientVersion());
   return {Level::ok, "printer_log_version", "Version in printer logs",
-          version.empty() ? "is empty: neither bundle tells it" : version, ""};
+          version.empty() ? "empty: no bundle version found" : version, ""};
 }
 
 Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string& subject,
@@ -45,12 +45,12 @@ Finding decisionFinding(RecordKind kind, std::uint32_t option, const std::string
   const Explanation decision = explain(kind, option);
   const std::string reason(reasonCode(decision));
   if (decision.allowed()) return {Level::ok, "decision", subject, "allowed now", ""};
-  // It is for the user to say no: nothing is wrong with that.
+  // The user may decline: that is not a fault.
   const bool wanted = decision.refusedBy == Gate::agreement;
-  return {
-      wanted ? Level::ok : Level::warning, "decision", subject,
-      "refused now, " + reason + (decision.unanswered.empty() ? "" : ": " + decision.unanswered),
-      wanted ? "" : call + " tells why."};
+  return {wanted ? Level::ok : Level::warning, "decision", subject,
+          "refused now (" + reason + ")" +
+              (decision.unanswered.empty() ? "" : ": " + decision.unanswered),
+          wanted ? "" : "Run " + call + " to see why."};
 }
 
 }  // namespace

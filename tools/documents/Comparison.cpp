@@ -35,7 +35,7 @@ class Numbering {
   std::unordered_map<std::string_view, std::uint32_t> known_;
 };
 
-/// All but the lines that both begin with, and those that both end in.
+/// All lines except those that both begin with and those that both end with.
 Change middleOf(const Numbers& a, const Numbers& b) {
   Change middle{0, a.size(), 0, b.size()};
   const auto some = [&] { return middle.aBegin < middle.aEnd && middle.bBegin < middle.bEnd; };
@@ -55,7 +55,7 @@ Numbers slice(const Numbers& numbers, std::size_t begin, std::size_t end) {
           numbers.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
-/// Compares lines so many times. After that none are the same, which ends a search.
+/// Compares lines a limited number of times. After that no two are the same, which ends a search.
 struct LimitedEquality {
   std::size_t* left;
 
@@ -114,8 +114,8 @@ std::vector<Change> changesBetween(const Lines& a, const Lines& b, std::size_t m
   std::size_t comparisons = mostComparisons;
   EditSearch search(slice(aNumbers, middle.aBegin, middle.aEnd),
                     slice(bNumbers, middle.bBegin, middle.bEnd), LimitedEquality{&comparisons});
-  // It gives up where it would have to remember more than two million places, which takes more
-  // than 2800 edits, instead of beginning anew from there.
+  // It gives up once it would have to remember more than two million places, which takes more than
+  // 2800 edits. Otherwise it would begin again from there.
   search.onUnserious();
   search.compose();
   const bool tooMany = search.getEditDistance() > static_cast<long long>(mostEdits);
@@ -127,7 +127,7 @@ namespace {
 
 constexpr std::size_t context = 3;
 
-/// "3,4": four lines from the third on; a single line without its number, as is usual.
+/// "3,4": four lines from the third on. The count of a single line is left out, as is usual.
 std::string rangeText(std::size_t begin, std::size_t end) {
   const std::size_t count = end - begin;
   const std::size_t first = count == 0 ? begin : begin + 1;
@@ -138,7 +138,7 @@ class Hunks {
  public:
   Hunks(const Lines& a, const Lines& b, const Paint& paint) : a_(a), b_(b), paint_(paint) {}
 
-  /// Changes [first, last), whose surroundings meet.
+  /// Changes [first, last), whose surrounding lines meet.
   void add(const std::vector<Change>& changes, std::size_t first, std::size_t last) {
     const Change& head = changes[first];
     const Change& tail = changes[last - 1];
@@ -205,7 +205,7 @@ std::optional<std::string> valueOf(const Document& document, std::string_view na
   return found->value;
 }
 
-/// The names of the fields of either, in order.
+/// The names of the fields of both, in order.
 std::vector<std::string> namesOf(const Document& a, const Document& b) {
   std::vector<std::string> names;
   for (const Document* document : {&a, &b}) {
@@ -228,7 +228,7 @@ class Differences {
   std::vector<Difference> found_;
 };
 
-/// Contents that nobody can decrypt are the same where their payloads are.
+/// Contents that nobody can decrypt are the same if their payloads are.
 bool contentsAreSame(const Side& a, const Side& b) {
   if (a.contents || b.contents) return a.contents == b.contents;
   return a.report.document->digits == b.report.document->digits;

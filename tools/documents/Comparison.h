@@ -18,7 +18,7 @@ using Lines = std::vector<std::string_view>;
 /// The lines of a text, each with its line break; the last one may lack it.
 [[nodiscard]] Lines linesOf(std::string_view text);
 
-/// Lines [aBegin, aEnd) of the one text stand where lines [bBegin, bEnd) of the other do.
+/// Lines [aBegin, aEnd) of one text are replaced by lines [bBegin, bEnd) of the other.
 struct Change {
   std::size_t aBegin = 0;
   std::size_t aEnd = 0;
@@ -38,13 +38,13 @@ struct Change {
 [[nodiscard]] std::string unifiedText(const Lines& a, const Lines& b,
                                       const std::vector<Change>& changes, const Paint& paint);
 
-/// A document that is compared. Its form holds, so that there is something to compare.
+/// A document that is compared. It is well-formed, so there is something to compare.
 struct Side {
   receiver::Report report;
-  std::optional<std::string> contents;  // nothing where there is no date to decrypt them by
+  std::optional<std::string> contents;  // nothing if they cannot be decrypted
 };
 
-/// One value that differs; nothing where a layout does not have it.
+/// One value that differs; nothing if a layout does not have it.
 struct Difference {
   std::string name;  // "Verdict", "Layout", "Cipher", or the name of a field
   std::optional<std::string> a;

@@ -10,7 +10,7 @@
 namespace wenlolib::tools {
 namespace {
 
-/// Unfinished documents are called .wenlolib-*.tmp, and so are none yet.
+/// Unfinished documents are called .wenlolib-*.tmp, so they do not have such a name.
 bool hasDocumentName(std::string_view name) {
   return name.ends_with(".PLM") || name.ends_with(".ALM");
 }
@@ -19,13 +19,13 @@ bool isItselfOrParent(std::string_view name) {
   return name == "." || name == "..";
 }
 
-/// The type of a folder's entry, where the file system did not say it along with the name.
+/// Whether an entry is a folder, if the file system did not say so along with its name.
 bool isFolder(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// What a link leads to.
+/// Unlike `isFolder`, follows links.
 bool leadsToFolder(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -51,7 +51,7 @@ std::optional<Candidate> DocumentWalk::nextNamed() {
   return Candidate{std::move(path), "", true, false};
 }
 
-/// Reads on in the innermost folder that is open; nothing when that has led to no document yet.
+/// Reads one entry of the innermost open folder; nothing if it led to no document.
 std::optional<Candidate> DocumentWalk::nextInFolder() {
   errno = 0;
   const dirent* const entry = readdir(open_.back().stream.get());
@@ -123,7 +123,7 @@ DocumentReading failure(int number) {
 }
 
 DocumentReading tooLarge() {
-  return complaint("larger than any document");
+  return complaint("larger than any document can be");
 }
 
 const char* kindName(mode_t mode) {
@@ -137,7 +137,7 @@ DocumentReading notRegular(mode_t mode) {
   return complaint(std::string("skipped: it is ") + kindName(mode) + ", not a regular file");
 }
 
-/// Nothing stands at the path any more, not even a link that leads nowhere.
+/// Whether there is nothing at the path any more, not even a link that leads nowhere.
 bool isGone(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) != 0 && errno == ENOENT;
@@ -148,7 +148,8 @@ DocumentReading openFailure(const Candidate& candidate, int number) {
   return failure(number);
 }
 
-/// Room for the expected bytes and one more, whose absence shows the end without another call.
+/// Room for the expected bytes and one more. If that one stays free, the end is known without
+/// another call.
 void makeRoom(std::string& buffer, std::size_t room) {
   if (buffer.size() > keptBytes && room <= keptBytes) std::string().swap(buffer);
   if (buffer.size() < room) buffer.resize(room);
@@ -166,7 +167,7 @@ DocumentReading readAll(const InputFile& file, std::size_t expected, std::string
 
 DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
   struct stat status {};
-  // Opening alone can do something to a device: what may be one is asked about before.
+  // Just opening a device can do something to it, so the type is looked up first.
   if (!candidate.regular) {
     if (stat(candidate.path.c_str(), &status) != 0) return openFailure(candidate, errno);
     if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);

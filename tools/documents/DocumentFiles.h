@@ -16,7 +16,7 @@
 
 namespace wenlolib::tools {
 
-/// A file that is to be examined, or what stands in the way of it.
+/// A file to examine, or why it cannot be examined.
 struct Candidate {
   std::string path;
   std::string complaint;  // why it cannot be examined; else ""
@@ -24,9 +24,9 @@ struct Candidate {
   bool regular = false;   // its folder says that it is a regular file
 };
 
-/// Goes through files and folders in the order given, and through each folder with all that is in
-/// it in the folder's own order, without keeping a list. In folders only *.PLM and *.ALM count,
-/// unfinished files do not, and links to folders are not followed.
+/// Goes through files and folders in the order given, and through each folder and its sub-folders
+/// in the order in which they list their entries, without keeping a list. In folders only *.PLM and
+/// *.ALM count; unfinished files are skipped, and links to folders are not followed.
 class DocumentWalk {
  public:
   explicit DocumentWalk(std::vector<std::string> paths) : named_(std::move(paths)) {}
@@ -57,27 +57,27 @@ class DocumentWalk {
 struct DocumentReading {
   std::string_view bytes;  // within the buffer
   std::string complaint;   // why it could not be read; else ""
-  bool vanished = false;   // it was taken away between finding and reading: nothing to complain of
+  bool vanished = false;   // it was removed between finding and reading, which is not an error
 };
 
-/// The largest file that is read. Documents have up to 4 GiB and a little more.
+/// The largest file that is read. Documents have a little more than 4 GiB at most.
 inline constexpr std::size_t largestDocument = std::size_t{8} << 30;
 
-/// Reads a regular file whole, into a buffer that can serve for the next one. Links are followed;
-/// pipes are not waited for.
+/// Reads a whole regular file into a buffer that can be used again for the next one. Follows links,
+/// does not wait for pipes.
 [[nodiscard]] DocumentReading readDocument(const Candidate& candidate, std::string& buffer);
 
 /// Walks through files and folders on a thread of its own, ahead of the walk that reads, and
-/// counts. What comes or goes in the meantime makes the number an estimate.
+/// counts. Files that come or go in the meantime make the number an estimate.
 class DocumentCount {
  public:
-  /// Throws std::system_error where there is no thread to be had.
+  /// Throws std::system_error if no thread can be started.
   explicit DocumentCount(std::vector<std::string> paths);
   ~DocumentCount();
   DocumentCount(const DocumentCount&) = delete;
   DocumentCount& operator=(const DocumentCount&) = delete;
 
-  /// Nothing while it still counts.
+  /// Nothing while it is still counting.
   [[nodiscard]] std::optional<std::uint64_t> total() const;
 
  private:

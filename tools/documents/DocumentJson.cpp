@@ -100,7 +100,7 @@ Json fieldsObject(const receiver::Document& document, const Redaction& redaction
 Json linesArray(const Lines& lines, std::size_t begin, std::size_t end) {
   Json array = Json::array();
   for (std::size_t i = begin; i < end; ++i) {
-    // What is not UTF-8 stands in an object of its own, under the same two names as elsewhere.
+    // A line that is not UTF-8 is an object of its own, with the same two names as elsewhere.
     if (isUtf8(lines[i])) {
       array.push_back(lines[i]);
     } else {

@@ -12,8 +12,8 @@
 
 namespace wenlolib::tools {
 
-// Each is one object on a line of its own. Texts are UTF-8; where one is not, it is null and its
-// bytes stand as hexadecimal digits under the same name with "_hex" behind it.
+// Each is one object on a line of its own. A text that is not UTF-8 is null; its bytes are written
+// as hexadecimal digits under the same name with "_hex" added.
 
 /// path, bytes, sound, fault, layer, offset, field, explanation.
 [[nodiscard]] std::string verdictJson(std::string_view path, std::size_t bytes,

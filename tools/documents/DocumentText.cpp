@@ -128,7 +128,7 @@ std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,
 
 namespace {
 
-/// The date as it stands, and what the reader's own clock showed then, where that is another time.
+/// The date as it stands, and the reader's local time if that differs.
 std::string dateText(const std::string& date) {
   const auto moment = momentOf(date);
   std::string shown = visibleLine(date);
@@ -154,7 +154,7 @@ std::string paintedVerdict(const receiver::Verdict& verdict, const Paint& paint)
   return verdict.sound() ? text : text + ": " + visibleLine(description(verdict));
 }
 
-/// All documents have the names of their values in a column of the same width, whatever is known.
+/// The column of names has the same width for all documents, whichever fields could be read.
 std::string inNameColumn(std::string name) {
   constexpr std::size_t widest = std::string_view("OSVersion").size();
   name.resize(std::max(name.size(), widest), ' ');
@@ -219,7 +219,7 @@ bool isContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-/// At most `length` bytes of `text` that do not end within a character.
+/// At most the first `length` bytes of `text`, not cut within a character.
 std::string_view headOf(std::string_view text, std::size_t length) {
   if (text.size() <= length) return text;
   std::size_t end = length;
@@ -227,8 +227,8 @@ std::string_view headOf(std::string_view text, std::size_t length) {
   return text.substr(0, end);
 }
 
-/// What is put on a line is longer than what stands in the document where it has been spelled out,
-/// so that fits which is short enough afterwards.
+/// The beginning of `text` that fits on a line. Some characters are spelled out there and take more
+/// room than in the document, so the width is measured afterwards.
 std::string_view fittingHead(std::string_view text, std::size_t width) {
   std::string_view head = headOf(text, width);
   while (head.size() > 1 && displayWidth(visibleLine(head)) > width) {
@@ -249,10 +249,10 @@ void appendFolded(std::string& out, std::string_view element, std::size_t width)
   if (tooLong) out.append(indent).append("(" + countText(leftOut, "byte") + " more)\n");
 }
 
-/// Where the element, or the tag of one with others inside, ends that `document` begins with.
+/// The length of the element that `document` begins with, or of its tag if it has others inside.
 std::size_t lengthOfFirst(std::string_view document) {
   std::size_t boundary = document.find("><");
-  // An empty element stays on its line.
+  // An empty element stays on one line.
   const bool emptyElement =
       document.substr(std::min(boundary, document.size())).starts_with("></") &&
       document.substr(0, boundary).find("</") == std::string_view::npos;

@@ -19,14 +19,14 @@ namespace wenlolib::tools {
 [[nodiscard]] std::string_view code(receiver::Layer layer);
 [[nodiscard]] std::string_view code(receiver::Fault fault);
 
-/// What a verdict comes to, for a person.
+/// A verdict in one word, for a person.
 enum class Condition : std::uint8_t {
   sound,
   truncated,
   damaged,
   altered,
   repaired,
-  illegible,  // nothing has happened to it, but its contents cannot be decrypted
+  illegible,  // whole, but its contents cannot be decrypted
 };
 
 [[nodiscard]] Condition conditionOf(const receiver::Verdict& verdict);
@@ -49,25 +49,26 @@ enum class Condition : std::uint8_t {
 /// "RC4" or "XOR".
 [[nodiscard]] std::string_view cipherName(char marker);
 
-/// How it is shown. `columns` is 0 where lines are not to be broken.
+/// How documents are shown. `columns` is 0 if lines are not to be broken.
 struct Style {
   Paint paint;
   std::size_t columns;
 };
 
-/// The verdict on a document: a line, broken where `style` has columns.
+/// The verdict on a document: a line, broken if `style` has columns.
 [[nodiscard]] std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,
                                       const Style& style);
 
-/// The path, the verdict, every field that could be read, and the contents behind "|", whole.
+/// The path, the verdict, every field that could be read, and all of the contents, with "|" before
+/// each line.
 [[nodiscard]] std::string documentText(std::string_view path, std::size_t bytes,
                                        const receiver::Report& report,
                                        const std::optional<std::string>& contents,
                                        const Redaction& redaction, const Style& style);
 
-/// A line for every element, longer ones folded to stay within `width`; each begins with two
-/// blanks. No character stands at the breaks. Of an element with more than 2 KiB the beginning is
-/// shown, and how much was left out.
+/// One line for each element, folded to stay within `width`; each line begins with two blanks, and
+/// breaks are not marked. Of an element with more than 2 KiB, it shows the beginning and how much
+/// was left out.
 [[nodiscard]] std::string foldDocument(std::string_view document, std::size_t width);
 
 }  // namespace wenlolib::tools

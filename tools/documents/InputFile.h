@@ -7,20 +7,20 @@
 
 namespace wenlolib::tools {
 
-/// The system's words for an error number.
+/// The system's message for an error number.
 [[nodiscard]] std::string systemMessage(int error);
 
 /// Open for reading, and closed at the end of the scope. Standard input stays open.
 class InputFile {
  public:
-  /// `flags` are more of those of `open`.
+  /// `flags` are further flags for `open`.
   explicit InputFile(const std::string& path, int flags = 0);
   [[nodiscard]] static InputFile standardInput();
   ~InputFile();
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  /// Below 0 where it could not be opened; `errno` then says why.
+  /// Below 0 if it could not be opened; `errno` then says why.
   [[nodiscard]] int number() const { return number_; }
 
   struct Reading {
@@ -29,7 +29,7 @@ class InputFile {
   };
 
   /// Reads to the end, whatever signals arrive. The buffer, which must be larger than `expected`,
-  /// grows as needed and never shrinks. The end of a file of `expected` bytes, not 0, is known
+  /// grows as needed and never shrinks. If the file has `expected` bytes, not 0, its end is known
   /// without another call.
   [[nodiscard]] Reading readAll(std::size_t expected, std::size_t most, std::string& buffer) const;
 

@@ -13,8 +13,8 @@ namespace {
 constexpr std::size_t tasksPerThread = 128;
 constexpr std::size_t mostHeldBytes = std::size_t{32} << 20;
 
-/// How many tasks a thread takes at once. A small document is done sooner than two threads have
-/// told each other of it, so those are taken by the dozen; a large one is a task by itself.
+/// How many tasks a thread takes at once. Passing a small document on takes longer than the work on
+/// it, so small ones are taken by the dozen; a large one is taken alone.
 class Portion {
  public:
   [[nodiscard]] std::size_t size() const { return size_; }
@@ -41,7 +41,7 @@ DocumentJobs::~DocumentJobs() {
   {
     const std::lock_guard lock(mutex_);
     ended_ = true;
-    given_ = tasks_.size();  // what nobody has begun is left
+    given_ = tasks_.size();  // tasks that no thread has taken are dropped
   }
   added_.notify_all();
   for (std::thread& thread : threads_) thread.join();
@@ -55,8 +55,8 @@ void DocumentJobs::run(const Source& source, const Listener& take) {
   }
 }
 
-/// False when the source has nothing left. The caller's thread alone adds and removes tasks, so it
-/// may look at their number.
+/// False when the source has nothing left. Only the caller's thread adds and removes tasks, so it
+/// may look at their number without a lock.
 bool DocumentJobs::fill(const Source& source) {
   std::vector<Candidate> candidates;
   bool more = true;
@@ -73,7 +73,7 @@ bool DocumentJobs::fill(const Source& source) {
   return more;
 }
 
-/// Waits for the first task, and takes it and those behind it that are done off the queue.
+/// Waits until the first task is done. Takes it off the queue, with the done ones that follow it.
 std::vector<Answer> DocumentJobs::takeFinished() {
   std::vector<Answer> answers;
   if (tasks_.empty()) return answers;
@@ -105,8 +105,8 @@ void DocumentJobs::workOn() {
   }
 }
 
-/// Waits for tasks that nobody has begun and takes some; none when none will come. Where much waits
-/// for its turn only the task whose turn it is goes on.
+/// Waits for tasks that no thread has taken and takes some; none when no more will come. While the
+/// answers that wait are large, a thread goes on only if the first task in the queue is free.
 std::size_t DocumentJobs::takeTasks(std::vector<Task*>& taken, std::size_t most) {
   std::unique_lock lock(mutex_);
   added_.wait(lock, [this] {
@@ -145,14 +145,14 @@ Answer readAndExamine(const Candidate& candidate, const Examiner& examine, std::
     if (!reading.vanished) return examine(candidate, reading.bytes);
   } catch (const std::bad_alloc&) {
     std::string().swap(buffer);
-    return complaintOf(candidate, "too large for the memory there is");
+    return complaintOf(candidate, "too large for the available memory");
   }
   Answer gone;
   gone.skipped = true;
   return gone;
 }
 
-/// The number of documents. Counting begins when it is asked for: most runs are over before.
+/// The number of documents. Counting begins when it is first asked for: most runs end before that.
 Progress::Total countAhead(std::vector<std::string> paths) {
   return [paths = std::move(paths), count = std::shared_ptr<DocumentCount>()]() mutable {
     try {

@@ -19,23 +19,23 @@
 
 namespace wenlolib::tools {
 
-/// What came of one document.
+/// The result for one document.
 struct Answer {
   std::string output;     // for standard output
-  std::string complaint;  // for standard error, behind the path; or ""
+  std::string complaint;  // for standard error, after the path; or ""
   std::string path;       // as complaints name it
   int status = allGood;   // an `Exit`
-  bool skipped = false;   // it is not there any more: it counts for nothing
+  bool skipped = false;   // it is not there any more and does not count
   Condition condition = Condition::sound;
 };
 
 /// Examines the bytes of one document. Several threads call it at once.
 using Examiner = std::function<Answer(const Candidate&, std::string_view bytes)>;
 
-/// Hears of every document, in order, on the caller's thread.
+/// Receives every answer, in order, on the caller's thread.
 using Listener = std::function<void(const Answer&)>;
 
-/// How many documents are worked on at a time: unless a number is given, and at most.
+/// How many documents are worked on at a time: by default, and at most.
 inline constexpr int defaultJobs = 1;
 inline constexpr int mostJobs = 256;
 
@@ -45,10 +45,10 @@ inline constexpr int mostJobs = 256;
 int goThrough(std::vector<std::string> paths, int jobs, const Examiner& examine, Output& output,
               const Listener& hear = nullptr);
 
-/// Threads that work on documents ahead of the one whose turn it is.
+/// Threads that work on documents ahead of the one that is answered next.
 class DocumentJobs {
  public:
-  /// The text is the thread's own buffer. Must not throw; several threads call it.
+  /// The string is the thread's own buffer. Must not throw; several threads call it.
   using Work = std::function<Answer(const Candidate&, std::string&)>;
   using Source = std::function<std::optional<Candidate>()>;
 
@@ -57,9 +57,9 @@ class DocumentJobs {
   DocumentJobs(const DocumentJobs&) = delete;
   DocumentJobs& operator=(const DocumentJobs&) = delete;
 
-  /// Hands out what `source` gives, until it gives nothing, and the answers to `take` in the same
-  /// order; both are called on the caller's thread. No more than a number of documents a thread are
-  /// on their way at any time, and few where their answers are large.
+  /// Works on what `source` gives, until it gives nothing, and passes the answers to `take` in the
+  /// same order; both are called on the caller's thread. The number of documents on their way is
+  /// limited, and it is small if their answers are large.
   void run(const Source& source, const Listener& take);
 
  private:
@@ -80,8 +80,8 @@ class DocumentJobs {
   std::mutex mutex_;
   std::condition_variable added_;
   std::condition_variable finished_;
-  std::deque<Task> tasks_;  // in order; a deque leaves the others where they are
-  std::size_t given_ = 0;   // how many of them a thread has taken
+  std::deque<Task> tasks_;  // in order; in a deque the others stay where they are
+  std::size_t given_ = 0;   // how many of them threads have taken
   std::size_t held_ = 0;    // bytes in answers that wait for their turn
   bool ended_ = false;      // no more will come
   std::vector<std::thread> threads_;

@@ -1,4 +1,4 @@
-/// Output without what tells one user or device from all others.
+/// Output without what identifies a user or device.
 #ifndef WENLOLIB_TOOLS_DOCUMENTS_REDACTION_H
 #define WENLOLIB_TOOLS_DOCUMENTS_REDACTION_H
 
@@ -25,12 +25,12 @@ class Redaction {
   /// Whether a field is left out altogether.
   [[nodiscard]] bool hides(std::string_view field) const;
 
-  /// The text with "[redacted]" in place of either value. A value of one to three characters tells
-  /// nobody from another and would blacken half of every text: it is left outside its own field.
+  /// The text with "[redacted]" in place of either value. A value of one to three characters
+  /// identifies nobody and would hide half of every text, so it is hidden only in its own field.
   [[nodiscard]] std::string operator()(std::string_view text) const;
 
-  /// A verdict whose words give neither value away. Where the form does not hold, nobody knows what
-  /// of the document its words repeat: they are left out.
+  /// A verdict whose text gives neither value away. If the document is not well-formed, its values
+  /// are not known and the text may repeat them: it is left out.
   [[nodiscard]] receiver::Verdict operator()(receiver::Verdict verdict) const;
 
  private:

@@ -32,7 +32,7 @@ struct Context {
 std::string fileText(const std::string& root, const Text& replacement, std::string_view name) {
   if (replacement) return *replacement;
   const Text path = configurationPath(name);
-  return path ? root + *path : "no file: the user has no home folder";
+  return path ? root + *path : "no file: the home folder is not known";
 }
 
 std::string preferenceSource(const Context& context) {
@@ -46,11 +46,11 @@ const PreferenceReading& readingFor(const Step& step, const Context& context) {
 std::string preferencesText(const PreferenceReading& reading) {
   if (reading.preferences) {
     const std::string keys = "a dictionary of " + countText(reading.preferences->size(), "key");
-    return reading.trouble.empty() ? keys : keys + "; it " + reading.trouble;
+    return reading.trouble.empty() ? keys : keys + "; " + reading.trouble;
   }
   if (reading.kind == platform::Kind::nothing) return "no file";
   if (reading.kind == platform::Kind::folder) return "a folder";
-  return "a file that " + reading.trouble;
+  return "a file that is " + reading.trouble;
 }
 
 void describeOS(Step& step, const Context& context) {
@@ -58,7 +58,7 @@ void describeOS(Step& step, const Context& context) {
   step.source = "the system's version";
   step.expected = "a known version";
   step.found = os.number == -1 ? "none" : versionText(os.text, os.number);
-  step.remedy = "The kernel's release (uname -r) has to begin with two numbers.";
+  step.remedy = "The kernel release (uname -r) must begin with two numbers.";
 }
 
 void describeLibrary(Step& step, const Context& context) {
@@ -66,11 +66,12 @@ void describeLibrary(Step& step, const Context& context) {
   step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
                                   : "the running library's bundle";
   step.key = library.installed ? bundleVersionKey : shortVersionKey;
-  step.expected = fmt::format("a version such as 1.0.0, since the OS is {} or later",
+  step.expected = fmt::format("a version such as 1.0.0, because the OS is {} or later",
                               versionText(context.notes.upperBound.value_or(-1)));
   step.found = versionText(library.text, library.number);
-  step.remedy = library.installed ? "Install the library's bundle at this path."
-                                  : "Load the library from its bundle, Contents/Info.plist in it.";
+  step.remedy = library.installed
+                    ? "Install the library's bundle at this path."
+                    : "Load the library from its bundle, with Contents/Info.plist in it.";
 }
 
 void describeList(Step& step, const Context& context) {
@@ -81,24 +82,27 @@ void describeList(Step& step, const Context& context) {
   step.source = fileText(context.sources.root, context.sources.supportList, supportVersionListFile);
   step.key = list.key.value_or("");
   step.expected = "a text, " + least + " or later";
-  step.found = list.readable ? valueText(list.entry ? &*list.entry : nullptr)
-                             : "no list: the file " + list.trouble;
-  step.remedy = "Whoever installs the library has to list " + least + " or later under this key.";
+  if (list.readable) {
+    step.found = valueText(list.entry ? &*list.entry : nullptr);
+  } else {
+    step.found = list.trouble.empty() ? "no list" : "no list: the file is " + list.trouble;
+  }
+  step.remedy = "Whoever installs the library must list " + least + " or later under this key.";
 }
 
 void describeMode(Step& step, const Context& context) {
-  step.source = "the option word, its low four bits";
+  step.source = "the low four bits of the option word";
   step.expected = "mode 0, 1 or 2";
   step.found = fmt::format("option {}, mode {}", context.option, optionMode(context.option));
-  step.remedy = "The host has to pass an option of mode 0, 1 or 2.";
+  step.remedy = "The host must pass an option word of mode 0, 1 or 2.";
 }
 
 void describePreferences(Step& step, const Context& context) {
   step.source = preferenceSource(context);
-  step.expected = "a property list, a dictionary at its root";
+  step.expected = "a property list with a dictionary at its root";
   step.found = preferencesText(readingFor(step, context));
   step.remedy =
-      "The host writes this file. To have one to start from: wenlolib init --sample-preferences";
+      "The host writes this file. To make a sample, run wenlolib init --sample-preferences.";
 }
 
 void describeDate(Step& step, const Context& context) {
@@ -106,29 +110,29 @@ void describeDate(Step& step, const Context& context) {
   step.key = installedDateKey;
   step.expected = "a date";
   step.found = valueText(entry(readingFor(step, context).preferences, step.key));
-  step.remedy = "The host has to store here, as a date, when it was installed.";
+  step.remedy = "The host must store its installation date here, as a date.";
 }
 
 void describePeriod(Step& step, const Context& context) {
   const Value* installed = entry(readingFor(step, context).preferences, installedDateKey);
   const std::chrono::days period = periods[context.kind];
   const std::string days = fmt::format("{} days", period.count());
-  step.source = "the clock, and InstalledDate";
+  step.source = "the clock and InstalledDate";
   const Instant* date = installed == nullptr ? nullptr : installed->date();
   if (date != nullptr) {
     step.expected =
         fmt::format("before {}, {} after the installation", instantText(*date + period), days);
   }
   step.found = instantText(*context.notes.now);
-  step.remedy = "The period of " + days + " begins anew with an installation.";
+  step.remedy = "A new installation starts a new period of " + days + ".";
 }
 
 void describeAgreement(Step& step, const Context& context) {
   step.source = preferenceSource(context);
   step.key = agreementKey;
-  step.expected = "a boolean or number other than zero";
+  step.expected = "true, or a number other than zero";
   step.found = valueText(entry(readingFor(step, context).preferences, step.key));
-  step.remedy = "The user has to agree in the host, which stores it here as a boolean.";
+  step.remedy = "The user must agree in the host, which stores the agreement here as a boolean.";
 }
 
 /// What was read, expected and found at a gate.
@@ -164,7 +168,7 @@ Explanation explain(RecordKind kind, std::uint32_t option, const Sources& source
     explanation.refusedBy = refusal(recorded, kind, option, &steps);
     isAllowed = explanation.refusedBy == Gate::none;
   } catch (const platform::NoAnswer&) {
-    // What was seen says why. The library answers no.
+    // The library answers no; the sightings say why.
   }
   if (!isAllowed && watched.sightings().unanswered) {
     explanation.unanswered = unansweredText(*watched.sightings().unanswered);
@@ -202,7 +206,7 @@ std::string heading(const Explanation& explanation) {
                      optionMode(explanation.option));
 }
 
-/// A line of a step; only a path may be longer than a line, so that it can be copied whole.
+/// A line of a step. Only a path may be wider than `width`, so that it can be copied whole.
 std::string detail(const char* name, const std::string& text, bool whole = false) {
   if (text.empty()) return "";
   std::string line = std::string(detailIndent, ' ') + name;

@@ -12,13 +12,13 @@
 
 namespace wenlolib::tools {
 
-/// One gate as a decision came to it. Texts are for a person; "" where there is nothing to say.
+/// One gate of a decision. Texts are for a person; "" if there is nothing to say.
 struct Step : DecisionStep {
-  std::string source;    // the file, or what else was read
+  std::string source;    // the file, or whatever else was read
   std::string key;       // in it
   std::string expected;  // for the gate to open
   std::string found;
-  std::string remedy;  // what would open it; where the step has refused
+  std::string remedy;  // what would open the gate; only of a step that refused
 };
 
 struct Explanation {
@@ -31,13 +31,13 @@ struct Explanation {
   [[nodiscard]] bool allowed() const { return refusedBy == Gate::none && unanswered.empty(); }
 };
 
-/// The code of an outcome, such as "no_agreement"; "no_answer" where the platform gave none.
+/// The code of an outcome, such as "no_agreement"; "no_answer" if the platform gave no answer.
 [[nodiscard]] std::string_view reasonCode(const Explanation& explanation);
 
-/// Where what is read really lies.
+/// The real places of the files that are read.
 struct Sources {
   std::string root;  // the port's root folder; "" for the system's
-  Text preferences;  // files of a replayed case; null for the one in its place
+  Text preferences;  // files of a replayed case; null for those in the usual place
   Text supportList;
 };
 
@@ -48,8 +48,8 @@ struct Sources {
 /// The outcome in a few words, such as "refused: Agreement (no_agreement)".
 [[nodiscard]] std::string outcomeText(const Explanation& explanation, const Paint& paint);
 
-/// Outcome and steps, in lines of 80 columns but for long paths. `supportFolder`, shown once, is
-/// shortened where it begins a path; "" for none.
+/// Outcome and steps, in lines of 80 columns except for long paths. `supportFolder` is shown once,
+/// and shortened where a path begins with it; "" for none.
 [[nodiscard]] std::string explanationText(const Explanation& explanation, const Paint& paint,
                                           const std::string& supportFolder);
 

@@ -1,4 +1,4 @@
-/// The facts behind a support decision, noted while it is made.
+/// The facts of a support decision, noted while it is made.
 #ifndef WENLOLIB_TOOLS_EXPLAIN_RECORDEDFACTS_H
 #define WENLOLIB_TOOLS_EXPLAIN_RECORDEDFACTS_H
 
@@ -17,19 +17,19 @@
 
 namespace wenlolib::tools {
 
-/// A version as the decision got it, and the text that it was read from.
+/// A version as the decision received it, and the text that it was read from.
 struct FoundVersion {
   std::int32_t number = -1;
   Text text;
   bool installed = false;  // of the library at its fixed path, not of the running one
 };
 
-/// A look into the support version list.
+/// A lookup in the support version list.
 struct ListLookup {
   std::int32_t answer = -1;
   Text key;
-  bool readable = false;       // there is a list
-  std::string trouble;         // where there is none
+  bool readable = false;       // the list could be read
+  std::string trouble;         // why it could not
   std::optional<Value> entry;  // under the key
 };
 
@@ -38,7 +38,7 @@ struct PreferenceReading {
   Text path;
   platform::Kind kind = platform::Kind::nothing;
   std::optional<Dictionary> preferences;
-  std::string trouble;  // where there is a file, and no dictionary in it
+  std::string trouble;  // what is wrong with the file; "" if nothing is
 };
 
 /// What was asked, with the answers; what was not asked is absent.
@@ -51,14 +51,14 @@ struct FactNotes {
   std::optional<Instant> now;
 };
 
-/// Hands every question on and notes the answer. For a person it also notes what the answer was
-/// read from, which takes another look at the platform in use.
+/// Passes every question on and notes the answer. It also asks the platform in use what the answer
+/// was read from, and notes that for a person.
 class RecordedFacts : public SupportFacts {
  public:
   /// What the platform read, by path.
   using Lists = std::map<std::string, platform::ListReading>;
 
-  /// `facts` and `lists`, which grows as they are asked, must outlive this object.
+  /// `facts` and `lists` must outlive this object. `lists` grows as the facts are asked.
   RecordedFacts(SupportFacts& facts, const Lists& lists) : facts_(facts), lists_(lists) {}
 
   std::int32_t upperOSVersion() override;
@@ -72,7 +72,7 @@ class RecordedFacts : public SupportFacts {
   [[nodiscard]] const FactNotes& notes() const { return notes_; }
 
  private:
-  /// What is the matter with the file at `path`; "" for nothing, and where it was not read.
+  /// What is wrong with the file at `path`; "" if nothing is, or if it was not read.
   [[nodiscard]] std::string troubleAt(const Text& path) const;
 
   SupportFacts& facts_;

@@ -14,7 +14,7 @@
 namespace wenlolib::tools {
 namespace {
 
-/// The date of fields that a calendar has; nothing for 30 February and the like.
+/// The date in these fields; nothing if the calendar does not have it, such as 30 February.
 std::optional<Instant> dateOf(const tm& fields, std::optional<std::int32_t> secondsFromGMT) {
   tm normal = fields;
   normal.tm_isdst = -1;

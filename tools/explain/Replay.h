@@ -29,12 +29,12 @@ struct OSVersion {
 /// such as "+09:00" follows the time.
 [[nodiscard]] std::optional<Instant> dateFromText(std::string_view text);
 
-/// What differs from the platform at hand; what is not set stays as it is there.
+/// What differs from the platform at hand. Whatever is not set stays as it is there.
 struct ReplayedCase {
   std::optional<OSVersion> os;
   std::optional<Instant> date;
   Text libraryVersion;  // of the running library, and of the one at its fixed path
-  Text preferences;     // files, where the system has them whatever the port's root
+  Text preferences;     // files, by their paths on the system: the port's root does not apply
   Text supportList;
 };
 
@@ -69,7 +69,7 @@ class VersionedBundles : public platform::ForwardingBundles {
   std::string version_;
 };
 
-/// Files by the library's path, each with the path at which the system has its replacement.
+/// The library's paths of files, each with the system's path of its replacement.
 using Redirections = std::map<std::string, std::string>;
 
 class RedirectedFiles : public platform::ForwardingFiles {
@@ -92,7 +92,7 @@ class RedirectedPropertyLists : public platform::ForwardingPropertyLists {
   const Redirections& redirections_;
 };
 
-/// `base` with a case played on it. `base` must outlive this object.
+/// `base`, changed as a case says. `base` must outlive this object.
 class Replay {
  public:
   Replay(const platform::Platform& base, const ReplayedCase& replayed);

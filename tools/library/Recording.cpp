@@ -32,7 +32,7 @@ class NotedFiles : public platform::ForwardingFiles {
   }
 };
 
-/// Keeps every change from the files, and the document that was to be written.
+/// Changes no file; keeps the document that was to be written.
 class HeldBackFiles : public platform::ForwardingFiles {
  public:
   using ForwardingFiles::ForwardingFiles;
@@ -51,7 +51,7 @@ class HeldBackFiles : public platform::ForwardingFiles {
   }
 };
 
-/// Is only asked where no identifier is stored.
+/// Asked only if no identifier is stored.
 class ExampleUuids : public platform::Uuids {
  public:
   bool asked = false;

@@ -31,11 +31,11 @@ struct WrittenDocument {
 
 struct RecordOutcome {
   bool answer = false;                      // the library's own
-  std::optional<WrittenDocument> document;  // absent where it came to no writing
-  std::optional<Unanswered> unanswered;     // why it came to none, where the platform was at fault
+  std::optional<WrittenDocument> document;  // absent if nothing was to be written
+  std::optional<Unanswered> unanswered;     // why not, if the platform was at fault
 };
 
-/// Records by the library's entry points on `base`.
+/// Records through the library's entry points, on `base`.
 [[nodiscard]] RecordOutcome record(const platform::Platform& base, const RecordRequest& request);
 
 struct PreviewedDocument {
@@ -45,12 +45,12 @@ struct PreviewedDocument {
 };
 
 struct Preview {
-  std::optional<PreviewedDocument> document;  // absent where it comes to none
-  std::optional<Unanswered> unanswered;       // why, where the platform was at fault
+  std::optional<PreviewedDocument> document;  // absent if there is none
+  std::optional<Unanswered> unanswered;       // why, if the platform was at fault
 };
 
-/// What a record would come to if it is allowed: the very bytes and their path. The library does
-/// all of its work on `base`, but whatever it would write is kept from the files.
+/// What a record would write if it is allowed: the exact bytes and their path. The library does all
+/// of its work on `base`, except that nothing is written.
 [[nodiscard]] Preview preview(const platform::Platform& base, const RecordRequest& request);
 
 /// Stands for the identifier that a first record would make.

@@ -46,7 +46,7 @@ std::string ToolPlatform::realSupportFolder() const {
 
 namespace {
 
-/// Notes what a call throws, and throws it on.
+/// Notes what a call throws, and throws it again.
 template <class Call>
 auto watch(Sightings& sightings, const std::string& path, const Call& call) {
   const auto note = [&](platform::Reason reason) {

@@ -1,4 +1,4 @@
-/// The platform that the command runs the library on, and what is seen of it in use.
+/// The platform that the command runs the library on, and what is seen while it is in use.
 #ifndef WENLOLIB_TOOLS_LIBRARY_TOOLPLATFORM_H
 #define WENLOLIB_TOOLS_LIBRARY_TOOLPLATFORM_H
 
@@ -16,8 +16,8 @@ namespace wenlolib::tools {
 /// The information of a bundle of this version.
 [[nodiscard]] Dictionary bundleInformation(const std::string& version);
 
-/// Names this build as the running library's own bundle. The command has the library linked into
-/// it and no bundle around it; the plug-in of the same build has one of this version.
+/// Gives the running library a bundle of this build's version. The command, which the library is
+/// linked into, has no bundle; the plug-in of the same build has one of this version.
 class BuildBundles : public platform::ForwardingBundles {
  public:
   using ForwardingBundles::ForwardingBundles;
@@ -34,14 +34,14 @@ class ToolPlatform {
 
   [[nodiscard]] const platform::Platform& services() const { return services_; }
 
-  /// Where a path of the library's really lies.
+  /// The real place of a path of the library's.
   [[nodiscard]] std::string real(const std::string& path) const;
 
-  /// Where the folder of all the library's files really lies, while the platform is in use; ""
-  /// where the user has no home folder.
+  /// The real place of the folder with all of the library's files, while the platform is in use;
+  /// "" if the user has no home folder.
   [[nodiscard]] std::string realSupportFolder() const;
 
-  /// What stands before the library's paths: the root folder, "" for the system's own.
+  /// The root folder, which goes before the library's paths; "" for the system's own.
   [[nodiscard]] const std::string& root() const { return folder_; }
 
  private:
@@ -54,11 +54,11 @@ class ToolPlatform {
 
 /// What a platform could not answer; the library has then answered no.
 struct Unanswered {
-  std::string path;         // "" where no file was asked about
+  std::string path;         // "" if no file was asked about
   platform::Reason reason;  // `none` for a lack of memory
 };
 
-/// What to tell the person who asks.
+/// The same for a person.
 [[nodiscard]] std::string unansweredText(const Unanswered& unanswered);
 
 /// What was seen while the services were in use.
@@ -67,7 +67,7 @@ struct Sightings {
   std::map<std::string, platform::ListReading> lists;  // by path; the latest reading of each
 };
 
-/// Stands before a platform. Whatever a service throws is noted and thrown on.
+/// Wraps a platform. Whatever a service throws is noted and thrown again.
 class WatchedPlatform {
  public:
   explicit WatchedPlatform(const platform::Platform& base);
@@ -75,7 +75,7 @@ class WatchedPlatform {
   WatchedPlatform& operator=(const WatchedPlatform&) = delete;
   ~WatchedPlatform();
 
-  /// Good for as long as this object.
+  /// Valid as long as this object.
   [[nodiscard]] const platform::Platform& services() const { return services_; }
   [[nodiscard]] const Sightings& sightings() const { return sightings_; }
 

@@ -37,14 +37,14 @@ constexpr EnumTable<platform::Step, std::string_view> stepNames({
     {platform::Step::nameFile, "giving the file its name"},
 });
 
-/// What to do where the error alone does not say it.
+/// What to do, if the error alone does not say so.
 std::string_view advice(const Reason& reason) {
   switch (reason.error) {
     case ENOENT:
-      return "Its folder is not there. wenlolib init makes PLM, ALM and Config; a \"/\" in the "
-             "name leads into a sub-folder, which somebody else has to make.";
+      return "Its folder is missing. wenlolib init makes PLM, ALM and Config. A \"/\" in the name "
+             "leads into a sub-folder: make that yourself.";
     case ENOTDIR:
-      return "Something in its path is not a folder: move that away.";
+      return "Part of its path is not a folder: move that part away.";
     case EISDIR:
       return "A folder is in its place: move it away.";
     case EACCES:
@@ -54,13 +54,13 @@ std::string_view advice(const Reason& reason) {
     case EDQUOT:
       return "Make room on the disk.";
     case EFBIG:
-      return "Raise the limit of file sizes (ulimit -f).";
+      return "Raise the limit on file sizes (ulimit -f).";
     case EMFILE:
-      return "Raise the limit of open files (ulimit -n).";
+      return "Raise the limit on open files (ulimit -n).";
     case ENAMETOOLONG:
       return "Choose a shorter name.";
     case EROFS:
-      return "The disk is mounted for reading alone.";
+      return "Mount the disk for writing.";
     default:
       return "";
   }
@@ -72,14 +72,14 @@ std::string placeText(const platform::ListFault& fault) {
 }
 
 std::string unreadText(const Reason& reason) {
-  if (reason.error == EISDIR) return "is a folder";
-  if (reason.error == 0) return "is not a regular file";
-  return "cannot be read: " + reasonText(reason);
+  if (reason.error == EISDIR) return "a folder";
+  if (reason.error == 0) return "not a regular file";
+  return "not readable: " + reasonText(reason);
 }
 
 std::string largeText(const platform::ListFault& fault) {
-  if (!fault.what.empty()) return fmt::format("is too large: {} {}", fault.what, placeText(fault));
-  return "is larger than " + sizeText(plist::bounds.bytes);
+  if (!fault.what.empty()) return fmt::format("too large: {} {}", fault.what, placeText(fault));
+  return "larger than " + sizeText(plist::bounds.bytes);
 }
 
 }  // namespace
@@ -108,19 +108,19 @@ std::string listTrouble(const ListReading& reading) {
     case ListState::whole:
       return "";
     case ListState::partial:
-      return "holds values that cannot be read; they are left out";
+      return "some values cannot be read and are left out";
     case ListState::notRead:
-      return isMissing(reading) ? "is not there" : unreadText(reading.reason);
+      return isMissing(reading) ? "missing" : unreadText(reading.reason);
     case ListState::tooLarge:
       return largeText(reading.fault);
     case ListState::empty:
-      return "is empty";
+      return "empty";
     case ListState::oldForm:
-      return "is not in XML or in the binary form; the old form in braces is not read";
+      return "neither XML nor binary; the old form in braces is not read";
     case ListState::damaged:
-      return fmt::format("is damaged: {} {}", reading.fault.what, placeText(reading.fault));
+      return fmt::format("damaged: {} {}", reading.fault.what, placeText(reading.fault));
     case ListState::otherRoot:
-      return "is a property list, but its root is not a dictionary";
+      return "a property list without a dictionary at its root";
   }
   return "";
 }
@@ -160,7 +160,7 @@ std::string valueText(const Value& value) {
 }
 
 std::string valueText(const Value* value) {
-  return value == nullptr ? "nothing" : valueText(*value);
+  return value == nullptr ? "not set" : valueText(*value);
 }
 
 std::string instantText(Instant instant) {
@@ -178,7 +178,7 @@ std::string versionText(std::int32_t number) {
 
 std::string versionText(const Text& text, std::int32_t number) {
   if (!text) return "nothing";
-  return number == -1 ? quote(*text) + ", which is no version"
+  return number == -1 ? quote(*text) + ", which is not a version"
                       : fmt::format("{} ({})", quote(*text), number);
 }
 

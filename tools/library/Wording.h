@@ -1,5 +1,5 @@
-/// Reasons, values and versions in words. Nothing here looks at the file system: what the platform
-/// said is all that is told.
+/// Reasons, values and versions in words. Nothing here looks at the file system: they come
+/// from what the platform said.
 #ifndef WENLOLIB_TOOLS_LIBRARY_WORDING_H
 #define WENLOLIB_TOOLS_LIBRARY_WORDING_H
 
@@ -17,7 +17,7 @@ namespace wenlolib::tools {
 /// The step and the system's error, such as "making the file failed: No space left on device".
 [[nodiscard]] std::string reasonText(const platform::Reason& reason);
 
-/// The same, and what to do about it where the error alone does not say it.
+/// The same, and what to do about it if the error alone does not say so.
 [[nodiscard]] std::string reasonWithAdvice(const platform::Reason& reason);
 
 /// Why a file was not written, and what to do about it.
@@ -26,14 +26,14 @@ namespace wenlolib::tools {
 /// Whether there is no file at all.
 [[nodiscard]] bool isMissing(const platform::ListReading& reading);
 
-/// What is the matter with a property-list file, such as "is damaged: a key has no value (line 3)".
-/// "" where all of it was read.
+/// What is wrong with a property-list file, such as "damaged: a key has no value (line 3)".
+/// "" if all of it was read.
 [[nodiscard]] std::string listTrouble(const platform::ListReading& reading);
 
 /// With the type: `boolean true`, `integer 3`, `text "YES"`, `date 2024-03-15 09:05:07 +09:00`.
 [[nodiscard]] std::string valueText(const Value& value);
 
-/// The same, "nothing" for null.
+/// The same; "not set" for null.
 [[nodiscard]] std::string valueText(const Value* value);
 
 /// In local time with the offset from GMT.
@@ -42,14 +42,14 @@ namespace wenlolib::tools {
 /// "10.17.0 (101700)"; "unknown" for -1.
 [[nodiscard]] std::string versionText(std::int32_t number);
 
-/// The same beside the text that it was read from: "3.1.0 (30100)"; "nothing" for null.
+/// The same with the text that it was read from: `"3.1.0" (30100)`; "nothing" for null.
 [[nodiscard]] std::string versionText(const Text& text, std::int32_t number);
 
 /// A path on one line. `supportFolder` is shortened to "QMR" where the path begins with it; "" for
 /// none.
 [[nodiscard]] std::string shortPath(const std::string& path, const std::string& supportFolder);
 
-/// Says what is shortened; "" where nothing is.
+/// Says what is shortened; "" if nothing is.
 [[nodiscard]] std::string shortFolderText(const std::string& supportFolder);
 
 }  // namespace wenlolib::tools

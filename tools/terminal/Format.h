@@ -1,4 +1,4 @@
-/// Numbers and times for a person, and from one.
+/// Numbers and times as a person reads and writes them.
 #ifndef WENLOLIB_TOOLS_TERMINAL_FORMAT_H
 #define WENLOLIB_TOOLS_TERMINAL_FORMAT_H
 
@@ -20,14 +20,14 @@ namespace wenlolib::tools {
 /// "1 document", "2,000 documents".
 [[nodiscard]] std::string countText(std::uint64_t number, std::string_view noun);
 
-/// "2024-03-15 09:05:07 +09:00", in the time zone of whoever reads it.
+/// "2024-03-15 09:05:07 +09:00", in the reader's time zone.
 [[nodiscard]] std::string localTime(std::time_t time);
 
 /// The moment that a document's date text names, such as 2024-03-15T09:05:07+09:00; the offset may
-/// lack its colon. Nothing when it is no such text.
+/// lack its colon. Nothing for another text.
 [[nodiscard]] std::optional<std::time_t> momentOf(std::string_view dateText);
 
-/// Takes a text apart from the front; once something is missing it has failed for good.
+/// Reads a text from its front. Once something is not as expected, it has failed for good.
 class Scanner {
  public:
   explicit Scanner(std::string_view rest) : rest_(rest) {}
@@ -38,7 +38,7 @@ class Scanner {
 
   Scanner& expect(char character);
 
-  /// A number from `least` to `most`; of exactly `digits` digits where that is not 0.
+  /// A number from `least` to `most`; of exactly `digits` digits if that is not 0.
   std::int32_t number(std::int32_t least, std::int32_t most, std::size_t digits = 0);
 
   /// Seconds from GMT, as "+09:00" or "-0330".

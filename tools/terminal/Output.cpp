@@ -35,12 +35,12 @@ bool hasColours(std::FILE* stream) {
   return isTerminal(stream) && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
 }
 
-/// On a terminal that can go back in its line.
+/// On a terminal that can go back to the start of a line.
 bool hasProgress(std::FILE* stream) {
   return isTerminal(stream) && environment("TERM") != "dumb";
 }
 
-/// The columns of a terminal; 80 where they are not known.
+/// The columns of a terminal; 80 if they are not known.
 std::size_t columnsOf(std::FILE* stream) {
   winsize size{};
   const bool known = ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
@@ -96,7 +96,7 @@ void Progress::advance() {
 void Progress::draw(Clock::time_point now) {
   const std::chrono::duration<double> past = now - start_;
   const auto rate = static_cast<std::uint64_t>(static_cast<double>(documents_) / past.count());
-  // A line that reaches the last column may break.
+  // A line that reaches the last column may be broken.
   const std::string line = progressText(documents_, total_(), rate, columnsOf(stream_) - 1);
   std::fprintf(stream_, "\r\x1B[K%s", line.c_str());
   std::fflush(stream_);
@@ -127,7 +127,7 @@ Output::Output(std::string call, std::FILE* out, std::FILE* errors)
 
 void Output::write(std::string_view text) {
   pending_ += text;
-  // Whoever looks on sees each document at once.
+  // On a terminal each document is shown at once.
   if (pending_.size() >= pieceBytes || columns_ > 0) flush();
 }
 

@@ -1,4 +1,4 @@
-/// What the command writes and answers: colours, the line of progress, output, the exit status.
+/// What the command writes and returns: colours, the progress line, output, the exit status.
 #ifndef WENLOLIB_TOOLS_TERMINAL_OUTPUT_H
 #define WENLOLIB_TOOLS_TERMINAL_OUTPUT_H
 
@@ -14,12 +14,12 @@
 
 namespace wenlolib::tools {
 
-/// Exit statuses, the same for every call.
+/// Exit statuses, the same for every subcommand.
 enum Exit : int {
   allGood = 0,
   notGood = 1,     // a document is not sound, a record was refused, an installation has faults
-  wrongUsage = 2,  // what was typed makes no sense
-  unreadable = 2,  // a document or something else could not be read, or output not be written
+  wrongUsage = 2,  // the command line makes no sense
+  unreadable = 2,  // something could not be read, or output could not be written
 };
 
 [[nodiscard]] bool isTerminal(std::FILE* stream);
@@ -37,22 +37,22 @@ class Paint {
   bool on_;
 };
 
-/// A line on a terminal with the number of documents and how many a second, and as soon as it is
-/// known how many there will be, a bar. It is drawn anew a few times a second. A run that is over
-/// at once shows nothing; what is no terminal sees nothing at all.
+/// A line on a terminal: the number of documents, how many a second, and a bar once the total is
+/// known. It is redrawn a few times a second. A very short run shows nothing, and nothing is
+/// written to a stream that is not a terminal.
 class Progress {
  public:
   explicit Progress(std::FILE* stream);
 
-  /// How many documents there will be, as far as that is known. Asked for the first time when there
-  /// is something to draw.
+  /// How many documents there will be; nothing while that is not known. First asked when there is
+  /// something to draw.
   using Total = std::function<std::optional<std::uint64_t>()>;
   void expect(Total total) { total_ = std::move(total); }
 
-  /// One more document.
+  /// Counts one more document.
   void advance();
 
-  /// Takes the line away, so that something else can be written.
+  /// Removes the line, so that something else can be written.
   void clear();
 
  private:
@@ -69,37 +69,37 @@ class Progress {
   Clock::time_point next_ = start_ + std::chrono::milliseconds(200);
 };
 
-/// The line: "[####      ]  40 %  400 of 1,000 documents, 90 a second", without the bar where the
+/// The line: "[####      ]  40 %  400 of 1,000 documents, 90 a second", without the bar if the
 /// total is not known, and never wider than `columns`.
 [[nodiscard]] std::string progressText(std::uint64_t documents, std::optional<std::uint64_t> total,
                                        std::uint64_t rate, std::size_t columns);
 
-/// Standard output, gathered into large pieces, and beside it complaints and progress on standard
-/// error. What comes first is seen first, also where both lead to the same terminal.
+/// Standard output, gathered into large pieces, and complaints and progress on standard error. They
+/// keep their order even on the same terminal.
 class Output {
  public:
   /// `call` is the name of the subcommand.
   explicit Output(std::string call, std::FILE* out = stdout, std::FILE* errors = stderr);
 
-  /// Throws std::system_error when the stream does not take it; so do the others.
+  /// Throws std::system_error if the stream does not take it; so do the other functions.
   void write(std::string_view text);
 
-  /// "wenlolib CALL: PATH: WHAT".
+  /// "wenlolib SUBCOMMAND: PATH: WHAT".
   void complain(std::string_view path, std::string_view what);
 
   /// How many documents there will be.
   void expect(Progress::Total total) { progress_.expect(std::move(total)); }
 
-  /// One more document is done.
+  /// Counts one more document.
   void advance() { progress_.advance(); }
 
-  /// Everything is written; the progress is gone.
+  /// Writes what is left and removes the progress line.
   void finish();
 
   /// Colours for what is written to standard output.
   [[nodiscard]] const Paint& paint() const { return paint_; }
 
-  /// Its columns where it is a terminal, else 0: lines are not broken for a program.
+  /// The columns of a terminal; 0 for anything else, since a program wants whole lines.
   [[nodiscard]] std::size_t columns() const { return columns_; }
 
  private:

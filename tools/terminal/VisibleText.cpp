@@ -24,7 +24,7 @@ Character firstOf(std::string_view text) {
   return {code, static_cast<std::size_t>(length), true};
 }
 
-/// Controls, what nobody can see, and what has no shape that everybody knows.
+/// Control characters, invisible ones, and those without a shape that everybody knows.
 bool isHidden(const Character& character) {
   if (!character.valid) return true;
   switch (utf8proc_category(character.code)) {
@@ -54,8 +54,8 @@ void appendVisible(std::string& out, const Character& character, std::string_vie
   }
 }
 
-/// What is left of `text` behind an escape sequence for colours, if it begins with one.
-std::string_view behindColour(std::string_view text) {
+/// What follows the escape sequence of a colour that `text` begins with; all of it without one.
+std::string_view afterColour(std::string_view text) {
   if (!text.starts_with("\x1B[")) return text;
   const std::size_t end = text.find('m');
   return end == std::string_view::npos ? text : text.substr(end + 1);
@@ -98,7 +98,7 @@ std::string visibleLine(std::string_view text) {
 std::size_t displayWidth(std::string_view text) {
   std::size_t columns = 0;
   while (!text.empty()) {
-    const std::string_view rest = behindColour(text);
+    const std::string_view rest = afterColour(text);
     if (rest.size() < text.size()) {
       text = rest;
       continue;
@@ -115,7 +115,7 @@ std::string wrap(std::string_view text, std::size_t width, std::size_t indent) {
   std::string out;
   std::size_t column = 0;
   while (!text.empty()) {
-    // A word takes the blanks before it along; a line does not begin with them.
+    // Blanks belong to the word after them; a new line drops them.
     const std::size_t word = std::min(text.find_first_not_of(' '), text.size());
     const std::size_t end = std::min(text.find(' ', word), text.size());
     const std::size_t columns = displayWidth(text.substr(0, end));
@@ -168,7 +168,7 @@ std::string Table::text(std::size_t indent, std::size_t width) const {
     for (std::size_t i = 0; i < row.size(); ++i) {
       const bool last = i + 1 == columnWidths.size();
       if (last && width > place && displayWidth(row[i]) > width - place) {
-        // Lines behind the first are indented to where the column begins.
+        // Lines after the first are indented to the start of the column.
         const std::string blanks(place, ' ');
         line += wrap(blanks + row[i], width, place).substr(place);
       } else {

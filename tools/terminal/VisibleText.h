@@ -14,7 +14,7 @@ namespace wenlolib::tools {
 /// other invisible characters and those that are not assigned. Line breaks and tabs stay.
 [[nodiscard]] std::string visibleText(std::string_view text);
 
-/// The same for a text that has to stay within its line: \n and \t as well.
+/// The same for a text that must stay on one line: \n and \t are spelled out as well.
 [[nodiscard]] std::string visibleLine(std::string_view text);
 
 /// How many columns a terminal takes for the text. Colours and combining marks take none, most East
@@ -30,13 +30,14 @@ class Table {
  public:
   enum class Align { left, right };
 
-  /// How the columns stand in their place; left where nothing is said.
+  /// How the columns are aligned; to the left by default.
   explicit Table(std::vector<Align> columns = {}) : columns_(std::move(columns)) {}
 
   void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
 
-  /// One line a row, two blanks between columns, none at the end of a line; every line begins with
-  /// `indent` blanks. With a `width`, the last column is broken between words to stay within it.
+  /// One line for each row, two blanks between columns, none at the end of a line; every line
+  /// begins with `indent` blanks. With a `width`, the last column is broken between words to stay
+  /// within it.
   [[nodiscard]] std::string text(std::size_t indent = 0, std::size_t width = 0) const;
 
  private:

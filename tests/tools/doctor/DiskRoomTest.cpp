@@ -22,16 +22,15 @@ struct Disk {
 constexpr unsigned long mebibyte = 256;  // in blocks
 
 const Disk disks[] = {
-    {100 * mebibyte, 9, 1, 0, Level::ok, "100.0 MiB of room"},
-    {100 * mebibyte - 1, 9, 1, 0, Level::warning, "99.9 MiB of room"},
-    {mebibyte, 9, 1, 0, Level::warning, "1.0 MiB of room"},
-    {mebibyte - 1, 9, 1, 0, Level::error, "1,020.0 KiB of room"},
-    {0, 9, 1, 0, Level::error, "0 B of room"},
-    {200 * mebibyte, 9, 0, 0, Level::error, "200.0 MiB of room, but not for another file"},
-    {200 * mebibyte, 0, 0, 0, Level::ok,
-     "200.0 MiB of room"},  // the file system does not count files
-    {200 * mebibyte, 9, 1, ST_RDONLY, Level::error, "is on a read-only file system"},
-    {0, 9, 0, ST_RDONLY, Level::error, "is on a read-only file system"},
+    {100 * mebibyte, 9, 1, 0, Level::ok, "100.0 MiB free"},
+    {100 * mebibyte - 1, 9, 1, 0, Level::warning, "99.9 MiB free"},
+    {mebibyte, 9, 1, 0, Level::warning, "1.0 MiB free"},
+    {mebibyte - 1, 9, 1, 0, Level::error, "1,020.0 KiB free"},
+    {0, 9, 1, 0, Level::error, "0 B free"},
+    {200 * mebibyte, 9, 0, 0, Level::error, "200.0 MiB free, but no inodes for another file"},
+    {200 * mebibyte, 0, 0, 0, Level::ok, "200.0 MiB free"},  // does not count its files
+    {200 * mebibyte, 9, 1, ST_RDONLY, Level::error, "on a read-only file system"},
+    {0, 9, 0, ST_RDONLY, Level::error, "on a read-only file system"},
 };
 
 TEST(DiskRoom, IsJudgedByBytesFilesAndFlags) {
@@ -58,7 +57,7 @@ TEST(DiskRoom, ThatIsNotKnownIsNotWell) {
   const Finding finding = tools::unknownRoomFinding("/folder", EIO);
   EXPECT_EQ(finding.level, Level::warning);
   EXPECT_EQ(finding.check, "disk");
-  EXPECT_EQ(finding.message, "its room is not known: Input/output error");
+  EXPECT_EQ(finding.message, "its free space is not known: Input/output error");
   EXPECT_NE(finding.remedy, "");
 }
 

@@ -86,7 +86,7 @@ TEST_F(ExplanationOf, WithoutAHomeThereIsNoFileToLookInto) {
   world.user.login.reset();
   const Explanation explanation = tools::explain(RecordKind::application, 1);
   EXPECT_EQ(gateNames[explanation.refusedBy].reason, "no_preferences");
-  EXPECT_NE(refusal(explanation).source.find("no home folder"), std::string::npos);
+  EXPECT_NE(refusal(explanation).source.find("home folder is not known"), std::string::npos);
 }
 
 TEST_F(ExplanationOf, NothingInAFileSteersTheTerminal) {

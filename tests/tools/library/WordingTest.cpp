@@ -27,28 +27,27 @@ TEST(Reasons, AWriteThatFailedNamesStepErrorAndRemedy) {
     const char* text;
   } table[] = {
       {{Step::findFolder, ENOENT},
-       "not written: opening the folder failed: No such file or directory. Its folder is not there."
-       " wenlolib init makes PLM, ALM and Config; a \"/\" in the name leads into a sub-folder, "
-       "which"
-       " somebody else has to make."},
+       "not written: opening the folder failed: No such file or directory. Its folder is missing."
+       " wenlolib init makes PLM, ALM and Config. A \"/\" in the name leads into a sub-folder: make"
+       " that yourself."},
       {{Step::findFolder, ENOTDIR},
-       "not written: opening the folder failed: Not a directory. Something in its path is not a "
-       "folder: move that away."},
+       "not written: opening the folder failed: Not a directory. Part of its path is not a "
+       "folder: move that part away."},
       {{Step::makeFile, EACCES},
        "not written: making the file failed: Permission denied. Let this user write in its "
        "folder."},
       {{Step::makeFile, EMFILE},
-       "not written: making the file failed: Too many open files. Raise the limit of open files "
+       "not written: making the file failed: Too many open files. Raise the limit on open files "
        "(ulimit -n)."},
       {{Step::makeFile, EROFS},
-       "not written: making the file failed: Read-only file system. The disk is mounted for "
-       "reading alone."},
+       "not written: making the file failed: Read-only file system. Mount the disk for "
+       "writing."},
       {{Step::writeFile, ENOSPC},
        "not written: writing the file failed: No space left on device. Make room on the disk."},
       {{Step::writeFile, EDQUOT},
        "not written: writing the file failed: Disk quota exceeded. Make room on the disk."},
       {{Step::writeFile, EFBIG},
-       "not written: writing the file failed: File too large. Raise the limit of file sizes "
+       "not written: writing the file failed: File too large. Raise the limit on file sizes "
        "(ulimit -f)."},
       {{Step::writeFile, 0}, "not written: writing the file failed"},
       {{Step::flushFile, EIO},
@@ -78,25 +77,24 @@ TEST(Reasons, AListThatCannotBeReadIsNamedForWhatItIs) {
     const char* text;
   } table[] = {
       {reading(ListState::whole), ""},
-      {reading(ListState::partial), "holds values that cannot be read; they are left out"},
-      {reading(ListState::notRead, {}, {Step::openFile, ENOENT}), "is not there"},
-      {reading(ListState::notRead, {}, {Step::openFile, EISDIR}), "is a folder"},
-      {reading(ListState::notRead, {}, {Step::openFile, 0}), "is not a regular file"},
+      {reading(ListState::partial), "some values cannot be read and are left out"},
+      {reading(ListState::notRead, {}, {Step::openFile, ENOENT}), "missing"},
+      {reading(ListState::notRead, {}, {Step::openFile, EISDIR}), "a folder"},
+      {reading(ListState::notRead, {}, {Step::openFile, 0}), "not a regular file"},
       {reading(ListState::notRead, {}, {Step::openFile, EACCES}),
-       "cannot be read: opening the file failed: Permission denied"},
+       "not readable: opening the file failed: Permission denied"},
       {reading(ListState::notRead, {}, {Step::readFile, EIO}),
-       "cannot be read: reading the file failed: Input/output error"},
-      {reading(ListState::empty), "is empty"},
-      {reading(ListState::oldForm),
-       "is not in XML or in the binary form; the old form in braces is not read"},
-      {reading(ListState::otherRoot), "is a property list, but its root is not a dictionary"},
+       "not readable: reading the file failed: Input/output error"},
+      {reading(ListState::empty), "empty"},
+      {reading(ListState::oldForm), "neither XML nor binary; the old form in braces is not read"},
+      {reading(ListState::otherRoot), "a property list without a dictionary at its root"},
       {reading(ListState::damaged, {"a key has no value", 3, 40}),
-       "is damaged: a key has no value (line 3)"},
+       "damaged: a key has no value (line 3)"},
       {reading(ListState::damaged, {"a reference leads to no object", 0, 118}),
-       "is damaged: a reference leads to no object (byte 118)"},
-      {reading(ListState::tooLarge), "is larger than 16.0 MiB"},
+       "damaged: a reference leads to no object (byte 118)"},
+      {reading(ListState::tooLarge), "larger than 16.0 MiB"},
       {reading(ListState::tooLarge, {"it holds too many values", 0, 8}),
-       "is too large: it holds too many values (byte 8)"},
+       "too large: it holds too many values (byte 8)"},
   };
   for (const auto& row : table) EXPECT_EQ(listTrouble(row.list), row.text);
 }
@@ -247,7 +245,7 @@ TEST_F(Faults, OfAReadingAreToldAtTheirGate) {
     const auto step = std::ranges::find(explanation.steps, StepState::refused, &tools::Step::state);
     ASSERT_NE(step, explanation.steps.end());
     EXPECT_EQ(step->found,
-              "a file that cannot be read: opening the file failed: Permission denied");
+              "a file that is not readable: opening the file failed: Permission denied");
   }
 }
 
@@ -305,8 +303,7 @@ TEST_F(PartialPreferences, AreToldByTheExplanation) {
   EXPECT_TRUE(explanation.allowed()) << "what was read counts";
   const auto step = std::ranges::find(explanation.steps, Gate::preferences, &tools::Step::gate);
   ASSERT_NE(step, explanation.steps.end());
-  EXPECT_EQ(step->found,
-            "a dictionary of 3 keys; it holds values that cannot be read; they are left out");
+  EXPECT_EQ(step->found, "a dictionary of 3 keys; some values cannot be read and are left out");
 }
 
 TEST_F(NoAnswers, AreNoneWhereAllIsWell) {
