@@ -197,7 +197,7 @@ TEST(Value, ReleasingNeedsNoMemory) {
   EXPECT_EQ(failing.seen(), 0);
 }
 
-/// Every part of the tree is owned by the part above it twice.
+/// Each part of the tree is owned twice by the part above it.
 Value branching(int levels) {
   Value value("leaf");
   for (int level = 0; level < levels; ++level) value = Value::Array{value, nested(3, value)};

@@ -46,7 +46,7 @@ class World {
   void writePreferences(const Dictionary& preferences);
   void writeBundle(const std::string& bundle, const Dictionary& information);
 
-  /// What the library's configuration file holds; empty where it cannot be read.
+  /// What the library's configuration file holds; empty if it cannot be read.
   [[nodiscard]] Dictionary configuration() const;
 };
 

@@ -24,7 +24,7 @@ def read(folder, name):
 
 
 def problem_of(folder, document, contents, layout, marker):
-    """What is wrong with one document; None when it is sound."""
+    """What is wrong with one document; None if it is sound."""
     try:
         expected = read(folder, contents) if contents else None
         found = verify(read(folder, document), layout, expected)

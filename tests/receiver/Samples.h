@@ -47,7 +47,7 @@ inline std::string sealed(const std::string& document) {
                   checksumOf(document.substr(begin, end - begin)));
 }
 
-/// A document of the layout whose content was changed before the checksum was taken.
+/// A document of the layout whose content was changed before the checksum was made.
 inline std::string edited(receiver::Layout layout, std::string_view old,
                           std::string_view replacement) {
   return sealed(replaced(sample(layout).text(), old, replacement));

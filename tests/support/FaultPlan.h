@@ -1,4 +1,4 @@
-/// Which calls of a platform fail.
+/// Plans which calls of a platform fail.
 #ifndef WENLOLIB_TESTS_SUPPORT_FAULTPLAN_H
 #define WENLOLIB_TESTS_SUPPORT_FAULTPLAN_H
 

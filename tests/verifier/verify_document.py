@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Verifies survey documents and prints a line for each file. Exit status 0: all are sound.
+"""Verifies survey documents and prints a line for each file.
 
-1: at least one is not sound. 2: wrong usage, or a file that cannot be read."""
+The exit status is 0 if all are sound, 1 if one is not, 2 for wrong usage or an unreadable file."""
 
 import argparse
 import os

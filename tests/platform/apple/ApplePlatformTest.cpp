@@ -65,7 +65,7 @@ TEST_F(ApplePlatform, ReadsListsAndBundlesBelowItsRoot) {
   EXPECT_EQ(services.bundles->informationAt(hostBundle),
             (Dictionary{{"CFBundleShortVersionString", "2.1.4"}}));
   EXPECT_EQ(services.bundles->informationAt("/Applications/Other.app"), std::nullopt);
-  EXPECT_EQ(services.bundles->ownInformation(), std::nullopt);  // of this very program
+  EXPECT_EQ(services.bundles->ownInformation(), std::nullopt);  // this program has no bundle
 }
 
 TEST_F(ApplePlatform, RecordsByTheOtherCipherWhereTheServiceRefuses) {

@@ -245,7 +245,7 @@ TEST(LinuxPrograms, MayBeRunByManyThreadsAtOnce) {
   EXPECT_EQ(children(), 0);
 }
 
-/// Runs /bin/true, not waited for, until `done`.
+/// Runs /bin/true again and again, without waiting for it, until `done`.
 void runUnwaitedUntil(const std::atomic<bool>& done) {
   const platform::posix::Root root("");
   platform::gnulinux::LinuxPrograms programs(root);

@@ -30,7 +30,7 @@ inline bool breakCalls(std::initializer_list<long> calls, int error) {
          ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
-/// The calls by which the C library looks at a file, open or not.
+/// Breaks the calls with which the C library looks at a file, open or not.
 inline bool breakLooking(int error) {
 #ifdef SYS_newfstatat
   return breakCalls({SYS_newfstatat, SYS_fstat, SYS_stat, SYS_lstat, SYS_statx}, error);
