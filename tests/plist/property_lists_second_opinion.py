@@ -488,7 +488,7 @@ def check_hostile_files(tool):
     for files in (hostile_xml(), hostile_binary()):
         for name, expected, content in files:
             if len(content) > 16 * MIB:
-                raise Failure(f"{name}: too large to be tried; make the file smaller")
+                raise Failure(f"{name}: over 16 MiB, so it would be refused for its size alone")
             ((word, _),) = tool.batch([content])
             print(
                 f"  {name}: {len(content) / MIB:.1f} MiB, {word},"

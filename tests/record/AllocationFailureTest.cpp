@@ -54,8 +54,8 @@ std::string fullDocument(bool printerLog, bool identifierKnown) {
   return expected.text();
 }
 
-/// The record's file is unchanged, or new and whole. If the answer is yes, it is new. Otherwise
-/// only the identifier's file may change, and that too is unchanged, or new and whole.
+/// The record's file is unchanged, or new and whole; if the answer is yes, it is new. The
+/// identifier's file too is unchanged, or new and whole.
 void expectNothingHalfDone(const Attempt& attempt, bool printerLog, bool identifierKnown) {
   const std::string path = printerLog ? firstLog : month;
   const std::string before = printerLog ? "" : "earlier";

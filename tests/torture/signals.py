@@ -43,7 +43,7 @@ def nested(levels):
 
 
 def property_lists():
-    """A host's preferences in every form that may be stored: alone, and with 511 nested arrays."""
+    """A host's entries, in every form of property list, alone and with 511 nested arrays."""
     entries = {"InstalledDate": datetime.datetime.now().replace(microsecond=0),
                "LatestSelectedAgreement": True, "LatestSelectedLanguage": "zh_Hans_CN"}
     flat = plistlib.dumps(entries)

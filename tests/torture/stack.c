@@ -3,8 +3,9 @@
  *   torture_stack PLUGIN STACK_BYTES
  *
  * A thread with a stack of this size records application usage and a printer log of each layout,
- * and asks what it is allowed to record. The memory below the stack may not be touched. It prints
- * one line: how many of the five calls answered yes, and how many bytes of the stack they used. */
+ * and asks what it is allowed to record. The memory below the stack may not be touched. The program
+ * prints one line: how many of the five calls answered yes, and how many bytes of the stack they
+ * used. */
 #define _GNU_SOURCE
 #include <pthread.h>
 #include <stdio.h>

@@ -2,9 +2,9 @@
  *
  *   torture_streams PLUGIN CLOSED RECORDS
  *
- * CLOSED holds the numbers of the streams, as digits. It writes both kinds of record in turn, each
- * under its own name. It prints one line to the former standard output: how many records were not
- * answered with yes, and after how many records a closed stream was open. */
+ * CLOSED holds the numbers of the streams, as digits. The host writes both kinds of record in turn,
+ * each under its own name. It prints one line to the former standard output: how many records were
+ * not answered with yes, and after how many records a closed stream was open. */
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <pthread.h>
