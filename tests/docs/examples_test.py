@@ -15,6 +15,11 @@ import tempfile
 import unittest
 
 project = pathlib.Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(project / "tests/tools"))
+
+import skips
+
 build = pathlib.Path(sys.argv.pop()).resolve()
 plugin = build / "WENLOLIB.bundle/Contents/Linux/WENLOLIB"
 objc_bundle = build / "objc/WENLOLIB.bundle"
@@ -69,4 +74,4 @@ class Examples(unittest.TestCase):
         self.assertTrue(self.recorded_by(program, objc_bundle))
 
 
-unittest.main()
+skips.main()

@@ -38,6 +38,6 @@ class TellingRunner(unittest.TextTestRunner):
         return result
 
 
-def main():
+def main(**options):
     """As unittest.main(), the exit status included."""
-    unittest.main(testRunner=TellingRunner)
+    unittest.main(testRunner=TellingRunner, **options)
