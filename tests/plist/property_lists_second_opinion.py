@@ -20,6 +20,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+from xml.parsers import expat as xml_parser
 
 SEED = 20240229
 MIB = 1 << 20
@@ -340,13 +341,21 @@ def check_mutations(tool, rng):
 
 
 def agrees(content, xml, expect):
-    """1 where plistlib reads `content` too, as `expect` then demands; 0 where it refuses it."""
+    """1 where plistlib reads `content` too, as `expect` then demands; 0 where it refuses it. What the
+    tool wrote must be XML in any case, and a property list where `content` is one to plistlib."""
+    try:
+        xml_parser.ParserCreate().Parse(xml, True)
+    except xml_parser.ExpatError as error:
+        raise Failure(f"the tool wrote malformed XML ({error}): {xml!r:.2000}") from error
     try:
         value = as_expected(plistlib.loads(content))
-        # It keeps fractions of a second and numbers above 64 bits, and takes base64 less strictly.
-        written = plistlib.loads(xml, fmt=plistlib.FMT_XML)
     except (Exception, RecursionError):
         return 0
+    try:
+        written = plistlib.loads(xml, fmt=plistlib.FMT_XML)
+    except (Exception, RecursionError) as error:
+        raise Failure(f"plistlib refuses what the tool wrote ({error!r}): {xml!r:.2000}") from error
+    # It keeps fractions of a second and numbers above 64 bits, and takes base64 less strictly.
     expect(without_fractions(value), written, f"plistlib reads otherwise {content!r:.2000}")
     return 1
 
