@@ -12,7 +12,8 @@ target_compile_definitions(apple_tests PRIVATE
 target_link_libraries(apple_tests PRIVATE test_support wenlolib_static)
 # The port looks some names up before it calls: the stubs have to be found, and to hide them.
 set_target_properties(apple_tests PROPERTIES ENABLE_EXPORTS ON CXX_VISIBILITY_PRESET default)
-target_link_options(apple_tests PRIVATE -Wl,--wrap=dlsym -Wl,--wrap=fcntl -Wl,--wrap=fcntl64)
+target_link_options(apple_tests PRIVATE -Wl,--wrap=dlsym -Wl,--wrap=fcntl -Wl,--wrap=fcntl64
+  -Wl,--wrap=fsync)
 
 add_test(NAME apple.bundle_inspection
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/bundle_inspection_test.py

@@ -3,7 +3,7 @@ sources(receiver_tests receiver/*Test.cpp tools/*/*Test.cpp)
 test_binary(tool_tests tools ${receiver_tests})
 target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
 
-foreach(script IN ITEMS receiving recording examining documentation)
+foreach(script IN ITEMS receiving recording examining documentation mutate)
   add_test(NAME tools.${script}
     COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tools/${script}_test.py $<TARGET_FILE:wenlolib>)
 endforeach()

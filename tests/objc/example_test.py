@@ -15,8 +15,10 @@ import tempfile
 import unittest
 
 sys.dont_write_bytecode = True
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "verifier"))
+for folder in ["verifier", "tools"]:
+    sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", folder))
 
+import skips
 from verify_document import verify
 
 SUPPORT = "Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
@@ -97,4 +99,4 @@ class ExampleHost(unittest.TestCase):
 if __name__ == "__main__":
     host, bundle, examples = sys.argv[1:4]
     wenlolib = sys.argv[4] if len(sys.argv) > 4 else None
-    unittest.main(argv=sys.argv[:1])
+    skips.main(argv=sys.argv[:1])

@@ -70,6 +70,31 @@ TEST(PropertyListRead, ReadsEveryTypeOfValue) {
   }
 }
 
+TEST(PropertyListRead, ReadsReferencesToCharactersOfEveryLength) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"&#x9;&#xA;&#xD;&#x20;", "\t\n\r "},
+      {"&#x7F;&#x80;", "\x7F\xC2\x80"},
+      {"&#127;&#128;", "\x7F\xC2\x80"},
+      {"&#x7FF;&#x800;", "\xDF\xBF\xE0\xA0\x80"},
+      {"&#2047;&#2048;", "\xDF\xBF\xE0\xA0\x80"},
+      {"&#xD7FF;&#xE000;", "\xED\x9F\xBF\xEE\x80\x80"},
+      {"&#xFFFD;&#x10000;", "\xEF\xBF\xBD\xF0\x90\x80\x80"},
+      {"&#65533;&#65536;", "\xEF\xBF\xBD\xF0\x90\x80\x80"},
+      {"&#x10FFFF;&#1114111;", "\xF4\x8F\xBF\xBF\xF4\x8F\xBF\xBF"},
+  };
+  for (const auto& [references, text] : cases) {
+    EXPECT_EQ(valueOf("<string>" + references + "</string>"), Value(text)) << references;
+    // With half of a pair elsewhere the document is read once more, with that half marked.
+    EXPECT_EQ(listIn(inPlist("<dict><key>" + references + "</key><string>" + references +
+                             "</string><key>k</key><string>&#xD800;</string></dict>")),
+              (Dictionary{{text, text}}))
+        << references;
+  }
+  for (const std::string reference : {"&#x1F;", "&#xFFFE;", "&#xFFFF;", "&#x110000;"}) {
+    EXPECT_FALSE(valueOf("<string>" + reference + "</string>")) << reference;
+  }
+}
+
 TEST(PropertyListRead, ReadsIntegersOfSixtyFourBitsAndRefusesAnyOther) {
   constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
   constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
@@ -476,6 +501,31 @@ TEST(PropertyListRead, LeavesOutHalfASurrogatePairInUtf16Too) {
     EXPECT_EQ(read(inUtf16With(0xD83D, "<plist><dict/></plist>?", isBig)).state,
               platform::ListState::damaged)
         << "half a surrogate pair at the end";
+  }
+}
+
+TEST(PropertyListRead, ReadsCharactersOfEveryLengthInUtf16) {
+  const std::string list = "<plist><dict><key>k</key><string>x?y</string></dict></plist>";
+  const std::pair<char16_t, std::string> units[] = {
+      {0x7F, "\x7F"},           {0x80, "\xC2\x80"},       {0x7FF, "\xDF\xBF"},
+      {0x800, "\xE0\xA0\x80"},  {0xD7FF, "\xED\x9F\xBF"}, {0xE000, "\xEE\x80\x80"},
+      {0xFFFD, "\xEF\xBF\xBD"},
+  };
+  const std::pair<std::u16string, std::string> pairs[] = {
+      {{0xD800, 0xDC00}, "\xF0\x90\x80\x80"},
+      {{0xD83F, 0xDFFF}, "\xF0\x9F\xBF\xBF"},
+      {{0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF"},
+  };
+  for (const bool isBig : {true, false}) {
+    for (const auto& [unit, text] : units) {
+      EXPECT_EQ(listIn(inUtf16With(unit, list, isBig)), (Dictionary{{"k", "x" + text + "y"}}));
+    }
+    for (const auto& [pair, text] : pairs) {
+      const std::size_t middle = list.find('?') + 1;
+      EXPECT_EQ(listIn(inUtf16With(pair[0], list.substr(0, middle), isBig) +
+                       inUtf16With(pair[1], "?" + list.substr(middle), isBig)),
+                (Dictionary{{"k", "x" + text + "y"}}));
+    }
   }
 }
 

@@ -267,6 +267,27 @@ TEST(PropertyListWrite, AnswersNullBeyondTheBoundForBytes) {
   EXPECT_FALSE(write({{"k", Value::Data(bounds.bytes * 3 / 4, 0)}}));
 }
 
+TEST(PropertyListWrite, CountsAnEscapedCharacterAsItIsWritten) {
+  const std::size_t around = write({{"k", ""}})->size();
+  const std::pair<std::string, std::size_t> escapes[] = {{"&", 5}, {"<", 4}, {">", 4}, {"\r", 5}};
+  for (const auto& [character, escaped] : escapes) {
+    const std::size_t room = bounds.bytes - around - escaped;
+    for (const std::size_t before : {std::size_t{0}, room / 2, room}) {
+      const std::string first = std::string(before, 'x') + character;
+      const std::string rest(room - before, 'x');
+      const Text text = write({{"k", first + rest}});
+      ASSERT_TRUE(text) << character << before;
+      EXPECT_EQ(text->size(), bounds.bytes) << character << before;
+      EXPECT_TRUE(listIn(*text) == (Dictionary{{"k", first + rest}})) << character << before;
+      EXPECT_FALSE(write({{"k", first + rest + "x"}})) << character << before;
+      EXPECT_FALSE(write({{"k", "x" + first + rest}})) << character << before;
+    }
+    // What does not fit any more is not left out, though what follows it would fit.
+    EXPECT_FALSE(write({{"k", std::string(bounds.bytes, 'x') + character}})) << character;
+    EXPECT_FALSE(write({{std::string(bounds.bytes, 'x') + character, true}})) << character;
+  }
+}
+
 TEST(PropertyListWrite, AnswersNullForSharedValuesThatWouldGrowWithoutEnd) {
   Value value = Value::Array{};
   for (int i = 0; i < 100; ++i) value = Value::Array{value, value};

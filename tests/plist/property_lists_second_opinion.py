@@ -20,6 +20,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+from xml.parsers import expat as xml_parser
 
 SEED = 20240229
 MIB = 1 << 20
@@ -341,13 +342,21 @@ def check_mutations(tool, rng):
 
 
 def agrees(content, xml, expect):
-    """1 if plistlib reads `content` too, and `expect` agrees; 0 if plistlib refuses it."""
+    """1 if plistlib reads `content` too, and `expect` agrees; 0 if plistlib refuses it. What the tool
+    wrote must be XML in any case, and a property list if plistlib takes `content` for one."""
+    try:
+        xml_parser.ParserCreate().Parse(xml, True)
+    except xml_parser.ExpatError as error:
+        raise Failure(f"the tool wrote malformed XML ({error}): {xml!r:.2000}") from error
     try:
         value = as_expected(plistlib.loads(content))
-        # plistlib keeps fractions of a second and larger numbers, and is less strict with base64.
-        written = plistlib.loads(xml, fmt=plistlib.FMT_XML)
     except (Exception, RecursionError):
         return 0
+    try:
+        written = plistlib.loads(xml, fmt=plistlib.FMT_XML)
+    except (Exception, RecursionError) as error:
+        raise Failure(f"plistlib refuses what the tool wrote ({error!r}): {xml!r:.2000}") from error
+    # plistlib keeps fractions of a second and larger numbers, and is less strict with base64.
     expect(without_fractions(value), written, f"plistlib reads other values from {content!r:.2000}")
     return 1
 

@@ -28,6 +28,13 @@ const std::vector<Value>& values() {
       {"&#65;&#x42;&#x000043;", "ABC"},
       {"&#xE9;&#x6771;&#x1F5A8;&#1114111;", "\u00E9\u6771\U0001F5A8\U0010FFFF"},
       {"&#9;;&#10;", "\t;\n"},
+      // On both sides of where a character takes one more byte, and where some are left out.
+      {"&#x7F;&#x80;", "\x7F\xC2\x80"},
+      {"&#x7FF;&#x800;", "\xDF\xBF\xE0\xA0\x80"},
+      {"&#xD7FF;&#xE000;", "\xED\x9F\xBF\xEE\x80\x80"},
+      {"&#xFFFD;&#x10000;", "\xEF\xBF\xBD\xF0\x90\x80\x80"},
+      {"&#xFFFFF;&#x100000;&#x10FFFF;", "\xF3\xBF\xBF\xBF\xF4\x80\x80\x80\xF4\x8F\xBF\xBF"},
+      {"&#32;&#x20;&#xD;", "  \r"},
       {";", ";"},
       {std::string(200000, 'v'), std::string(200000, 'v')},
   };
@@ -58,9 +65,11 @@ TEST(ReceiverValues, AreLeftToTheParserWhenInDoubt) {
   };
   using namespace std::string_literals;
   const std::vector<Refused> all = {
-      {"&", 1},          {"a&b", 3},   {"&nbsp;", 0},    {"&#0;", 0},         {"&#xD800;", 0},
-      {"&#x110000;", 0}, {"]]>", 2},   {"a\0b"s, 1},     {"ab\x01", 2},       {"\xEF\xBF\xBE", 0},
-      {"a\xFF", 1},      {"\xC3(", 0}, {"a\xC0\x80", 1}, {"\xED\xA0\x80", 0}, {"\x0B", 0},
+      {"&", 1},         {"a&b", 3},          {"&nbsp;", 0},   {"&#0;", 0},
+      {"&#xD800;", 0},  {"&#x110000;", 0},   {"&#xDFFF;", 0}, {"&#xFFFE;", 0},
+      {"&#xFFFF;", 0},  {"&#x1F;", 0},       {"]]>", 2},      {"a\0b"s, 1},
+      {"ab\x01", 2},    {"\xEF\xBF\xBE", 0}, {"a\xFF", 1},    {"\xC3(", 0},
+      {"a\xC0\x80", 1}, {"\xED\xA0\x80", 0}, {"\x0B", 0},
   };
   for (const Refused& refused : all) {
     ExpectedDocument document = sample(Layout::printerOlderTag);

@@ -273,6 +273,22 @@ class Skips(unittest.TestCase):
                     source = file.read()
                 self.assertTrue(source.endswith("    skips.main()\n"), name)
 
+    def test_every_script_that_skips_tells_it(self):
+        tests = os.path.dirname(HERE)
+        scripts = []
+        for folder, _, names in os.walk(tests):
+            scripts += [os.path.join(folder, name) for name in names if name.endswith(".py")]
+        telling = set()
+        for script in scripts:
+            with open(script, encoding="utf-8") as file:
+                source = file.read()
+            skipping = re.search(r"\.skipTest\(|unittest\.skip|SkipTest", source)
+            if skipping and os.path.basename(script) != "skips.py":
+                self.assertNotRegex(source, r"unittest\.main\(", script)
+                if re.search(r"skips\.main\(", source):
+                    telling.add(os.path.relpath(script, tests))
+        self.assertLessEqual({"docs/examples_test.py", "objc/example_test.py"}, telling)
+
 
 if __name__ == "__main__":
     COMMAND = os.path.abspath(sys.argv.pop())

@@ -40,6 +40,8 @@ class Explain(ToolTest):
         self.install()
         new = ["--os", "10.17.0"]
         self.write(VERSION_LIST, {"1001.0": "10.17.0"})
+        listed = self.write("/Eleven.plist", {"1001.0": "11.0.0"})
+        eleven = ["--support-list", listed, "--library-version", "1.0.0"]
         for reason, call in [
                 ("allowed", ["app", "--option", "1"]),
                 ("allowed", ["app"]),
@@ -53,6 +55,10 @@ class Explain(ToolTest):
                 ("allowed", ["printer", *new, "--library-version", "1.0.0"]),
                 ("not_in_support_list", ["printer", *new, "--library-version", "1.1.0"]),
                 ("not_in_support_list", ["app", "--option", "2", "--os", "10.17.1"]),
+                ("allowed", ["printer", *eleven, "--os", "11.0"]),
+                ("allowed", ["printer", *eleven, "--os", "11.0.0"]),
+                ("not_in_support_list", ["printer", *eleven, "--os", "11.0.1"]),
+                ("not_in_support_list", ["printer", *eleven, "--os", "11.1"]),
                 ("mode_refused", ["app", "--option", "3"]),
                 ("mode_refused", ["app", "--option", "4294967295"])]:
             self.assertEqual(self.reason(0 if reason == "allowed" else 1, *call), reason, call)

@@ -559,6 +559,14 @@ class DecodeTest(ReceivingTest):
         self.assertIn("  | a\\x1B[31mred\\x07\\x0D\n", output)
         self.assertIn("  | \tb\\x00c\\x7F\\u{202E}\\u{009B}\\u{200D}東\n", output)
 
+    def test_values_that_nobody_can_see_are_spelled_out(self):
+        hidden = {"Locale": "\u200b\u2066", "OSVersion": "\u202e" * 20, "Version": "&#x9;\u00ad"}
+        output = self.good("decode", self.write("a.ALM", document(**hidden)))
+        self.assertTrue(all(line.isprintable() for line in output.split("\n")), output)
+        self.assertIn("  Version    \\t\\u{00AD}\n", output)
+        self.assertIn("  OSVersion  " + "\\u{202E}" * 20 + "\n", output)
+        self.assertIn("  Locale     \\u{200B}\\u{2066}\n", output)
+
     def test_long_contents_are_whole(self):
         lines = [f"line {i}: " + "x" * (i % 200) for i in range(20000)]
         path = self.write("a.ALM", document("\n".join(lines).encode()))

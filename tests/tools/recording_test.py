@@ -263,6 +263,17 @@ class Preview(ToolTest):
         self.assertRegex(head, r"size +\d{3} B; ")
         self.assertRegex(head, r"recording +allowed")
 
+    def test_the_readable_form_spells_out_what_nobody_can_see(self):
+        self.install()
+        hidden = "\u202e\u200b\u2066\u009b" * 20
+        text = self.expect(0, "preview", "printer", "--name", "A", "--device-id", hidden,
+                           stdin=CONTENTS).stdout.decode()
+        self.assertTrue(all(line.isprintable() for line in text.split("\n")), text)
+        lines = text.split("\n\n")[1].splitlines()
+        self.assertTrue(all(len(line) <= 80 for line in lines), text)
+        told = r"\u{202E}\u{200B}\u{2066}\u{009B}" * 20
+        self.assertIn(f"<DeviceID>{told}</DeviceID>", "".join(line[2:] for line in lines))
+
     def test_record_takes_the_path_that_was_shown(self):
         self.install()
         call = ["printer", "--name", "A"]

@@ -38,6 +38,6 @@ class TellingRunner(unittest.TextTestRunner):
         return result
 
 
-def main():
+def main(**options):
     """Like unittest.main(), including the exit status."""
-    unittest.main(testRunner=TellingRunner)
+    unittest.main(testRunner=TellingRunner, **options)

@@ -5,6 +5,7 @@ import errno
 import os
 import plistlib
 import select
+import stat
 import subprocess
 import sys
 import tempfile
@@ -29,6 +30,19 @@ def days_ago(days):
     return now - datetime.timedelta(days=days)
 
 
+def content_of(path, status):
+    """What tells a file or link from another: where the link leads, or the bytes; of large files,
+    which may be sparse, size and time of change."""
+    if stat.S_ISLNK(status.st_mode):
+        return os.readlink(path)
+    if not stat.S_ISREG(status.st_mode):
+        return None
+    if status.st_size >= 1 << 20:
+        return (status.st_size, status.st_mtime_ns)
+    with open(path, "rb") as file:
+        return file.read()
+
+
 def tree(folder):
     """The mode and contents of everything below a folder."""
     found = {}
@@ -36,16 +50,22 @@ def tree(folder):
         for name in folders + files:
             path = os.path.join(parent, name)
             status = os.lstat(path)
-            content = None
-            if os.path.isfile(path) and not os.path.islink(path) and status.st_size < 1 << 20:
-                with open(path, "rb") as file:
-                    content = file.read()
-            found[path] = (status.st_mode, content)
+            found[path] = (status.st_mode, content_of(path, status))
+    return found
+
+
+def real_homes():
+    """What the library may touch of the homes outside every root: that of the calls' environment,
+    and that of the user who runs them."""
+    found = {}
+    for home in [HOME, os.path.expanduser("~")]:
+        library = os.path.join(home, "Library")
+        found[home] = (os.path.lexists(home), os.path.lexists(library), tree(library))
     return found
 
 
 class ToolTest(unittest.TestCase):
-    """Every call runs in an empty working folder, and must leave it and the real HOME unchanged."""
+    """Every call runs in an empty working folder, and must leave it and the real homes unchanged."""
 
     command = ""
     maxDiff = None
@@ -58,13 +78,13 @@ class ToolTest(unittest.TestCase):
         self.outside = os.path.join(folder.name, "outside")
         os.mkdir(self.root)
         os.mkdir(self.outside)
-        self.home_was_there = os.path.lexists(SUPPORT)
+        self.homes = real_homes()
         self.environment = {"HOME": HOME, "TMPDIR": self.outside, "TZ": "EAST-9",
                             "LANG": "de_DE.UTF-8", "TERM": "xterm"}
 
     def tearDown(self):
         self.assertEqual(os.listdir(self.outside), [])
-        self.assertEqual(os.path.lexists(SUPPORT), self.home_was_there)
+        self.assertEqual(real_homes(), self.homes)
 
     def path(self, name=""):
         """A path below the support folder, or the folder itself for ""; absolute paths are below

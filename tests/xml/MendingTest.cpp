@@ -35,6 +35,11 @@ const std::vector<Case>& cases() {
       {"&nbsp;", "&amp;nbsp;"},
       {"&#65;&#x41;", "&#65;&#x41;"},
       {"&#xaF;&#xfA;&#x9;&#9;", "&#xaF;&#xfA;&#x9;&#9;"},
+      {"&#x7F;&#x80;&#x7FF;&#x800;&#xFFFD;&#x10000;&#x10FFFF;",
+       "&#x7F;&#x80;&#x7FF;&#x800;&#xFFFD;&#x10000;&#x10FFFF;"},
+      // The longest that is taken for a reference, and one character more.
+      {"&#" + std::string(60, '0') + "65;", "&#" + std::string(60, '0') + "65;"},
+      {"&#" + std::string(61, '0') + "65;", "&amp;#" + std::string(61, '0') + "65;"},
       {"&#;", "&amp;#;"},
       {"&#x;", "&amp;#x;"},
       {"&#xG;", "&amp;#xG;"},

@@ -45,8 +45,11 @@ struct World {
   std::string askedContainer;
   bool offersCalendarFormat = true;
 
-  bool flushesFully = true;  // whether the file system knows F_FULLFSYNC
+  int fullFlushError = 0;       // why the file system cannot do F_FULLFSYNC; 0 where it can
+  int fullFlushInterrupts = 0;  // signals that arrive during it, one a call
   std::size_t fullFlushes = 0;
+  int flushError = 0;  // what fsync fails with
+  std::size_t flushes = 0;
 };
 
 /// The world of the test that is running.

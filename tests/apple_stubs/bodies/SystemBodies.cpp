@@ -57,6 +57,14 @@ __attribute__((no_sanitize("address"))) void* __wrap_dlsym(void* handle, const c
   return world().absent.contains(name) ? nullptr : __real_dlsym(handle, name);
 }
 
+int __real_fsync(int file);
+
+int __wrap_fsync(int file) {
+  ++world().flushes;
+  errno = world().flushError;
+  return errno == 0 ? __real_fsync(file) : -1;
+}
+
 int __real_fcntl(int file, int command, ...);
 
 int __wrap_fcntl(int file, int command, ...) {
@@ -66,9 +74,10 @@ int __wrap_fcntl(int file, int command, ...) {
   va_end(arguments);
   if (command == F_FULLFSYNC) {
     ++world().fullFlushes;
-    if (world().flushesFully) return 0;
-    errno = ENOTSUP;
-    return -1;
+    const bool interrupted = world().fullFlushInterrupts > 0;
+    if (interrupted) --world().fullFlushInterrupts;
+    errno = interrupted ? EINTR : world().fullFlushError;
+    return errno == 0 ? 0 : -1;
   }
   if (command != F_GETPATH) return __real_fcntl(file, command, argument);
   const std::string link = "/proc/self/fd/" + std::to_string(file);

@@ -36,13 +36,39 @@ TEST_P(AppleFiles, AreReplacedWhole) {
 }
 
 TEST_P(AppleFiles, AreFlushedThroughTheDrivesOwnCacheWhereTheFileSystemCan) {
-  for (const bool can : {true, false}) {
-    world.flushesFully = can;
-    world.fullFlushes = 0;
+  for (const int error : {0, ENOTSUP, EINVAL, ENOTTY, EIO}) {
+    world.fullFlushError = error;
+    world.fullFlushes = world.flushes = 0;
     EXPECT_EQ(write("file", "new", Publication::replacing), Outcome::written);
     EXPECT_EQ(world.fullFlushes, 1U);
+    EXPECT_EQ(world.flushes, error == 0 ? 0U : 1U) << error;
     EXPECT_EQ(readFile(folder / "file"), "new");
   }
+}
+
+TEST_P(AppleFiles, AreFlushedFullyAfterASignal) {
+  world.fullFlushInterrupts = 2;
+  EXPECT_EQ(write("file", "new", Publication::replacing), Outcome::written);
+  EXPECT_EQ(world.fullFlushes, 3U);
+  EXPECT_EQ(world.flushes, 0U) << "the lesser flush does not stand in for one that was interrupted";
+  world.fullFlushInterrupts = 1;
+  world.fullFlushError = ENOTSUP;
+  world.fullFlushes = 0;
+  EXPECT_EQ(write("file", "newer", Publication::replacing), Outcome::written);
+  EXPECT_EQ(world.fullFlushes, 2U);
+  EXPECT_EQ(world.flushes, 1U);
+  EXPECT_EQ(readFile(folder / "file"), "newer");
+}
+
+TEST_P(AppleFiles, StayAsTheyWereWhereNeitherFlushSucceeds) {
+  writeFile(folder / "file", "old");
+  world.fullFlushError = ENOTSUP;
+  world.flushError = EIO;
+  const Outcome outcome = write("file", "new", Publication::replacing);
+  EXPECT_EQ(outcome, Outcome::failed);
+  EXPECT_EQ(world.flushes, 1U);
+  EXPECT_EQ(readFile(folder / "file"), "old");
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"file"});
 }
 
 TEST_P(AppleFiles, AreNewOnlyWhereTheNameIsFree) {

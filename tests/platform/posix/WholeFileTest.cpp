@@ -86,6 +86,26 @@ TEST_F(ReadWhole, GivesAllOfAFileWhoseSizeIsNotToldBeforehand) {
   EXPECT_EQ(readWhole("/proc/self/status", 16), std::nullopt);
 }
 
+/// The bytes of a file of the kernel's that stays as it is and shows no size.
+std::string madeUpAsItIsRead(const char* file) {
+  struct stat status {};
+  EXPECT_EQ(::stat(file, &status), 0);
+  EXPECT_EQ(status.st_size, 0);
+  return readFile(file);
+}
+
+TEST_F(ReadWhole, KeepsToItsBoundForAFileThatShowsNoSize) {
+  for (const char* file : {"/proc/version", "/proc/self/limits"}) {
+    const std::string all = madeUpAsItIsRead(file);
+    ASSERT_GT(all.size(), 1U) << file;
+    EXPECT_EQ(readWhole(file, all.size() + 1), all);
+    EXPECT_EQ(readWhole(file, all.size()), all);
+    EXPECT_EQ(readWhole(file, all.size() - 1), std::nullopt);
+    EXPECT_EQ(platform::posix::readWhole(file, all.size() - 1).reason.error, EFBIG);
+    EXPECT_EQ(readWhole(file, 0), std::nullopt);
+  }
+}
+
 /// Pages whose protections alternate: each is a line in the kernel's list of this process's memory.
 class ManyMappings {
  public:

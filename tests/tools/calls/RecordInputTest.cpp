@@ -20,6 +20,13 @@ TEST(ContentsInput, IsReadUpToItsBound) {
 
 TEST(ContentsInput, OfUnknownSizeIsReadUpToItsBoundAsWell) {
   // The kernel makes these files while they are read, and gives no size before.
+  const std::string version = readFile("/proc/version");
+  ASSERT_FALSE(version.empty());
+  EXPECT_EQ(tools::readContents("/proc/version", version.size()).contents, version);
+  EXPECT_EQ(tools::readContents("/proc/version").contents, version);
+  const auto refused = tools::readContents("/proc/version", version.size() - 1);
+  EXPECT_EQ(refused.contents, "");
+  EXPECT_NE(refused.complaint.find("too large"), std::string::npos) << refused.complaint;
   EXPECT_NE(tools::readContents("/proc/self/status", 10).complaint.find("too large"),
             std::string::npos);
   EXPECT_GT(tools::readContents("/proc/self/status").contents.size(), 100U);

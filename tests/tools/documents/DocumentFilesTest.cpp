@@ -2,11 +2,14 @@
 #include "documents/DocumentFiles.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <string>
 #include <thread>
 
 namespace wenlolib::tools {
@@ -25,6 +28,31 @@ TEST(DocumentCount, CountsWhatIsFoundAndWhatIsNamed) {
   }
   EXPECT_EQ(count.total(), 3U);
   std::filesystem::remove_all(folder);
+}
+
+TEST(ReadDocument, GivesAllOfAFileThatShowsNoSize) {
+  std::ifstream stream("/proc/version");
+  const std::string version(std::istreambuf_iterator<char>(stream), {});
+  ASSERT_FALSE(version.empty());
+  ASSERT_EQ(std::filesystem::file_size("/proc/version"), 0U);
+  for (const bool regular : {false, true}) {
+    for (const std::size_t held : {0, 1, 7, 100'000}) {
+      std::string buffer(held, '?');
+      const DocumentReading reading = readDocument({"/proc/version", "", true, regular}, buffer);
+      EXPECT_EQ(reading.complaint, "");
+      EXPECT_EQ(reading.bytes, version) << held;
+    }
+  }
+}
+
+TEST(ReadDocument, GivesAnEmptyFileAsOneWithoutBytes) {
+  std::string file = testing::TempDir() + "wenlolib-empty-XXXXXX";
+  ::close(mkstemp(file.data()));
+  std::string buffer = "of the one before";
+  const DocumentReading reading = readDocument({file, "", true, false}, buffer);
+  EXPECT_EQ(reading.complaint, "");
+  EXPECT_EQ(reading.bytes, "");
+  std::filesystem::remove(file);
 }
 
 }  // namespace

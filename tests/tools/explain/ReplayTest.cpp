@@ -67,8 +67,26 @@ TEST(ReplayedOS, IsTwoOrThreeNumbersOrUnknown) {
   EXPECT_EQ(version->bugFix, 3);
   EXPECT_EQ(tools::osVersionFromText("6.1").value().bugFix, 0);
   EXPECT_FALSE(tools::osVersionFromText("unknown").value().known);
-  for (const char* text : {"", "10", "10.", "10.17.", "10.17.0.1", "10.17.x", "-1.2.3", " 10.17"}) {
+  for (const char* text : {"", "10", "10.", "10.17.", "10.17.0.1", "10.17.x", "-1.2.3", " 10.17",
+                           "100000.0", "10.100000", "10.0.100000"}) {
     EXPECT_FALSE(tools::osVersionFromText(text)) << text;
+  }
+}
+
+TEST(ReplayedOS, MayHaveZerosAndNumbersOfFiveDigits) {
+  const struct {
+    const char* text;
+    std::int32_t major, minor, bugFix;
+  } table[] = {{"11.0", 11, 0, 0},   {"10.0", 10, 0, 0},
+               {"11.0.0", 11, 0, 0}, {"11.0.1", 11, 0, 1},
+               {"10.1.0", 10, 1, 0}, {"0.0", 0, 0, 0},
+               {"0.1.0", 0, 1, 0},   {"99999.99999.99999", 99999, 99999, 99999}};
+  for (const auto& each : table) {
+    const auto version = tools::osVersionFromText(each.text);
+    ASSERT_TRUE(version) << each.text;
+    EXPECT_EQ(version->major, each.major) << each.text;
+    EXPECT_EQ(version->minor, each.minor) << each.text;
+    EXPECT_EQ(version->bugFix, each.bugFix) << each.text;
   }
 }
 

@@ -107,6 +107,8 @@ TEST(DisplayWidth, OfCharacters) {
   } table[] = {
       {U'a', 1},    {0x00E9, 1},   // with an accent of its own
       {0x0301, 0},                 // an accent on the character before
+      {0x0300, 0},  {0x036F, 0},   // the first and the last mark of that block
+      {0x02FF, 1},  {0x0370, 1},   // and their neighbours
       {0x0E31, 0},  {0x302A, 0},   // marks above and beside their letter
       {0x20DD, 0},  {0xFE0F, 0},   // an enclosing circle, a choice of shape
       {0x0416, 1},  {0x05D0, 1},   // Cyrillic, Hebrew
