@@ -253,7 +253,7 @@ TEST(BinaryPropertyList, AcceptsOnlyADictionaryAtTheRoot) {
   BinaryFile file;
   file.objects = {marker(0xD, 0)};
   EXPECT_EQ(listIn(file.bytes()), Dictionary{});
-  EXPECT_EQ(listIn(file.bytes()), Dictionary{}) << "the first bytes name the binary form";
+  EXPECT_EQ(read(file.bytes()).dictionary, Dictionary{}) << "the first bytes name the binary form";
 }
 
 TEST(BinaryPropertyList, RefusesOtherVersionsOfTheForm) {

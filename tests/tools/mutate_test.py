@@ -97,7 +97,7 @@ class Mutate(unittest.TestCase):
             self.assertIn(new, made)
 
     def test_every_file_of_the_code_has_its_tests(self):
-        self.assertEqual(mutate.tests_of("src/platform/posix/BoundedRead.cpp"),
+        self.assertEqual(mutate.tests_of("src/platform/posix/WholeFile.cpp"),
                          ["apple_tests", "port_tests"])
         self.assertEqual(mutate.tests_of("tools/calls/main.cpp")[0], "tool_tests")
         with self.assertRaisesRegex(SystemExit, "no tests are known"):
