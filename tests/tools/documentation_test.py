@@ -197,7 +197,6 @@ class Documentation(unittest.TestCase):
             application, printer = re.findall(r"std::chrono::days\((\d+)\)", file.read())
         guide = "docs/host-guide.md"
         for name, told in [
-                ("README.md", f"less than {application} days ago (printer logs: {printer})"),
                 (guide, f"installation less than {application} days ago"),
                 (guide, f"installation date less than {printer} days ago"),
                 (guide, f"at exactly {application} or {printer} days it is over"),
