@@ -2,6 +2,10 @@
 #ifndef WENLOLIB_TEXT_H
 #define WENLOLIB_TEXT_H
 
+#if __cplusplus < 202002L
+#error "WENLOLIB needs C++20"
+#endif
+
 #include <optional>
 #include <string>
 

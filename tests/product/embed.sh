@@ -19,7 +19,7 @@ fail() {
 }
 
 case $1 in
-  sources) from=-DWENLOLIB_SOURCES=$2 ;;
+  sources) from="-DWENLOLIB_SOURCES=$2 -DWENLOLIB_BUILD_RECEIVER=ON" ;;
   repository)
     if ! git -C "$2" rev-parse --verify -q HEAD > "$work/commit"; then
       echo "SKIPPED: there is no repository to fetch from"
@@ -29,7 +29,8 @@ case $1 in
     ;;
 esac
 {
-  cmake -S "$here/consumer/embedding" -B "$work/build" -G Ninja "$from"
+  # shellcheck disable=SC2086
+  cmake -S "$here/consumer/embedding" -B "$work/build" -G Ninja $from
   cmake --build "$work/build"
   cmake --install "$work/build" --prefix "$work/prefix"
 } > "$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
@@ -37,6 +38,10 @@ esac
 HOME=$work/home-c "$work/build/host_in_c"
 HOME=$work/home-cxx "$work/build/host_in_cxx" "contents"
 find "$work/home-cxx" -name '*.ALM' -exec python3 "$here/../verifier/verify_document.py" {} +
+if [ "$1" = sources ]; then
+  [ "$(find "$work/home-cxx" -name '*.?LM' -exec "$work/build/reader" {} + | grep -c ': contents$')" -eq 3 ] ||
+    fail "The receiver does not read what the host has recorded"
+fi
 [ "$(cd "$work/prefix" && find . ! -type d)" = "./bin/host_in_c" ] ||
   fail "More than the host was installed"
 grep -q '^CMAKE_BUILD_TYPE:STRING=$' "$work/build/CMakeCache.txt" ||

@@ -153,9 +153,10 @@ sort "$work/components" | diff - "$work/all" || fail "The components are not the
 
 # What was installed is removed, and nothing else; a folder with something else in it stays.
 mkdir -p "$work/component-development/include/wenlolib/mine"
+touch "$work/component-development/include/wenlolib/mine/file"
 (cd "$build" && cmake -P "$here/../../product/Uninstall.cmake") > "$work/uninstall.log"
-[ -z "$(find "$work"/component-* ! -type d)" ] || fail "Files are left behind"
-[ -d "$work/component-development/include/wenlolib/mine" ] || fail "A folder of others is gone"
-[ ! -e "$work/component-runtime/$(basename "$(dirname "$libraries")")/WENLOLIB.bundle" ] ||
+[ "$(find "$work"/component-* ! -type d)" = "$work/component-development/include/wenlolib/mine/file" ] ||
+  fail "Files are left behind, or others' are gone"
+[ -z "$(find "$work" -path '*component*' -name WENLOLIB.bundle)" ] ||
   fail "A folder of the library's is left behind"
 echo "Installed, used, moved, used again and removed"
