@@ -6,12 +6,12 @@ target_compile_options(wenlolib_warnings INTERFACE
 if(WENLOLIB_WARNINGS_AS_ERRORS)
   target_compile_options(wenlolib_warnings INTERFACE -Werror)
 endif()
-# No folder of the builder's in what is built: two builds of one commit are the same.
+# Keep the builder's paths out of the binaries: two builds of one commit are the same.
 target_compile_options(wenlolib_warnings INTERFACE
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 
-# As Debian hardens its packages. The fuzzers' sanitizers look for the same, and more; on macOS the
-# compiler has its own ways.
+# Hardening as in Debian packages. The fuzzers' sanitizers check more; macOS compilers harden in
+# their own way.
 add_library(wenlolib_hardening INTERFACE)
 if(NOT APPLE AND NOT WENLOLIB_BUILD_FUZZERS)
   set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)

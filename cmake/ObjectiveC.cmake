@@ -1,5 +1,5 @@
 # Objective-C with Foundation: Apple's own on a Mac, GNUstep on GCC's runtime elsewhere. The target
-# wenlolib_foundation is there where both a compiler and a Foundation are found.
+# wenlolib_foundation exists if both a compiler and a Foundation are found.
 if(NOT WENLOLIB_BUILD_OBJC OR NOT WENLOLIB_BUILD_PRODUCTS)
   return()
 endif()
@@ -12,14 +12,14 @@ else()
   find_program(CMAKE_OBJC_COMPILER NAMES gcc gcc-12)
   find_library(WENLOLIB_FOUNDATION gnustep-base)
   find_path(WENLOLIB_FOUNDATION_HEADERS Foundation/Foundation.h PATH_SUFFIXES GNUstep)
-  # Pedantic, GCC wants every class to have instance variables of its own.
+  # With -Wpedantic, GCC wants every class to have instance variables of its own.
   set(foundation_flags -std=gnu11 -Wno-pedantic -fobjc-exceptions -fexceptions
     -fconstant-string-class=NSConstantString
     -DGNUSTEP -DGNUSTEP_BASE_LIBRARY=1 -DGNU_RUNTIME=1 -D_NATIVE_OBJC_EXCEPTIONS
     -isystem ${WENLOLIB_FOUNDATION_HEADERS})
 endif()
 
-# A GCC without its Objective-C part is found like any other.
+# A GCC without Objective-C is found too, so try it.
 set(objc_probe ${CMAKE_CURRENT_BINARY_DIR}/foundation_probe.m)
 file(WRITE ${objc_probe} "#import <Foundation/Foundation.h>\n")
 set(objc_found 1)

@@ -1,4 +1,4 @@
-# What is built, all in one place. Whoever includes this project gets the library, and nothing else.
+# What is built, all in one place. A project that includes this one gets only the library.
 option(WENLOLIB_BUILD_PRODUCTS "Build the plug-in and the shared library (needs a platform port)" ON)
 option(WENLOLIB_BUILD_OBJC "Build the Objective-C classes where Foundation is found"
   ${PROJECT_IS_TOP_LEVEL})

@@ -13,9 +13,9 @@ typedef int (*WriteApplication)(const char*, const char*, uint32_t);
 typedef int (*WritePrinterLog)(const char*, const char*, uint32_t, const WENLOLIBEntry*, size_t);
 typedef const char* (*Version)(void);
 
-/* The option's low four bits: record only with the user's agreement, and take the language that the
- * user last chose in this application. */
-enum { askAgreement = 1 };
+/* Mode 1, in the option's low four bits: application usage needs the user's agreement, and
+ * documents carry the language that the user last chose in the host. */
+enum { hostLanguage = 1 };
 
 /* The whole of a text file, for the caller to free; null if it cannot be read. */
 static char* readText(const char* path) {
@@ -64,11 +64,11 @@ int main(int count, char** arguments) {
   if (all) {
     printf("Loaded WENLOLIB %s\n", version());
     all &= report("application usage, Photo Album",
-                  writeApplication(usage, "PhotoAlbum", askAgreement));
+                  writeApplication(usage, "PhotoAlbum", hostLanguage));
     all &= report("printer log, newer tag type",
-                  writePrinterLog(log, "QX500", askAgreement, newerPrinter, 1));
+                  writePrinterLog(log, "QX500", hostLanguage, newerPrinter, 1));
     all &= report("printer log, older tag type",
-                  writePrinterLog(log, "QX200", askAgreement, olderPrinter, 3));
+                  writePrinterLog(log, "QX200", hostLanguage, olderPrinter, 3));
   }
   free(usage);
   free(log);

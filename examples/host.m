@@ -9,9 +9,9 @@
 
 #import <wenlolib/objc/WENLOLIB.h>
 
-/* The option's low four bits: record only with the user's agreement, and take the language that the
- * user last chose in this application. */
-enum { askAgreement = 1 };
+/* Mode 1, in the option's low four bits: application usage needs the user's agreement, and
+ * documents carry the language that the user last chose in the host. */
+enum { hostLanguage = 1 };
 
 static NSString* textIn(const char* path) {
   return [NSString stringWithContentsOfFile:[NSString stringWithUTF8String:path]
@@ -35,14 +35,14 @@ static BOOL recordAll(Class library, NSString* usage, NSString* log) {
   BOOL all =
       report("application usage, Photo Album", [library writeAppInfoWithContents:usage
                                                                             name:@"PhotoAlbum"
-                                                                          option:askAgreement]);
+                                                                          option:hostLanguage]);
   all &= report("printer log, newer tag type", [library writePrinterLogInfoWithContents:log
                                                                                    name:@"QX500"
-                                                                                 option:askAgreement
+                                                                                 option:hostLanguage
                                                                               otherInfo:newer]);
   all &= report("printer log, older tag type", [library writePrinterLogInfoWithContents:log
                                                                                    name:@"QX200"
-                                                                                 option:askAgreement
+                                                                                 option:hostLanguage
                                                                               otherInfo:older]);
   return all;
 }

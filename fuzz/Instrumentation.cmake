@@ -1,5 +1,5 @@
-# What every target is compiled with in a build for fuzzers: coverage for them to go by, and
-# sanitizers that end the run at the first finding.
+# What every target is compiled with in a build for fuzzers: coverage to guide them, and sanitizers
+# that end the run at the first finding.
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   message(FATAL_ERROR "WENLOLIB_BUILD_FUZZERS needs clang")
 endif()
@@ -9,7 +9,7 @@ add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=vp
   -fno-sanitize-recover=all -fno-omit-frame-pointer)
 add_compile_definitions(_GLIBCXX_ASSERTIONS)
 add_link_options(-fsanitize=address,undefined)
-# Every program adds what it has run to a profile, for scripts/coverage.
+# Every program records the lines that it runs in a profile, for scripts/coverage.
 add_compile_options(-fcoverage-mapping
   -fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%m.profraw)
 add_link_options(-fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%m.profraw)

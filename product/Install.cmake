@@ -4,8 +4,8 @@
 #                pkg-config files, the documentation
 #   tools        the command, with its manual pages and completions
 #   objc         the plug-in with Objective-C classes, and its headers
-# The shared library's names are links to the very file that lies in the bundle, so that the library
-# finds its own version there. Any prefix will do.
+# The shared library's names are links to the file in the bundle itself, so that the library finds
+# its own version there. Any prefix will do.
 include(CMakePackageConfigHelpers)
 set(installed_bundle ${CMAKE_INSTALL_LIBDIR}/WENLOLIB.bundle)
 set(installed_objc_bundle ${CMAKE_INSTALL_LIBDIR}/wenlolib-objc/WENLOLIB.bundle)
@@ -40,7 +40,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/WENLOLIBConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/WENLOLIBConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/WENLOLIB COMPONENT development)
 
-# A pkg-config file finds the prefix from where it lies itself, so an installed tree may be moved.
+# A pkg-config file finds the prefix from its own place, so an installed tree may be moved.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
   BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE prefix_from_pkgconfig)
 function(install_pkg_config package component)

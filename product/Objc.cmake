@@ -16,7 +16,7 @@ set_target_properties(WENLOLIB_objc PROPERTIES
   PREFIX "" SUFFIX "" OUTPUT_NAME WENLOLIB NO_SONAME ON
   LIBRARY_OUTPUT_DIRECTORY ${objc_bundle}/Contents/Linux
   LINK_DEPENDS ${objc_version_script})
-# The runtime keeps what classes it was given: once loaded, this product stays loaded.
+# The runtime cannot unload classes: once loaded, this product stays loaded.
 target_link_options(WENLOLIB_objc PRIVATE
   -Wl,--version-script=${objc_version_script} -Wl,-Bsymbolic -Wl,-z,defs -Wl,-z,nodelete -Wl,--as-needed)
 

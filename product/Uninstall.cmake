@@ -1,5 +1,5 @@
-# Takes away what has been installed from this build folder, and the library's own folders where
-# nothing else is left in them. Honours DESTDIR, as the installation does.
+# Removes what was installed from this build folder, and the library's own folders if nothing else
+# is left in them. Honours DESTDIR, as the installation does.
 file(GLOB manifests install_manifest*.txt)
 if(NOT manifests)
   message(FATAL_ERROR "Nothing has been installed from ${CMAKE_BINARY_DIR}")

@@ -1,21 +1,21 @@
-# What the scripts of this folder share: messages, packages, building. To be sourced.
+# What the scripts in this folder share: messages, packages, building. They source this file.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 project=$PWD
 
-# What it takes to build the library, on Debian 12.
+# What building the library needs, on Debian 12.
 build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev libcli11-dev
   nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev)
 
-# What the tests need besides: GoogleTest, and second opinions from other programs.
+# What the tests also need: GoogleTest, and other programs that check results.
 test_packages=(libgtest-dev python3 libxml2-utils libplist-utils tidy binutils git)
 
-# What the torture needs: names of the places that it finds, zones to read, namespaces.
+# What the torture needs: addr2line, time zones, namespaces.
 torture_packages=(python3 binutils tzdata util-linux)
 
 say() { printf '\n== %s\n' "$*"; }
 
-# Installs the packages named that are missing, and only then needs a network and root rights.
+# Installs the packages given that are missing; only that needs a network and root rights.
 need() {
   local missing=() package as_root=()
   for package in "$@"; do
@@ -30,14 +30,14 @@ need() {
     apt-get install -y -q=2 --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# The Objective-C classes are built where GNUstep is to be had, and everything else without it.
+# The Objective-C classes are built only if GNUstep is available; the rest does not need it.
 need_gnustep() {
   need gobjc gobjc++ libgnustep-base-dev ||
-    say "Skipped: the Objective-C classes and their tests, since GNUstep cannot be installed here"
+    say "Skipped: the Objective-C classes and their tests, because GNUstep cannot be installed here"
 }
 
-# build PRESET TARGETS [CMAKE-OPTION...]: configures and builds in build/PRESET; the output is shown
-# when it fails.
+# build PRESET TARGETS [CMAKE-OPTION...]: configures and builds in build/PRESET; shows the output if
+# that fails.
 build() {
   local preset=$1 targets=$2 folder=build/$1 log=build/$1/build.log
   shift 2
@@ -45,10 +45,10 @@ build() {
   if ! { cmake --preset "$preset" "$@" && cmake --build "$folder" --target $targets; } \
     >"$log" 2>&1; then
     tail -n 60 "$log"
-    echo "The build failed; the whole of its output is in $log" >&2
+    echo "The build failed; all of its output is in $log" >&2
     return 1
   fi
 }
 
-# Shows failures, skipped tests and the count; a line for each test that passed says nothing.
+# Shows failures, skipped tests and the count; leaves out the tests that passed.
 tail_of_tests() { grep -vE '^ *[0-9]+/[0-9]+ Test +#[0-9]+: .* Passed +|^ +Start +[0-9]+: |^$' || true; }

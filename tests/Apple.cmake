@@ -1,4 +1,4 @@
-# The macOS port on stub services: its own sources, all but the definition of the native platform,
+# The macOS port on stub services: its own sources except the definition of the native platform,
 # which is the other port's here.
 include(${PROJECT_SOURCE_DIR}/src/platform/apple/Sources.cmake)
 list(FILTER apple_sources EXCLUDE REGEX "/ApplePlatform\\.cpp$")
@@ -10,7 +10,7 @@ target_include_directories(apple_tests PRIVATE apple_stubs/headers apple_stubs/l
 target_compile_definitions(apple_tests PRIVATE
   F_GETPATH=50 F_FULLFSYNC=51 WENLOLIB_C_REALS)
 target_link_libraries(apple_tests PRIVATE test_support wenlolib_static)
-# The port looks some names up before it calls: the stubs have to be found, and to hide them.
+# The port looks up some names before it calls them: dlsym must find the stubs, and tests hide them.
 set_target_properties(apple_tests PROPERTIES ENABLE_EXPORTS ON CXX_VISIBILITY_PRESET default)
 target_link_options(apple_tests PRIVATE -Wl,--wrap=dlsym -Wl,--wrap=fcntl -Wl,--wrap=fcntl64
   -Wl,--wrap=fsync)
@@ -20,8 +20,8 @@ add_test(NAME apple.bundle_inspection
     ${PROJECT_SOURCE_DIR}/build/macos/WENLOLIB.bundle)
 set_tests_properties(apple.bundle_inspection PROPERTIES SKIP_RETURN_CODE 77)
 
-# The port's Objective-C, on the Foundation of this system, where there is one: GNUstep's, which is
-# GCC's. A GCC without its Objective-C++ part is found like any other.
+# The port's Objective-C, on this system's Foundation, if there is one: GNUstep's, built with GCC. A
+# GCC without Objective-C++ is found too, so try it.
 set(objcxx_found 1)
 if(TARGET wenlolib_foundation AND WENLOLIB_FOUNDATION_HEADERS)
   find_program(CMAKE_OBJCXX_COMPILER NAMES g++ g++-12)

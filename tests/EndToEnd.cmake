@@ -9,7 +9,7 @@ test_binary(endtoend_tests endtoend ${endtoend_tests} PROPERTIES
   ENVIRONMENT WENLOLIB_DOCUMENTS=${documents})
 target_link_libraries(endtoend_tests PRIVATE test_support wenlolib_static process_state)
 
-# All tests together leave 1108; where mounts and unprivileged users are not permitted, a few less.
+# All tests together leave 1108; if mounts and unprivileged users are not permitted, a few less.
 add_test(NAME endtoend.verify_written
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/endtoend/verify_written.py ${documents} 1100)
 set_tests_properties(endtoend.verify_written PROPERTIES FIXTURES_REQUIRED documents)

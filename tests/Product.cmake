@@ -15,7 +15,7 @@ add_test(NAME product.plugin_host
     $<TARGET_FILE:plugin_host> $<TARGET_FILE:WENLOLIB>)
 add_executable(shortage_host product/shortage_host.c)
 target_link_libraries(shortage_host PRIVATE wenlolib_warnings ${CMAKE_DL_LIBS})
-# Its malloc stands in for the C library's in everything that it loads.
+# Its malloc replaces the C library's in everything that it loads.
 set_target_properties(shortage_host PROPERTIES ENABLE_EXPORTS ON)
 add_test(NAME product.shortage
   COMMAND ${PYTHON} ${product_tests}/shortage_test.py

@@ -1,5 +1,5 @@
-# The debug trace points. The sources that have any, compiled with the points on, stand before the
-# library that has them off: the linker takes none of the library's own in their place.
+# The debug trace points. The sources that have any are compiled with the points on and linked
+# before the library, which has them off: so the linker takes these, and not the library's own.
 set(traced_sources codec/Encryption.cpp record/Document.cpp record/Record.cpp record/RecordFile.cpp)
 list(TRANSFORM traced_sources PREPEND ${PROJECT_SOURCE_DIR}/src/)
 add_executable(trace_tests trace/TracePointsTest.cpp ${traced_sources})

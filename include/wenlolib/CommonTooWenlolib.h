@@ -139,8 +139,8 @@ class WENLOLIB_EXPORT CommonTooWenlolib {
   /// "major.minor.patch"; null if the major is not 1 to 99.
   static Text convertVersionNumToStr(std::int32_t version) noexcept;
 
-  /// The key of the support version list, "major + 1000.minor", such as "1003.1"; null if the major
-  /// is not 1 to 99.
+  /// The key of the support version list: (major + 1000), a point, minor, such as "1003.1"; null if
+  /// the major is not 1 to 99.
   static Text convertVersionNumToBiasStr(std::int32_t version) noexcept;
 
   /// The same for a version text, which must have at least two points; null for null. With fewer
@@ -152,10 +152,12 @@ class WENLOLIB_EXPORT CommonTooWenlolib {
   /// not 1000 to 1099.
   static Text convertBiasVersionStrToVerStr(const Text& bias) noexcept;
 
-  /// "CFBundleVersion" as a number; -1 if the bundle or the key is missing. That of the host,
-  /// "/Applications/Orvan Utilities/Quillmere/Quillmere.app", and that of the installed library,
-  /// "/Library/Application Support/Orvan/Quillmere/Plugins/WENLOLIB.bundle".
+  /// "CFBundleVersion" of the host application as a number; -1 if the bundle or the key is missing.
+  /// The bundle is "/Applications/Orvan Utilities/Quillmere/Quillmere.app".
   static std::int32_t moduleVersion() noexcept;
+
+  /// The same of the installed library. The bundle is
+  /// "/Library/Application Support/Orvan/Quillmere/Plugins/WENLOLIB.bundle".
   static std::int32_t moduleVersionFromBundle() noexcept;
 
   /// Whether the support version list allows the library version `version` on the running OS: 1 for

@@ -22,7 +22,7 @@ enum class Layout : std::uint8_t {
 enum class Layer : std::uint8_t {
   none,          // all of them hold
   xml,           // well-formed XML in UTF-8
-  whiteSpace,    // nothing between the parts
+  whiteSpace,    // no white space between the parts
   layout,        // the elements of one layout, each once, in order, with its attributes only
   cipherMarker,  // "R" or "X"
   hexadecimal,   // the payload and the checksum: digits and capital letters A to F, in pairs
@@ -37,7 +37,7 @@ enum class Fault : std::uint8_t {
   damaged,    // its form is broken inside
   altered,    // its form is whole, but the checksum is that of other content
   repaired,   // stray markup was escaped before it was stored; the checksum is that of the content
-              // before the repair, and what it says can still be relied on
+              // before the repair; the document can still be relied on
 };
 
 struct Verdict {
@@ -54,21 +54,21 @@ struct Verdict {
 struct Field {
   std::string name;        // of its element
   std::string value;       // the text with references such as &amp; resolved. Line ends are kept
-                           // as they stand, and so is the whole date, whose bytes are the key
+                           // as they are, and so is the whole date, whose bytes give the key
   std::size_t offset = 0;  // of the value's first byte in the document
 };
 
 /// What a document says. Views point into the examined bytes and are valid as long as those are.
 struct Document {
   Layout layout = Layout::application;
-  std::string_view checksum;  // as it stands in the document
+  std::string_view checksum;  // as it is in the document
   std::vector<Field> fields;  // in order: Version, OSVersion, Date, Locale, ID; for the older tag
                               // type DeviceID, SN, ROMVER as well
   char marker = 'R';
   std::string_view digits;  // the payload
   std::size_t digitsOffset = 0;
-  std::optional<std::string> contents;  // decrypted, if the examination got that far; contentsOf
-                                        // decrypts them if it did not
+  std::optional<std::string> contents;  // decrypted, if the examination got that far; if not,
+                                        // contentsOf decrypts them
 
   /// The value of a field, or "" if the layout has no field of this name.
   [[nodiscard]] std::string_view value(std::string_view name) const;
@@ -86,7 +86,7 @@ struct Report {
 [[nodiscard]] Report examine(std::string_view bytes);
 
 /// The record's contents, decrypted. Nothing if the document has no date, and so no key, or if its
-/// cipher is not available. The second form takes them out of a document that is no longer needed,
+/// cipher is not available. The second form moves them out of a document that is no longer needed,
 /// without a copy.
 [[nodiscard]] std::optional<std::string> contentsOf(const Document& document);
 [[nodiscard]] std::optional<std::string> contentsOf(Document&& document);

@@ -39,7 +39,7 @@ class WENLOLIB_EXPORT WENLOLIB {
   static std::shared_ptr<WENLOLIB> initWithContents(Text contents, Text name = {},
                                                     std::uint32_t option = 0) noexcept;
 
-  /// These set the payload and the name used in the file's name. Null clears the field, and so do
+  /// These set the contents and the name used in the file's name. Null clears the field, and so do
   /// bytes that are not UTF-8.
   void setContents(Text contents) noexcept;
   void setApplicationName(Text name) noexcept;
@@ -66,7 +66,7 @@ class WENLOLIB_EXPORT WENLOLIB {
   bool WENLOLIBCreateXMLDocument() noexcept;
 
   /// Makes the document and writes it to a file with mode 0666. A printer log gets the first free
-  /// number, 1 to 999, in the folder of printer logs; if all are taken, the last one is replaced.
+  /// number, 1 to 999, in the folder of printer logs; if all are taken, number 999 is replaced.
   /// Application usage goes into this month's file in the folder of application usage, which every
   /// record of the month replaces.
   ///

@@ -35,9 +35,9 @@ WENLOLIB_EXPORT int WENLOLIB_isSupported(uint32_t option);
  * `option` is ignored. */
 WENLOLIB_EXPORT int WENLOLIB_isSupportedPlm(uint32_t option);
 
-/* Records usage of the application `name`, in one file per application and month, with mode 0666,
- * which every record of the month replaces. `name` becomes part of the file's name as it is: a "/"
- * in it leads into a sub-folder.
+/* Records usage of the application `name`, in one file per application and month, mode 0666. Every
+ * record of the month replaces it. `name` becomes part of the file's name as it is: a "/" in it
+ * leads into a sub-folder.
  *
  * 0 if recording is refused (then only `option` is looked at), if `contents` or `name` is null, for
  * contents of 2 GiB or more, if memory runs out, if the system cannot tell what is in a file, and
@@ -51,15 +51,15 @@ WENLOLIB_EXPORT int WENLOLIB_isSupportedPlm(uint32_t option);
 WENLOLIB_EXPORT int WENLOLIB_writeAppInfoWithContents(const char* contents, const char* name,
                                                       uint32_t option);
 
-/* Records a printer log in a file of its own: the first free one of `name`_1 to `name`_999, with
- * mode 0666. If all are taken, the last one is replaced. Returns 0 and 1 for the same reasons as
- * above. `otherInfo` holds `otherInfoCount` entries; null means none. */
+/* Records a printer log in a file of its own: the first free one of `name`_1 to `name`_999, mode
+ * 0666. If all are taken, number 999 is replaced. Returns 0 and 1 for the same reasons as above.
+ * `otherInfo` holds `otherInfoCount` entries; null means none. */
 WENLOLIB_EXPORT int WENLOLIB_writePrinterLogInfoWithContents(const char* contents, const char* name,
                                                              uint32_t option,
                                                              const WENLOLIBEntry* otherInfo,
                                                              size_t otherInfoCount);
 
-/* The library's version, such as "1.0.0". Never null; valid as long as the library is loaded. */
+/* The library's version, such as "1.0.1". Never null; valid as long as the library is loaded. */
 WENLOLIB_EXPORT const char* WENLOLIB_version(void);
 
 #ifdef __cplusplus

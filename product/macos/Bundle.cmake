@@ -3,7 +3,7 @@ if(NOT TARGET wenlolib_objc)
   message(FATAL_ERROR "The plug-in for macOS needs the Objective-C classes (WENLOLIB_BUILD_OBJC)")
 endif()
 
-# Classes go by names of their own, which differ between the two runtimes of Objective-C.
+# The exported names of classes differ between the two Objective-C runtimes.
 file(STRINGS exports.txt exported_names REGEX "^[A-Za-z0-9_]+$")
 list(TRANSFORM exported_names PREPEND _)
 foreach(class IN ITEMS WENLOLIB CommonTooWenlolib)

@@ -1,5 +1,5 @@
 # The hosts of the product's tests: plain ones, and ones in which the library meets another C++
-# library, functions called like its own, libraries of its kind and itself.
+# library, functions with the names of its own or of its built-in libraries, or a copy of itself.
 include_guard(GLOBAL)
 set(host_sources ${CMAKE_CURRENT_LIST_DIR})
 set(host_folder ${PROJECT_BINARY_DIR}/tests/hosts)
@@ -70,7 +70,7 @@ function(foreign_functions target file)
 endfunction()
 
 # Hosts that load the library or are linked with it, and that have functions called like its own or
-# like those of the libraries it brings, inside themselves or in a library of theirs.
+# like those of the libraries built into it, in the host itself or in a library of the host's.
 foreach(kind IN ITEMS loading linked)
   foreach(names IN ITEMS own brought)
     set(host ${kind}_host_${names})

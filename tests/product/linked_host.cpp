@@ -15,7 +15,7 @@ namespace {
 using wenlolib::Dictionary;
 using wenlolib::WENLOLIB;
 
-constexpr std::uint32_t askAgreement = 1;
+constexpr std::uint32_t hostLanguage = 1;
 int failures = 0;
 
 void expect(bool holds, const char* what) {
@@ -25,7 +25,7 @@ void expect(bool holds, const char* what) {
 }
 
 void recordPrinter(const std::string& contents, const Dictionary& identity, const char* what) {
-  expect(WENLOLIB::writePrinterLogInfoWithContents(contents, "Host", askAgreement, identity), what);
+  expect(WENLOLIB::writePrinterLogInfoWithContents(contents, "Host", hostLanguage, identity), what);
 }
 
 }  // namespace
@@ -34,7 +34,7 @@ int main(int count, char** arguments) {
   if (count != 2) return 2;
   std::ifstream file(arguments[1], std::ios::binary);
   const std::string contents(std::istreambuf_iterator<char>(file), {});
-  expect(WENLOLIB::writeAppInfoWithContents(contents, "Host", askAgreement), "usage recorded");
+  expect(WENLOLIB::writeAppInfoWithContents(contents, "Host", hostLanguage), "usage recorded");
   recordPrinter(contents, {{"NEWTAGTYPE", "YES"}}, "a newer printer is recorded");
   recordPrinter(contents, {{"DeviceID", "QX 200"}, {"SN", "4711"}, {"ROMVER", "2.14"}},
                 "an older printer is recorded");

@@ -15,7 +15,7 @@
 #include "plugin_library.h"
 #include "wenlolib/version.h"
 
-enum { askAgreement = 1, needsNoAgreement = 2, unknownMode = 3 };
+enum { hostLanguage = 1, needsNoAgreement = 2, unknownMode = 3 };
 
 static int failures = 0;
 
@@ -76,16 +76,16 @@ static void record(const PluginLibrary* library, const char* contents) {
                                  {NULL, "ignored"},      {"SN", NULL},   {"ROMVER", "\xff"}};
   const WENLOLIBEntry newer[] = {{"NEWTAGTYPE", "YES"}};
   const WENLOLIBEntry beyond[] = {{"DeviceID", "Größe &amp; &#233;"}};
-  expect(library->isSupported(askAgreement) == 1, "application usage is supported");
-  expect(library->isSupportedPlm(askAgreement) == 1, "printer logs are supported");
-  expect(library->writeAppInfo(contents, "Host", askAgreement) == 1, "application recorded");
-  expect(library->writePrinterLogInfo(contents, "Host", askAgreement, newer, 1) == 1,
+  expect(library->isSupported(hostLanguage) == 1, "application usage is supported");
+  expect(library->isSupportedPlm(hostLanguage) == 1, "printer logs are supported");
+  expect(library->writeAppInfo(contents, "Host", hostLanguage) == 1, "application recorded");
+  expect(library->writePrinterLogInfo(contents, "Host", hostLanguage, newer, 1) == 1,
          "a newer printer is recorded");
-  expect(library->writePrinterLogInfo(contents, "Host", askAgreement, older, 6) == 1,
+  expect(library->writePrinterLogInfo(contents, "Host", hostLanguage, older, 6) == 1,
          "an older printer is recorded");
-  expect(library->writePrinterLogInfo("", "Host", askAgreement, NULL, 0) == 1,
+  expect(library->writePrinterLogInfo("", "Host", hostLanguage, NULL, 0) == 1,
          "a printer without an identity is recorded");
-  expect(library->writePrinterLogInfo(contents, "Host", askAgreement, beyond, 1) == 1,
+  expect(library->writePrinterLogInfo(contents, "Host", hostLanguage, beyond, 1) == 1,
          "a printer with an identity beyond ASCII is recorded");
 }
 

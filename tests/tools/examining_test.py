@@ -387,8 +387,8 @@ class Doctor(ToolTest):
         self.assertEqual(told().count(remedy), 2)
         cleaned = told("--clean")
         self.assertIn("PLM/.wenlolib-0.tmp: unfinished, 2.0 KiB, 3 days old: removed", cleaned)
-        self.assertIn("PLM/.wenlolib-1.tmp unfinished, 2.0 KiB, 5 hours old: left, it is not a day "
-                      f"old {remedy} once it is a day old.", cleaned)
+        self.assertIn("PLM/.wenlolib-1.tmp unfinished, 2.0 KiB, 5 hours old: left, less than a "
+                      f"day old {remedy} once it is at least a day old.", cleaned)
 
     def test_clean_leaves_what_is_not_a_day_old(self):
         self.install()

@@ -2,7 +2,7 @@
 set(product_sources ${PROJECT_SOURCE_DIR}/tests/product)
 
 add_library(torture_world SHARED torture_world.c)
-target_compile_options(torture_world PRIVATE -fno-builtin)  # it is what the builtins stand for
+target_compile_options(torture_world PRIVATE -fno-builtin)  # it defines what the builtins replace
 set_target_properties(torture_world PROPERTIES C_VISIBILITY_PRESET default)
 target_link_libraries(torture_world PRIVATE wenlolib_warnings)
 

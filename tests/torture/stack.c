@@ -16,7 +16,7 @@
 
 #include "product/plugin_library.h"
 
-enum { guardBytes = 1 << 22, untouched = 0xA5, askAgreement = 1 };
+enum { guardBytes = 1 << 22, untouched = 0xA5, hostLanguage = 1 };
 
 typedef struct Task {
   PluginLibrary library;
@@ -28,11 +28,11 @@ static void* record(void* argument) {
   const WENLOLIBEntry older[] = {{"DeviceID", "Größe &amp; &#233;"}, {"SN", "4711"}};
   Task* task = argument;
   const PluginLibrary* library = &task->library;
-  task->yes += library->isSupported(askAgreement);
-  task->yes += library->isSupportedPlm(askAgreement);
-  task->yes += library->writeAppInfo("contents", "Stack", askAgreement);
-  task->yes += library->writePrinterLogInfo("contents", "Stack", askAgreement, newer, 1);
-  task->yes += library->writePrinterLogInfo("contents", "Stack", askAgreement, older, 2);
+  task->yes += library->isSupported(hostLanguage);
+  task->yes += library->isSupportedPlm(hostLanguage);
+  task->yes += library->writeAppInfo("contents", "Stack", hostLanguage);
+  task->yes += library->writePrinterLogInfo("contents", "Stack", hostLanguage, newer, 1);
+  task->yes += library->writePrinterLogInfo("contents", "Stack", hostLanguage, older, 2);
   return NULL;
 }
 

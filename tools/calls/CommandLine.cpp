@@ -24,10 +24,10 @@ Recording:
   wenlolib record printer --name N --sn S FILE
 
 The installation:
-  wenlolib doctor                   is it healthy? if not, what is to be done?
+  wenlolib doctor                   is it healthy? if not, what to do?
   wenlolib init                     make the folders that a host provides
 
-wenlolib SUBCOMMAND --help tells more about a subcommand, with examples.
+wenlolib SUBCOMMAND --help says more about a subcommand, with examples.
 Exit status: 0 all is well, 1 something is not, 2 wrong usage, or something
 could not be read.
 )";

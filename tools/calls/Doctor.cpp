@@ -30,9 +30,9 @@ void addDoctor(CLI::App& app, Session& session) {
   call.add_flag("--clean", *clean, "Remove unfinished files that killed programs left");
   call.footer(
       "Examines the user's folders and files. Changes nothing without --clean, which\n"
-      "removes files called .wenlolib-*.tmp that are a day old from the folders of\n"
-      "records and configuration, and says which. Exit status: 0 no errors, 1 at least\n"
-      "one error, 2 wrong usage.\n\nExamples:\n"
+      "removes files called .wenlolib-*.tmp that are at least a day old from the\n"
+      "folders of records and configuration, and says which. Exit status: 0 no errors,\n"
+      "1 at least one error, 2 wrong usage.\n\nExamples:\n"
       "  wenlolib doctor\n"
       "  wenlolib doctor --clean\n"
       "  wenlolib doctor --json | grep -v '\"level\":\"ok\"'\n"

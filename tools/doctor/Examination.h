@@ -36,7 +36,7 @@ using Findings = std::vector<Finding>;
 [[nodiscard]] std::string findingsJson(const Findings& findings);
 
 /// All checks, on the platform in use, which must be `platform`. With `clean` it removes
-/// unfinished files that are a day old; nothing else is changed.
+/// unfinished files that are at least a day old; nothing else is changed.
 [[nodiscard]] Findings examine(const ToolPlatform& platform, bool clean);
 
 // The single checks.
@@ -53,7 +53,7 @@ void checkIdentifier(const ToolPlatform& platform, Findings& findings);
 void checkVersions(const ToolPlatform& platform, Findings& findings);
 void checkDecisions(Findings& findings);
 
-/// Unfinished files; with `clean` those that are a day old are removed.
+/// Unfinished files; with `clean` those that are at least a day old are removed.
 void checkLeftovers(const ToolPlatform& platform, bool clean, Findings& findings);
 
 /// The numbers of printer logs that are taken, and the room on the disk.

@@ -153,7 +153,7 @@ Finding roomFinding(const std::string& folder, const struct statvfs& disk) {
   if ((disk.f_flag & ST_RDONLY) != 0) {
     finding.level = Level::error;
     finding.message = "on a read-only file system";
-    finding.remedy = "Mount it for writing.";
+    finding.remedy = "Remount it read-write.";
   } else if (room < mebibyte || noFiles) {
     finding.level = Level::error;
     finding.message += noFiles ? ", but no inodes for another file" : "";

@@ -76,9 +76,9 @@ Finding leftoverFinding(const std::string& path, bool clean) {
   }
   if (age < aDay) {
     return {Level::warning, "leftover", path,
-            message + left + (clean ? ", it is not a day old" : ""),
-            "A program was killed while writing. wenlolib doctor --clean removes it once it is a "
-            "day old."};
+            message + left + (clean ? ", less than a day old" : ""),
+            "A program was killed while writing. wenlolib doctor --clean removes it once it is at "
+            "least a day old."};
   }
   if (clean) return removeLeftover(path, message);
   return {Level::warning, "leftover", path, message,
@@ -106,7 +106,7 @@ void tell(const Others& others, bool clean, Findings& findings) {
   if (others.left > 0) {
     findings.push_back({others.worst, "leftover", subject,
                         groupDigits(others.left) + (clean ? " left" : ""),
-                        "wenlolib doctor --clean removes those that are a day old."});
+                        "wenlolib doctor --clean removes those that are at least a day old."});
   }
 }
 

@@ -128,7 +128,7 @@ std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,
 
 namespace {
 
-/// The date as it stands, and the reader's local time if that differs.
+/// The date as it is, and the reader's local time if that differs.
 std::string dateText(const std::string& date) {
   const auto moment = momentOf(date);
   std::string shown = visibleLine(date);

@@ -1,4 +1,4 @@
-/// Many documents, several at a time, answered in their order.
+/// Many documents, several at a time; the answers come in their order.
 #ifndef WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
 #define WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
 

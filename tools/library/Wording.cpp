@@ -60,7 +60,7 @@ std::string_view advice(const Reason& reason) {
     case ENAMETOOLONG:
       return "Choose a shorter name.";
     case EROFS:
-      return "Mount the disk for writing.";
+      return "Remount the disk read-write.";
     default:
       return "";
   }
@@ -166,7 +166,7 @@ std::string valueText(const Value* value) {
 std::string instantText(Instant instant) {
   constexpr double limit = sizeof(std::time_t) > 4 ? 1e18 : 2e9;
   const double seconds = std::floor(instant.time_since_epoch().count());
-  if (!(std::abs(seconds) < limit)) return "(no date)";
+  if (!(std::abs(seconds) < limit)) return "(out of range)";
   return localTime(static_cast<std::time_t>(seconds));
 }
 

@@ -33,7 +33,7 @@ std::string countText(std::uint64_t number, std::string_view noun) {
 
 std::string localTime(std::time_t time) {
   std::tm parts{};
-  if (localtime_r(&time, &parts) == nullptr) return "(no date)";
+  if (localtime_r(&time, &parts) == nullptr) return "(out of range)";
   const long offset = std::abs(parts.tm_gmtoff);
   return fmt::format("{}-{:02}-{:02} {:02}:{:02}:{:02} {}{:02}:{:02}", parts.tm_year + 1900L,
                      parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec,

@@ -181,8 +181,8 @@ WENLOLIB_NONNULL_BEGIN
 + (NSString* WENLOLIB_NULLABLE)convertVersionNumToStr:(int)version;
 
 /**
- * The key of the support version list, "major + 1000.minor", such as "1003.1"; nil if the major is
- * not 1 to 99.
+ * The key of the support version list: (major + 1000), a point, minor, such as "1003.1"; nil if the
+ * major is not 1 to 99.
  */
 + (NSString* WENLOLIB_NULLABLE)convertVersionNumToBiasStr:(int)version;
 
@@ -199,10 +199,12 @@ WENLOLIB_NONNULL_BEGIN
 + (NSString* WENLOLIB_NULLABLE)convertBiasVersionStrToVerStr:(NSString* WENLOLIB_NULLABLE)bias;
 
 /**
- * "CFBundleVersion" as a number, of the host application and of the installed library, each at its
- * fixed path; -1 if the bundle or the key is missing.
+ * "CFBundleVersion" of the host application, at its fixed path, as a number; -1 if the bundle or
+ * the key is missing.
  */
 + (int)moduleVersion;
+
+/** The same of the installed library, at its fixed path. */
 + (int)moduleVersionFromBundle;
 
 /**

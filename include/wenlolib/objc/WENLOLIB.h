@@ -61,9 +61,9 @@ WENLOLIB_NONNULL_BEGIN
  * Records application usage: asks isSupported: first, and looks at the other arguments only if
  * recording is allowed.
  *
- * contents is the payload; name is the application's name, which becomes part of the file's name.
- * Neither may be nil; both may be empty. option is kept as it is. Its low four bits, the mode,
- * choose what recording requires and where the document's language comes from.
+ * contents is the text to record; name is the application's name, which becomes part of the file's
+ * name. Neither may be nil; both may be empty. option is kept as it is. Its low four bits, the
+ * mode, choose what recording requires and where the document's language comes from.
  *
  * NO if recording is refused, if contents or name is nil, and whenever writeAppInfo returns NO.
  */
@@ -112,8 +112,8 @@ WENLOLIB_NONNULL_BEGIN
                                   option:(unsigned int)option;
 
 /**
- * Sets the payload. The record makes its own text with the same characters, so later changes to the
- * host's text do not affect it. nil clears the field. Passing the very object that the record
+ * Sets the contents. The record makes its own text with the same characters, so later changes to
+ * the host's text do not affect it. nil clears the field. Passing the very object that the record
  * already holds (see contents) changes nothing.
  */
 - (void)setContents:(NSString* WENLOLIB_NULLABLE)contents;

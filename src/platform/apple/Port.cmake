@@ -1,4 +1,4 @@
-# The macOS port. It needs nothing that the system does not bring.
+# The macOS port. It needs only what the system has.
 enable_language(OBJCXX)
 include(${CMAKE_CURRENT_LIST_DIR}/Sources.cmake)
 
@@ -9,7 +9,7 @@ target_link_libraries(wenlolib_expat INTERFACE -lexpat)
 
 add_library(wenlolib_port OBJECT
   ${apple_posix_sources} ${apple_sources} ${apple_foundation_sources})
-# Some of what the records need is out of date on newer systems. The port asks before it calls.
+# Some of what records need is deprecated on newer systems. The port asks before it calls.
 target_compile_options(wenlolib_port PRIVATE -Wno-deprecated-declarations
   $<$<COMPILE_LANGUAGE:OBJCXX>:-std=gnu++20>)
 target_link_libraries(wenlolib_port PUBLIC wenlolib_core

@@ -1,13 +1,13 @@
-# The libraries that are built into the product: static archives, so that no copy of a host's is
-# ever called in their place. Their names are hidden by the product's export list.
+# The libraries that are built into the product: static archives, so that a host's copy is never
+# called in their place. Their names are hidden by the product's export list.
 find_library(WENLOLIB_EXPAT_ARCHIVE libexpat.a REQUIRED)
 find_library(WENLOLIB_MBEDCRYPTO_ARCHIVE libmbedcrypto.a REQUIRED)
 find_path(WENLOLIB_EXPAT_HEADERS expat.h REQUIRED)
 find_path(WENLOLIB_MBEDTLS_HEADERS mbedtls/arc4.h REQUIRED)
 
-# Expat asks the environment for variables by which it prints into its host, and takes randomness
-# from a function of the C library that ends the process where the system has none to give. In the
-# copy that is built in both go to functions of ours.
+# Expat reads environment variables that can make it print into its host, and takes randomness from
+# a function of the C library that ends the process if the system has none to give. The copy that is
+# built in calls functions of ours for both.
 set(silent_expat ${CMAKE_CURRENT_BINARY_DIR}/libexpat_silent.a)
 add_custom_command(OUTPUT ${silent_expat}
   COMMAND ${CMAKE_OBJCOPY} --redefine-sym getenv=wenlolib_noEnvironment
@@ -28,8 +28,8 @@ add_library(wenlolib_mbedtls INTERFACE)
 target_include_directories(wenlolib_mbedtls SYSTEM INTERFACE ${WENLOLIB_MBEDTLS_HEADERS})
 target_link_libraries(wenlolib_mbedtls INTERFACE ${WENLOLIB_MBEDCRYPTO_ARCHIVE})
 
-# Which package of the distribution an archive came in: whoever rebuilds after a flaw was mended
-# there can see whether the mend is in. Empty where another packager is at work.
+# Which package of the distribution an archive came in: shows after a rebuild whether a fix is in.
+# Empty without dpkg-query.
 function(package_of name package)
   find_program(WENLOLIB_DPKG_QUERY dpkg-query)
   set(version "")

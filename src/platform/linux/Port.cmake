@@ -1,10 +1,10 @@
 # The Linux port, on libraries that can live in a host's process.
 include(linux/BuiltIn.cmake)
 
-# Expat's needs and the platform of the receiver go with these.
+# The excepted files belong to other targets.
 sources(port_sources posix/*.cpp linux/*.cpp EXCEPT ExpatNeeds.cpp ReadingOnly.cpp)
 add_library(wenlolib_port OBJECT ${port_sources})
-# Descriptors for thread-local bytes are what Arm has anyway; on Intel they have to be asked for.
+# TLS descriptors are the default on Arm; on Intel they have to be asked for.
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-mtls-dialect=gnu2 WENLOLIB_TLS_DESCRIPTORS)
 if(WENLOLIB_TLS_DESCRIPTORS)
