@@ -125,6 +125,19 @@ TEST(ReceiverRepair, EndsItsSearchWhereTooManyValuesHoldReferences) {
   EXPECT_EQ(findingOf(seven), checksumFault(seven, Fault::altered));
 }
 
+TEST(ReceiverRepair, TakesFourAttemptsAtALargeDocument) {
+  ExpectedDocument document = printerWith("&amp;&amp;&", "");  // found at the fourth
+  document.contents = std::string(std::size_t{6} << 20, 'x');
+  const std::string fourth = stored(document);
+  EXPECT_EQ(findingOf(fourth), checksumFault(fourth, Fault::repaired));
+  document.printer->deviceId = "&&&amp;";  // at the fifth
+  const std::string fifth = stored(document);
+  EXPECT_EQ(findingOf(fifth), checksumFault(fifth, Fault::altered));
+  document.contents = "x";
+  const std::string small = stored(document);
+  EXPECT_EQ(findingOf(small), checksumFault(small, Fault::repaired));
+}
+
 TEST(ReceiverRepair, TakesFewAttemptsAtALargeDocument) {
   ExpectedDocument document = printerWith("A&B", "R&amp;D");
   document.contents = std::string(std::size_t{6} << 20, 'x');

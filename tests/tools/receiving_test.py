@@ -748,6 +748,14 @@ class DiffTest(ReceivingTest):
             "@@ -28,3 +27,4 @@\n line 27\n line 28\n line 29\n+last\n\\ no line break at the end\n",
         )
 
+    def test_a_line_that_is_not_utf8_stands_in_json_as_digits(self):
+        a, b = document(b"one\n\xff\xfe\nthree\n"), document(b"one\ntwo\nthree\n")
+        hidden = [{"line": None, "line_hex": "FFFE0A"}]
+        for first, second, removed, added in [(a, b, hidden, ["two\n"]), (b, a, ["two\n"], hidden)]:
+            found = json.loads(self.differ(first, second, "--json"))
+            self.assertEqual(found["contents"]["changes"],
+                             [{"a_line": 2, "b_line": 2, "removed": removed, "added": added}])
+
     def test_changes_lead_from_the_one_text_to_the_other(self):
         made = random.Random(7)
         sizes = []

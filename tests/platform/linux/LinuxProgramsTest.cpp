@@ -332,6 +332,9 @@ TEST(LinuxPrograms, KeepNothingOpenThatTheHostClosesWhileTheyRun) {
   const TemporaryFolder folder;
   int ends[2];
   ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+  // One number below that of the go-between's own pipe, and one above it.
+  const int high = ::fcntl(ends[1], F_DUPFD_CLOEXEC, 200);
+  ASSERT_GE(high, 200);
   Status status;
   std::thread waiting([&] {
     status = runShell("cd '" + folder.path() +
@@ -340,6 +343,7 @@ TEST(LinuxPrograms, KeepNothingOpenThatTheHostClosesWhileTheyRun) {
   });
   EXPECT_TRUE(appears(folder / "running"));
   EXPECT_EQ(::close(ends[1]), 0);
+  EXPECT_EQ(::close(high), 0);
   EXPECT_TRUE(atItsEnd(ends[0]));
   writeFile(folder / "end", "");
   waiting.join();

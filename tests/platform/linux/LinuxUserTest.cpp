@@ -1,12 +1,14 @@
 #include "platform/linux/LinuxUser.h"
 
 #include <gtest/gtest.h>
+#include <nss.h>
 #include <pwd.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include "platform/posix/Child.h"
 #include "platform/posix/Environment.h"
+#include "platform/posix/TemporaryFolder.h"
 
 namespace wenlolib::tests {
 namespace {
@@ -125,6 +127,19 @@ TEST(LinuxUser, TheLoginNameIsThePasswordDatabasesWhateverTheEnvironmentSays) {
   const Variable login("LOGNAME", "somebody-else");
   const passwd* entry = ::getpwuid(::geteuid());
   EXPECT_EQ(LinuxUser().loginName(), entry == nullptr ? Text() : Text(entry->pw_name));
+}
+
+/// The C library would load modules into the host's process to look for the user.
+TEST(LinuxUser, AUserOfTheFileIsFoundWithoutTheCLibrary) {
+  const Text name = platform::gnulinux::fieldOfUser(readFile("/etc/passwd"), ::geteuid(), 0);
+  if (!name) GTEST_SKIP() << "this user does not stand in the file";
+  const std::string answer = inChild([]() -> std::string {
+    ::unsetenv("HOME");
+    ::__nss_configure_lookup("passwd", "wenlolib_has_no_such_module");
+    if (::getpwuid(::geteuid()) != nullptr) return "the C library still finds the user";
+    return LinuxUser().loginName().value_or("null") + (LinuxUser().homeFolder() ? "" : " homeless");
+  });
+  EXPECT_EQ(answer, name);
 }
 
 TEST(FieldOfUser, IsThatOfTheFirstLineWithTheNumber) {

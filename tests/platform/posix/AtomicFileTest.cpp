@@ -64,6 +64,36 @@ TEST_F(AtomicFile, IsMadeInTheFolderOfItsTarget) {
   }
 }
 
+/// Notes the names under which files are made.
+class NotedNames : public WatchedCalls {
+ public:
+  Names names;
+  int create(int folder, const char* name) override {
+    names.push_back(name);
+    return WatchedCalls::create(folder, name);
+  }
+};
+
+TEST_F(AtomicFile, IsUnfinishedUnderANameOfRandomDigits) {
+  NotedNames noted;
+  constexpr int files = 40;
+  for (int i = 0; i < files; ++i) {
+    EXPECT_EQ(writeAtomically(noted, path, "", 0666, Publication::replacing), Outcome::written);
+  }
+  const std::string_view prefix = ".wenlolib-";
+  std::set<char> first, second;
+  for (const std::string& name : noted.names) {
+    ASSERT_EQ(name.size(), prefix.size() + 32 + 4) << name;
+    for (std::size_t i = prefix.size(); i < prefix.size() + 32; i += 2) {
+      first.insert(name[i]);
+      second.insert(name[i + 1]);
+    }
+  }
+  EXPECT_EQ(std::set<std::string>(noted.names.begin(), noted.names.end()).size(), files);
+  EXPECT_EQ(std::string(first.begin(), first.end()), "0123456789ABCDEF");
+  EXPECT_EQ(std::string(second.begin(), second.end()), "0123456789ABCDEF");
+}
+
 /// What a power cut leaves depends on this order: a file gets its name only when it is on the disk.
 TEST_F(AtomicFile, IsFlushedBeforeItTakesItsName) {
   ASSERT_EQ(replace(), Outcome::written);

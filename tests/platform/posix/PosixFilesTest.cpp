@@ -103,6 +103,17 @@ TEST_F(PosixFiles, AFolderThatIsThereKeepsItsPermissions) {
   EXPECT_EQ(namesIn(folder / "a"), (std::vector<std::string>{"b", "c"}));
 }
 
+TEST_F(PosixFiles, EveryLevelOfARelativePathIsMadeInTheWorkingFolder) {
+  const std::string answer = inChild([&]() -> std::string {
+    if (::chdir(folder.path().c_str()) != 0) return "no such folder";
+    const platform::posix::Root noRoot("");
+    platform::posix::PosixFiles relative(noRoot, calls);
+    return relative.createFolder("a/b/c", 0700).hasFailed() ? "failed" : "made";
+  });
+  EXPECT_EQ(answer, "made");
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "a/b/c"));
+}
+
 TEST_F(PosixFiles, FoldersAreMadeByManyThreadsAtOnce) {
   for (int round = 0; round < 50; ++round) {
     const std::string path = "/" + std::to_string(round) + "/a/b/c/d";

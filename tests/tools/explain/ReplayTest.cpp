@@ -25,6 +25,8 @@ TEST_F(ReplayedDate, IsInLocalTimeUnlessAnOffsetIsGiven) {
       {"2024-03-15T09:05:07+09:00", dateOf(2024, 3, 15, 0, 5, 7)},
       {"2024-03-15T09:05:07-0330", dateOf(2024, 3, 15, 12, 35, 7)},
       {"2024-02-29", dateOf(2024, 2, 28, 15)},
+      {"2024-01-01T00:00:00Z", dateOf(2024, 1, 1)},
+      {"2024-12-31T23:59:59Z", dateOf(2024, 12, 31, 23, 59, 59)},
   };
   for (const auto& [text, instant] : table) {
     const auto date = tools::dateFromText(text);

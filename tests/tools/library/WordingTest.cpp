@@ -313,5 +313,12 @@ TEST_F(NoAnswers, AreNoneWhereAllIsWell) {
   EXPECT_FALSE(outcome.unanswered);
 }
 
+TEST(VersionText, SaysWhatAVersionWasReadAs) {
+  EXPECT_EQ(tools::versionText(Text(), -1), "nothing");
+  EXPECT_EQ(tools::versionText(Text("1.2.3"), 10203), "\"1.2.3\" (10203)");
+  const std::string wrong = tools::versionText(Text("x"), -1);
+  EXPECT_TRUE(wrong.starts_with("\"x\", which is")) << wrong;
+}
+
 }  // namespace
 }  // namespace wenlolib::tests

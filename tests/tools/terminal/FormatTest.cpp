@@ -46,6 +46,8 @@ TEST(MomentOf, DateTexts) {
   EXPECT_EQ(momentOf("2024-03-15T09:05:07+0900"), 1710461107);
   EXPECT_EQ(momentOf("2024-11-03T21:40:00-03:30"), 1730682600);
   EXPECT_EQ(momentOf("2024-02-29T00:00:00+00:00"), 1709164800);
+  EXPECT_EQ(momentOf("9999-12-31T23:59:59+00:00"), 253402300799);
+  EXPECT_EQ(momentOf("10000-01-01T00:00:00+00:00"), std::nullopt);
 }
 
 TEST(MomentOf, WhatIsNoDateText) {
