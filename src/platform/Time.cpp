@@ -9,9 +9,9 @@ namespace wenlolib::platform {
 namespace {
 
 std::string zoneText(std::int64_t seconds) {
-  const char* sign = seconds < 0 ? "-" : "+";
+  std::string text(1, seconds < 0 ? '-' : '+');
   if (seconds < 0) seconds = -seconds;
-  return sign + decimal(seconds / 3600, 2) + decimal(seconds % 3600 / 60, 2);
+  return text + decimal(seconds / 3600, 2) + decimal(seconds % 3600 / 60, 2);
 }
 
 std::string directiveText(const LocalTime& time, char directive) {

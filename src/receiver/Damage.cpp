@@ -57,7 +57,7 @@ bool hasLostItsEnd(const Match& match, const xml::Finding& finding) {
 }
 
 std::string quote(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
+  return std::string("\"").append(text).append("\"");
 }
 
 std::string explain(const Match& match) {

@@ -39,11 +39,11 @@ std::string findingText(const Finding& finding, const Paint& paint, const std::s
   const std::string subject = shortPath(finding.subject, folder);
   std::string text =
       paint(level.colour, level.text) + std::string(indent - level.text.size(), ' ') + subject;
-  const std::string joint = ": " + finding.message;
+  const std::string joint = std::string(": ").append(finding.message);
   if (indent + displayWidth(subject + joint) <= width) {
     text += joint + "\n";
   } else {
-    text += "\n" + wrap(blanks + finding.message, width, indent) + "\n";
+    text.append("\n").append(wrap(blanks + finding.message, width, indent)).append("\n");
   }
   if (finding.remedy.empty()) return text;
   return text + wrap(blanks + "remedy: " + finding.remedy, width, indent) + "\n";

@@ -246,7 +246,7 @@ void appendFolded(std::string& out, std::string_view element, std::size_t width)
     out.append(indent).append(visibleLine(head)).append("\n");
     rest.remove_prefix(head.size());
   }
-  if (tooLong) out.append(indent).append("(" + countText(leftOut, "byte") + " more)\n");
+  if (tooLong) out.append(indent).append("(").append(countText(leftOut, "byte")).append(" more)\n");
 }
 
 /// The length of the element that `document` begins with, or of its tag if it has others inside.

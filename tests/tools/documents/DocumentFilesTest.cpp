@@ -37,7 +37,7 @@ TEST(ReadDocument, GivesAllOfAFileThatShowsNoSize) {
   ASSERT_FALSE(version.empty());
   ASSERT_EQ(std::filesystem::file_size("/proc/version"), 0U);
   for (const bool regular : {false, true}) {
-    for (const std::size_t held : {0, 1, 7, 100'000}) {
+    for (const std::size_t held : {0U, 1U, 7U, 100'000U}) {
       std::string buffer(held, '?');
       const DocumentReading reading = readDocument({"/proc/version", "", true, regular}, buffer);
       EXPECT_EQ(reading.complaint, "");

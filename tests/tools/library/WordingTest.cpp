@@ -40,8 +40,8 @@ TEST(Reasons, AWriteThatFailedNamesStepErrorAndRemedy) {
        "not written: making the file failed: Too many open files. Raise the limit on open files "
        "(ulimit -n)."},
       {{Step::makeFile, EROFS},
-       "not written: making the file failed: Read-only file system. Mount the disk for "
-       "writing."},
+       "not written: making the file failed: Read-only file system. Remount the disk "
+       "read-write."},
       {{Step::writeFile, ENOSPC},
        "not written: writing the file failed: No space left on device. Make room on the disk."},
       {{Step::writeFile, EDQUOT},
