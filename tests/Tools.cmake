@@ -2,6 +2,8 @@
 sources(receiver_tests receiver/*Test.cpp tools/*/*Test.cpp)
 test_binary(tool_tests tools ${receiver_tests})
 target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
+set_source_files_properties(receiver/SoundTest.cpp PROPERTIES
+  COMPILE_DEFINITIONS WENLOLIB_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
 
 foreach(script IN ITEMS receiving recording examining documentation mutate)
   add_test(NAME tools.${script}

@@ -129,8 +129,7 @@ TEST(Receiver, ReadsTheExampleDocuments) {
       {"application-rc4.ALM", "D\u00E9but: 3 pages"},
       {"printer-newer-rc4.PLM", "Head 2 \u2013 \u6771\u4EAC \U0001F5A8\n"},
       {"printer-older-xor.PLM", "ink C71 M64 Y58 K80"}};
-  const std::string here = __FILE__;
-  const std::string folder = here.substr(0, here.rfind("tests")) + "examples/documents/";
+  const std::string folder = WENLOLIB_EXAMPLES "/documents/";
   for (const Example& example : examples) {
     std::ifstream file(folder + example.name, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
