@@ -51,9 +51,10 @@ std::optional<std::time_t> momentOf(std::string_view dateText) {
   const int offset = scanner.offset();
   const std::chrono::year_month_day date = year / month / day;
   if (!scanner.done() || !date.ok()) return std::nullopt;
-  const std::chrono::seconds midnight = std::chrono::sys_days(date).time_since_epoch();
-  return static_cast<std::time_t>(midnight.count()) + hours * 3600 + minutes * 60 + seconds -
-         offset;
+  const std::chrono::seconds time = std::chrono::sys_days(date).time_since_epoch() +
+                                    std::chrono::hours(hours) + std::chrono::minutes(minutes) +
+                                    std::chrono::seconds(seconds) - std::chrono::seconds(offset);
+  return static_cast<std::time_t>(time.count());
 }
 
 Scanner& Scanner::expect(char character) {
