@@ -30,9 +30,9 @@ case $1 in
 esac
 {
   # shellcheck disable=SC2086
-  cmake -S "$here/consumer/embedding" -B "$work/build" -G Ninja $from
-  cmake --build "$work/build"
-  cmake --install "$work/build" --prefix "$work/prefix"
+  cmake -S "$here/consumer/embedding" -B "$work/build" -G Ninja $from &&
+    cmake --build "$work/build" &&
+    cmake --install "$work/build" --prefix "$work/prefix"
 } > "$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 
 HOME=$work/home-c "$work/build/host_in_c"
