@@ -54,3 +54,11 @@ CFTimeZoneRef CFTimeZoneCopyDefault() {
 CFTimeInterval CFTimeZoneGetSecondsFromGMT(CFTimeZoneRef zone, CFAbsoluteTime /*time*/) {
   return behind<PlainObject>(zone, zoneType)->number;
 }
+
+void wenlolib::tests::stubs::useTimeZone(int secondsFromGMT) {
+  world().gmtOffset = secondsFromGMT;
+}
+
+double wenlolib::tests::stubs::systemTime() {
+  return world().now;
+}

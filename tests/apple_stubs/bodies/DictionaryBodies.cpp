@@ -22,3 +22,24 @@ void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, co
   entries->items.push_back(retained(key));
   entries->items.push_back(retained(value));
 }
+
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
+  return static_cast<CFIndex>(behind<Container>(dictionary, dictionaryType)->items.size() / 2);
+}
+
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
+                                  const void** values) {
+  const auto& items = behind<Container>(dictionary, dictionaryType)->items;
+  for (std::size_t i = 0; i < items.size(); i += 2) {
+    keys[i / 2] = items[i];
+    values[i / 2] = items[i + 1];
+  }
+}
+
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
+  const auto& items = behind<Container>(dictionary, dictionaryType)->items;
+  for (std::size_t i = 0; i < items.size(); i += 2) {
+    if (items[i] == key) return items[i + 1];
+  }
+  return nullptr;
+}

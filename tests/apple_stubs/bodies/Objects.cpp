@@ -8,28 +8,11 @@ namespace wenlolib::tests::stubs {
 namespace {
 
 long live = 0;
-World theWorld;
 
 }  // namespace
 
-bool isWorldReady = false;
-
-World& world() {
-  return theWorld;
-}
-
-void reset() {
-  theWorld = World();
-  isWorldReady = true;
-}
-
 long liveObjects() {
   return live;
-}
-
-bool refused(const char* call) {
-  theWorld.calls.emplace_back(call);
-  return theWorld.refusedCall == theWorld.calls.size() - 1;
 }
 
 Object::Object(Type of, bool forEver) : type(of), constant(forEver) {
@@ -42,10 +25,6 @@ Object::~Object() {
 
 Container::~Container() {
   for (const void* item : items) CFRelease(item);
-}
-
-PlainObject::~PlainObject() {
-  if (other != nullptr) CFRelease(other);
 }
 
 Object* object(const void* reference, Type type) {

@@ -2,6 +2,7 @@
 #include <CoreServices/CoreServices.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <mbedtls/version.h>
 #include <sys/param.h>
 #include <unistd.h>
 
@@ -12,6 +13,12 @@
 #include "apple_stubs/bodies/Stubs.h"
 
 using namespace wenlolib::tests::stubs;
+
+#if MBEDTLS_VERSION_MAJOR >= 3
+#define mbedtls_md5_starts_ret mbedtls_md5_starts
+#define mbedtls_md5_update_ret mbedtls_md5_update
+#define mbedtls_md5_finish_ret mbedtls_md5_finish
+#endif
 
 OSErr Gestalt(OSType selector, SInt32* response) {
   const auto found = world().gestalt.find(selector);
