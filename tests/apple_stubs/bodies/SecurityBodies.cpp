@@ -14,13 +14,14 @@ using namespace wenlolib::tests::stubs;
 using namespace wenlolib::platform::apple;
 using wenlolib::platform::Bytes;
 
-const CFTypeRef kSecAttrType = CFSTR("type");
-const CFTypeRef kSecAttrKeyTypeRC4 = CFSTR("RC4");
-const CFStringRef kSecTransformInputAttributeName = CFSTR("INPUT");
+// In functions, because CFSTR may be a statement.
+const CFTypeRef kSecAttrType = [] { return CFSTR("type"); }();
+const CFTypeRef kSecAttrKeyTypeRC4 = [] { return CFSTR("RC4"); }();
+const CFStringRef kSecTransformInputAttributeName = [] { return CFSTR("INPUT"); }();
 
 namespace {
 
-const CFStringRef keyEntry = CFSTR("KEY");
+const CFStringRef keyEntry = [] { return CFSTR("KEY"); }();
 
 CFMutableDictionaryRef newObject() {
   return CFDictionaryCreateMutable(nullptr, 0, &kCFTypeDictionaryKeyCallBacks,
