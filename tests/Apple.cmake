@@ -15,6 +15,9 @@ set_target_properties(apple_tests PROPERTIES ENABLE_EXPORTS ON CXX_VISIBILITY_PR
 target_link_options(apple_tests PRIVATE -Wl,--wrap=dlsym -Wl,--wrap=fcntl -Wl,--wrap=fcntl64
   -Wl,--wrap=fsync)
 
+add_test(NAME apple.beliefs
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/beliefs_test.py)
+
 add_test(NAME apple.bundle_inspection
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/bundle_inspection_test.py
     ${PROJECT_SOURCE_DIR}/build/macos/WENLOLIB.bundle)

@@ -125,6 +125,20 @@ TEST_F(CoreFoundationCalendar, ShowsDaylightTimeFrom2038OnWithItsOffset) {
   EXPECT_EQ(shown(2'240'000'000), "2040-12-24T17:13:20 -18000");
 }
 
+/// Before 15 October 1582 by the Julian calendar, and before the year 1 backwards from 1 BC on. On
+/// Linux the port shows both in the Gregorian calendar, with a year 0.
+TEST_F(CoreFoundationCalendar, ShowsOldYearsAsTheyWereCounted) {
+  EXPECT_EQ(shown(-12'219'292'800), "1582-10-15T00:00:00 0");
+  EXPECT_EQ(shown(-12'219'292'801), "1582-10-04T23:59:59 0");
+  EXPECT_EQ(shown(-62'135'769'600), "0001-01-01T00:00:00 0");
+  EXPECT_EQ(shown(-62'135'769'601), "0001-12-31T23:59:59 0");
+}
+
+TEST_F(CoreFoundationCalendar, ReachesTheEndsOfWhatThePortAsksFor) {
+  EXPECT_EQ(shown(7'999'999'999'999), "255479-11-28T14:13:19 0");
+  EXPECT_NE(shown(-7'999'999'999'999), "nothing");
+}
+
 TEST_F(CoreFoundationCalendar, KnowsHalfHours) {
   ASSERT_TRUE(useZone("Australia/Lord_Howe"));
   EXPECT_EQ(shown(1'704'067'200), "2024-01-01T11:00:00 39600");

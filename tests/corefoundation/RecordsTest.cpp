@@ -1,7 +1,10 @@
 // Whole records on Apple's own Core Foundation, and no object of it left behind.
 #include <CoreFoundation/CoreFoundation.h>
+#include <fcntl.h>
 #include <malloc.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <set>
@@ -66,6 +69,33 @@ TEST_F(CoreFoundationRecords, AreSoundInAllLayouts) {
     }
   }
   EXPECT_EQ(layouts.size(), 3U);
+}
+
+/// What reaches standard error meanwhile.
+std::string printedDuring(const std::string& file, const std::function<void()>& work) {
+  const int kept = ::dup(STDERR_FILENO);
+  const int written = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  ::dup2(written, STDERR_FILENO);
+  work();
+  ::dup2(kept, STDERR_FILENO);
+  ::close(kept);
+  ::close(written);
+  return readFile(file);
+}
+
+TEST_F(CoreFoundationRecords, PrintNothing) {
+  const std::string log = root.path() + "/log";
+  EXPECT_EQ(printedDuring(log, [] { fprintf(stderr, "seen"); }), "seen");
+  for (const char* preferences :
+       {"{ a = ", "{ a = (1, 2; }", "<plist><dict>", "bplist00", "\xFF"}) {
+    EXPECT_EQ(printedDuring(log,
+                            [&] {
+                              writeFile(root.path() + preferencePath, preferences);
+                              EXPECT_FALSE(WENLOLIB::writeAppInfoWithContents("usage", "App", 1));
+                              EXPECT_TRUE(WENLOLIB::writeAppInfoWithContents("usage", "App", 2));
+                            }),
+              "");
+  }
 }
 
 /// How many bytes more are allocated after 3,000 calls than before. Caches fill in the first calls.

@@ -42,12 +42,14 @@ const void* retained(const void* reference) {
 
 using wenlolib::tests::stubs::Object;
 
+// Seen: CoreFoundationRecords.EachServiceLeavesNothingBehind.
 void CFRelease(CFTypeRef reference) {
   auto* object = static_cast<Object*>(const_cast<void*>(reference));
   if (object->references < 1) std::abort();
   if (--object->references == 0 && !object->constant) delete object;
 }
 
+// Seen: AppleUser.HasNoLocaleWhereTheSettingIsNotText.
 CFTypeID CFGetTypeID(CFTypeRef reference) {
   return static_cast<const Object*>(reference)->type;
 }

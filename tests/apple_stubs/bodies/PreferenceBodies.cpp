@@ -5,6 +5,7 @@ using namespace wenlolib::tests::stubs;
 
 const CFStringRef kCFPreferencesCurrentApplication = stubConstantString("current application");
 
+// Seen: AppleUser.HasTheGlobalLocaleSetting.
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application) {
   if (refused("CFPreferencesCopyAppValue") || application != kCFPreferencesCurrentApplication) {
     return nullptr;

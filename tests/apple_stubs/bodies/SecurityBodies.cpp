@@ -31,6 +31,7 @@ CFMutableDictionaryRef newObject() {
 /// Fails a call in the way that the test has chosen. True if the call must return no object.
 bool failing(bool isRefused, CFErrorRef* error) {
   if (!isRefused) return false;
+  if (world().refusal == Refusal::exception) throw "not a std::exception";
   if (world().refusal != Refusal::noObject) *error = reinterpret_cast<CFErrorRef>(newObject());
   return world().refusal != Refusal::objectAndError;
 }
@@ -54,6 +55,7 @@ Bytes bytesAt(CFTypeRef dictionary, CFStringRef name) {
 
 }  // namespace
 
+// Assumed: Security's transforms.
 SecKeyRef SecKeyCreateFromData(CFDictionaryRef parameters, CFDataRef keyData, CFErrorRef* error) {
   const bool isRefused = refused("SecKeyCreateFromData");
   const Uncounted own;
@@ -64,6 +66,7 @@ SecKeyRef SecKeyCreateFromData(CFDictionaryRef parameters, CFDataRef keyData, CF
   return reinterpret_cast<SecKeyRef>(key);
 }
 
+// Assumed: Security's transforms.
 SecTransformRef SecEncryptTransformCreate(SecKeyRef key, CFErrorRef* error) {
   const bool isRefused = refused("SecEncryptTransformCreate");
   const Uncounted own;
@@ -73,6 +76,7 @@ SecTransformRef SecEncryptTransformCreate(SecKeyRef key, CFErrorRef* error) {
   return transform;
 }
 
+// Assumed: Security's transforms.
 Boolean SecTransformSetAttribute(SecTransformRef transform, CFStringRef attribute, CFTypeRef value,
                                  CFErrorRef* error) {
   const bool isRefused = refused("SecTransformSetAttribute");
@@ -83,6 +87,7 @@ Boolean SecTransformSetAttribute(SecTransformRef transform, CFStringRef attribut
   return world().attributeAnswer;
 }
 
+// Assumed: Security's transforms.
 CFTypeRef SecTransformExecute(SecTransformRef transform, CFErrorRef* error) {
   const bool isRefused = refused("SecTransformExecute");
   const Uncounted own;

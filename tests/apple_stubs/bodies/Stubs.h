@@ -16,8 +16,8 @@
 
 namespace wenlolib::tests::stubs {
 
-/// How a call fails if it returns an object and takes a place for an error.
-enum class Refusal { noObject, noObjectAndError, objectAndError };
+/// How a call fails if it returns an object and takes a place for an error. `exception`: it throws.
+enum class Refusal { noObject, noObjectAndError, objectAndError, exception };
 
 struct World {
   /// Calls that make, ask or change something, in order. Calls that only read or release an object

@@ -42,7 +42,7 @@ TEST_F(RefusedCipher, TakesItsStepsInOrder) {
 
 TEST_F(RefusedCipher, RefusedAtAnyStepLeavesTheOutputsAlone) {
   for (const stubs::Refusal how : {stubs::Refusal::noObject, stubs::Refusal::noObjectAndError,
-                                   stubs::Refusal::objectAndError}) {
+                                   stubs::Refusal::objectAndError, stubs::Refusal::exception}) {
     world = stubs::World();
     world.refusal = how;
     const std::size_t steps = refusingEachCall([&](const std::string& refused) {
