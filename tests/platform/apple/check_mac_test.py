@@ -186,10 +186,10 @@ class CheckMac(unittest.TestCase):
         return [line[len(verdict):].strip() for line in report.splitlines()
                 if line.startswith(verdict + " ")]
 
-    def with_everything(self):
+    def with_everything(self, **differences):
         """Allows everything. The copy at the fixed path, which the fake sudo does not make, is not
         needed on this system."""
-        return self.run_script(*ALL, version="10.15.7", gestalt="10.15.7")
+        return self.run_script(*ALL, version="10.15.7", gestalt="10.15.7", **differences)
 
 
 class Report(CheckMac):
@@ -200,9 +200,14 @@ class Report(CheckMac):
         self.assertEqual(self.lines(run, "not here"),
                          ["systems before 10.10, 10.9 and 10.8: this is macOS 10.15.7"])
         same = self.lines(run, "same")
-        self.assertEqual(len(same), 46, run.stdout)
+        self.assertEqual(len(same), 46, run.stdout)  # a check that no longer runs is noticed
         self.assertIn("leaks: expected 0, found 0", same)
         self.assertEqual(run.stdout.splitlines()[-1].strip(), "46 same, 0 differ, 0 not checked")
+
+    def test_fails_for_a_single_difference(self):
+        run = self.with_everything(leaks=1)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(run.stdout.splitlines()[-1].strip(), "45 same, 1 differ, 0 not checked")
 
     def assert_differing(self, run, *beginnings):
         self.assertEqual(run.returncode, 1, run.stdout + run.stderr)
