@@ -4,7 +4,8 @@ import struct
 ARCHITECTURES = {0x01000007: "x86_64", 0x0100000C: "arm64"}
 BUNDLE = 8
 SEGMENT, SYMTAB, VERSION_MIN, BUILD_VERSION, CODE_SIGNATURE = 0x19, 0x2, 0x24, 0x32, 0x1D
-LOAD_DYLIB, LOAD_WEAK_DYLIB = 0xC, 0x80000018
+LOAD_DYLIB, LOAD_WEAK_DYLIB, CHAINED_FIXUPS = 0xC, 0x80000018, 0x80000034
+RELATIVE_METHODS = 0x80000000
 
 
 def slices(data):
@@ -30,6 +31,7 @@ class Image:
         self.libraries = []  # (path, is weak), in the order that symbols refer to
         self.sections = {}  # name: (address, size)
         self.signed = False
+        self._chained = False
         self.oldest = None
         self._segments = []
         self._symbols = None
@@ -59,6 +61,8 @@ class Image:
             self.oldest = f"{packed >> 16}.{packed >> 8 & 0xFF}"
         elif command == CODE_SIGNATURE:
             self.signed = True
+        elif command == CHAINED_FIXUPS:
+            self._chained = True
 
     def _text_at(self, offset):
         return self.data[offset:self.data.index(b"\0", offset)].decode()
@@ -90,7 +94,11 @@ class Image:
         raise ValueError(f"no section holds the address {address:#x}")
 
     def _pointers(self, address, count):
-        return struct.unpack_from(f"<{count}Q", self.data, self._offset(address))
+        pointers = struct.unpack_from(f"<{count}Q", self.data, self._offset(address))
+        if not self._chained:
+            return pointers
+        # Each is a link of a chain: 36 bits are the address, the highest marks an imported symbol.
+        return tuple(0 if each >> 63 else each & 0xFFFFFFFFF for each in pointers)
 
     def _text(self, address):
         return self._text_at(self._offset(address))
@@ -104,13 +112,24 @@ class Image:
         if address == 0:
             return {}
         flags, count = struct.unpack_from("<II", self.data, self._offset(address))
-        if flags != 24:
+        size = flags & 0xFFFC
+        if size != (12 if flags & RELATIVE_METHODS else 24):
             raise ValueError("the list of methods has another form")
         methods = {}
         for i in range(count):
-            selector, types, _ = self._pointers(address + 8 + 24 * i, 3)
+            entry = address + 8 + size * i
+            if flags & RELATIVE_METHODS:
+                selector, types = self._relative_method(entry)
+            else:
+                selector, types, _ = self._pointers(entry, 3)
             methods[self._text(selector)] = self._text(types)
         return methods
+
+    def _relative_method(self, entry):
+        """The addresses of a method's selector and types, which are given by their distances. The
+        selector is reached through a pointer that the runtime makes unique."""
+        name, types = struct.unpack_from("<ii", self.data, self._offset(entry))
+        return self._pointers(entry + name, 1)[0], entry + 4 + types
 
     def _variables(self, address):
         if address == 0:
