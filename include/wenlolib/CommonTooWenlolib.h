@@ -61,7 +61,8 @@ class WENLOLIB_EXPORT CommonTooWenlolib {
   static Text groupIdentifier() noexcept;
 
   /// The app-group container, as the system's lookup returns it, null included. If the system
-  /// offers no lookup, it is "/Users/<login name>/Library/Group Containers/<identifier>".
+  /// offers no lookup, it is "/Users/<login name>/Library/Group Containers/<identifier>". Linux's
+  /// lookup returns the same folder below the home folder.
   static Text groupContainerDirPath() noexcept;
 
   /// "Library/Application Support/QMR", "Library/Preferences/QMR" and "Library/Caches/QMR" in the

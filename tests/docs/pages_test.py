@@ -36,7 +36,7 @@ def steps(page):
         if language == "cmake" and "find_package" in text:
             language, file = "", "CMakeLists.txt"
         else:
-            file = saved_as.get(language)
+            file = "receiver.cpp" if "Receiver.h" in text else saved_as.get(language)
         if not with_objc and (language == "objc" or "gnustep" in text):
             continue
         if file:

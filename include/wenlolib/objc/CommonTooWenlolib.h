@@ -82,7 +82,8 @@ WENLOLIB_NONNULL_BEGIN
 
 /**
  * The app-group container, as the system's lookup returns it, nil included. If the system offers no
- * lookup, it is "/Users/<login name>/Library/Group Containers/<identifier>".
+ * lookup, it is "/Users/<login name>/Library/Group Containers/<identifier>". Linux's lookup returns
+ * the same folder below the home folder.
  */
 + (NSString* WENLOLIB_NULLABLE)groupContainerDirPath;
 
