@@ -4,12 +4,14 @@
    bundle_inspection_test.py BUNDLE
 
 The exit status is 77, for "skipped", if there is no bundle or it is older than its sources."""
+import copy
 import pathlib
 import plistlib
 import re
 import sys
 import unittest
 
+import code_signature
 import macho
 from bundle_interface import (CLASSES, IMPORTED, LATE_CALLS, LIBRARIES, OBJC, OWN_METHODS,
                               SYSTEM)
@@ -62,7 +64,18 @@ class Executable(unittest.TestCase):
         for architecture, image in self.each():
             self.assertEqual(image.kind, macho.BUNDLE)
             self.assertEqual(image.oldest, OLDEST[architecture])
-        self.assertTrue(self.images["arm64"].signed, "Arm runs nothing without a signature")
+
+    def test_is_signed_for_arm_page_by_page(self):
+        image = self.images["arm64"]
+        self.assertEqual(code_signature.complaints(image), [])
+        end, _ = image.signature
+        for place in (0, 24, end // 2, end - 1):
+            changed = bytearray(image.data)
+            changed[place] ^= 1
+            image_changed = copy.copy(image)
+            image_changed.data = bytes(changed)
+            self.assertRegex("; ".join(code_signature.complaints(image_changed)),
+                             "^page [0-9]+ has another digest$")
 
     def test_exports_its_list(self):
         lines = (project / "product/exports.txt").read_text().split("\n")

@@ -29,7 +29,8 @@ class Image:
             raise ValueError("no 64-bit image")
         self.libraries = []  # (path, is weak), in the order that symbols refer to
         self.sections = {}  # name: (address, size)
-        self.signed = False
+        self.text_segment = None  # (offset, size) of the segment with the code
+        self.signature = None  # (offset, size)
         self.oldest = None
         self._segments = []
         self._symbols = None
@@ -44,6 +45,8 @@ class Image:
             address, size, offset, file_size, _, _, sections, _ = struct.unpack_from(
                 "<4Q4I", self.data, at + 24)
             self._segments.append((address, offset, file_size))
+            if offset == 0 and file_size:
+                self.text_segment = offset, file_size
             for i in range(sections):
                 name, _, start, length = struct.unpack_from("<16s16sQQ", self.data,
                                                             at + 72 + 80 * i)
@@ -58,7 +61,7 @@ class Image:
             packed, = struct.unpack_from("<I", self.data, place)
             self.oldest = f"{packed >> 16}.{packed >> 8 & 0xFF}"
         elif command == CODE_SIGNATURE:
-            self.signed = True
+            self.signature = struct.unpack_from("<II", self.data, at + 8)
 
     def _text_at(self, offset):
         return self.data[offset:self.data.index(b"\0", offset)].decode()
