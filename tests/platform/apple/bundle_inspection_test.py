@@ -5,6 +5,7 @@
 
 The exit status is 77, for "skipped", if there is no bundle or it is older than its sources."""
 import copy
+import functools
 import pathlib
 import plistlib
 import re
@@ -49,19 +50,24 @@ class Bundle(unittest.TestCase):
             self.assertRegex(information[key], r"^[0-9]+\.[0-9]+\.[0-9]+$")
 
 
+def for_each_slice(check):
+    """Makes a test of a check of one architecture's image."""
+    @functools.wraps(check)
+    def test(self):
+        for architecture, image in self.images.items():
+            with self.subTest(architecture):
+                check(self, architecture, image)
+    return test
+
+
 class Executable(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.images = macho.slices(executable().read_bytes())
 
-    def each(self):
-        for architecture, image in self.images.items():
-            with self.subTest(architecture):
-                yield architecture, image
-
     def test_is_a_bundle_for_both_architectures(self):
         self.assertEqual(set(self.images), {"x86_64", "arm64"})
-        for architecture, image in self.each():
+        for architecture, image in self.images.items():
             self.assertEqual(image.kind, macho.BUNDLE)
             self.assertEqual(image.oldest, OLDEST[architecture])
 
@@ -77,55 +83,54 @@ class Executable(unittest.TestCase):
             self.assertRegex("; ".join(code_signature.complaints(image_changed)),
                              "^page [0-9]+ has another digest$")
 
-    def test_exports_its_list(self):
+    @for_each_slice
+    def test_exports_its_list(self, _, image):
         lines = (project / "product/exports.txt").read_text().split("\n")
         names = {"_" + line for line in lines if re.fullmatch(r"\w+", line)}
         self.assertEqual(len(names), 11)
         for name in CLASSES:
             names |= {f"_OBJC_CLASS_$_{name}", f"_OBJC_METACLASS_$_{name}"}
-        for _, image in self.each():
-            self.assertEqual(image.exported(), names)
+        self.assertEqual(image.exported(), names)
 
-    def test_loads_nothing_but_the_system(self):
-        for _, image in self.each():
-            self.assertEqual(dict(image.libraries), LIBRARIES)
+    @for_each_slice
+    def test_loads_nothing_but_the_system(self, _, image):
+        self.assertEqual(dict(image.libraries), LIBRARIES)
 
-    def test_imports_what_is_meant(self):
-        for _, image in self.each():
-            for library, names in IMPORTED.items():
-                imported = {(name, weak) for name, path, weak in image.imported()
-                            if path == library}
-                self.assertEqual(imported, {(name, LIBRARIES[library]) for name in names})
+    @for_each_slice
+    def test_imports_what_is_meant(self, _, image):
+        for library, names in IMPORTED.items():
+            imported = {(name, weak) for name, path, weak in image.imported() if path == library}
+            self.assertEqual(imported, {(name, LIBRARIES[library]) for name in names})
 
-    def test_catches_what_is_raised(self):
-        for _, image in self.each():
-            self.assertIn(("___objc_personality_v0", OBJC, False), image.imported())
+    @for_each_slice
+    def test_catches_what_is_raised(self, _, image):
+        self.assertIn(("___objc_personality_v0", OBJC, False), image.imported())
 
-    def test_imports_no_cxx(self):
-        for _, image in self.each():
-            names = {name for name, path, _ in image.imported() if path == SYSTEM}
-            self.assertGreater(len(names), 50)
-            self.assertEqual({name for name in names if name.startswith("__Z")}, set())
+    @for_each_slice
+    def test_imports_no_cxx(self, _, image):
+        names = {name for name, path, _ in image.imported() if path == SYSTEM}
+        self.assertGreater(len(names), 50)
+        self.assertEqual({name for name in names if name.startswith("__Z")}, set())
 
     def test_can_do_without_what_came_late(self):
         weak = {name for name, path, weak in self.images["x86_64"].imported()
                 if path == SYSTEM and weak}
         self.assertEqual(weak, LATE_CALLS)
 
-    def test_has_its_classes(self):
-        for architecture, image in self.each():
-            classes = image.classes()
-            self.assertEqual(set(classes), set(CLASSES))
-            for name, expected in CLASSES.items():
-                self.assertEqual(classes[name]["variables"], expected["variables"])
-                for kind in "+-":
-                    self.assert_methods(classes[name][kind], expected[kind], architecture)
+    @for_each_slice
+    def test_has_its_classes(self, architecture, image):
+        classes = image.classes()
+        self.assertEqual(set(classes), set(CLASSES))
+        for name, expected in CLASSES.items():
+            self.assertEqual(classes[name]["variables"], expected["variables"])
+            for kind in "+-":
+                self.assert_methods(classes[name][kind], expected[kind], architecture)
 
-    def test_groups_the_records_operations_in_a_category(self):
-        for _, image in self.each():
-            categories = image.classes()["WENLOLIB"]["categories"]
-            self.assertEqual(set(categories), {"WENLOLIBMethods"})
-            self.assertLessEqual(set(CLASSES["WENLOLIB"]["-"]), categories["WENLOLIBMethods"])
+    @for_each_slice
+    def test_groups_the_records_operations_in_a_category(self, _, image):
+        categories = image.classes()["WENLOLIB"]["categories"]
+        self.assertEqual(set(categories), {"WENLOLIBMethods"})
+        self.assertLessEqual(set(CLASSES["WENLOLIB"]["-"]), categories["WENLOLIBMethods"])
 
     def assert_methods(self, methods, expected, architecture):
         found = {selector: compact(types) for selector, types in methods.items()
