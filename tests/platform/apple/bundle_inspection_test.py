@@ -14,8 +14,9 @@ import unittest
 
 import code_signature
 import macho
-from bundle_interface import (CLASSES, IMPORTED, LATE_CALLS, LIBRARIES, OBJC, OWN_METHODS,
-                              SYSTEM)
+import unwind
+from bundle_interface import (CATCHING, CLASSES, CXX, IMPORTED, LATE_CALLS, LIBRARIES, OBJECTS,
+                              OWN_METHODS, SYSTEM)
 
 project = pathlib.Path(__file__).resolve().parents[3]
 bundle = None
@@ -103,8 +104,27 @@ class Executable(unittest.TestCase):
             self.assertEqual(imported, {(name, LIBRARIES[library]) for name in names})
 
     @for_each_slice
-    def test_catches_what_is_raised(self, _, image):
-        self.assertIn(("___objc_personality_v0", OBJC, False), image.imported())
+    def test_passes_exceptions_through_every_function(self, architecture, image):
+        table = unwind.Table(architecture, image)
+        self.assertEqual(list(table.broken.items())[:9], [], f"{len(table.broken)} functions")
+        self.assertGreater(len(table.handling), 900)
+
+    @for_each_slice
+    def test_catches_what_is_raised(self, architecture, image):
+        table = unwind.Table(architecture, image)
+        areas = {function: each.area for function, each in table.handling.items() if each.area}
+        self.assertEqual(areas, table.areas)
+        start, size = image.sections["__gcc_except_tab"]
+        self.assertEqual([area for area in areas.values() if not start <= area < start + size], [])
+        self.assertEqual({table.handling[function].personality for function in areas},
+                         {CXX, OBJECTS})
+        functions = image.functions()
+        own = [function for function in areas
+               if any(re.search(r"8wenlolib|\[", name) for name in functions[function])]
+        self.assertGreater(len(own), 150)
+        catching = {name: table.handling[function].personality for function, area in areas.items()
+                    if table.catches(area) for name in functions[function]}
+        self.assertEqual({name: catching.get(name) for name in CATCHING}, CATCHING)
 
     @for_each_slice
     def test_imports_no_cxx(self, _, image):

@@ -97,6 +97,17 @@ CLASSES = {
 # Methods that any class may have on its own.
 OWN_METHODS = {"dealloc": "v"}
 
+# The functions that look for a handler, in C++ and in Objective-C, and functions that catch: every
+# call of a host ends in one of them, or in a C++ function that one of them calls.
+CXX, OBJECTS = "___gxx_personality_v0", "___objc_personality_v0"
+CATCHING = {
+    **dict.fromkeys(["_WENLOLIB_writeAppInfoWithContents",
+                     "_WENLOLIB_writePrinterLogInfoWithContents", "_coreCreateTask",
+                     "_coreCreateDir", "_coreReplaceString", "_coreLocale"], CXX),
+    **dict.fromkeys(["_newPool", "_drainPool", "_stillGood", "_saysNoMemory", "_succeedsGuarded"],
+                    OBJECTS),
+}
+
 
 def link_stub(name):
     """A library's path, and the symbols that may be used from it: those in its link stub."""

@@ -1,5 +1,5 @@
-"""Checks the signature that a linker puts into an image for Arm: digests of the file's pages, without
-a signer. The system ends a process that runs a page with another digest."""
+"""Checks the signature that a linker puts into an image for Arm: digests of the file's pages. The
+system ends a process that runs a page with another digest."""
 import hashlib
 import struct
 
