@@ -104,6 +104,12 @@ class Executable(unittest.TestCase):
             self.assertEqual(imported, {(name, LIBRARIES[library]) for name in names})
 
     @for_each_slice
+    def test_binds_its_imports_when_it_is_loaded(self, _, image):
+        bound = image.bindings.values()
+        self.assertEqual([name for name, _, _, is_lazy in bound if is_lazy], [])
+        self.assertEqual({each[:3] for each in bound}, image.imported())
+
+    @for_each_slice
     def test_passes_exceptions_through_every_function(self, architecture, image):
         table = unwind.Table(architecture, image)
         self.assertEqual(list(table.broken.items())[:9], [], f"{len(table.broken)} functions")
