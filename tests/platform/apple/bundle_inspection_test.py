@@ -15,8 +15,8 @@ import unittest
 import code_signature
 import macho
 import unwind
-from bundle_interface import (CATCHING, CLASSES, CXX, IMPORTED, LATE_CALLS, LIBRARIES, OBJECTS,
-                              OWN_METHODS, SYSTEM)
+from bundle_interface import (CATCHING, CLASS_HOMES, CLASSES, CXX, IMPORTED, LATE_CALLS, LIBRARIES,
+                              NSOBJECT_HOME, OBJECTS, OWN_METHODS, SYSTEM)
 
 project = pathlib.Path(__file__).resolve().parents[3]
 bundle = None
@@ -98,10 +98,21 @@ class Executable(unittest.TestCase):
         self.assertEqual(dict(image.libraries), LIBRARIES)
 
     @for_each_slice
-    def test_imports_what_is_meant(self, _, image):
-        for library, names in IMPORTED.items():
-            imported = {(name, weak) for name, path, weak in image.imported() if path == library}
+    def test_imports_what_is_meant(self, architecture, image):
+        for library, names in IMPORTED[architecture].items():
+            imported = {(name, weak) for name, path, weak in image.imported()
+                        if path == library and not name.startswith("_OBJC_METACLASS_$_")}
             self.assertEqual(imported, {(name, LIBRARIES[library]) for name in names})
+
+    @for_each_slice
+    def test_finds_each_class_where_the_oldest_system_has_it(self, architecture, image):
+        homes = {name: library for name, library, _, _ in image.bindings.values()
+                 if name.startswith(("_OBJC_CLASS_", "_OBJC_METACLASS_", "_OBJC_EHTYPE_"))}
+        expected = {"_OBJC_CLASS_$_" + name: library for name, library in CLASS_HOMES.items()}
+        for kind in ("CLASS", "METACLASS"):
+            expected[f"_OBJC_{kind}_$_NSObject"] = NSOBJECT_HOME[architecture]
+        expected["_OBJC_EHTYPE_$_NSException"] = CLASS_HOMES["NSException"]
+        self.assertEqual(homes, expected)
 
     @for_each_slice
     def test_binds_its_imports_when_it_is_loaded(self, _, image):
