@@ -97,8 +97,8 @@ CLASSES = {
 # Methods that any class may have on its own.
 OWN_METHODS = {"dealloc": "v"}
 
-# The functions that look for a handler, in C++ and in Objective-C, and functions that catch. They are
-# called by a host or just below such a call.
+# The functions that look for a handler, in C++ and in Objective-C, and functions that catch. A host
+# calls these or those that call them.
 CXX, OBJECTS = "___gxx_personality_v0", "___objc_personality_v0"
 CATCHING = {
     **dict.fromkeys(["_WENLOLIB_writeAppInfoWithContents",
@@ -139,8 +139,8 @@ LIBRARIES = {
     **{link_stub(name)[0]: name in WEAK for name in STRONG + WEAK},
 }
 
-# Where the plug-in finds each class, whatever the stubs say. NSObject came to the Objective-C library
-# with OS 10.8: what is built for older systems looks for it in Core Foundation.
+# Where the plug-in finds each class, whatever the stubs say. NSObject came to the Objective-C
+# library with OS 10.8: what is built for older systems looks for it in Core Foundation.
 CORE_FOUNDATION, FOUNDATION = (link_stub(name)[0] for name in STRONG[:2])
 CLASS_HOMES = {
     **dict.fromkeys(["NSArray", "NSData", "NSDate", "NSDictionary", "NSException", "NSMutableArray",
