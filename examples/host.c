@@ -69,6 +69,8 @@ int main(int count, char** arguments) {
                   writePrinterLog(log, "QX500", hostLanguage, newerPrinter, 1));
     all &= report("printer log, older tag type",
                   writePrinterLog(log, "QX200", hostLanguage, olderPrinter, 3));
+  } else {
+    fprintf(stderr, "A data file cannot be read, or the library lacks a function.\n");
   }
   free(usage);
   free(log);

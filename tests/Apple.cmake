@@ -15,10 +15,17 @@ set_target_properties(apple_tests PROPERTIES ENABLE_EXPORTS ON CXX_VISIBILITY_PR
 target_link_options(apple_tests PRIVATE -Wl,--wrap=dlsym -Wl,--wrap=fcntl -Wl,--wrap=fcntl64
   -Wl,--wrap=fsync)
 
+add_test(NAME apple.beliefs
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/beliefs_test.py)
+
 add_test(NAME apple.bundle_inspection
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/bundle_inspection_test.py
     ${PROJECT_SOURCE_DIR}/build/macos/WENLOLIB.bundle)
 set_tests_properties(apple.bundle_inspection PROPERTIES SKIP_RETURN_CODE 77)
+add_test(NAME apple.macho
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/macho_test.py)
+add_test(NAME apple.check_mac
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/platform/apple/check_mac_test.py)
 
 # The port's Objective-C, on this system's Foundation, if there is one: GNUstep's, built with GCC. A
 # GCC without Objective-C++ is found too, so try it.

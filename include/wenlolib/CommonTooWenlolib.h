@@ -156,7 +156,7 @@ class WENLOLIB_EXPORT CommonTooWenlolib {
   /// The bundle is "/Applications/Orvan Utilities/Quillmere/Quillmere.app".
   static std::int32_t moduleVersion() noexcept;
 
-  /// The same of the installed library. The bundle is
+  /// The same for the installed library. The bundle is
   /// "/Library/Application Support/Orvan/Quillmere/Plugins/WENLOLIB.bundle".
   static std::int32_t moduleVersionFromBundle() noexcept;
 

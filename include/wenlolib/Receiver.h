@@ -14,7 +14,7 @@ namespace wenlolib::receiver {
 /// The three layouts, named by what they carry.
 enum class Layout : std::uint8_t {
   application,      // OrvanQXApplication
-  printer,          // OrvanQX2Application: printer log, new tag type
+  printer,          // OrvanQX2Application: printer log, newer tag type
   printerOlderTag,  // OrvanQXPrinter: printer log, older tag type
 };
 

@@ -114,7 +114,7 @@ bool Builder::refuse(ListState state, std::string_view what) {
 }
 
 bool Builder::refuseDepth() {
-  return refuse(ListState::tooLarge, "arrays and dictionaries lie too deep inside each other");
+  return refuse(ListState::tooLarge, "arrays and dictionaries are nested too deeply");
 }
 
 bool Builder::refuseRoot() {

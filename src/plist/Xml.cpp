@@ -194,11 +194,11 @@ bool Document::refuse(std::string_view what) {
 bool Document::start(std::string_view name) {
   const Element* element = elementNamed(name);
   if (element == nullptr) return refuse("property lists have no such element");
-  if (leaf_ != nullptr) return refuse("an element stands inside a value");
+  if (leaf_ != nullptr) return refuse("an element is inside a value");
   const bool isFirst = !std::exchange(isBegun_, true);
   switch (element->kind) {
     case Element::Kind::root:
-      return isFirst || refuse("a property list stands inside another");
+      return isFirst || refuse("a property list is inside another");
     case Element::Kind::dictionary:
       return builder_.openDictionary();
     case Element::Kind::array:
@@ -221,7 +221,7 @@ bool Document::end(std::string_view name) {
 }
 
 bool Document::characters(std::string_view text) {
-  if (leaf_ == nullptr) return isBlankText(text) || refuse("text stands between the values");
+  if (leaf_ == nullptr) return isBlankText(text) || refuse("there is text between the values");
   text_ += text;
   return true;
 }

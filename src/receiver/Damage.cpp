@@ -103,7 +103,7 @@ Verdict misfit(const Match& match) {
     const Outline outline = outlineOf(match.bytes);
     if (outline.gap && isWrapperName(outline.outermost)) {
       return {Layer::whiteSpace, Fault::damaged, outline.gap->offset, outline.gap->before,
-              "White space stands between the parts of the document."};
+              "There is white space between the parts of the document."};
     }
   }
   if (finding.kind != xml::Finding::wellFormed && finding.kind != xml::Finding::typeDeclared) {

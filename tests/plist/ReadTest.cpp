@@ -308,7 +308,7 @@ TEST(PropertyListRead, SaysWhyAFileHoldsNoDictionaryAndWhere) {
       {"<html/>", damaged, "property lists have no such element"},
       {"<plist>\n<dict>\n<key>k</key>\n</dict>\n</plist>", damaged, "a key has no value", 4},
       {"<plist>\n<dict>\n<true/></dict>\n</plist>", damaged, "a value has no key", 3},
-      {"<plist>\n<dict>x</dict>\n</plist>", damaged, "text stands between the values", 2},
+      {"<plist>\n<dict>x</dict>\n</plist>", damaged, "there is text between the values", 2},
       {inPlist("<dict>" + entry + "</dict><dict/>"), damaged, "something follows the root"},
       {"<plist>\n\n<dict>" + entry, damaged, "no element found", 3},
       {"<plist>\n<dict></plist>", damaged, "mismatched tag", 2},
@@ -316,7 +316,7 @@ TEST(PropertyListRead, SaysWhyAFileHoldsNoDictionaryAndWhere) {
       {"<!DOCTYPE plist [\n<!ENTITY e 'x'>]><plist/>", damaged,
        "it declares entities or elements of its own", 2},
       {inPlist(repeated("<dict><key>k</key>", 600)), tooLarge,
-       "arrays and dictionaries lie too deep inside each other"},
+       "arrays and dictionaries are nested too deeply"},
       {std::string(bounds.bytes + 1, ' '), tooLarge, "", 0},
   };
   for (const Place& place : places) {

@@ -200,7 +200,8 @@ class Documentation(unittest.TestCase):
                 (guide, f"installation less than {application} days ago"),
                 (guide, f"installation date less than {printer} days ago"),
                 (guide, f"at exactly {application} or {printer} days it is over"),
-                (guide, f"{application} ({printer}) days are not over")]:
+                (guide, f"the installation was less than {application} days ago "
+                        f"(printer logs: {printer})")]:
             with open(os.path.join(ROOT, name), encoding="utf-8") as file:
                 self.assertTrue(told in " ".join(file.read().split()), f"{name}: {told}")
 

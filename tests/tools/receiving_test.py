@@ -80,7 +80,7 @@ BROKEN = {
     "nothing": (b"", "truncated", "xml"),
     "end tag broken": (SOUND.replace(b"</Version>", b"</Versi0n>"), "damaged", "xml"),
     "not UTF-8": (SOUND.replace(b"en_US", b"en\xffUS"), "damaged", "xml"),
-    "line break behind": (SOUND + b"\n", "damaged", "white_space"),
+    "line break after": (SOUND + b"\n", "damaged", "white_space"),
     "blank between": (edited("<Date>", " <Date>"), "damaged", "white_space"),
     "field missing": (edited("<Locale>en_US</Locale>", ""), "damaged", "layout"),
     "other XML": (b"<a><b></b></a>", "damaged", "layout"),

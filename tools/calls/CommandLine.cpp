@@ -20,7 +20,7 @@ Recording:
   wenlolib explain printer
   wenlolib preview app --name N     the exact document that a record would write
   wenlolib record app --name N --option 2 FILE
-                                    record the contents of FILE (- for input)
+                                    record FILE's contents (- is standard input)
   wenlolib record printer --name N --sn S FILE
 
 The installation:

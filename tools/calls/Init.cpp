@@ -112,7 +112,7 @@ void addInit(CLI::App& app, Session& session) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App& call = *app.add_subcommand("init", "Make the folders that a host provides");
   CLI::Option* sample = call.add_flag("--sample-preferences", arguments->samplePreferences,
-                                      "Also a preference file, dated now, no agreement");
+                                      "Also make a preference file, dated now, no agreement");
   call.add_flag("--agree", arguments->agree, "Store in that file that the user has agreed")
       ->needs(sample);
   call.footer(

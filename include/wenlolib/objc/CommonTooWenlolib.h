@@ -115,7 +115,7 @@ WENLOLIB_NONNULL_BEGIN
  */
 + (NSString* WENLOLIB_NULLABLE)WENLOLIBDirPath:(unsigned char)flag;
 
-/** Two preference files in the user's Library folder; nil if the user has no such folder. */
+/** Two property lists in the user's Library folder; nil if the user has no such folder. */
 + (NSString* WENLOLIB_NULLABLE)printerListPath;
 + (NSString* WENLOLIB_NULLABLE)surveyInfoPath;
 
@@ -204,7 +204,7 @@ WENLOLIB_NONNULL_BEGIN
  */
 + (int)moduleVersion;
 
-/** The same of the installed library, at its fixed path. */
+/** The same for the installed library, at its fixed path. */
 + (int)moduleVersionFromBundle;
 
 /**

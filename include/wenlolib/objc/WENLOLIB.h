@@ -73,7 +73,7 @@ WENLOLIB_NONNULL_BEGIN
 
 /**
  * Records a printer log in the same way, after asking isSupportedPlm:. otherInfo is the printer's
- * identity, see serOtherInfo:; nil means that nothing is known of the printer.
+ * identity, see serOtherInfo:; nil means that nothing is known about the printer.
  */
 + (BOOL)writePrinterLogInfoWithContents:(NSString* WENLOLIB_NULLABLE)contents
                                    name:(NSString* WENLOLIB_NULLABLE)name

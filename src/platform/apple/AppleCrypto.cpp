@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+#include "base/Answered.h"
 #include "platform/apple/Objects.h"
 
 namespace wenlolib::platform::apple {
@@ -55,7 +56,7 @@ struct Objects {
   Owned<CFErrorRef> error;
 };
 
-bool makeKey(Objects& objects, Bytes key) noexcept {
+bool makeKey(Objects& objects, Bytes key) {
   objects.parameters = Owned(CFDictionaryCreateMutable(nullptr, 0, &kCFTypeDictionaryKeyCallBacks,
                                                        &kCFTypeDictionaryValueCallBacks));
   if (objects.parameters) {
@@ -70,7 +71,7 @@ bool makeKey(Objects& objects, Bytes key) noexcept {
   return !objects.error && objects.key;
 }
 
-bool makeTransform(Objects& objects, Bytes source) noexcept {
+bool makeTransform(Objects& objects, Bytes source) {
   objects.transform =
       Owned<SecTransformRef>(SecEncryptTransformCreate(objects.key.get(), objects.error.slot()));
   if (objects.error || !objects.transform) return false;
@@ -85,7 +86,7 @@ bool makeTransform(Objects& objects, Bytes source) noexcept {
 
 /// The encrypted bytes; nothing if the service refuses at any step. For an empty source the result
 /// may be empty data or no data at all.
-std::optional<Bytes> encrypt(Objects& objects, Bytes key, Bytes source) noexcept {
+std::optional<Bytes> encrypt(Objects& objects, Bytes key, Bytes source) {
   if (!makeKey(objects, key) || !makeTransform(objects, source)) return std::nullopt;
   objects.result = Owned(SecTransformExecute(objects.transform.get(), objects.error.slot()));
   if (objects.error) return std::nullopt;
@@ -102,7 +103,9 @@ bool TransformCipher::rc4(Bytes key, Bytes source, std::uint8_t* destination) no
   // Long deprecated. If the transforms are gone, so is the cipher.
   if (!isOffered("SecKeyCreateFromData") || !isOffered("SecEncryptTransformCreate")) return false;
   Objects objects;
-  const std::optional<Bytes> bytes = encrypt(objects, key, source);
+  // The framework is written in C++ and may throw; that counts as refused, too.
+  const auto bytes =
+      answered(std::optional<Bytes>(), [&] { return encrypt(objects, key, source); });
   // A stream cipher's output is as long as its input; anything else would not fit the destination.
   if (!bytes || bytes->size() != source.size()) return false;
   std::ranges::copy(*bytes, destination);

@@ -2,7 +2,9 @@
 
 #include <CoreServices/CoreServices.h>
 
+#include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <new>
 
 #include "platform/Time.h"
@@ -22,6 +24,24 @@ std::optional<std::int32_t> AppleSystem::gestalt(Selector selector) {
 
 // --- Local time ---
 
+namespace {
+
+/// The offset that the calendar's fields show. The zone's own answer is not always that one: from
+/// 2038 on, Core Foundation's zones answer without daylight time, and its calendar shows it. For
+/// fields of the Julian calendar (before 1582) the zone's answer is right.
+std::int32_t offsetShown(const LocalTime& time, std::int64_t secondsSince1970,
+                         CFTimeInterval zoneAnswer) {
+  using namespace std::chrono;
+  constexpr std::int64_t most = 26 * 3600;  // all zones are within it
+  const sys_days day = year(static_cast<int>(time.year)) / time.month / time.day;
+  const sys_seconds shown = day + hours(time.hour) + minutes(time.minute) + seconds(time.second);
+  const std::int64_t offset = shown.time_since_epoch().count() - secondsSince1970;
+  return static_cast<std::int32_t>(
+      std::abs(offset) <= most ? offset : static_cast<std::int64_t>(zoneAnswer));
+}
+
+}  // namespace
+
 std::optional<LocalTime> AppleCalendar::localTime(Instant date) {
   constexpr double limit = 8e12;  // the calendar counts milliseconds, and years in 32 bits
   const double seconds = std::floor(date.time_since_epoch().count());
@@ -39,7 +59,9 @@ std::optional<LocalTime> AppleCalendar::localTime(Instant date) {
     return std::nullopt;
   }
   time.year = year;
-  time.secondsFromGMT = static_cast<std::int32_t>(CFTimeZoneGetSecondsFromGMT(zone.get(), moment));
+  const double answer = CFTimeZoneGetSecondsFromGMT(zone.get(), moment);
+  time.secondsFromGMT =
+      offsetShown(time, static_cast<std::int64_t>(seconds), static_cast<std::int32_t>(answer));
   return time;
 }
 

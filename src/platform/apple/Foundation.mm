@@ -1,5 +1,7 @@
 #import <Foundation/Foundation.h>
 
+#include <exception>
+
 #include "platform/apple/Foundation.h"
 #include "platform/posix/Errors.h"
 
@@ -19,7 +21,7 @@
 
 namespace wenlolib::platform::apple::foundation {
 
-// --- Strings, and the pool that their makers need ---
+// --- How Foundation is asked ---
 
 namespace {
 
@@ -28,13 +30,35 @@ namespace {
 class Pool {
  public:
   Pool() : pool_([[NSAutoreleasePool alloc] init]) {}
-  ~Pool() { [pool_ drain]; }
+  ~Pool() {
+    try {
+      [pool_ drain];
+    } catch (...) {
+      // The pool around it drains what is left.
+    }
+  }
   Pool(const Pool&) = delete;
   Pool& operator=(const Pool&) = delete;
 
  private:
   NSAutoreleasePool* pool_;
 };
+
+/// The answer of `ask`, which runs in a pool of its own. What Foundation raises, for lack of memory
+/// for example, does not leave this file: the system then counts as unable to answer.
+template <class Ask>
+auto answerOf(Ask ask) {
+  try {
+    const Pool pool;
+    return ask();
+  } catch (const std::exception&) {
+    throw;
+  } catch (...) {
+    throw NoAnswer({Step::askSystem, ENOMEM});
+  }
+}
+
+// --- Strings ---
 
 Text textOf(NSData* data) {
   if (data == nil) return std::nullopt;
@@ -58,43 +82,45 @@ NSString* stringFrom(std::string_view text) {
 // --- Folders ---
 
 Text userName() {
-  const Pool pool;
-  return textOf(NSUserName());
+  return answerOf([] { return textOf(NSUserName()); });
 }
 
 Text homeFolder() {
-  const Pool pool;
-  return textOf(NSHomeDirectory());
+  return answerOf([] { return textOf(NSHomeDirectory()); });
 }
 
 Text libraryFolder() {
-  const Pool pool;
-  NSArray* folders = NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
-  if ([folders count] == 0) return std::nullopt;
-  return textOf(static_cast<NSString*>([folders objectAtIndex:0]));
+  return answerOf([] {
+    NSArray* folders =
+        NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
+    if ([folders count] == 0) return Text();
+    return textOf(static_cast<NSString*>([folders objectAtIndex:0]));
+  });
 }
 
 Container groupContainer(std::string_view groupIdentifier) {
-  const Pool pool;
-  NSFileManager* manager = [NSFileManager defaultManager];
-  const SEL lookup = @selector(containerURLForSecurityApplicationGroupIdentifier:);
-  if (![manager respondsToSelector:lookup]) return {};
-  NSURL* container =
-      [manager containerURLForSecurityApplicationGroupIdentifier:stringFrom(groupIdentifier)];
-  return {true, textOf([container path])};
+  return answerOf([&] {
+    NSFileManager* manager = [NSFileManager defaultManager];
+    const SEL lookup = @selector(containerURLForSecurityApplicationGroupIdentifier:);
+    if (![manager respondsToSelector:lookup]) return Container();
+    NSURL* container =
+        [manager containerURLForSecurityApplicationGroupIdentifier:stringFrom(groupIdentifier)];
+    return Container{true, textOf([container path])};
+  });
 }
 
 // --- Dates ---
 
 Text calendarFormatted(Instant date, std::string_view format) {
-  const Pool pool;
-  NSDate* moment = [NSDate dateWithTimeIntervalSince1970:date.time_since_epoch().count()];
-  const SEL describe = @selector(descriptionWithCalendarFormat:timeZone:locale:);
-  if (![moment respondsToSelector:describe]) return std::nullopt;
-  NSDictionary* locale = [[NSUserDefaults standardUserDefaults] dictionaryRepresentation];
-  return textOf([moment descriptionWithCalendarFormat:stringFrom(format)
-                                             timeZone:nil
-                                               locale:locale]);
+  return answerOf([&] {
+    NSDate* moment = [NSDate dateWithTimeIntervalSince1970:date.time_since_epoch().count()];
+    const SEL describe = @selector(descriptionWithCalendarFormat:timeZone:locale:);
+    if (![moment respondsToSelector:describe]) return Text();
+    NSDictionary* locale = [[NSUserDefaults standardUserDefaults] dictionaryRepresentation];
+    return textOf([moment descriptionWithCalendarFormat:stringFrom(format)
+                                               timeZone:nil
+                                                 locale:locale]);
+  });
 }
 
 // --- XML ---
@@ -102,14 +128,15 @@ Text calendarFormatted(Instant date, std::string_view format) {
 Text tidied(std::string_view document) {
   constexpr NSUInteger tidyXml = 1 << 10;
   const posix::CancellationHold hold;
-  const Pool pool;
-  NSString* text = stringFrom(document);
-  if ([text length] == 0) return std::nullopt;  // nil makes the parser raise an exception
-  // Autoreleased, so that it is released even if there is no memory for the result.
-  NSXMLDocument* parsed = [[[NSXMLDocument alloc] initWithXMLString:text
-                                                            options:tidyXml
-                                                              error:nullptr] autorelease];
-  return textOf([parsed XMLData]);
+  return answerOf([&] {
+    NSString* text = stringFrom(document);
+    if ([text length] == 0) return Text();  // nil makes the parser raise an exception
+    // Autoreleased, so that it is released even if there is no memory for the result.
+    NSXMLDocument* parsed = [[[NSXMLDocument alloc] initWithXMLString:text
+                                                              options:tidyXml
+                                                                error:nullptr] autorelease];
+    return textOf([parsed XMLData]);
+  });
 }
 
 }  // namespace wenlolib::platform::apple::foundation

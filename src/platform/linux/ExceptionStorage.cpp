@@ -1,4 +1,4 @@
-// Exceptions in hosts that know nothing of C++.
+// Exceptions in hosts without C++.
 //
 // For each thread, the C++ library keeps a few bytes about the exceptions that are under way. If
 // the C++ library enters a host only with the plug-in, the dynamic linker allocates these bytes at

@@ -11,10 +11,12 @@ using namespace wenlolib::tests::stubs;
 const CFTimeInterval kCFAbsoluteTimeIntervalSince1970 = 978307200.0;
 const CFStringRef kCFGregorianCalendar = stubConstantString("gregorian");
 
+// Seen: AppleServices.TellTheTime.
 CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
   return world().now - kCFAbsoluteTimeIntervalSince1970;
 }
 
+// Seen: CoreFoundationCalendar.AgreesWithTheCLibraryInNearlyEveryZone.
 CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef /*allocator*/, CFStringRef identifier) {
   if (refused("CFCalendarCreateWithIdentifier") || identifier != kCFGregorianCalendar) {
     return nullptr;
@@ -22,10 +24,13 @@ CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef /*allocator*/, CFStr
   return reference<CFCalendarRef>(new PlainObject(calendarType));
 }
 
+// Seen: CoreFoundationCalendar.AgreesWithTheCLibraryInNearlyEveryZone.
 void CFCalendarSetTimeZone(CFCalendarRef calendar, CFTimeZoneRef zone) {
   behind<PlainObject>(calendar, calendarType)->number = behind<PlainObject>(zone, zoneType)->number;
 }
 
+// Seen: CoreFoundationCalendar.ShowsOldYearsAsTheyWereCounted. Here, dates before 1582 are shown in
+// the Gregorian calendar too.
 Boolean CFCalendarDecomposeAbsoluteTime(CFCalendarRef calendar, CFAbsoluteTime time,
                                         const char* components, ...) {
   if (refused("CFCalendarDecomposeAbsoluteTime") || std::strcmp(components, "yMdHms") != 0) {
@@ -46,11 +51,21 @@ Boolean CFCalendarDecomposeAbsoluteTime(CFCalendarRef calendar, CFAbsoluteTime t
   return 1;
 }
 
+// Seen: AppleCalendar.ShowsTheDefaultTimeZone.
 CFTimeZoneRef CFTimeZoneCopyDefault() {
   if (refused("CFTimeZoneCopyDefault")) return nullptr;
   return reference<CFTimeZoneRef>(new PlainObject(zoneType, world().gmtOffset));
 }
 
+// Seen: CoreFoundationCalendar.ShowsDaylightTimeFrom2038OnWithItsOffset.
 CFTimeInterval CFTimeZoneGetSecondsFromGMT(CFTimeZoneRef zone, CFAbsoluteTime /*time*/) {
   return behind<PlainObject>(zone, zoneType)->number;
+}
+
+void wenlolib::tests::stubs::useTimeZone(int secondsFromGMT) {
+  world().gmtOffset = secondsFromGMT;
+}
+
+double wenlolib::tests::stubs::systemTime() {
+  return world().now;
 }

@@ -8,28 +8,11 @@ namespace wenlolib::tests::stubs {
 namespace {
 
 long live = 0;
-World theWorld;
 
 }  // namespace
 
-bool isWorldReady = false;
-
-World& world() {
-  return theWorld;
-}
-
-void reset() {
-  theWorld = World();
-  isWorldReady = true;
-}
-
 long liveObjects() {
   return live;
-}
-
-bool refused(const char* call) {
-  theWorld.calls.emplace_back(call);
-  return theWorld.refusedCall == theWorld.calls.size() - 1;
 }
 
 Object::Object(Type of, bool forEver) : type(of), constant(forEver) {
@@ -42,10 +25,6 @@ Object::~Object() {
 
 Container::~Container() {
   for (const void* item : items) CFRelease(item);
-}
-
-PlainObject::~PlainObject() {
-  if (other != nullptr) CFRelease(other);
 }
 
 Object* object(const void* reference, Type type) {
@@ -63,12 +42,14 @@ const void* retained(const void* reference) {
 
 using wenlolib::tests::stubs::Object;
 
+// Seen: CoreFoundationRecords.EachServiceLeavesNothingBehind.
 void CFRelease(CFTypeRef reference) {
   auto* object = static_cast<Object*>(const_cast<void*>(reference));
   if (object->references < 1) std::abort();
   if (--object->references == 0 && !object->constant) delete object;
 }
 
+// Seen: AppleUser.HasNoLocaleWhereTheSettingIsNotText.
 CFTypeID CFGetTypeID(CFTypeRef reference) {
   return static_cast<const Object*>(reference)->type;
 }

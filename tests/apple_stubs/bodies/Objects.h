@@ -15,12 +15,9 @@ enum Type : CFTypeID {
   dataType,
   dictionaryType,
   numberType,
-  errorType,
   uuidType,
   calendarType,
-  zoneType,
-  keyType,
-  transformType
+  zoneType
 };
 
 /// Counted while it lives, unless it is a constant.
@@ -59,8 +56,6 @@ struct PlainObject : Object {
   PlainObject(Type of, std::string held) : Object(of), text(std::move(held)) {}
   double number = 0;
   std::string text;
-  const void* other = nullptr;  // one more reference, given back with this object
-  ~PlainObject() override;
 };
 
 /// The object that a reference points to. Ends the test program if its type is another one.

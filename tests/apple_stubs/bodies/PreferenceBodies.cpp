@@ -5,12 +5,18 @@ using namespace wenlolib::tests::stubs;
 
 const CFStringRef kCFPreferencesCurrentApplication = stubConstantString("current application");
 
+// Seen: AppleUser.HasTheGlobalLocaleSetting.
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application) {
   if (refused("CFPreferencesCopyAppValue") || application != kCFPreferencesCurrentApplication) {
     return nullptr;
   }
-  const auto found = world().preferences.find(behind<StringObject>(key, stringType)->text);
-  if (found == world().preferences.end()) return nullptr;
-  if (!found->second) return reference<CFPropertyListRef>(new PlainObject(numberType));
-  return reference<CFPropertyListRef>(new StringObject(*found->second));
+  if (behind<StringObject>(key, stringType)->text != "AppleLocale") return nullptr;
+  const auto& setting = world().localeSetting;
+  if (!setting) return nullptr;
+  if (!*setting) return reference<CFPropertyListRef>(new PlainObject(numberType));
+  return reference<CFPropertyListRef>(new StringObject(**setting));
+}
+
+void wenlolib::tests::stubs::useLocaleSetting(const std::optional<Text>& setting) {
+  world().localeSetting = setting;
 }

@@ -16,8 +16,8 @@
 
 namespace wenlolib::tests::stubs {
 
-/// How a call fails if it returns an object and takes a place for an error.
-enum class Refusal { noObject, noObjectAndError, objectAndError };
+/// How a call fails if it returns an object and takes a place for an error. `exception`: it throws.
+enum class Refusal { noObject, noObjectAndError, objectAndError, exception };
 
 struct World {
   /// Calls that make, ask or change something, in order. Calls that only read or release an object
@@ -31,7 +31,7 @@ struct World {
   std::set<std::string> absent;  // functions that the system does not have
 
   std::map<std::uint32_t, std::int32_t> gestalt;  // answers; any other selector fails
-  std::map<std::string, Text> preferences;        // null for a setting that is a number
+  std::optional<Text> localeSetting;              // null for a setting that is a number
   double now = 1710461107.25;                     // 15 March 2024, 00:05:07 GMT
   int gmtOffset = 0;
 
@@ -66,6 +66,29 @@ long liveObjects();
 
 /// Writes the call down. True if it must fail.
 bool refused(const char* call);
+
+/// As long as one exists, calls are neither written down nor refused: a service makes them for
+/// itself.
+struct Uncounted {
+  Uncounted();
+  ~Uncounted();
+  Uncounted(const Uncounted&) = delete;
+  Uncounted& operator=(const Uncounted&) = delete;
+};
+
+// What a test sets up in the system: in the world above, or in Apple's own Core Foundation.
+
+/// Makes the zone this many seconds east of GMT the default one.
+void useTimeZone(int secondsFromGMT);
+
+/// Half of a surrogate pair, which UTF-8 cannot represent.
+inline constexpr char halfAPair[] = "\xED\xA0\x80";
+
+/// The user's "AppleLocale": nothing if it is not set, null if it is a number.
+void useLocaleSetting(const std::optional<Text>& setting);
+
+/// What the system's clock says, in seconds since 1970.
+double systemTime();
 
 }  // namespace wenlolib::tests::stubs
 

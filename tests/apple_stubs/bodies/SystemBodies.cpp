@@ -2,6 +2,7 @@
 #include <CoreServices/CoreServices.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <mbedtls/version.h>
 #include <sys/param.h>
 #include <unistd.h>
 
@@ -13,6 +14,13 @@
 
 using namespace wenlolib::tests::stubs;
 
+#if MBEDTLS_VERSION_MAJOR >= 3
+#define mbedtls_md5_starts_ret mbedtls_md5_starts
+#define mbedtls_md5_update_ret mbedtls_md5_update
+#define mbedtls_md5_finish_ret mbedtls_md5_finish
+#endif
+
+// Assumed: Gestalt under OS 11 and later.
 OSErr Gestalt(OSType selector, SInt32* response) {
   const auto found = world().gestalt.find(selector);
   if (refused("Gestalt") || found == world().gestalt.end()) {
@@ -23,19 +31,23 @@ OSErr Gestalt(OSType selector, SInt32* response) {
   return noErr;
 }
 
+// Assumed: CommonCrypto.
 int CC_MD5_Init(CC_MD5_CTX* context) {
   mbedtls_md5_init(context);
   return mbedtls_md5_starts_ret(context) == 0 ? 1 : 0;
 }
 
+// Assumed: CommonCrypto.
 int CC_MD5_Update(CC_MD5_CTX* context, const void* data, CC_LONG length) {
   return mbedtls_md5_update_ret(context, static_cast<const uint8_t*>(data), length) == 0 ? 1 : 0;
 }
 
+// Assumed: CommonCrypto.
 int CC_MD5_Final(unsigned char* digest, CC_MD5_CTX* context) {
   return mbedtls_md5_finish_ret(context, digest) == 0 ? 1 : 0;
 }
 
+// Assumed: CommonCrypto.
 unsigned char* CC_MD5(const void* data, CC_LONG length, unsigned char* digest) {
   refused("CC_MD5");
   CC_MD5_CTX context;
@@ -52,6 +64,7 @@ void* __real_dlsym(void* handle, const char* name);
 
 /// A system without the functions named in `World::absent`. A sanitizer calls this before it, or
 /// the world, is ready. It gets the system's answer, from code that it does not instrument.
+/// Assumed: Calls that a system lacks.
 __attribute__((no_sanitize("address"))) void* __wrap_dlsym(void* handle, const char* name) {
   if (!isWorldReady) return __real_dlsym(handle, name);
   return world().absent.contains(name) ? nullptr : __real_dlsym(handle, name);
@@ -59,6 +72,7 @@ __attribute__((no_sanitize("address"))) void* __wrap_dlsym(void* handle, const c
 
 int __real_fsync(int file);
 
+// Assumed: The full flush.
 int __wrap_fsync(int file) {
   ++world().flushes;
   errno = world().flushError;
@@ -67,6 +81,7 @@ int __wrap_fsync(int file) {
 
 int __real_fcntl(int file, int command, ...);
 
+// Assumed: The full flush. Assumed: The path of an open folder.
 int __wrap_fcntl(int file, int command, ...) {
   va_list arguments;
   va_start(arguments, command);

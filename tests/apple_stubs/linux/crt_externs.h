@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+/* Assumed: The environment. */
 static inline char*** _NSGetEnviron(void) {
   return &environ;
 }

@@ -6,11 +6,13 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+/* Assumed: Reals. */
 static inline double stub_strtod_l(const char* text, char** stop, const void* locale) {
   if (locale != NULL) abort();
   return strtod(text, stop);
 }
 
+/* Assumed: Reals. */
 static inline int stub_snprintf_l(char* text, size_t size, const void* locale, const char* format,
                                   ...) {
   if (locale != NULL) abort();

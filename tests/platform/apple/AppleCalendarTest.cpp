@@ -11,13 +11,13 @@ Instant at(double seconds) {
   return Instant(Seconds(seconds));
 }
 
-class AppleCalendar : public StubTest {
+class AppleCalendar : public PortTest {
  protected:
   platform::apple::AppleCalendar calendar;
 };
 
 TEST_F(AppleCalendar, ShowsTheDefaultTimeZone) {
-  world.gmtOffset = 20700;
+  stubs::useTimeZone(20700);
   const auto time = calendar.localTime(at(1710461107.9));  // 15 March 2024, 00:05:07 GMT
   ASSERT_TRUE(time);
   EXPECT_EQ(time->year, 2024);
@@ -41,25 +41,12 @@ TEST_F(AppleCalendar, DoesNotShowWhatIsNotADate) {
                                std::numeric_limits<double>::infinity(), -1e300, 1e13}) {
     EXPECT_EQ(calendar.localTime(at(seconds)).has_value(), false) << seconds;
   }
-  EXPECT_TRUE(world.calls.empty());
-}
-
-TEST_F(AppleCalendar, ShowsNothingWhereTheSystemRefuses) {
-  const std::size_t runs = refusingEachCall([&](const std::string& refused) {
-    // Only a lack of memory refuses the calendar or the zone, so these throw.
-    if (refused == "CFCalendarCreateWithIdentifier" || refused == "CFTimeZoneCopyDefault") {
-      EXPECT_THROW(static_cast<void>(calendar.localTime(at(0))), std::bad_alloc);
-    } else {
-      EXPECT_EQ(calendar.localTime(at(0)).has_value(), refused.empty());
-    }
-  });
-  EXPECT_EQ(runs, 3U);
 }
 
 TEST_F(AppleCalendar, LeavesDirectivesToTheSystemWhereItKnowsThem) {
   EXPECT_EQ(calendar.formatted(at(0), "%%"), "by the system: %");
   world.offersCalendarFormat = false;
-  world.gmtOffset = -12600;
+  stubs::useTimeZone(-12600);
   EXPECT_EQ(calendar.formatted(at(1710461107), "%Y-%m-%dT%H:%M:%S%z"), "2024-03-14T20:35:07-0330");
   EXPECT_EQ(calendar.formatted(at(1e300), "%Y"), std::nullopt);
 }

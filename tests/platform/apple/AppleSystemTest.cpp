@@ -15,7 +15,7 @@ constexpr std::uint32_t minorCode = 0x73797332;
 constexpr std::uint32_t bugFixCode = 0x73797333;
 constexpr std::uint32_t architectureCode = 0x73797361;
 
-class AppleSystem : public StubTest {
+class AppleSystem : public PortTest {
  protected:
   AppleSystem() {
     services_.system = &system_;

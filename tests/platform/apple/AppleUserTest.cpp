@@ -8,7 +8,7 @@
 namespace wenlolib::tests {
 namespace {
 
-class AppleUser : public StubTest {
+class AppleUser : public PortTest {
  protected:
   AppleUser() {
     services_.user = &user;
@@ -55,18 +55,16 @@ TEST_F(AppleUser, HasTheFoldersThatTheSystemTells) {
 TEST_F(AppleUser, HasTheGlobalLocaleSetting) {
   EXPECT_EQ(user.locale(), std::nullopt);
   for (const char* locale : {"en_US", "zh_Hans_CN@currency=EUR", ""}) {
-    world.preferences = {{"AppleLocale", locale}};
+    stubs::useLocaleSetting(locale);
     EXPECT_EQ(user.locale(), locale);
   }
 }
 
 TEST_F(AppleUser, HasNoLocaleWhereTheSettingIsNotText) {
   const Text number;
-  for (const Text& setting : {number, Text("\xED\xA0\x80")}) {
-    world.preferences = {{"AppleLocale", setting}};
+  for (const Text& setting : {number, Text(stubs::halfAPair)}) {
+    stubs::useLocaleSetting(setting);
     EXPECT_EQ(user.locale(), std::nullopt);
-    EXPECT_EQ(world.calls, std::vector<std::string>{"CFPreferencesCopyAppValue"});
-    world.calls.clear();
   }
 }
 

@@ -18,6 +18,9 @@ void hideCalendarFormat(bool hidden);
 /// Makes the zone this many seconds east of GMT the default one.
 void useTimeZone(int secondsFromGMT);
 
+/// Makes the container lookup raise an exception.
+void raiseInContainerLookup(bool raising);
+
 /// The options with which a document was last parsed.
 unsigned long askedXmlOptions();
 

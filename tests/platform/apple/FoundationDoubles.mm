@@ -8,6 +8,7 @@ namespace {
 
 Text containerPath;
 Text askedGroup;
+bool raisesInLookup = false;
 bool calendarFormatHidden = false;
 unsigned long xmlOptions = 0;
 
@@ -23,6 +24,7 @@ Text textOf(NSString* string) {
 
 NSURL* findContainer(id /*manager*/, SEL /*selector*/, NSString* group) {
   askedGroup = textOf(group);
+  if (raisesInLookup) [NSException raise:NSMallocException format:@"no memory"];
   if (!containerPath) return nil;
   return [NSURL fileURLWithPath:[NSString stringWithUTF8String:containerPath->c_str()]];
 }
@@ -50,6 +52,10 @@ void offerContainer(const Text& path) {
   class_addMethod([NSFileManager class],
                   @selector(containerURLForSecurityApplicationGroupIdentifier:),
                   implementation(findContainer), "@@:@");
+}
+
+void raiseInContainerLookup(bool raising) {
+  raisesInLookup = raising;
 }
 
 Text askedContainer() {

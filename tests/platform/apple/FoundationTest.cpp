@@ -4,6 +4,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "platform/Reason.h"
 #include "platform/apple/FoundationDoubles.h"
 
 // The port's Objective-C on this system's Foundation, which is not Apple's. What only Apple's does
@@ -36,6 +37,14 @@ TEST(Foundation, OffersContainersOnlyWhereTheSystemDoes) {
   const platform::Container null = foundation::groupContainer("group");
   EXPECT_TRUE(null.offered);
   EXPECT_EQ(null.path, std::nullopt);
+}
+
+TEST(Foundation, LetsNothingThroughThatItRaises) {
+  offerContainer("/private/container");
+  raiseInContainerLookup(true);
+  EXPECT_THROW(static_cast<void>(foundation::groupContainer("group")), platform::NoAnswer);
+  raiseInContainerLookup(false);
+  EXPECT_EQ(foundation::groupContainer("group").path, "/private/container");
 }
 
 TEST(Foundation, FormatsDatesByDirectives) {

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <tuple>
 
 #include "platform/posix/Child.h"
 #include "platform/posix/PosixPropertyLists.h"
@@ -32,15 +31,19 @@ TEST(LoadedFrom, LeadsToTheBundleByARelativeNameToo) {
   const TemporaryFolder folder;
   std::filesystem::create_directories(folder / "A.bundle/Contents/MacOS");
   writeFile(folder / "A.bundle/Contents/MacOS/A", "");
-  for (const auto& [from, name, bundle] : {std::tuple("", "A.bundle/Contents/MacOS/A", "A.bundle"),
-                                           {"A.bundle", "Contents/MacOS/A", "."},
-                                           {"A.bundle/Contents/MacOS", "A", "../.."}}) {
-    const std::string answer = inChild([&, from = from, name = name, bundle = bundle] {
-      std::filesystem::current_path(folder / from);
-      const Text found = bundleAround(name);
-      return std::string(found && std::filesystem::equivalent(*found, bundle) ? "found" : "lost");
+  struct Case {
+    const char *from, *name, *bundle;
+  };
+  for (const Case& each : {Case{"", "A.bundle/Contents/MacOS/A", "A.bundle"},
+                           {"A.bundle", "Contents/MacOS/A", "."},
+                           {"A.bundle/Contents/MacOS", "A", "../.."}}) {
+    const std::string answer = inChild([&] {
+      std::filesystem::current_path(folder / each.from);
+      const Text found = bundleAround(each.name);
+      const bool isFound = found && std::filesystem::equivalent(*found, each.bundle);
+      return std::string(isFound ? "found" : "lost");
     });
-    EXPECT_EQ(answer, "found") << name;
+    EXPECT_EQ(answer, "found") << each.name;
   }
 }
 

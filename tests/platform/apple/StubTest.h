@@ -1,4 +1,4 @@
-/// The fixture of the tests that run the macOS port on stub services.
+/// The fixtures of the tests that run the macOS port on stub services.
 #ifndef WENLOLIB_TESTS_PLATFORM_APPLE_STUBTEST_H
 #define WENLOLIB_TESTS_PLATFORM_APPLE_STUBTEST_H
 
@@ -8,13 +8,24 @@
 
 namespace wenlolib::tests {
 
-/// Every test begins in a new world, and fails if it leaves an object behind.
-class StubTest : public testing::Test {
+/// Every test begins in a new world. These tests also hold on Apple's own Core Foundation: see
+/// scripts/check-corefoundation.
+class PortTest : public testing::Test {
  protected:
-  StubTest() : before_(stubs::liveObjects()) { stubs::reset(); }
-  ~StubTest() override { EXPECT_EQ(stubs::liveObjects(), before_) << "objects were left behind"; }
+  PortTest() {
+    stubs::reset();
+    stubs::useTimeZone(0);
+    stubs::useLocaleSetting(std::nullopt);
+  }
 
   stubs::World& world = stubs::world();
+};
+
+/// For what only a stub can do: refuse, and count objects. A test fails if it leaves one behind.
+class StubTest : public PortTest {
+ protected:
+  StubTest() : before_(stubs::liveObjects()) {}
+  ~StubTest() override { EXPECT_EQ(stubs::liveObjects(), before_) << "objects were left behind"; }
 
   /// Runs `work` once for each call that it makes, and refuses that call. `work` is given the
   /// call's name. Before each run the world is as it is now. Answers how many runs there were.

@@ -99,13 +99,13 @@ OWN_METHODS = {"dealloc": "v"}
 
 # The functions that look for a handler, in C++ and in Objective-C, and functions that catch. A host
 # calls these or those that call them.
-CXX, OBJECTS = "___gxx_personality_v0", "___objc_personality_v0"
+CXX_HANDLER, OBJC_HANDLER = "___gxx_personality_v0", "___objc_personality_v0"
 CATCHING = {
     **dict.fromkeys(["_WENLOLIB_writeAppInfoWithContents",
                      "_WENLOLIB_writePrinterLogInfoWithContents", "_coreCreateTask",
-                     "_coreCreateDir", "_coreReplaceString", "_coreLocale"], CXX),
+                     "_coreCreateDir", "_coreReplaceString", "_coreLocale"], CXX_HANDLER),
     **dict.fromkeys(["_newPool", "_drainPool", "_stillGood", "_saysNoMemory", "_succeedsGuarded"],
-                    OBJECTS),
+                    OBJC_HANDLER),
 }
 
 

@@ -6,7 +6,9 @@ import struct
 ARCHITECTURES = {0x01000007: "x86_64", 0x0100000C: "arm64"}
 BUNDLE = 8
 SEGMENT, SYMTAB, VERSION_MIN, BUILD_VERSION, CODE_SIGNATURE = 0x19, 0x2, 0x24, 0x32, 0x1D
-LOAD_DYLIB, LOAD_WEAK_DYLIB, DYLD_INFO, FUNCTION_STARTS = 0xC, 0x80000018, 0x80000022, 0x26
+LOAD_DYLIB, LOAD_WEAK_DYLIB, CHAINED_FIXUPS = 0xC, 0x80000018, 0x80000034
+DYLD_INFO, FUNCTION_STARTS = 0x80000022, 0x26
+RELATIVE_METHODS = 0x80000000
 
 
 def slices(data):
@@ -38,6 +40,7 @@ class Image:
         self._segments = []
         self._symbols = self._starts = None
         self._bindings = []  # (offset, size, is lazy)
+        self._chained = None  # where the chains of pointers are described
         at = 32
         for _ in range(count):
             command, size = struct.unpack_from("<II", data, at)
@@ -70,6 +73,8 @@ class Image:
             self._bindings = [(eager, eager_size, False), (lazy, lazy_size, True)]
         elif command == CODE_SIGNATURE:
             self.signature = struct.unpack_from("<II", self.data, at + 8)
+        elif command == CHAINED_FIXUPS:
+            self._chained, = struct.unpack_from("<I", self.data, at + 8)
         elif command == FUNCTION_STARTS:
             self._starts = struct.unpack_from("<II", self.data, at + 8)
 
@@ -119,6 +124,8 @@ class Image:
         found = {}
         for offset, size, lazy in self._bindings:
             self._read_bindings(Cursor(self.data, offset, offset + size), lazy, found)
+        if self._chained is not None:
+            self._read_chains(found)
         return found
 
     def _read_bindings(self, cursor, lazy, found):
@@ -164,6 +171,29 @@ class Image:
             else:
                 raise ValueError(f"unknown opcode {byte:#x}")
 
+    def _read_chains(self, found):
+        at = self._chained
+        _, starts, imports, names, _, form, _ = struct.unpack_from("<7I", self.data, at)
+        if form != 1:
+            raise ValueError("the imports have another form")
+        starts += at
+        segments, = struct.unpack_from("<I", self.data, starts)
+        for info in filter(None, struct.unpack_from(f"<{segments}I", self.data, starts + 4)):
+            page, _, segment, _, pages = struct.unpack_from("<HHQIH", self.data, starts + info + 4)
+            for i, first in enumerate(
+                    struct.unpack_from(f"<{pages}H", self.data, starts + info + 22)):
+                address, step = self.base + segment + page * i + first, first != 0xFFFF
+                while step:
+                    link, = struct.unpack_from("<Q", self.data, self.offset_of(address))
+                    if link >> 63:
+                        entry, = struct.unpack_from("<I", self.data,
+                                                    at + imports + 4 * (link & 0xFFFFFF))
+                        found[address] = (self._text_at(at + names + (entry >> 9)),
+                                          self.libraries[(entry & 0xFF) - 1][0],
+                                          bool(entry & 0x100), False)
+                    step = 4 * (link >> 51 & 0xFFF)
+                    address += step
+
     def name_at(self, slot):
         """The name of what a pointer refers to: imported, or of the image itself."""
         if slot in self.bindings:
@@ -182,7 +212,11 @@ class Image:
         raise ValueError(f"no section holds the address {address:#x}")
 
     def _pointers(self, address, count):
-        return struct.unpack_from(f"<{count}Q", self.data, self.offset_of(address))
+        pointers = struct.unpack_from(f"<{count}Q", self.data, self.offset_of(address))
+        if self._chained is None:
+            return pointers
+        # Each is a link of a chain: 36 bits are the address, the highest marks an imported symbol.
+        return tuple(0 if each >> 63 else each & 0xFFFFFFFFF for each in pointers)
 
     def _text(self, address):
         return self._text_at(self.offset_of(address))
@@ -196,13 +230,24 @@ class Image:
         if address == 0:
             return {}
         flags, count = struct.unpack_from("<II", self.data, self.offset_of(address))
-        if flags != 24:
+        size = flags & 0xFFFC
+        if size != (12 if flags & RELATIVE_METHODS else 24):
             raise ValueError("the list of methods has another form")
         methods = {}
         for i in range(count):
-            selector, types, _ = self._pointers(address + 8 + 24 * i, 3)
+            entry = address + 8 + size * i
+            if flags & RELATIVE_METHODS:
+                selector, types = self._relative_method(entry)
+            else:
+                selector, types, _ = self._pointers(entry, 3)
             methods[self._text(selector)] = self._text(types)
         return methods
+
+    def _relative_method(self, entry):
+        """The addresses of a method's selector and types, which are given by their distances. The
+        selector is reached through a pointer that the runtime makes unique."""
+        name, types = struct.unpack_from("<ii", self.data, self.offset_of(entry))
+        return self._pointers(entry + name, 1)[0], entry + 4 + types
 
     def _variables(self, address):
         if address == 0:

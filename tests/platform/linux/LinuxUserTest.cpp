@@ -132,7 +132,7 @@ TEST(LinuxUser, TheLoginNameIsThePasswordDatabasesWhateverTheEnvironmentSays) {
 /// The C library would load modules into the host's process to look for the user.
 TEST(LinuxUser, AUserOfTheFileIsFoundWithoutTheCLibrary) {
   const Text name = platform::gnulinux::fieldOfUser(readFile("/etc/passwd"), ::geteuid(), 0);
-  if (!name) GTEST_SKIP() << "this user does not stand in the file";
+  if (!name) GTEST_SKIP() << "this user is not in the file";
   const std::string answer = inChild([]() -> std::string {
     ::unsetenv("HOME");
     ::__nss_configure_lookup("passwd", "wenlolib_has_no_such_module");

@@ -32,7 +32,7 @@ TEST(ContentsInput, OfUnknownSizeIsReadUpToItsBoundAsWell) {
   EXPECT_GT(tools::readContents("/proc/self/status").contents.size(), 100U);
 }
 
-TEST(ContentsInput, NamesTheFirstByteThatIsNoText) {
+TEST(ContentsInput, NamesTheFirstByteThatIsNotText) {
   const TemporaryFolder folder;
   const std::string file = folder / "contents";
   const std::pair<std::string, const char*> table[] = {

@@ -53,7 +53,7 @@ TEST_F(ExplanationOf, TheListNamesTheKeyThatIsLookedUp) {
   EXPECT_EQ(step.found, "text \"10.17.1\"");
 }
 
-TEST_F(ExplanationOf, APrinterLogGoesByTheInstalledLibrary) {
+TEST_F(ExplanationOf, APrinterLogDependsOnTheInstalledLibrary) {
   world.system.setVersion(10, 17, 0);
   world.bundles.informationByPath.clear();
   const Explanation explanation = tools::explain(RecordKind::printerLog, 0);
@@ -97,7 +97,7 @@ TEST_F(ExplanationOf, NothingInAFileSteersTheTerminal) {
   EXPECT_EQ(text.find('\x07'), std::string::npos);
 }
 
-TEST(ReasonCodes, AreTheOnesThatProgramsGoBy) {
+TEST(ReasonCodes, AreTheOnesThatProgramsRelyOn) {
   const std::pair<Gate, std::string_view> table[] = {
       {Gate::none, "allowed"},
       {Gate::osVersion, "os_version_unknown"},

@@ -35,7 +35,7 @@ TEST_F(ReplayedDate, IsInLocalTimeUnlessAnOffsetIsGiven) {
   }
 }
 
-TEST_F(ReplayedDate, OfAnotherFormIsNone) {
+TEST_F(ReplayedDate, OfAnotherFormIsRefused) {
   for (const char* text : {"",
                            "2024",
                            "2024-3-15",

@@ -50,7 +50,7 @@ TEST(MomentOf, DateTexts) {
   EXPECT_EQ(momentOf("10000-01-01T00:00:00+00:00"), std::nullopt);
 }
 
-TEST(MomentOf, WhatIsNoDateText) {
+TEST(MomentOf, TextThatIsNotADateIsNothing) {
   for (const char* text :
        {"", "yesterday", "2024-03-15", "2024-03-15T09:05:07", "2023-02-29T00:00:00+00:00",
         "2024-13-01T00:00:00+00:00", "2024-03-15T24:00:00+00:00", "2024-03-15T09:60:07+00:00",

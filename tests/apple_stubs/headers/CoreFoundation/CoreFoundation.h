@@ -82,6 +82,10 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFInd
                                                  const CFDictionaryKeyCallBacks* keyCallBacks,
                                                  const CFDictionaryValueCallBacks* valueCallBacks);
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
+                                  const void** values);
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
 
 /* The clock */
 typedef double CFTimeInterval;
