@@ -24,7 +24,10 @@ set_target_properties(WENLOLIB PROPERTIES
   PREFIX "" SUFFIX "" OUTPUT_NAME WENLOLIB LINKER_LANGUAGE CXX
   LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/MacOS
   LINK_DEPENDS ${exports_list})
-target_link_options(WENLOLIB PRIVATE -Wl,-exported_symbols_list,${exports_list} -Wl,-dead_strip)
+# Bind all imports when the plug-in is loaded: the go-between that starts programs is a forked copy
+# of a process with threads, and must not enter the loader.
+target_link_options(WENLOLIB PRIVATE
+  -Wl,-exported_symbols_list,${exports_list} -Wl,-dead_strip -Wl,-bind_at_load)
 configure_file(Info.plist.in ${bundle}/Contents/Info.plist @ONLY)
 
 if(WENLOLIB_INSTALL)
