@@ -63,4 +63,5 @@ def main(folder):
     print(f"{count} documents to start from")
 
 
-main(sys.argv[1])
+if __name__ == "__main__":
+    main(sys.argv[1])
