@@ -149,7 +149,7 @@ class Recording(ToolTest):
         self.assertIn(f'"{serial}"', told)
         self.assertIn("repaired", told)
 
-    def test_contents_that_will_not_do_are_usage_errors(self):
+    def test_contents_that_will_not_do_are_unreadable(self):
         self.install()
         before = tree(self.root)
         large = self.write("/large", b"")
@@ -162,8 +162,8 @@ class Recording(ToolTest):
                 ("smaller than 2.0 GiB", [large], b"")]:
             for kind in ["app", "printer"]:
                 for call_name in ["record", "preview"]:
-                    self.expect_usage_error(word, call_name, kind, "--name", "A", *call,
-                                            stdin=stdin)
+                    self.expect_unreadable(word, call_name, kind, "--name", "A", *call,
+                                           stdin=stdin)
         os.remove(large)
         self.assertEqual(tree(self.root), before)
 
@@ -171,8 +171,8 @@ class Recording(ToolTest):
         self.install()
         secret = self.write("/secret", b"x")
         os.chmod(secret, 0)
-        self.expect_usage_error("Permission denied", "record", "printer", "--name", "A", secret,
-                                **self.unprivileged())
+        self.expect_unreadable("Permission denied", "record", "printer", "--name", "A", secret,
+                               **self.unprivileged())
 
     def test_standard_input_that_is_closed_is_told(self):
         self.install()
@@ -180,7 +180,7 @@ class Recording(ToolTest):
         finished = subprocess.run(["sh", "-c", script, *self.arguments(
             ["record", "printer", "--name", "A"])], env=self.environment, cwd=self.outside,
             capture_output=True, timeout=60)
-        self.assertEqual(finished.returncode, 2, finished)
+        self.assertEqual(finished.returncode, 3, finished)
         self.assertIn(b"Bad file descriptor", finished.stderr)
 
     def started(self):

@@ -28,7 +28,7 @@ The installation:
   wenlolib init                     make the folders that a host provides
 
 wenlolib SUBCOMMAND --help says more about a subcommand, with examples.
-Exit status: 0 all is well, 1 something is not, 2 wrong usage, or something
+Exit status: 0 all is well, 1 something is not, 2 wrong usage, 3 something
 could not be read.
 )";
 }

@@ -120,7 +120,7 @@ void addPreview(CLI::App& app, Session& session) {
   requireKind(call);
   call.footer(
       "Nothing is written, and no identifier is made. Exit status: 0 shown, 1 there is\n"
-      "no document, 2 wrong usage, or FILE could not be read.\n\nExamples:\n"
+      "no document, 2 wrong usage, 3 FILE could not be read.\n\nExamples:\n"
       "  wenlolib preview app --name PhotoAlbum usage.txt\n"
       "  wenlolib preview printer --name QX200 --sn 4711 --bytes log.txt > QX200_1.PLM");
   addKind(call, session, RecordKind::application, "app", "Application usage",

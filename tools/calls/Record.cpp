@@ -100,7 +100,7 @@ void addRecord(CLI::App& app, Session& session) {
   requireKind(call);
   call.footer(
       "Says where the record went, or why it was refused. Exit status: 0 recorded,\n"
-      "1 not recorded, 2 wrong usage, or FILE could not be read.\n\nExamples:\n"
+      "1 not recorded, 2 wrong usage, 3 FILE could not be read.\n\nExamples:\n"
       "  wenlolib record app --name PhotoAlbum --option 2 usage.txt\n"
       "  wenlolib record printer --name QX200 --sn QX200-0004711 log.txt");
   addKind(call, session, RecordKind::application, "app", "Application usage",
