@@ -1,7 +1,7 @@
 # What is installed, by component:
 #   runtime      the plug-in, and the shared library under the name that linked hosts load
 #   development  headers, the name that hosts link with, the receiver's archive, the CMake package, the
-#                pkg-config files, the documentation
+#                pkg-config files, the documentation, the manual page of the interface
 #   tools        the command, with its manual pages and completions
 #   objc         the plug-in with Objective-C classes, and its headers
 # The shared library's names are links to the file in the bundle itself, so that the library finds
@@ -60,6 +60,8 @@ file(GLOB pages ${PROJECT_SOURCE_DIR}/*.md)
 install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development FILES_MATCHING PATTERN *.md)
+install(FILES ${PROJECT_SOURCE_DIR}/tools/man/wenlolib.3
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN CMakeLists.txt EXCLUDE)
 
@@ -76,6 +78,8 @@ if(TARGET wenlolib)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
   install(FILES ${tools}/completion/_wenlolib
     DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tools)
+  install(FILES ${tools}/completion/wenlolib.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tools)
 endif()
 
 # --- objc ---

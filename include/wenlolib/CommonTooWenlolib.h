@@ -129,6 +129,13 @@ class WENLOLIB_EXPORT CommonTooWenlolib {
   /// `before` and `after` are the same.
   static Text replaceString(Text string, const Text& before, const Text& after) noexcept;
 
+  /// `string` made fit for a header value, which goes into a document without escaping: what a
+  /// printer says about itself, for example. "<", ">", "&", carriage returns, characters that XML
+  /// does not allow and every byte that is not UTF-8 become "_". The result is cut at a character
+  /// to at most 1,023 bytes, so every XML serialiser leaves it as it is. Empty for an empty text;
+  /// null for null alone.
+  static Text convertStrToHeaderStr(const Text& string) noexcept;
+
   // --- Version numbers ---
 
   /// The number of a version text such as "3.1.0". Only the leading digits of a part count, a

@@ -59,6 +59,22 @@ WENLOLIB_EXPORT int WENLOLIB_writePrinterLogInfoWithContents(const char* content
                                                              const WENLOLIBEntry* otherInfo,
                                                              size_t otherInfoCount);
 
+/* A buffer of this size holds every text from the function below, with its NUL. */
+#define WENLOLIB_HEADER_STR_SIZE 1024
+
+/* Makes `string` fit for a header value, which goes into a document without escaping: what a
+ * printer says about itself, for example. "<", ">", "&", carriage returns, characters that XML does
+ * not allow and every byte that is not UTF-8 become "_", so every XML serialiser leaves the result
+ * as it is.
+ *
+ * Writes the result and a NUL into `buffer`, which has `size` bytes, and returns the length without
+ * the NUL. The result is cut at a character: to `size` - 1 bytes, and to 1,023 at most. A null or
+ * empty `string` gives an empty text. With a null `buffer` or a `size` of 0, nothing is written and
+ * the result is 0. `buffer` may be `string` itself, but must not overlap it otherwise. Cannot fail;
+ * allocates nothing. Any thread may call at any time, each with a buffer of its own. */
+WENLOLIB_EXPORT size_t WENLOLIB_convertStrToHeaderStr(const char* string, char* buffer,
+                                                      size_t size);
+
 /* The library's version, such as "1.0.1". Never null; valid as long as the library is loaded. */
 WENLOLIB_EXPORT const char* WENLOLIB_version(void);
 

@@ -28,10 +28,11 @@ bool between(unsigned char byte, unsigned char low, unsigned char high) noexcept
   return byte >= low && byte <= high;
 }
 
-/// The length of the well-formed character that `bytes` (not empty) begins with, or 0. The ranges
-/// of the second byte are those of the table "Well-Formed UTF-8 Byte Sequences" in the Unicode
-/// standard.
-std::size_t characterLength(std::string_view bytes) noexcept {
+}  // namespace
+
+// The ranges of the second byte are those of the table "Well-Formed UTF-8 Byte Sequences" in the
+// Unicode standard.
+std::size_t utf8CharacterLength(std::string_view bytes) noexcept {
   const auto at = [&](std::size_t i) {
     return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : static_cast<unsigned char>(0);
   };
@@ -52,15 +53,13 @@ std::size_t characterLength(std::string_view bytes) noexcept {
   return 0;
 }
 
-}  // namespace
-
 std::size_t utf8Length(std::string_view bytes) noexcept {
   std::string_view rest = bytes;
   while (!rest.empty()) {
     rest.remove_prefix(asciiWords(rest));
     // Other characters are checked one by one, up to the next ASCII character.
     while (!rest.empty()) {
-      const std::size_t length = characterLength(rest);
+      const std::size_t length = utf8CharacterLength(rest);
       if (length == 0) return bytes.size() - rest.size();
       rest.remove_prefix(length);
       if (length == 1) break;

@@ -12,6 +12,9 @@
 
 namespace wenlolib {
 
+/// The length of the well-formed character that `bytes` (not empty) begins with, or 0.
+[[nodiscard]] std::size_t utf8CharacterLength(std::string_view bytes) noexcept;
+
 /// The number of bytes of well-formed UTF-8 that `bytes` begins with.
 [[nodiscard]] std::size_t utf8Length(std::string_view bytes) noexcept;
 

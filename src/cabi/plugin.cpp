@@ -3,11 +3,13 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "base/Answered.h"
 #include "base/Trace.h"
 #include "base/Utf8.h"
 #include "record/Record.h"
+#include "toolkit/HeaderText.h"
 #include "wenlolib/WENLOLIB.h"
 #include "wenlolib/version.h"
 
@@ -60,6 +62,14 @@ int WENLOLIB_writePrinterLogInfoWithContents(const char* contents, const char* n
                                    wenlolib::printerLogFileType,
                                    dictionaryFrom(otherInfo, otherInfoCount));
   });
+}
+
+size_t WENLOLIB_convertStrToHeaderStr(const char* string, char* buffer, size_t size) {
+  if (buffer == nullptr || size == 0) return 0;
+  const std::string_view text = string == nullptr ? "" : string;
+  const size_t length = wenlolib::fillHeaderText(text, std::span(buffer, size - 1));
+  buffer[length] = '\0';
+  return length;
 }
 
 const char* WENLOLIB_version(void) {

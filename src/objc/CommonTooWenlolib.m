@@ -147,6 +147,13 @@ static NSException* rangeError(void) {
   return answer;
 }
 
++ (NSString*)convertStrToHeaderStr:(NSString*)string {
+  Plain text = mendedTextFrom(string);
+  NSString* answer = stringTaking(coreConvertStrToHeaderStr(text));
+  plainFree(&text);
+  return answer;
+}
+
 + (int)convertVersionStrToNum:(NSString*)version {
   Plain text = textFrom(version);
   const int number = coreConvertVersionStrToNum(text);

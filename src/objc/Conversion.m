@@ -31,6 +31,7 @@ typedef struct Reading {
   Level* levels;
   size_t depth, room;
   long items;    /* how many more objects may be read */
+  BOOL mends;    /* half of a surrogate pair that stands alone becomes "_" */
   BOOL noMemory; /* then nothing is read: a record with half of its entries would be wrong */
 } Reading;
 
@@ -57,15 +58,24 @@ static size_t wholeUnits(const uint16_t* units, size_t count) {
   return whole;
 }
 
-/* Whether no half of a surrogate pair stands alone. */
-static BOOL isUnicode(const uint16_t* units, size_t count) {
-  size_t i;
-  for (i = wholeUnits(units, count); i < count; ++i) {
+/* The place from `i` on of half a surrogate pair that stands alone; `count` if there is none. */
+static size_t loneHalf(const uint16_t* units, size_t i, size_t count) {
+  for (; i < count; ++i) {
     if ((units[i] & 0xF800) != 0xD800) continue;
-    if (units[i] >= 0xDC00 || i + 1 == count || (units[i + 1] & 0xFC00) != 0xDC00) return NO;
+    if (units[i] >= 0xDC00 || i + 1 == count || (units[i + 1] & 0xFC00) != 0xDC00) return i;
     ++i;
   }
-  return YES;
+  return count;
+}
+
+/* Whether the text is Unicode, after mending if that is wanted. */
+static BOOL isUnicode(uint16_t* units, size_t count, BOOL mends) {
+  size_t i = loneHalf(units, wholeUnits(units, count), count);
+  while (mends && i < count) {
+    units[i] = '_';
+    i = loneHalf(units, i, count);
+  }
+  return i == count;
 }
 
 static BOOL fillText(Reading* reading, Plain* plain, NSString* string) {
@@ -77,7 +87,7 @@ static BOOL fillText(Reading* reading, Plain* plain, NSString* string) {
   plain->kind = plainText;
   plain->count = count;
   [string getCharacters:plain->as.units range:NSMakeRange(0, count)];
-  return isUnicode(plain->as.units, count);
+  return isUnicode(plain->as.units, count, reading->mends);
 }
 
 static BOOL fillNumber(Plain* plain, NSNumber* number) {
@@ -257,9 +267,9 @@ static BOOL isOfClass(Reading* reading, Plain* plain, id object) {
   return [object isKindOfClass:reading->class];
 }
 
-static Plain plainFrom(id object, Class class) {
+static Plain plainRead(id object, Class class, BOOL mends) {
   Plain plain = {.kind = plainNothing};
-  Reading reading = {.class = class, .items = mostItems};
+  Reading reading = {.class = class, .items = mostItems, .mends = mends};
   if (object == nil) return plain;
   if (succeeds(isOfClass, &reading, &plain, object)) fill(&reading, &plain, object);
   free(reading.levels);
@@ -268,6 +278,10 @@ static Plain plainFrom(id object, Class class) {
     plain.kind = plainShortage;
   }
   return plain;
+}
+
+static Plain plainFrom(id object, Class class) {
+  return plainRead(object, class, NO);
 }
 
 /* The enumerators used on the way are released at once, not with the host's pool. */
@@ -284,6 +298,10 @@ static Plain containerFrom(id object, Class class) {
 
 Plain textFrom(id string) {
   return plainFrom(string, [NSString class]);
+}
+
+Plain mendedTextFrom(id string) {
+  return plainRead(string, [NSString class], YES);
 }
 
 Plain dateFrom(id date) {

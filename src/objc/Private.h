@@ -101,6 +101,8 @@ Plain coreCalendarWithTimeZoneFormatString(Plain date);
 Plain coreDateFormatWithHourMinSec(Plain date);
 Plain coreReplaceString(Plain string, Plain before, Plain after);
 
+Plain coreConvertStrToHeaderStr(Plain string);
+
 int32_t coreConvertVersionStrToNum(Plain version);
 Plain coreConvertVersionNumToStr(int32_t version);
 Plain coreConvertVersionNumToBiasStr(int32_t version);
@@ -125,6 +127,7 @@ uint8_t foundationOffset(double date, uint8_t isFirst, int32_t* secondsFromGMT);
 /* From a host. Nothing for nil, for an object of another class and for one that raises; a shortage
  * if memory runs out. */
 Plain textFrom(id string);
+Plain mendedTextFrom(id string); /* half a surrogate pair that stands alone becomes "_" */
 Plain dateFrom(id date);
 Plain arrayFrom(id array);           /* an item that cannot be converted is nothing */
 Plain dictionaryFrom(id dictionary); /* an entry that cannot be converted is left out */

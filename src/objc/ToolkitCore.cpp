@@ -132,6 +132,10 @@ Plain coreReplaceString(Plain string, Plain before, Plain after) {
   });
 }
 
+Plain coreConvertStrToHeaderStr(Plain string) {
+  return answered(Plain{}, [&] { return plain(Toolkit::convertStrToHeaderStr(textIn(string))); });
+}
+
 int32_t coreConvertVersionStrToNum(Plain version) {
   return answered(int32_t{-1}, [&] { return Toolkit::convertVersionStrToNum(textIn(version)); });
 }

@@ -4,6 +4,8 @@
 
 #include <regex>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "support/ExpectedDocument.h"
 #include "support/FailingAllocations.h"
@@ -192,6 +194,55 @@ TEST_F(Plugin, WithoutMemoryTheAnswerIsNoAndNothingIsThrown) {
   };
   expectNoAtEveryShortage(usage, month);
   expectNoAtEveryShortage(log, firstLog);
+}
+
+/// The header text for `string` in a buffer of this size, after checks of its end.
+std::string headerText(const char* string, std::size_t size) {
+  std::vector<char> buffer(size + 1, '#');
+  const std::size_t length = WENLOLIB_convertStrToHeaderStr(string, buffer.data(), size);
+  EXPECT_LT(length, size);
+  EXPECT_EQ(std::string(buffer.data()).size(), length);
+  EXPECT_EQ(buffer.back(), '#');
+  return buffer.data();
+}
+
+TEST(HeaderText, IsWhatTheClassMakes) {
+  for (const std::string text : {"", "QX 200", "<a> & \xFF\r\n", "gr\xC3\xB6\xC3"}) {
+    EXPECT_EQ(headerText(text.c_str(), WENLOLIB_HEADER_STR_SIZE),
+              CommonTooWenlolib::convertStrToHeaderStr(text));
+  }
+  EXPECT_EQ(headerText(std::string(2000, '<').c_str(), 4000), std::string(1023, '_'));
+}
+
+TEST(HeaderText, FitsEveryBuffer) {
+  EXPECT_EQ(headerText("a\xC3\xB6"
+                       "b",
+                       5),
+            "a\xC3\xB6"
+            "b");
+  EXPECT_EQ(headerText("a\xC3\xB6"
+                       "b",
+                       4),
+            "a\xC3\xB6");
+  EXPECT_EQ(headerText("a\xC3\xB6"
+                       "b",
+                       3),
+            "a");
+  EXPECT_EQ(headerText("a\xC3\xB6"
+                       "b",
+                       1),
+            "");
+  EXPECT_EQ(headerText(nullptr, 8), "");
+  char untouched = '#';
+  EXPECT_EQ(WENLOLIB_convertStrToHeaderStr("abc", &untouched, 0), 0U);
+  EXPECT_EQ(untouched, '#');
+  EXPECT_EQ(WENLOLIB_convertStrToHeaderStr("abc", nullptr, 8), 0U);
+}
+
+TEST(HeaderText, CanBeMadeInPlace) {
+  char text[] = "<\xEF\xBF\xBF>\xC3\xB6&";
+  EXPECT_EQ(WENLOLIB_convertStrToHeaderStr(text, text, sizeof text), 6U);
+  EXPECT_STREQ(text, "___\xC3\xB6_");
 }
 
 TEST(PluginVersion, IsThreeNumbersAndStaysWhereItIs) {

@@ -58,6 +58,7 @@ const std::vector<Operation>& toolkitOperations() {
        [] { ignore(Toolkit::calendarWithTimeZoneFormatString(someDate)); }},
       {"dateFormatWithHourMinSec", [] { ignore(Toolkit::dateFormatWithHourMinSec(someDate)); }},
       {"replaceString", [] { ignore(Toolkit::replaceString("a/b/c", "/", "-")); }},
+      {"convertStrToHeaderStr", [] { ignore(Toolkit::convertStrToHeaderStr("a<b\xFF")); }},
       {"convertVersionStrToNum", [] { ignore(Toolkit::convertVersionStrToNum("3.1.0")); }},
       {"convertVersionNumToStr", [] { ignore(Toolkit::convertVersionNumToStr(30100)); }},
       {"convertVersionNumToBiasStr", [] { ignore(Toolkit::convertVersionNumToBiasStr(30100)); }},

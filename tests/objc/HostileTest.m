@@ -58,6 +58,8 @@ static void whatIsNotTextIsNullToTheToolkit(void) {
     CHECK_RAISES_NOTHING(CHECK([toolkitClass createDir:object] == NO));
     CHECK_RAISES_NOTHING(answer = [toolkitClass replaceString:object before:@"a" after:@"b"]);
     CHECK(answer == nil);
+    CHECK_RAISES_NOTHING(answer = [toolkitClass convertStrToHeaderStr:object]);
+    CHECK(answer == nil);
     CHECK_RAISES_NOTHING(answer = [toolkitClass replaceString:@"abc" before:object after:@"b"]);
     CHECK_EQUAL(answer, @"abc");
     CHECK_RAISES_NOTHING(answer = [toolkitClass replaceString:@"abc" before:@"b" after:object]);

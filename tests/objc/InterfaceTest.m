@@ -71,6 +71,7 @@ static const Named toolkitMethods[] = {
     {"calendarWithTimeZoneFormatString:", "@@:@"},
     {"dateFormatWithHourMinSec:", "@@:@"},
     {"replaceString:before:after:", "@@:@@@"},
+    {"convertStrToHeaderStr:", "@@:@"},
     {"convertVersionStrToNum:", "i@:@"},
     {"convertVersionNumToStr:", "@@:i"},
     {"convertVersionNumToBiasStr:", "@@:i"},

@@ -180,12 +180,14 @@ static id objectAnswered(void) {
       return [toolkitClass convertVersionStrToBiasStr:@"3.1.5"];
     case 29:
       return [toolkitClass convertBiasVersionStrToVerStr:@"1003.1"];
+    case 30:
+      return [toolkitClass convertStrToHeaderStr:@"<b>"];
     default:
       return nil;
   }
 }
 
-enum { objectQuestions = 30 };
+enum { objectQuestions = 31 };
 
 static void askForAnObject(void) {
   answer = nil;

@@ -89,6 +89,13 @@ static void record(const PluginLibrary* library, const char* contents) {
          "a printer with an identity beyond ASCII is recorded");
 }
 
+static void makeFit(const PluginLibrary* library) {
+  char text[WENLOLIB_HEADER_STR_SIZE];
+  expect(
+      library->headerText("<Größe\xff&", text, sizeof text) == 10 && strcmp(text, "_Größe__") == 0,
+      "a text is made fit for a header value");
+}
+
 typedef struct Host {
   PluginLibrary library;
   char* contents;
@@ -100,6 +107,7 @@ static void* use(void* pointer) {
   useCodec(&host->library);
   refuse(&host->library, host->contents);
   record(&host->library, host->contents);
+  makeFit(&host->library);
   return NULL;
 }
 

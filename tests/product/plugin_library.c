@@ -22,6 +22,7 @@ const char* openPluginIn(const char* path, int scope, PluginLibrary* library) {
       {"WENLOLIB_isSupportedPlm", &library->isSupportedPlm},
       {"WENLOLIB_writeAppInfoWithContents", &library->writeAppInfo},
       {"WENLOLIB_writePrinterLogInfoWithContents", &library->writePrinterLogInfo},
+      {"WENLOLIB_convertStrToHeaderStr", &library->headerText},
       {"WENLOLIB_version", &library->version},
       {"ConvertHexToCharData", &library->bytesToText},
       {"ConvertCharDataToHex", &library->textToBytes},

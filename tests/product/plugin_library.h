@@ -11,6 +11,7 @@ typedef struct PluginLibrary {
   int (*isSupportedPlm)(uint32_t);
   int (*writeAppInfo)(const char*, const char*, uint32_t);
   int (*writePrinterLogInfo)(const char*, const char*, uint32_t, const WENLOLIBEntry*, size_t);
+  size_t (*headerText)(const char*, char*, size_t);
   const char* (*version)(void);
   int32_t (*bytesToText)(const uint8_t*, char*, int32_t, uint8_t);
   int32_t (*textToBytes)(const char*, uint8_t*, uint8_t);

@@ -6,6 +6,7 @@ too, in man page and host guide. And the scripts of tests must report which test
 
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -20,10 +21,10 @@ TOOLS = os.path.join(ROOT, "tools")
 
 import skips
 
-SIMPLE = ["verify", "decode", "diff", "doctor", "init"]
+SIMPLE = ["verify", "decode", "diff", "doctor", "init", "help"]
 WITH_KINDS = ["explain", "preview", "record"]
 CALLS = SIMPLE + [f"{call} {kind}" for call in WITH_KINDS for kind in ["app", "printer"]]
-EVERYWHERE = {"--root", "--help"}
+EVERYWHERE = {"--root", "--exit-zero", "--help"}
 COMMAND = ""
 
 
@@ -88,6 +89,19 @@ def from_bash(call, current="--"):
     return set(told.stdout.split())
 
 
+def from_fish(line):
+    """What fish offers after a line."""
+    source = os.path.join(TOOLS, "completion/wenlolib.fish")
+    with tempfile.TemporaryDirectory() as folder:
+        open(os.path.join(folder, "document"), "w").close()
+        told = subprocess.run(["fish", "--no-config", "-c",
+                               f"source '{source}'; complete -C '{line}'"],
+                              capture_output=True, text=True, check=True, cwd=folder,
+                              env={**os.environ, "HOME": folder})
+    assert told.stderr == "", told.stderr
+    return {offered.split("\t")[0] for offered in told.stdout.splitlines()}
+
+
 def from_zsh():
     """{call: what the completion for zsh offers}."""
     source = text_of("completion/_wenlolib").replace("\\\n", " ")
@@ -146,7 +160,7 @@ class Documentation(unittest.TestCase):
     def test_the_man_page_has_what_every_call_takes(self):
         synopsis = text_of("man/wenlolib.1").split("SYNOPSIS\n", 1)[1].split(".Sh", 1)[0]
         named = set().union(*map(flags, synopsis.splitlines()))
-        self.assertEqual(named, EVERYWHERE | {"--version"})
+        self.assertEqual(named, EVERYWHERE | {"--version", "-V"})
 
     def test_the_version_names_what_is_built_in(self):
         lines = subprocess.run([COMMAND, "--version"], capture_output=True, text=True,
@@ -168,7 +182,33 @@ class Documentation(unittest.TestCase):
         for call in WITH_KINDS:
             self.assertEqual(from_bash(call, ""), {"app", "printer"} | EVERYWHERE)
             self.assertEqual(from_bash(call, "p"), {"printer"})
-        self.assertIn("tmp", from_bash("verify", "t"))
+
+    def test_bash_offers_files_only_where_a_call_takes_some(self):
+        for call in ["verify", "decode --json", "diff", "preview app", "record printer --name A",
+                     "explain app --preferences", "doctor --plugin", "init --root"]:
+            self.assertIn("tmp", from_bash(call, "t"), call)
+        for call in ["", "explain", "explain app", "preview", "doctor", "init", "help",
+                     "record app --name"]:
+            self.assertNotIn("tmp", from_bash(call, "t"), call)
+        self.assertIn("verify", from_bash("help", "v"))
+
+    @unittest.skipUnless(shutil.which("fish"), "no fish")
+    def test_fish_offers_every_option_and_no_other(self):
+        for call in CALLS:
+            long = {option for option in helped(call) if option.startswith("--")}
+            self.assertEqual(from_fish(f"wenlolib {call} --"), long | EVERYWHERE, call)
+        self.assertEqual(from_fish("wenlolib --"), EVERYWHERE | {"--version"})
+
+    @unittest.skipUnless(shutil.which("fish"), "no fish")
+    def test_fish_offers_calls_and_kinds_and_files_where_a_call_takes_some(self):
+        self.assertEqual(from_fish("wenlolib "), {call.split()[0] for call in CALLS})
+        for call in WITH_KINDS:
+            self.assertEqual(from_fish(f"wenlolib {call} "), {"app", "printer"})
+        for call in ["verify ", "decode --json ", "record app --name A ",
+                     "explain app --preferences ", "doctor --plugin "]:
+            self.assertEqual(from_fish(f"wenlolib {call}"), {"document"}, call)
+        for call in ["explain app ", "doctor ", "init ", "record app --name ", "verify --jobs "]:
+            self.assertEqual(from_fish(f"wenlolib {call}"), set(), call)
 
     def test_zsh_offers_every_option_and_no_other(self):
         found = from_zsh()

@@ -50,7 +50,8 @@ class Explain(ToolTest):
                 ("allowed", ["printer"]),
                 ("os_version_unknown", ["app", "--os", "unknown"]),
                 ("os_version_unknown", ["printer", "--os", "unknown"]),
-                ("library_version_unknown", ["app", *new, "--library-version", "x"]),
+                ("library_version_unknown", ["app", *new, "--library-version", "unknown"]),
+                ("library_version_unknown", ["app", *new, "--library-version", "0.9"]),
                 ("library_version_unknown", ["printer", *new]),
                 ("allowed", ["printer", *new, "--library-version", "1.0.0"]),
                 ("not_in_support_list", ["printer", *new, "--library-version", "1.1.0"]),
@@ -151,12 +152,87 @@ class Explain(ToolTest):
         for word, call in [("app or printer", []),
                            ("not an OS version", ["app", "--os", "ten"]),
                            ("not a date", ["app", "--date", "2026-02-30"]),
-                           ("not a file that can be read", ["app", "--preferences", "/none"]),
-                           ("not a file that can be read", ["app", "--support-list", self.root]),
+                           ("give a day such as 2026-11-21, or a time",
+                            ["app", "--date", "today"]),
+                           ("such as 1.0.0, or unknown", ["app", "--library-version", "1.x"]),
+                           ("such as 10.17.0, or unknown", ["printer", "--os", "10"]),
                            ("not an option word", ["app", "--option", "one"]),
                            ("--option", ["printer", "--option", "1"]),
                            ("more", ["app", "more"])]:
             self.expect_usage_error(word, "explain", *call)
+
+    def test_a_file_that_cannot_be_read_is_no_replayed_case(self):
+        self.install()
+        for call in [["--preferences", "/none"], ["--support-list", self.root]]:
+            self.expect_unreadable("not a file that can be read", "explain", "app", *call)
+
+    def remedy(self, *call):
+        steps = self.explained(1, *call)["steps"]
+        return [step["remedy"] for step in steps if step["state"] == "refused"][0]
+
+    def test_a_missing_and_a_broken_file_have_remedies_of_their_own(self):
+        self.install()
+        new = ["app", "--option", "2", "--os", "10.17.0"]
+        self.assertIn("must provide this file", self.remedy(*new))
+        self.write(VERSION_LIST, b"broken")
+        self.assertIn("must replace this file", self.remedy(*new))
+        self.write(VERSION_LIST, {"1001.0": "10.16.0"})
+        self.assertIn("must list 10.17.0 or later under this key", self.remedy(*new))
+        self.write(PREFERENCES, b"broken")
+        self.assertIn("Move this file away", self.remedy("app"))
+        file = self.write("/Pref.plist", b"broken")
+        self.assertIn("with --preferences", self.remedy("app", "--preferences", file))
+        os.remove(self.path(PREFERENCES))
+        self.assertIn("To make a sample, run wenlolib init", self.remedy("app"))
+        os.mkdir(self.path(PREFERENCES))
+        self.assertIn("Move this folder away", self.remedy("app"))
+
+    def test_the_remedy_of_a_broken_preference_file_works(self):
+        self.install()
+        self.write(PREFERENCES, b"broken")
+        self.assertEqual(self.reason(1, "app"), "no_preferences")
+        os.rename(self.path(PREFERENCES), self.path("away"))
+        self.expect(0, "init", "--sample-preferences", "--agree")
+        self.assertEqual(self.reason(0, "app"), "allowed")
+
+    def afterwards(self, *call):
+        """The obstacles, which the text must tell as well: the record fails at the first."""
+        found = self.explained(0, *call)["afterwards"]
+        text = self.expect(0, "explain", *call).stdout.decode()
+        stops = bool(found) and found[0]["stops"]
+        self.assertEqual("\nallowed, but it cannot be written: see below\n" in text, stops)
+        self.assertEqual("nothing stands in its way" in text, not found)
+        for obstacle in found:
+            self.assertIn(obstacle["remedy"].split()[0], text)
+            self.assertLessEqual(max(map(len, text.splitlines()[4:])), 80)
+        return [(obstacle["code"], obstacle["path"]) for obstacle in found]
+
+    def test_what_would_stop_the_record_is_told_beside_the_decision(self):
+        self.install()
+        self.assertEqual(self.afterwards("app"), [])
+        self.assertEqual(self.afterwards("printer"), [])
+        os.rmdir(self.path("ALM"))
+        self.assertEqual(self.afterwards("app"), [("folder_missing", self.path("ALM"))])
+        self.assertEqual(self.afterwards("printer"), [])
+        self.write("ALM", b"")
+        self.assertEqual(self.afterwards("app"), [("not_a_folder", self.path("ALM"))])
+        for number in range(1, 1000):
+            self.write(f"PLM/Q_{number}.PLM", b"")
+        self.assertEqual(self.afterwards("printer"), [("numbers_full", self.path("PLM/Q_*.PLM"))])
+        self.assertNotIn("afterwards", self.explained(0, "app", "--date",
+                                                      days_ago(0).isoformat() + "Z"))
+
+    def test_a_folder_that_may_not_be_written_in_is_told(self):
+        self.install()
+        for name in [PREFERENCES, CONFIGURATION]:
+            os.chmod(self.path(name), 0o644)
+        for name in ["PLM", "ALM", "Config"]:
+            os.chmod(self.path(name), 0o555)
+        told = self.expect(0, "explain", "app", "--json", **self.unprivileged()).stdout
+        self.assertEqual([obstacle["code"] for obstacle in json.loads(told)["afterwards"]],
+                         ["not_writable"])
+        for name in ["PLM", "ALM", "Config"]:
+            os.chmod(self.path(name), 0o755)
 
 
 class Doctor(ToolTest):

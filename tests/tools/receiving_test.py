@@ -217,7 +217,7 @@ class ReceivingTest(unittest.TestCase):
 
     def refused(self, *arguments, message):
         result = run(*arguments)
-        self.assertEqual(result.returncode, 2)
+        self.assertEqual(result.returncode, 3)
         self.assertRegex(result.stderr.decode(), message)
         return result.stdout.decode()
 
@@ -345,7 +345,7 @@ class VerifyTest(ReceivingTest):
             result = run("verify", self.folder, **somebody)
         except PermissionError:
             self.skipTest("nobody else can run the command here")
-        self.assertEqual(result.returncode, 2)
+        self.assertEqual(result.returncode, 3)
         for path in (file, folder):
             self.assertIn(f"wenlolib verify: {path}: Permission denied", result.stderr.decode())
 
@@ -365,7 +365,7 @@ class VerifyTest(ReceivingTest):
         os.mkfifo(fifo)
         writer = subprocess.Popen(["sh", "-c", f"echo x > {fifo}"], stderr=subprocess.DEVNULL)
         time.sleep(0.2)
-        self.assertEqual(run("verify", fifo, self.folder).returncode, 2)
+        self.assertEqual(run("verify", fifo, self.folder).returncode, 3)
         time.sleep(0.2)
         self.assertIsNone(writer.poll())
         with open(fifo, "rb") as file:
@@ -397,11 +397,11 @@ class VerifyTest(ReceivingTest):
         for call in (["verify"], ["verify", "--json"], ["verify", "-q"], ["decode"],
                      ["decode", "--json", "--redact"], ["decode", "--contents"]):  # fmt: skip
             one = run(*call, self.folder)
-            self.assertEqual(one.returncode, 2)
+            self.assertEqual(one.returncode, 3)
             self.assertGreater(len(one.stdout), 1000)
             for jobs in ("4", "16"):
                 several = run(*call, "--jobs", jobs, self.folder)
-                self.assertEqual(several.returncode, 2)
+                self.assertEqual(several.returncode, 3)
                 self.assertEqual(several.stdout, one.stdout)
                 self.assertEqual(several.stderr, one.stderr)
 
@@ -442,7 +442,7 @@ class VerifyTest(ReceivingTest):
     def test_a_full_disk_is_no_success(self):
         with open("/dev/full", "wb") as full:
             result = run("verify", self.write("a.ALM"), stdout=full)
-        self.assertEqual(result.returncode, 2)
+        self.assertEqual(result.returncode, 3)
         self.assertIn(b"standard output: No space left", result.stderr)
 
 

@@ -129,6 +129,51 @@ class Recording(ToolTest):
                                **self.unprivileged())
         self.assertIn(b"making the file failed: Permission denied. Let this user write in its folder.", finished.stderr)
 
+    def test_a_replaced_record_is_told_and_kept_if_wanted(self):
+        self.install()
+        app = ["app", "--name", "A"]
+        first = self.expect(0, "record", *app, "--keep", stdin=b"first")
+        self.assertNotIn(b"replaced", first.stdout)
+        before = tree(self.root)
+        self.expect_complaint(1, "not recorded: it would replace the older record of this "
+                                     "month", "record", *app, "--keep", stdin=b"second")
+        told = self.expect(0, "preview", *app, stdin=b"second").stdout
+        self.assertIn(b"\nreplaces    the older record of this month\n", told)
+        self.assertEqual(tree(self.root), before)
+        told = self.expect(0, "record", *app, stdin=b"second")
+        self.assertIn(b"\n  replaced the older record of this month\n", told.stdout)
+        self.assertEqual(self.recorded(told)[0].contents, b"second")
+
+    def test_the_last_log_is_replaced_or_kept_when_all_numbers_are_taken(self):
+        self.install()
+        for number in range(1, 1000):
+            self.write(f"PLM/Q_{number}.PLM", b"older")
+        log = ["printer", "--name", "Q"]
+        self.expect_complaint(1, "all 999 numbers are taken", "record", *log, "--keep", stdin=b"x")
+        with open(self.path("PLM/Q_999.PLM"), "rb") as file:
+            self.assertEqual(file.read(), b"older")
+        self.assertIn(b"all 999 numbers are taken", self.expect(0, "preview", *log,
+                                                                stdin=b"x").stdout)
+        told = self.expect(0, "record", *log, stdin=b"x")
+        self.assertIn(b"replaced the older log", told.stdout)
+        self.assertEqual(self.recorded(told)[1], self.path("PLM/Q_999.PLM"))
+
+    def test_a_record_that_was_written_is_recorded_whatever_becomes_of_the_report(self):
+        self.install()
+        for number, (streams, complaint) in enumerate([
+                (">/dev/full", b"recorded, but not reported: standard output: No space left"),
+                (">&-", b"recorded, but not reported: standard output: Bad file descriptor"),
+                ("| true", None), (">/dev/full 2>&1", None)]):
+            script = f'"$0" "$@" {streams}; exit "${{PIPESTATUS[0]}}"'
+            finished = subprocess.run(
+                ["bash", "-c", script, *self.arguments(["record", "printer", "--name", "A"])],
+                input=b"x", capture_output=True, timeout=60, cwd=self.outside,
+                env=self.environment)
+            self.assertEqual(finished.returncode, 0, (streams, finished.stderr))
+            self.assertTrue(os.path.exists(self.path(f"PLM/A_{number + 1}.PLM")), streams)
+            if complaint is not None:
+                self.assertIn(complaint, finished.stderr)
+
     def test_a_value_that_cannot_be_mended_leaves_no_file_and_is_told(self):
         self.install()
         before = tree(self.root)
@@ -149,7 +194,7 @@ class Recording(ToolTest):
         self.assertIn(f'"{serial}"', told)
         self.assertIn("repaired", told)
 
-    def test_contents_that_will_not_do_are_usage_errors(self):
+    def test_contents_that_will_not_do_are_unreadable(self):
         self.install()
         before = tree(self.root)
         large = self.write("/large", b"")
@@ -162,8 +207,8 @@ class Recording(ToolTest):
                 ("smaller than 2.0 GiB", [large], b"")]:
             for kind in ["app", "printer"]:
                 for call_name in ["record", "preview"]:
-                    self.expect_usage_error(word, call_name, kind, "--name", "A", *call,
-                                            stdin=stdin)
+                    self.expect_unreadable(word, call_name, kind, "--name", "A", *call,
+                                           stdin=stdin)
         os.remove(large)
         self.assertEqual(tree(self.root), before)
 
@@ -171,8 +216,8 @@ class Recording(ToolTest):
         self.install()
         secret = self.write("/secret", b"x")
         os.chmod(secret, 0)
-        self.expect_usage_error("Permission denied", "record", "printer", "--name", "A", secret,
-                                **self.unprivileged())
+        self.expect_unreadable("Permission denied", "record", "printer", "--name", "A", secret,
+                               **self.unprivileged())
 
     def test_standard_input_that_is_closed_is_told(self):
         self.install()
@@ -180,7 +225,7 @@ class Recording(ToolTest):
         finished = subprocess.run(["sh", "-c", script, *self.arguments(
             ["record", "printer", "--name", "A"])], env=self.environment, cwd=self.outside,
             capture_output=True, timeout=60)
-        self.assertEqual(finished.returncode, 2, finished)
+        self.assertEqual(finished.returncode, 3, finished)
         self.assertIn(b"Bad file descriptor", finished.stderr)
 
     def started(self):
@@ -255,7 +300,7 @@ class Preview(ToolTest):
         self.install()
         text = self.expect(0, "preview", "printer", "--name", "A", *IDENTITY,
                            stdin=CONTENTS).stdout.decode()
-        head, folded = text.split("\n\n")
+        head, folded, _ = text.split("\n\n")
         lines = folded.splitlines()
         self.assertTrue(all(line.startswith("  ") and len(line) <= 80 for line in lines), folded)
         verify("".join(line[2:] for line in lines).encode(), "printer-older", CONTENTS)
@@ -314,6 +359,17 @@ class Preview(ToolTest):
         self.assertIn(b'<Encrypted C="R"></Encrypted>', output)
 
 
+    def test_shows_the_contents_in_clear(self):
+        self.install()
+        shown = self.expect(0, "preview", "app", "--name", "A", stdin=CONTENTS).stdout.decode()
+        self.assertIn("\ncontents in clear\n  | Usage of a month: Größe A4, 印刷 12, 𝄞\n", shown)
+        large = ("ö" * 100000).encode()
+        shown = self.expect(0, "preview", "app", "--name", "A", stdin=large).stdout.decode()
+        self.assertIn(f"  | {'ö' * 1024}\n  (197,952 bytes more)\n", shown)
+        shown = self.expect(0, "preview", "app", "--name", "A", stdin=b"").stdout.decode()
+        self.assertTrue(shown.endswith("\ncontents in clear\n  (none)\n"), shown)
+
+
 class Init(ToolTest):
     FOLDERS = ["PLM", "ALM", "Config"]
 
@@ -327,7 +383,7 @@ class Init(ToolTest):
             self.assertEqual(stat.S_IMODE(os.stat(self.path(name)).st_mode), 0o700)
 
     def test_twice_changes_nothing_the_second_time(self):
-        self.expect(0, "init", "--sample-preferences")
+        self.expect(0, "init", "--sample-preferences", "--agree")
         before = tree(self.root)
         finished = self.expect(0, "init", "--sample-preferences", "--agree")
         names = [*self.FOLDERS, PREFERENCES]
@@ -379,10 +435,53 @@ class Init(ToolTest):
                       "Let this user write in its folder.\n", finished.stderr.decode())
 
     def test_wrong_usage(self):
-        self.expect_usage_error("--sample-preferences", "init", "--agree")
         self.expect_usage_error("more", "init", "more")
-        self.expect_usage_error("--force", "init", "--force")
+        self.expect_usage_error("--force can be used only with --agree", "init", "--force")
+        self.expect_usage_error("--force", "init", "--force", "--sample-preferences")
         self.assertEqual(tree(self.root), {})
+
+    def test_agree_makes_the_file_and_says_if_it_leaves_one(self):
+        self.expect(0, "init", "--agree")
+        with open(self.path(PREFERENCES), "rb") as file:
+            self.assertTrue(plistlib.load(file)["LatestSelectedAgreement"])
+        self.write(PREFERENCES, {"InstalledDate": days_ago(3), "LatestSelectedAgreement": False})
+        before = tree(self.root)
+        finished = self.expect(1, "init", "--agree")
+        self.assertIn(f"{self.path(PREFERENCES)}: already there, and not changed: its agreement is "
+                      "boolean false. Add --force", finished.stderr.decode())
+        self.assertEqual(tree(self.root), before)
+
+    def test_forced_agreement_keeps_the_rest_of_the_file(self):
+        others = {"InstalledDate": days_ago(3), "LatestSelectedLanguage": "zh_Hans",
+                  "Other": {"list": [1, 2.5, b"data"], "text": "Größe"}}
+        self.write(PREFERENCES, {**others, "LatestSelectedAgreement": False})
+        os.chmod(self.path(PREFERENCES), 0o640)
+        finished = self.expect(0, "init", "--agree", "--force")
+        self.assertIn(f"changed       {self.path(PREFERENCES)}\n", finished.stdout.decode())
+        with open(self.path(PREFERENCES), "rb") as file:
+            self.assertEqual(plistlib.load(file), {**others, "LatestSelectedAgreement": True})
+        self.assertEqual(stat.S_IMODE(os.stat(self.path(PREFERENCES)).st_mode), 0o640)
+        before = tree(self.root)
+        self.expect(0, "init", "--agree", "--force")
+        self.assertEqual(tree(self.root), before)
+
+    def test_forced_agreement_loses_nothing_that_cannot_be_read(self):
+        elsewhere = self.write("/Pref.plist", {"LatestSelectedAgreement": False})
+        self.write(PREFERENCES, b"broken")
+        partial = plistlib.dumps({"LatestSelectedAgreement": False, "Other": 7}).replace(
+            b"<integer>7<", b"<integer>99999999999999999999<")
+        for word, prepare in [
+                ("neither XML nor binary", lambda: None),
+                ("some values cannot be read", lambda: self.write(PREFERENCES, partial)),
+                ("not a regular file", lambda: (os.remove(self.path(PREFERENCES)), os.symlink(
+                    os.path.relpath(elsewhere, self.path("Config")), self.path(PREFERENCES))))]:
+            prepare()
+            self.expect(0, "init")
+            before = tree(self.root)
+            finished = self.expect(1, "init", "--agree", "--force")
+            self.assertIn("nothing is changed, because", finished.stderr.decode())
+            self.assertIn(word, finished.stderr.decode())
+            self.assertEqual(tree(self.root), before)
 
 
 class Help(ToolTest):

@@ -110,13 +110,19 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(finished.returncode, status, f"{call}: {told[-2000:]}")
         return finished
 
-    def expect_usage_error(self, word, *call, **others):
-        """Checks for exit status 2, no standard output, and a message that says what is wrong."""
-        finished = self.expect(2, *call, **others)
+    def expect_complaint(self, status, word, *call, **others):
+        """Checks for this exit status, no standard output, and a message that says what is wrong."""
+        finished = self.expect(status, *call, **others)
         self.assertEqual(finished.stdout, b"")
         complaint = finished.stderr.decode(errors="replace")
         self.assertTrue(complaint.startswith("wenlolib"), complaint)
         self.assertIn(word, complaint)
+
+    def expect_usage_error(self, word, *call, **others):
+        self.expect_complaint(2, word, *call, **others)
+
+    def expect_unreadable(self, word, *call, **others):
+        self.expect_complaint(3, word, *call, **others)
 
     def write(self, name, data):
         path = self.path(name)

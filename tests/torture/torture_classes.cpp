@@ -133,6 +133,7 @@ void run(const char* program, std::uint8_t wait) {
 }
 
 const Text version = "3.1.0", bias = "1003.1";
+const Text headerText = "a<b>, long enough not to fit into the object itself";
 
 #define CALL(name, call)                      \
   {                                           \
@@ -170,6 +171,7 @@ const TortureOperation operations[] = {
     CALL("CommonTooWenlolib::dateFormatWithHourMinSec",
          Toolkit::dateFormatWithHourMinSec(someDate)),
     {"CommonTooWenlolib::replaceString", replaced},
+    CALL("CommonTooWenlolib::convertStrToHeaderStr", Toolkit::convertStrToHeaderStr(headerText)),
     CALL("CommonTooWenlolib::convertVersionStrToNum", Toolkit::convertVersionStrToNum(version)),
     CALL("CommonTooWenlolib::convertVersionNumToStr", Toolkit::convertVersionNumToStr(30100)),
     CALL("CommonTooWenlolib::convertVersionNumToBiasStr",

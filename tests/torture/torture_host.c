@@ -65,6 +65,14 @@ static void isSupportedPlm(void) {
   answerNumber(yes);
 }
 
+static void headerText(void) {
+  char buffer[WENLOLIB_HEADER_STR_SIZE];
+  enter();
+  library.headerText("a<b>&c", buffer, sizeof buffer);
+  leave();
+  answer(buffer);
+}
+
 static void version(void) {
   const char* text;
   enter();
@@ -147,6 +155,7 @@ static const TortureOperation operations[] = {
     {"WENLOLIB_writePrinterLogInfoWithContents-newer", printerNewer},
     {"WENLOLIB_isSupported", isSupported},
     {"WENLOLIB_isSupportedPlm", isSupportedPlm},
+    {"WENLOLIB_convertStrToHeaderStr", headerText},
     {"WENLOLIB_version", version},
     {"ConvertHexToCharData", bytesToText},
     {"ConvertCharDataToHex", textToBytes},

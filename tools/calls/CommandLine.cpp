@@ -1,5 +1,7 @@
 #include "calls/CommandLine.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <optional>
 
@@ -27,9 +29,10 @@ The installation:
   wenlolib doctor                   is it healthy? if not, what to do?
   wenlolib init                     make the folders that a host provides
 
-wenlolib SUBCOMMAND --help says more about a subcommand, with examples.
-Exit status: 0 all is well, 1 something is not, 2 wrong usage, or something
-could not be read.
+  wenlolib help SUBCOMMAND          more about a subcommand, with examples
+
+Exit status: 0 all is well, 1 something is not, 2 wrong usage, 3 something
+could not be read. --exit-zero makes 1 a 0, for pipelines.
 )";
 }
 
@@ -41,14 +44,25 @@ void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs) {
   call.add_option("PATH", paths, "Documents and folders of documents")->type_name("")->required();
   call.add_option("--jobs,-j", jobs, "Work on N documents at a time (default 1)")
       ->type_name("N")
-      ->check(CLI::Range(1, mostJobs).description(""));
+      ->check(numberFrom(1, mostJobs));
+}
+
+CLI::Validator numberFrom(int least, int most) {
+  const auto complaint = [least, most](const std::string& text) {
+    int number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    const bool fits = error == std::errc() && stop == end && number >= least && number <= most;
+    return fits ? "" : fmt::format("{} is not a number from {} to {}", text, least, most);
+  };
+  return {complaint, ""};
 }
 
 void requireKind(CLI::App& call) {
   call.require_subcommand(0, 1);
   call.callback([&call] {
     if (call.get_subcommands().empty())
-      throw CLI::RequiredError(call.get_name() + ": app or printer");
+      throw CLI::ValidationError(call.get_name(), "name the kind of record, app or printer");
   });
 }
 

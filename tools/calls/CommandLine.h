@@ -15,6 +15,8 @@ namespace wenlolib::tools {
 struct Session {
   std::string root = "/";  // the folder used as "/" (--root)
   int exitStatus = allGood;
+  bool exitZero = false;  // --exit-zero: 0 where it would be 1
+  bool recorded = false;  // a record was written, whatever becomes of the report on it
 };
 
 // Each adds one subcommand to the command line. Its callback does the work and sets the session's
@@ -42,6 +44,9 @@ class HelpFormatter : public CLI::Formatter {
 
 /// Adds `PATH...` and `--jobs N`, for a subcommand that goes through documents.
 void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs);
+
+/// Requires a number from `least` to `most`.
+[[nodiscard]] CLI::Validator numberFrom(int least, int most);
 
 /// Requires the kind of record: `app` or `printer`.
 void requireKind(CLI::App& call);

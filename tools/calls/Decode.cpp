@@ -24,7 +24,7 @@ constexpr auto examples =
     "folder. Skips unfinished files and links to folders. For a document that is not\n"
     "sound, shows the verdict and what can be read. PATH is used as given; --root\n"
     "does not apply to it. Exit status: 0 all are sound, 1 some are not, 2 wrong\n"
-    "usage, or something could not be read.\n"
+    "usage, 3 something could not be read.\n"
     "\n"
     "In JSON, a text that is not UTF-8 is null; NAME_hex holds its bytes.\n"
     "--redact hides the identifier and the serial number in file names, other fields\n"

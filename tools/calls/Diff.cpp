@@ -31,7 +31,7 @@ struct LoadedDocument {
 constexpr auto examples =
     "Compares verdict, layout, fields, cipher and contents; contents as text, line by\n"
     "line. A and B are used as given; --root does not apply to them. Exit status:\n"
-    "0 no differences, 1 differences, 2 wrong usage, or a document could not be read.\n"
+    "0 no differences, 1 differences, 2 wrong usage, 3 a document could not be read.\n"
     "\n"
     "Examples:\n"
     "  wenlolib diff QX200_1.PLM QX200_2.PLM\n"

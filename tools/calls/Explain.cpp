@@ -4,11 +4,14 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 #include <system_error>
 
 #include "calls/CommandLine.h"
 #include "explain/Explanation.h"
 #include "explain/Replay.h"
+#include "library/RecordFolder.h"
 #include "library/ToolPlatform.h"
 #include "terminal/Output.h"
 
@@ -18,19 +21,43 @@ namespace {
 struct Arguments {
   RecordKind kind = RecordKind::application;
   std::string option = "0";
-  std::string os, date;
   ReplayedCase replayed;
   bool json = false;
 };
 
+/// What cannot be read among the files of the replayed case; "" if all can. A mistyped path is an
+/// error, not a case with a missing file.
+std::string fileComplaint(const Text& path) {
+  std::error_code error;
+  if (!path) return "";
+  const bool file = std::filesystem::is_regular_file(*path, error);
+  return file && ::access(path->c_str(), R_OK) == 0 ? "" : "not a file that can be read";
+}
+
+bool canRead(Output& output, const ReplayedCase& replayed) {
+  for (const Text& path : {replayed.preferences, replayed.supportList}) {
+    const std::string complaint = fileComplaint(path);
+    if (complaint.empty()) continue;
+    output.complain(*path, complaint);
+    return false;
+  }
+  return true;
+}
+
 void explainTo(Session& session, const Arguments& arguments) {
+  Output output("explain");
+  if (!canRead(output, arguments.replayed)) {
+    session.exitStatus = unreadable;
+    return;
+  }
   const ToolPlatform platform(session.root);
   const Replay replay(platform.services(), arguments.replayed);
   const platform::Substitute substitute(replay.services());
   const Sources sources{platform.root(), arguments.replayed.preferences,
                         arguments.replayed.supportList};
-  const Explanation explanation = explain(arguments.kind, optionWord(arguments.option), sources);
-  Output output("explain");
+  Explanation explanation = explain(arguments.kind, optionWord(arguments.option), sources);
+  // The folders of a case from elsewhere are not here.
+  if (arguments.replayed.empty()) explanation.afterwards = obstacles(platform, arguments.kind);
   if (arguments.json) {
     output.write(explanationJson(explanation));
   } else {
@@ -40,40 +67,36 @@ void explainTo(Session& session, const Arguments& arguments) {
   session.exitStatus = explanation.allowed() ? allGood : notGood;
 }
 
-/// "" for a file that can be read. A mistyped path is an error, not a case with a missing file.
-std::string fileComplaint(const std::string& path) {
-  std::error_code error;
-  const bool file = std::filesystem::is_regular_file(path, error);
-  return file && ::access(path.c_str(), R_OK) == 0 ? "" : path + " is not a file that can be read";
+/// Adds an option whose text `read` turns into `value`; `form` says what is wanted.
+template <class Value, class Read>
+CLI::Option* addRead(CLI::App& call, const std::string& name, std::optional<Value>& value,
+                     const Read& read, const std::string& form, const std::string& description) {
+  const auto take = [name, &value, read, form](const std::string& text) {
+    value = read(text);
+    if (!value) throw CLI::ValidationError(name, text + " is not " + form);
+  };
+  return call.add_option_function<std::string>(name, take, description);
 }
 
 void addReplay(CLI::App& call, Arguments& arguments) {
-  const auto osSet = [&arguments](const std::string& text) {
-    arguments.replayed.os = osVersionFromText(text);
-    if (!arguments.replayed.os)
-      throw CLI::ValidationError("--os", text + " is not an OS version such as 10.17.0");
-  };
-  const auto dateSet = [&arguments](const std::string& text) {
-    arguments.replayed.date = dateFromText(text);
-    if (!arguments.replayed.date)
-      throw CLI::ValidationError("--date", text + " is not a date such as 2026-11-21T09:30:00");
-  };
-  const CLI::Validator readableFile(fileComplaint, "");
-  call.add_option_function<std::string>("--os", osSet,
-                                        "Assume this OS version, such as 10.17.0, or unknown")
+  ReplayedCase& replayed = arguments.replayed;
+  addRead(call, "--os", replayed.os, osVersionFromText,
+          "an OS version: give two or three numbers, such as 10.17.0, or unknown",
+          "Assume this OS version, such as 10.17.0, or unknown")
       ->type_name("VERSION");
-  call.add_option_function<std::string>("--date", dateSet,
-                                        "Assume this time, such as 2026-11-21T09:30:00+09:00")
+  addRead(call, "--date", replayed.date, dateFromText,
+          "a date: give a day such as 2026-11-21, or a time such as 2026-11-21T09:30:00, "
+          "with Z or an offset such as +09:00 if it is not local",
+          "Assume this time, such as 2026-11-21T09:30:00+09:00")
       ->type_name("DATE");
-  call.add_option("--library-version", arguments.replayed.libraryVersion,
-                  "Assume this library version, such as 1.0.0")
+  addRead(call, "--library-version", replayed.library, libraryVersionFromText,
+          "a library version: give two or three numbers, such as 1.0.0, or unknown",
+          "Assume this library version, such as 1.0.0, or unknown")
       ->type_name("VERSION");
-  call.add_option("--preferences", arguments.replayed.preferences, "Use this preference file")
-      ->type_name("FILE")
-      ->check(readableFile);
-  call.add_option("--support-list", arguments.replayed.supportList, "Use this support version list")
-      ->type_name("FILE")
-      ->check(readableFile);
+  call.add_option("--preferences", replayed.preferences, "Use this preference file")
+      ->type_name("FILE");
+  call.add_option("--support-list", replayed.supportList, "Use this support version list")
+      ->type_name("FILE");
   call.add_flag("--json", arguments.json, "One JSON object instead of text");
 }
 
@@ -94,7 +117,9 @@ void addExplain(CLI::App& app, Session& session) {
   CLI::App& call = *app.add_subcommand("explain", "Explain whether a record is allowed now");
   requireKind(call);
   call.footer(
-      "Exit status: 0 allowed, 1 refused, 2 wrong usage.\n\nExamples:\n"
+      "Says gate by gate what was read, expected and found, and what would keep an\n"
+      "allowed record from being written. Exit status: 0 allowed, 1 refused, 2 wrong\n"
+      "usage, 3 a file could not be read.\n\nExamples:\n"
       "  wenlolib explain app --option 1\n"
       "  wenlolib explain printer --json\n"
       "wenlolib explain app --help shows how to replay a case from elsewhere.");

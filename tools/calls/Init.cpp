@@ -1,4 +1,6 @@
 // `wenlolib init`: the folders that a host provides, and preferences to start from.
+#include <sys/stat.h>
+
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
@@ -25,11 +27,12 @@ constexpr std::uint32_t preferenceMode = 0600;
 struct Arguments {
   bool samplePreferences = false;
   bool agree = false;
+  bool force = false;
 };
 
-/// What happened to a folder or file: made now, there before, or not made, and why not.
+/// What happened to a folder or file: made now, changed, there before, or not as wanted, and why.
 struct Creation {
-  enum Kind { now, before, failed };
+  enum Kind { now, changed, before, failed };
   Kind kind;
   std::string why;
 
@@ -40,10 +43,11 @@ Creation makeFolder(const std::string& path) {
   platform::Files& files = *platform::current().files;
   const platform::Kind there = files.kindAt(path);
   if (there == platform::Kind::folder) return Creation::before;
-  if (there == platform::Kind::other) return {Creation::failed, "something else is in its place"};
+  if (there == platform::Kind::other)
+    return {Creation::failed, "not made: something else is in its place"};
   const platform::Reason reason = files.createFolder(path, folderMode);
   if (!reason.hasFailed()) return Creation::now;
-  return {Creation::failed, reasonWithAdvice(reason)};
+  return {Creation::failed, "not made: " + reasonWithAdvice(reason)};
 }
 
 Dictionary samplePreferences(bool agree) {
@@ -56,28 +60,65 @@ Dictionary samplePreferences(bool agree) {
   return preferences;
 }
 
-Creation makePreferences(const std::string& path, const std::string& realPath, bool agree) {
+Creation failure(const platform::Outcome& outcome) {
+  return {Creation::failed, "not written: " + reasonWithAdvice(outcome.reason)};
+}
+
+/// Stores the agreement in the preference file that is there, and keeps everything else in it.
+Creation agree(const std::string& path, const std::string& realPath, bool force) {
+  const platform::Platform& platform = platform::current();
+  platform::ListReading reading = platform.propertyLists->read(path);
+  if (!reading.dictionary || reading.state != platform::ListState::whole) {
+    return {Creation::failed, "nothing is changed, because the file is " + listTrouble(reading) +
+                                  ". Move it away first."};
+  }
+  const Value* agreement = entry(reading.dictionary, agreementKey);
+  if (agreement != nullptr && agreement->truth().value_or(false)) return Creation::before;
+  if (!force) {
+    return {Creation::failed, "already there, and not changed: its agreement is " +
+                                  valueText(agreement) +
+                                  ". Add --force to store that the user "
+                                  "has agreed."};
+  }
+  struct stat status {};
+  if (::lstat(realPath.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return {Creation::failed,
+            "nothing is changed, because it is not a regular file. Change the "
+            "file that it leads to."};
+  }
+  reading.dictionary->insert_or_assign(std::string(agreementKey), true);
+  const auto xml = platform.propertyLists->asXml(*reading.dictionary);
+  if (!xml) return {Creation::failed, "nothing is changed: XML cannot hold a value in it"};
+  const platform::Outcome outcome = platform.files->writeAtomically(
+      path, *xml, status.st_mode & 07777U, platform::Publication::replacing);
+  return outcome == platform::Outcome::written ? Creation(Creation::changed) : failure(outcome);
+}
+
+Creation makePreferences(const std::string& path, const std::string& realPath,
+                         const Arguments& arguments) {
   std::error_code error;
   // A link that leads nowhere is not overwritten either.
   if (std::filesystem::exists(std::filesystem::symlink_status(realPath, error))) {
-    return Creation::before;
+    return arguments.agree ? agree(path, realPath, arguments.force) : Creation::before;
   }
   const platform::Platform& platform = platform::current();
-  const std::string xml = platform.propertyLists->asXml(samplePreferences(agree)).value();
+  const std::string xml = platform.propertyLists->asXml(samplePreferences(arguments.agree)).value();
   const platform::Outcome outcome =
       platform.files->writeAtomically(path, xml, preferenceMode, platform::Publication::asNew);
   if (outcome == platform::Outcome::written) return Creation::now;
   if (outcome == platform::Outcome::taken) return Creation::before;
-  return {Creation::failed, reasonWithAdvice(outcome.reason)};
+  return failure(outcome);
 }
 
 /// Says what happened to a folder or file. Returns whether it is there now.
 bool tell(Output& output, const std::string& realPath, const Creation& creation) {
   if (creation.kind == Creation::failed) {
-    output.complain(realPath, "not made: " + creation.why);
+    output.complain(realPath, creation.why);
     return false;
   }
-  const std::string word = creation.kind == Creation::now ? "made          " : "already there ";
+  const char* word = creation.kind == Creation::now       ? "made          "
+                     : creation.kind == Creation::changed ? "changed       "
+                                                          : "already there ";
   output.write(word + visibleLine(realPath) + "\n");
   return true;
 }
@@ -92,10 +133,10 @@ bool initialise(Output& output, const ToolPlatform& platform, const Arguments& a
     }
     good = tell(output, platform.real(*folder), makeFolder(*folder)) && good;
   }
-  if (!arguments.samplePreferences) return good;
+  if (!arguments.samplePreferences && !arguments.agree) return good;
   const std::string path = configurationPath(preferenceFile).value_or("");
   const std::string real = platform.real(path);
-  return tell(output, real, makePreferences(path, real, arguments.agree)) && good;
+  return tell(output, real, makePreferences(path, real, arguments)) && good;
 }
 
 void initTo(Session& session, const Arguments& arguments) {
@@ -111,15 +152,19 @@ void initTo(Session& session, const Arguments& arguments) {
 void addInit(CLI::App& app, Session& session) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App& call = *app.add_subcommand("init", "Make the folders that a host provides");
-  CLI::Option* sample = call.add_flag("--sample-preferences", arguments->samplePreferences,
-                                      "Also make a preference file, dated now, no agreement");
-  call.add_flag("--agree", arguments->agree, "Store in that file that the user has agreed")
-      ->needs(sample);
+  call.add_flag("--sample-preferences", arguments->samplePreferences,
+                "Also make a preference file, dated now, no agreement");
+  CLI::Option* agreement = call.add_flag("--agree", arguments->agree,
+                                         "Also make that file, in which the user has agreed");
+  call.add_flag("--force", arguments->force, "Also store that in a file that is there")
+      ->needs(agreement);
   call.footer(
-      "Makes what is missing, for the user who runs it. Never overwrites anything.\n"
-      "Exit status: 0 everything is there, 1 something is missing, 2 wrong usage.\n\nExamples:\n"
+      "Makes what is missing, for the user who runs it. Changes nothing that is there,\n"
+      "except with --agree --force, which keeps everything else in the file. Exit\n"
+      "status: 0 all is as asked, 1 something is not, 2 wrong usage.\n\nExamples:\n"
       "  wenlolib init\n"
       "  wenlolib init --sample-preferences --agree\n"
+      "  wenlolib init --agree --force\n"
       "  mkdir trial && wenlolib init --root trial");
   call.callback([&session, arguments] { initTo(session, *arguments); });
 }

@@ -2,11 +2,15 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <sstream>
+#include <string_view>
 #include <system_error>
 
+#include "base/Utf8.h"
 #include "calls/CommandLine.h"
 #include "calls/RecordInput.h"
 #include "documents/DocumentText.h"
@@ -39,13 +43,31 @@ std::string identifierNote(const PreviewedDocument& document) {
                      exampleUuid);
 }
 
-std::string previewText(const PreviewedDocument& document, const std::string& realPath,
-                        const Explanation& decision, const Paint& paint) {
+constexpr std::size_t mostContentsShown = 2048;
+
+/// The contents in clear: their beginning, if they are long.
+std::string contentsText(std::string_view contents, const Paint& paint) {
+  std::size_t shown = std::min(contents.size(), mostContentsShown);
+  while (shown > 0 && !isUtf8(contents.substr(0, shown))) --shown;
+  std::string text = "\ncontents in clear\n";
+  std::istringstream lines(visibleText(contents.substr(0, shown)));
+  for (std::string line; std::getline(lines, line);) {
+    text += paint(Colour::faint, "  | ") + line + "\n";
+  }
+  if (contents.empty()) text += "  (none)\n";
+  if (shown == contents.size()) return text;
+  return text + "  (" + groupDigits(contents.size() - shown) + " bytes more)\n";
+}
+
+std::string previewText(const PreviewedDocument& document, RecordKind kind,
+                        const std::string& realPath, const Explanation& decision,
+                        const Paint& paint) {
   Table table;
   if (const std::string note = folderNote(realPath); !note.empty()) table.add({"folder", note});
   table.add({"size",
              sizeText(document.bytes.size()) +
                  "; shown below with line breaks that are not in it (--bytes writes it as it is)"});
+  if (document.replacing) table.add({"replaces", std::string(replacedText(kind))});
   table.add({"identifier", identifierNote(document)});
   table.add({"recording", outcomeText(decision, paint)});
   return fmt::format("path        {}\n{}\n{}", visibleLine(realPath), table.text(0, width),
@@ -60,7 +82,7 @@ ContentsInput contentsOf(const RecordArguments& record) {
 }
 
 void show(Output& output, const ToolPlatform& platform, const Arguments& arguments,
-          const PreviewedDocument& document) {
+          const PreviewedDocument& document, std::string_view contents) {
   if (arguments.bytes) {
     output.write(document.bytes);
     output.finish();
@@ -73,7 +95,9 @@ void show(Output& output, const ToolPlatform& platform, const Arguments& argumen
   const platform::Substitute substitute(platform.services());
   const RecordArguments& record = arguments.record;
   const Explanation decision = explain(record.kind, requestOf(record).option);
-  output.write(previewText(document, platform.real(document.path), decision, output.paint()));
+  const std::string path = platform.real(document.path);
+  output.write(previewText(document, record.kind, path, decision, output.paint()));
+  output.write(contentsText(contents, output.paint()));
 }
 
 void previewTo(Session& session, const Arguments& arguments) {
@@ -89,14 +113,14 @@ void previewTo(Session& session, const Arguments& arguments) {
   request.contents = std::move(input.contents);
   const Preview previewed = preview(platform.services(), request);
   if (previewed.document) {
-    show(output, platform, arguments, *previewed.document);
+    show(output, platform, arguments, *previewed.document, request.contents);
   } else {
     output.complain(arguments.record.name,
                     previewed.unanswered
                         ? "no document: " + unansweredText(*previewed.unanswered)
                         : "no document: a value contains markup that cannot be repaired, or a "
                           "character that XML does not allow");
-    session.exitStatus = notGood;
+    session.exitStatus = previewed.unanswered ? unreadable : notGood;
   }
   output.finish();
 }
@@ -119,8 +143,9 @@ void addPreview(CLI::App& app, Session& session) {
       *app.add_subcommand("preview", "Show the exact document that a record would write");
   requireKind(call);
   call.footer(
-      "Nothing is written, and no identifier is made. Exit status: 0 shown, 1 there is\n"
-      "no document, 2 wrong usage, or FILE could not be read.\n\nExamples:\n"
+      "Shows the document as it would be written, and its contents in clear. Nothing\n"
+      "is written, and no identifier is made. Exit status: 0 shown, 1 there is no\n"
+      "document, 2 wrong usage, 3 something could not be read.\n\nExamples:\n"
       "  wenlolib preview app --name PhotoAlbum usage.txt\n"
       "  wenlolib preview printer --name QX200 --sn 4711 --bytes log.txt > QX200_1.PLM");
   addKind(call, session, RecordKind::application, "app", "Application usage",

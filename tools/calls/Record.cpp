@@ -2,12 +2,15 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <memory>
+#include <system_error>
 
 #include "calls/CommandLine.h"
 #include "calls/RecordInput.h"
 #include "explain/Explanation.h"
+#include "library/RecordFolder.h"
 #include "library/ToolPlatform.h"
 #include "library/Wording.h"
 #include "terminal/Format.h"
@@ -25,13 +28,14 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
     return;
   }
   const platform::Substitute substitute(platform.services());
-  const Explanation decision = explain(request.kind, request.option, {platform.root(), {}, {}});
+  Explanation decision = explain(request.kind, request.option, {platform.root(), {}, {}});
   if (decision.allowed()) {
     output.complain(request.name,
                     "not recorded, although it is allowed now: memory ran out, or the settings "
                     "have just changed. Try again.");
     return;
   }
+  decision.afterwards = obstacles(platform, request.kind);
   output.complain(request.name, "refused (" + std::string(reasonCode(decision)) + ")");
   Output explanation("record", stderr);
   explanation.write("\n" +
@@ -39,26 +43,43 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   explanation.finish();
 }
 
-/// Says what happened to the record. Returns whether there is a new file.
-bool tell(Output& output, const ToolPlatform& platform, const RecordRequest& request,
-          const RecordOutcome& outcome) {
+void tellNothing(Output& output, const ToolPlatform& platform, const RecordRequest& request,
+                 const RecordOutcome& outcome) {
   if (!outcome.document && outcome.answer) {
     output.complain(request.name,
                     "not written, although the library answered true: a value contains markup "
                     "that cannot be repaired, or a character that XML does not allow");
-  } else if (!outcome.document) {
-    tellRefusal(output, platform, request, outcome.unanswered);
-  } else {
-    const std::string path = platform.real(outcome.document->path);
-    if (outcome.document->outcome == platform::Outcome::written) {
-      output.write(fmt::format("recorded in {}\n  ({}, contents {})\n", visibleLine(path),
-                               sizeText(outcome.document->size),
-                               sizeText(request.contents.size())));
-      return true;
-    }
-    output.complain(path, whyNotWritten(outcome.document->outcome.reason));
+    return;
   }
-  return false;
+  if (!outcome.document) return tellRefusal(output, platform, request, outcome.unanswered);
+  const WrittenDocument& document = *outcome.document;
+  output.complain(platform.real(document.path),
+                  document.kept
+                      ? fmt::format("not recorded: it would replace {}", replacedText(request.kind))
+                      : whyNotWritten(document.outcome.reason));
+}
+
+void tellDocument(Output& output, const ToolPlatform& platform, const RecordRequest& request,
+                  const WrittenDocument& document) {
+  output.write(fmt::format("recorded in {}\n  ({}, contents {})\n",
+                           visibleLine(platform.real(document.path)), sizeText(document.size),
+                           sizeText(request.contents.size())));
+  if (document.replacing) output.write(fmt::format("  replaced {}\n", replacedText(request.kind)));
+}
+
+/// Says what happened. The record is written all the same if this cannot be printed: a caller that
+/// took it for failed would record again.
+void tellWritten(Session& session, Output& output, const ToolPlatform& platform,
+                 const RecordRequest& request, const WrittenDocument& document) {
+  session.recorded = true;
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    tellDocument(output, platform, request, document);
+    output.finish();
+  } catch (const std::system_error& failure) {
+    Output("record").complain(platform.real(document.path),
+                              std::string("recorded, but not reported: ") + failure.what());
+  }
 }
 
 void recordTo(Session& session, const RecordArguments& arguments) {
@@ -79,8 +100,13 @@ void recordTo(Session& session, const RecordArguments& arguments) {
   RecordRequest request = requestOf(arguments);
   request.contents = std::move(input.contents);
   const RecordOutcome outcome = record(platform.services(), request);
-  session.exitStatus = tell(output, platform, request, outcome) ? allGood : notGood;
-  output.finish();
+  if (outcome.written()) {
+    tellWritten(session, output, platform, request, *outcome.document);
+  } else {
+    tellNothing(output, platform, request, outcome);
+    output.finish();
+    session.exitStatus = notGood;
+  }
 }
 
 void addKind(CLI::App& call, Session& session, RecordKind kind, const char* name,
@@ -89,6 +115,7 @@ void addKind(CLI::App& call, Session& session, RecordKind kind, const char* name
   arguments->kind = kind;
   CLI::App& one = *call.add_subcommand(name, description);
   addRecordArguments(one, *arguments);
+  one.add_flag("--keep", arguments->keep, "Refuse instead of replacing an older record");
   one.footer(examples);
   one.callback([&session, arguments] { recordTo(session, *arguments); });
 }
@@ -99,8 +126,9 @@ void addRecord(CLI::App& app, Session& session) {
   CLI::App& call = *app.add_subcommand("record", "Hand a record to the library");
   requireKind(call);
   call.footer(
-      "Says where the record went, or why it was refused. Exit status: 0 recorded,\n"
-      "1 not recorded, 2 wrong usage, or FILE could not be read.\n\nExamples:\n"
+      "Says where the record went and whether it replaced an older one, or why it was\n"
+      "refused. Exit status: 0 recorded, 1 not recorded, 2 wrong usage, 3 FILE could\n"
+      "not be read.\n\nExamples:\n"
       "  wenlolib record app --name PhotoAlbum --option 2 usage.txt\n"
       "  wenlolib record printer --name QX200 --sn QX200-0004711 log.txt");
   addKind(call, session, RecordKind::application, "app", "Application usage",

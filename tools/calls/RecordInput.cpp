@@ -49,6 +49,7 @@ RecordRequest requestOf(const RecordArguments& arguments) {
   request.kind = arguments.kind;
   request.name = arguments.name;
   request.option = optionWord(arguments.option);
+  request.keep = arguments.keep;
   const auto add = [&](std::string_view key, const Text& value) {
     if (value) request.printer.emplace(key, *value);
   };

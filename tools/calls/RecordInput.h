@@ -17,7 +17,8 @@ struct RecordArguments {
   std::string option = "0";
   Text deviceId, serialNumber, romVersion;  // of a printer
   bool newTagType = false;
-  Text file;  // "-" for standard input
+  bool keep = false;  // of `record`
+  Text file;          // "-" for standard input
 };
 
 /// Adds the options of a record of this kind; `arguments` must outlive the command line.

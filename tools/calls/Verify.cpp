@@ -20,7 +20,7 @@ constexpr auto examples =
     "Searches folders and their sub-folders for *.PLM and *.ALM, in the order of each\n"
     "folder. Skips unfinished files and links to folders. Always examines a file that\n"
     "is named as PATH. PATH is used as given; --root does not apply to it. Exit\n"
-    "status: 0 all are sound, 1 some are not, 2 wrong usage, or something could not\n"
+    "status: 0 all are sound, 1 some are not, 2 wrong usage, 3 something could not\n"
     "be read.\n"
     "\n"
     "  truncated  the end is missing\n"

@@ -2,7 +2,6 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -10,12 +9,11 @@
 #include <memory>
 #include <string>
 #include <system_error>
-#include <vector>
 
 #include "calls/CommandLine.h"
+#include "calls/Usage.h"
 #include "library/Wording.h"
 #include "platform/linux/BuiltIn.h"
-#include "terminal/VisibleText.h"
 #include "wenlolib/version.h"
 
 namespace {
@@ -29,28 +27,14 @@ bool flushOutput() {
   return false;
 }
 
-/// Names the first word that has no meaning in its place.
-std::string extraWordText(const CLI::App& app) {
-  const std::vector<std::string> words = app.remaining(true);
-  const auto option = std::ranges::find_if(
-      words, [](const std::string& word) { return word.size() > 1 && word.front() == '-'; });
-  if (option != words.end()) return visibleLine(*option) + ": no such option here";
-  const std::string word = words.empty() ? "" : visibleLine(words.front());
-  if (app.get_subcommands().empty()) return word + ": no such subcommand";
-  return word + ": one argument too many";
-}
-
-/// Usage errors say what is wrong and where to read more; help and version go to standard output.
+/// Help and version go to standard output, what is wrong to standard error.
 int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
     const int status = app.exit(error);
     std::cout.flush();
     return flushOutput() && std::cout ? status : int{unreadable};
   }
-  const bool extra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
-  const std::string what = extra ? extraWordText(app) : visibleLine(error.what());
-  std::fprintf(stderr, "wenlolib: %s\nTry wenlolib --help, or wenlolib SUBCOMMAND --help.\n",
-               what.c_str());
+  std::fputs(usageText(app, error).c_str(), stderr);
   return wrongUsage;
 }
 
@@ -71,17 +55,20 @@ int run(int count, char** arguments) {
   Session session;
   CLI::App app(firstScreen(), "wenlolib");
   app.set_help_flag("--help,-h", "Show help");
-  app.set_version_flag("--version", versionText(), "Show the version and the libraries built in");
+  app.set_version_flag("--version,-V", versionText(),
+                       "Show the version and the libraries built in");
   app.add_option("--root", session.root, "Use DIR as the system's root folder")
       ->type_name("DIR")
       ->check(CLI::Validator(rootComplaint, ""));
+  app.add_flag("--exit-zero", session.exitZero, "Exit with 0 where it would be 1");
   app.require_subcommand(0, 1);
-  app.fallthrough();  // --root may also follow the subcommand
+  app.fallthrough();  // these options may also follow the subcommand
   app.formatter(std::make_shared<HelpFormatter>());
   for (const auto add :
        {addVerify, addDecode, addDiff, addExplain, addPreview, addRecord, addDoctor, addInit}) {
     add(app, session);
   }
+  addHelp(app);
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
@@ -91,7 +78,8 @@ int run(int count, char** arguments) {
     std::fputs(app.help().c_str(), stderr);
     return wrongUsage;
   }
-  return flushOutput() ? session.exitStatus : int{unreadable};
+  if (!flushOutput() && !session.recorded) return unreadable;
+  return session.exitZero && session.exitStatus == notGood ? int{allGood} : session.exitStatus;
 }
 
 }  // namespace

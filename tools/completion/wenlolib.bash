@@ -1,46 +1,57 @@
 # Completion of wenlolib for bash.
-_wenlolib_options() {
-  local word call='' kind='' record='--name --option' printer='--device-id --sn --romver --new-tag-type'
-  local replay='--os --date --library-version --preferences --support-list --json'
+
+# Sets `call` and `kind` of the caller from the words so far.
+_wenlolib_parse() {
+  local word
   for word in "$@"; do
     case $word in
-      verify | decode | diff | explain | preview | record | doctor | init) call=${call:-$word} ;;
+      verify | decode | diff | explain | preview | record | doctor | init | help) call=${call:-$word} ;;
       app | printer) kind=${kind:-$word} ;;
     esac
   done
+}
+
+# What may follow: subcommands, kinds and options.
+_wenlolib_options() {
+  local record='--name --option' printer='--device-id --sn --romver --new-tag-type'
+  local replay='--os --date --library-version --preferences --support-list --json'
+  local calls='verify decode diff explain preview record doctor init'
   case "$call $kind" in
-    ' '*) echo 'verify decode diff explain preview record doctor init --version' ;;
+    ' '*) echo "$calls help --version" ;;
     'verify '*) echo '--json --quiet --jobs' ;;
     'decode '*) echo '--json --contents --redact --jobs' ;;
     'diff '*) echo '--json' ;;
-    'doctor '*) echo '--json --clean' ;;
+    'doctor '*) echo '--json --clean --plugin' ;;
     'explain app') echo "--option $replay" ;;
     'explain printer') echo "$replay" ;;
     'preview app') echo "$record --bytes" ;;
     'preview printer') echo "$record $printer --bytes" ;;
-    'record app') echo "$record" ;;
-    'record printer') echo "$record $printer" ;;
-    'init '*) echo '--sample-preferences --agree' ;;
+    'record app') echo "$record --keep" ;;
+    'record printer') echo "$record $printer --keep" ;;
+    'init '*) echo '--sample-preferences --agree --force' ;;
+    'help '*) echo "$calls" ;;
     *) echo 'app printer' ;;
   esac
-  echo '--root --help'
+  echo '--root --exit-zero --help'
 }
 
 _wenlolib() {
-  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} call='' kind=''
   COMPREPLY=()
   case $previous in
     --root) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
-    --preferences | --support-list) mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
+    --preferences | --support-list | --plugin)
+      mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
     --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
       return ;;
   esac
-  options=$(_wenlolib_options "${COMP_WORDS[@]:1:COMP_CWORD-1}")
-  # Once subcommand and kind are given, the other words are files.
-  if [[ $current == -* || $options == verify* || $options == app* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
-  else
-    mapfile -t COMPREPLY < <(compgen -f -- "$current")
-  fi
+  _wenlolib_parse "${COMP_WORDS[@]:1:COMP_CWORD-1}"
+  # Files only where the call takes some: documents, or the contents of a record.
+  case "$current:$call $kind" in
+    -*) ;;
+    *':verify '* | *':decode '* | *':diff '* | *':preview '[ap]* | *':record '[ap]*)
+      mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
+  esac
+  mapfile -t COMPREPLY < <(compgen -W "$(_wenlolib_options)" -- "$current")
 }
 complete -o filenames -F _wenlolib wenlolib

@@ -85,7 +85,7 @@ std::string findingsJson(const Findings& findings) {
   return lines;
 }
 
-Findings examine(const ToolPlatform& platform, bool clean) {
+Findings examine(const ToolPlatform& platform, const ExaminationOptions& options) {
   Findings findings;
   checkFolders(platform, findings);
   if (supportFolder()) {
@@ -94,9 +94,10 @@ Findings examine(const ToolPlatform& platform, bool clean) {
     checkIdentifier(platform, findings);
   }
   checkVersions(platform, findings);
+  checkPlugin(options.plugin, findings);
   checkDecisions(findings);
   if (supportFolder()) {
-    checkLeftovers(platform, clean, findings);
+    checkLeftovers(platform, options.clean, findings);
     checkNumbers(platform, findings);
     checkDisk(platform, findings);
   }

@@ -35,9 +35,13 @@ using Findings = std::vector<Finding>;
 /// One JSON object on each line.
 [[nodiscard]] std::string findingsJson(const Findings& findings);
 
-/// All checks, on the platform in use, which must be `platform`. With `clean` it removes
-/// unfinished files that are at least a day old; nothing else is changed.
-[[nodiscard]] Findings examine(const ToolPlatform& platform, bool clean);
+struct ExaminationOptions {
+  bool clean = false;  // remove unfinished files that are at least a day old
+  std::string plugin;  // a bundle or its shared object; "" for that of this installation
+};
+
+/// All checks, on the platform in use, which must be `platform`. Changes nothing without `clean`.
+[[nodiscard]] Findings examine(const ToolPlatform& platform, const ExaminationOptions& options);
 
 // The single checks.
 
@@ -52,6 +56,10 @@ void checkIdentifier(const ToolPlatform& platform, Findings& findings);
 /// The versions that records carry, and whether records are allowed.
 void checkVersions(const ToolPlatform& platform, Findings& findings);
 void checkDecisions(Findings& findings);
+
+/// The plug-in that hosts would load: the bundle or shared object at a path, or for "" the one that
+/// was installed with this command.
+void checkPlugin(const std::string& wanted, Findings& findings);
 
 /// Unfinished files; with `clean` those that are at least a day old are removed.
 void checkLeftovers(const ToolPlatform& platform, bool clean, Findings& findings);

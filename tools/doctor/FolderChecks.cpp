@@ -9,11 +9,11 @@
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <system_error>
 
 #include "base/Integer.h"
 #include "doctor/Examination.h"
+#include "library/RecordFolder.h"
 #include "record/RecordFile.h"
 #include "terminal/Format.h"
 #include "toolkit/Folders.h"
@@ -27,12 +27,8 @@ std::string modeText(mode_t mode) {
   return "mode 0" + std::string(digits, result.ptr);
 }
 
-Finding missingFolderFinding(const std::string& path) {
-  const std::string message =
-      errno == ENOENT ? "missing" : "cannot be examined: " + std::generic_category().message(errno);
-  return {Level::error, "folder", path, message,
-          errno == ENOENT ? "Run wenlolib init to make it."
-                          : "Give this user access to the folders above it."};
+Finding missingFolderFinding(const std::string& path, int error) {
+  return {Level::error, "folder", path, absentFolderText(error), absentFolderRemedy(error)};
 }
 
 Finding folderFinding(const std::string& path, const struct stat& status) {
@@ -72,7 +68,7 @@ void checkFolders(const ToolPlatform& platform, Findings& findings) {
     const std::string path = platform.real(folder.value_or(""));
     struct stat status {};
     findings.push_back(::stat(path.c_str(), &status) == 0 ? folderFinding(path, status)
-                                                          : missingFolderFinding(path));
+                                                          : missingFolderFinding(path, errno));
   }
 }
 
@@ -81,19 +77,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int manyNumbers = 900;
-
-/// The name of a printer log whose file name ends in "_NUMBER.PLM", or nothing.
-std::optional<std::string> numberedName(const std::string& file) {
-  constexpr std::string_view extension = ".PLM";
-  const std::size_t line = file.rfind('_');
-  if (line == std::string::npos || !file.ends_with(extension)) return std::nullopt;
-  int number = 0;
-  const char* end = file.data() + file.size() - extension.size();
-  const auto result = std::from_chars(file.data() + line + 1, end, number);
-  const bool counts = result.ec == std::errc() && result.ptr == end && number >= 1;
-  return counts && number <= lastPrinterLogNumber ? std::optional(file.substr(0, line))
-                                                  : std::nullopt;
-}
 
 /// The folder itself, or the nearest one above it that is there.
 std::string nearestFolder(const std::string& path) {
@@ -109,23 +92,15 @@ std::string nearestFolder(const std::string& path) {
 
 void checkNumbers(const ToolPlatform& platform, Findings& findings) {
   const std::string folder = platform.real(printerLogFolder().value_or(""));
-  std::map<std::string, int> taken;
-  std::error_code error;
-  fs::directory_iterator entries(folder, error);
-  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    if (const auto name = numberedName(entries->path().filename().string())) ++taken[*name];
-  }
   bool good = true;
-  for (const auto& [name, count] : taken) {
+  for (const auto& [name, count] : takenNumbers(folder)) {
     if (count < manyNumbers) continue;
     good = false;
-    findings.push_back(
-        {Level::warning, "printer_log_numbers",
-         std::string(folder).append("/").append(name).append("_*.PLM"),
-         groupDigits(static_cast<std::uint64_t>(count)) + " of " + decimal(lastPrinterLogNumber) +
-             " numbers are taken",
-         "Move old logs away: when all numbers are taken, each new log replaces number " +
-             decimal(lastPrinterLogNumber) + "."});
+    findings.push_back({Level::warning, "printer_log_numbers",
+                        std::string(folder).append("/").append(name).append("_*.PLM"),
+                        groupDigits(static_cast<std::uint64_t>(count)) + " of " +
+                            decimal(lastPrinterLogNumber) + " numbers are taken",
+                        numbersRemedy()});
   }
   if (good) {
     findings.push_back(

@@ -84,10 +84,15 @@ void describeList(Step& step, const Context& context) {
   step.expected = "a text, " + least + " or later";
   if (list.readable) {
     step.found = valueText(list.entry ? &*list.entry : nullptr);
+    step.remedy = "Whoever installs the library must list " + least + " or later under this key.";
+  } else if (list.missing) {
+    step.found = "no list: the file is missing";
+    step.remedy = "Whoever installs the library must provide this file, with " + least +
+                  " or later under this key.";
   } else {
     step.found = list.trouble.empty() ? "no list" : "no list: the file is " + list.trouble;
+    step.remedy = "Whoever installs the library must replace this file by one that can be read.";
   }
-  step.remedy = "Whoever installs the library must list " + least + " or later under this key.";
 }
 
 void describeMode(Step& step, const Context& context) {
@@ -97,12 +102,24 @@ void describeMode(Step& step, const Context& context) {
   step.remedy = "The host must pass an option word of mode 0, 1 or 2.";
 }
 
+std::string preferencesRemedy(const PreferenceReading& reading, bool isReplayed) {
+  if (isReplayed) return "Give a preference file that can be read with --preferences.";
+  if (!reading.path) return "Set HOME to an absolute path.";
+  if (reading.kind == platform::Kind::nothing) {
+    return "The host writes this file. To make a sample, run wenlolib init --sample-preferences.";
+  }
+  const std::string what = reading.kind == platform::Kind::folder ? "folder" : "file";
+  return "Move this " + what +
+         " away and let the host write the file again. To make a sample after that, run wenlolib "
+         "init --sample-preferences.";
+}
+
 void describePreferences(Step& step, const Context& context) {
+  const PreferenceReading& reading = readingFor(step, context);
   step.source = preferenceSource(context);
   step.expected = "a property list with a dictionary at its root";
-  step.found = preferencesText(readingFor(step, context));
-  step.remedy =
-      "The host writes this file. To make a sample, run wenlolib init --sample-preferences.";
+  step.found = preferencesText(reading);
+  step.remedy = preferencesRemedy(reading, context.sources.preferences.has_value());
 }
 
 void describeDate(Step& step, const Context& context) {
@@ -162,7 +179,7 @@ Explanation explain(RecordKind kind, std::uint32_t option, const Sources& source
   PlatformFacts facts;
   RecordedFacts recorded(facts, watched.sightings().lists);
   std::vector<DecisionStep> steps;
-  Explanation explanation{kind, option, Gate::none, {}, {}};
+  Explanation explanation{kind, option, Gate::none, {}, {}, {}};
   bool isAllowed = false;
   try {
     explanation.refusedBy = refusal(recorded, kind, option, &steps);
@@ -238,6 +255,9 @@ std::string stepText(int number, const Step& step, const Paint& paint, const std
 }  // namespace
 
 std::string outcomeText(const Explanation& explanation, const Paint& paint) {
+  if (const Obstacle* stop = explanation.stop(); explanation.allowed() && stop != nullptr) {
+    return paint(Colour::doubtful, "allowed, but it cannot be written") + ": see below";
+  }
   if (explanation.allowed()) return paint(Colour::good, "allowed");
   const std::string refused = paint(Colour::bad, "refused");
   if (!explanation.unanswered.empty()) {
@@ -247,6 +267,26 @@ std::string outcomeText(const Explanation& explanation, const Paint& paint) {
   return fmt::format("{}: {} ({})", refused, names.title, names.reason);
 }
 
+namespace {
+
+std::string obstacleText(const Obstacle& obstacle, const Paint& paint, const std::string& folder) {
+  const std::string state =
+      obstacle.stops ? paint(Colour::bad, "fails") : paint(Colour::doubtful, "replaces");
+  return fmt::format("     {}\n", state) + detail("path", shortPath(obstacle.path, folder), true) +
+         detail("found", obstacle.message) + detail("remedy", obstacle.remedy);
+}
+
+/// What an allowed record meets after the decision.
+std::string afterwardsText(const std::vector<Obstacle>& afterwards, const Paint& paint,
+                           const std::string& folder) {
+  std::string text = "\nWriting the record, if it is allowed\n";
+  if (afterwards.empty()) return text + "     nothing stands in its way\n";
+  for (const Obstacle& obstacle : afterwards) text += obstacleText(obstacle, paint, folder);
+  return text;
+}
+
+}  // namespace
+
 std::string explanationText(const Explanation& explanation, const Paint& paint,
                             const std::string& supportFolder) {
   std::string text = fmt::format("{}\n{}\n\n{}", paint(Colour::heading, heading(explanation)),
@@ -255,11 +295,29 @@ std::string explanationText(const Explanation& explanation, const Paint& paint,
   for (const Step& step : explanation.steps) {
     text += stepText(++number, step, paint, supportFolder);
   }
+  if (explanation.afterwards) text += afterwardsText(*explanation.afterwards, paint, supportFolder);
   return text;
 }
 
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json afterwardsJson(const std::vector<Obstacle>& afterwards) {
+  Json all = Json::array();
+  for (const Obstacle& obstacle : afterwards) {
+    all.push_back({{"code", obstacle.code},
+                   {"stops", obstacle.stops},
+                   {"path", obstacle.path},
+                   {"found", obstacle.message},
+                   {"remedy", obstacle.remedy}});
+  }
+  return all;
+}
+
+}  // namespace
+
 std::string explanationJson(const Explanation& explanation) {
-  using Json = nlohmann::ordered_json;
   const bool application = explanation.kind == RecordKind::application;
   Json json = {{"record", application ? "application" : "printer"}};
   if (application) {
@@ -283,6 +341,7 @@ std::string explanationJson(const Explanation& explanation) {
     }
     json["steps"].push_back(std::move(one));
   }
+  if (explanation.afterwards) json["afterwards"] = afterwardsJson(*explanation.afterwards);
   return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

@@ -3,9 +3,11 @@
 #define WENLOLIB_TOOLS_EXPLAIN_EXPLANATION_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "library/RecordFolder.h"
 #include "policy/RecordingGates.h"
 #include "terminal/Output.h"
 #include "wenlolib/Text.h"
@@ -27,8 +29,16 @@ struct Explanation {
   Gate refusedBy = Gate::none;
   std::vector<Step> steps;  // in the order in which the library takes them
   std::string unanswered;   // why the platform did not answer; the library then answers no
+  std::optional<std::vector<Obstacle>> afterwards;  // what the record would meet after the
+                                                    // decision; absent if nobody has looked
 
   [[nodiscard]] bool allowed() const { return refusedBy == Gate::none && unanswered.empty(); }
+
+  /// What makes an allowed record fail; null if nothing does.
+  [[nodiscard]] const Obstacle* stop() const {
+    const bool stops = afterwards && !afterwards->empty() && afterwards->front().stops;
+    return stops ? &afterwards->front() : nullptr;
+  }
 };
 
 /// The code of an outcome, such as "no_agreement"; "no_answer" if the platform gave no answer.

@@ -58,7 +58,10 @@ std::int32_t RecordedFacts::installedLibraryVersion() {
 std::int32_t RecordedFacts::listAnswer(std::int32_t libraryVersion) {
   const std::int32_t answer = facts_.listAnswer(libraryVersion);
   notes_.list = lookup(libraryVersion, answer);
-  notes_.list->trouble = troubleAt(configurationPath(supportVersionListFile));
+  const Text path = configurationPath(supportVersionListFile);
+  const platform::ListReading* reading = readingOf(path);
+  notes_.list->missing = reading != nullptr && isMissing(*reading);
+  notes_.list->trouble = troubleAt(path);
   return answer;
 }
 
@@ -72,9 +75,14 @@ std::optional<Dictionary> RecordedFacts::preferences() {
   return reading.preferences;
 }
 
-std::string RecordedFacts::troubleAt(const Text& path) const {
+const platform::ListReading* RecordedFacts::readingOf(const Text& path) const {
   const auto found = path ? lists_.find(*path) : lists_.end();
-  return found == lists_.end() ? "" : listTrouble(found->second);
+  return found == lists_.end() ? nullptr : &found->second;
+}
+
+std::string RecordedFacts::troubleAt(const Text& path) const {
+  const platform::ListReading* reading = readingOf(path);
+  return reading == nullptr ? "" : listTrouble(*reading);
 }
 
 Instant RecordedFacts::now() {

@@ -29,7 +29,8 @@ struct ListLookup {
   std::int32_t answer = -1;
   Text key;
   bool readable = false;       // the list could be read
-  std::string trouble;         // why it could not
+  bool missing = false;        // there is no file
+  std::string trouble;         // why it could not be read
   std::optional<Value> entry;  // under the key
 };
 
@@ -72,6 +73,9 @@ class RecordedFacts : public SupportFacts {
   [[nodiscard]] const FactNotes& notes() const { return notes_; }
 
  private:
+  /// The reading of the file at `path`; null if it was not read.
+  [[nodiscard]] const platform::ListReading* readingOf(const Text& path) const;
+
   /// What is wrong with the file at `path`; "" if nothing is, or if it was not read.
   [[nodiscard]] std::string troubleAt(const Text& path) const;
 

@@ -37,6 +37,11 @@ std::optional<OSVersion> osVersionFromText(std::string_view text) {
   return scanner.done() ? std::optional(version) : std::nullopt;
 }
 
+std::optional<LibraryVersion> libraryVersionFromText(std::string_view text) {
+  if (text != "unknown" && !osVersionFromText(text)) return std::nullopt;
+  return LibraryVersion{text != "unknown", std::string(text)};
+}
+
 std::optional<Instant> dateFromText(std::string_view text) {
   tm fields{};
   std::optional<std::int32_t> secondsFromGMT;
@@ -83,13 +88,17 @@ std::optional<std::int32_t> ReplayedSystem::gestalt(platform::Selector selector)
   return selector == Selector::minorVersion ? version_.minor : version_.bugFix;
 }
 
+std::optional<Dictionary> VersionedBundles::information() const {
+  return version_.known ? std::optional(bundleInformation(version_.text)) : std::nullopt;
+}
+
 std::optional<Dictionary> VersionedBundles::informationAt(const std::string& path) {
-  if (path == installedBundlePath) return bundleInformation(version_);
+  if (path == installedBundlePath) return information();
   return platform::ForwardingBundles::informationAt(path);
 }
 
 std::optional<Dictionary> VersionedBundles::ownInformation() {
-  return bundleInformation(version_);
+  return information();
 }
 
 platform::Kind RedirectedFiles::kindAt(const std::string& path) {
@@ -111,13 +120,13 @@ Replay::Replay(const platform::Platform& base, const ReplayedCase& replayed)
     : redirections_(redirectionsOf(base, replayed)),
       system_(*base.system, replayed.os.value_or(OSVersion())),
       clock_(replayed.date.value_or(Instant())),
-      bundles_(*base.bundles, replayed.libraryVersion.value_or("")),
+      bundles_(*base.bundles, replayed.library.value_or(LibraryVersion())),
       files_(*base.files, redirections_),
       propertyLists_(*base.propertyLists, redirections_),
       services_(base) {
   if (replayed.os) services_.system = &system_;
   if (replayed.date) services_.clock = &clock_;
-  if (replayed.libraryVersion) services_.bundles = &bundles_;
+  if (replayed.library) services_.bundles = &bundles_;
   services_.files = &files_;
   services_.propertyLists = &propertyLists_;
 }

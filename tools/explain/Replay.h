@@ -25,6 +25,14 @@ struct OSVersion {
 /// "10.17.0", "10.17", or "unknown".
 [[nodiscard]] std::optional<OSVersion> osVersionFromText(std::string_view text);
 
+struct LibraryVersion {
+  bool known = true;
+  std::string text;
+};
+
+/// "1.0.0", "1.0", or "unknown". Any two or three numbers: the decision judges them.
+[[nodiscard]] std::optional<LibraryVersion> libraryVersionFromText(std::string_view text);
+
 /// "2026-11-21" (its first instant) or "2026-11-21T09:30:00", in local time unless "Z" or an offset
 /// such as "+09:00" follows the time.
 [[nodiscard]] std::optional<Instant> dateFromText(std::string_view text);
@@ -33,9 +41,14 @@ struct OSVersion {
 struct ReplayedCase {
   std::optional<OSVersion> os;
   std::optional<Instant> date;
-  Text libraryVersion;  // of the running library, and of the one at its fixed path
-  Text preferences;     // files, by their paths on the system: the port's root does not apply
+  std::optional<LibraryVersion> library;  // the running one, and that at its fixed path
+  Text preferences;  // files, by their paths on the system: the port's root does not apply
   Text supportList;
+
+  /// Whether nothing differs.
+  [[nodiscard]] bool empty() const {
+    return !os && !date && !library && !preferences && !supportList;
+  }
 };
 
 class ReplayedSystem : public platform::System {
@@ -60,13 +73,15 @@ class FixedClock : public platform::Clock {
 
 class VersionedBundles : public platform::ForwardingBundles {
  public:
-  VersionedBundles(platform::Bundles& target, std::string version)
+  VersionedBundles(platform::Bundles& target, LibraryVersion version)
       : ForwardingBundles(target), version_(std::move(version)) {}
   std::optional<Dictionary> informationAt(const std::string& path) override;
   std::optional<Dictionary> ownInformation() override;
 
  private:
-  std::string version_;
+  [[nodiscard]] std::optional<Dictionary> information() const;
+
+  LibraryVersion version_;
 };
 
 /// The library's paths of files, each with the system's path of its replacement.

@@ -14,22 +14,52 @@ bool isConfiguration(const std::string& path) {
   return Text(path) == configurationPath(configurationFile);
 }
 
-/// Notes where the last document went.
+/// Whether a document that is published like this would replace a file at `path`.
+bool replacesAt(platform::Files& files, const std::string& path,
+                platform::Publication publication) {
+  return publication == platform::Publication::replacing &&
+         files.kindAt(path) == platform::Kind::other;
+}
+
+/// Notes where the last document went. With `keep` a document replaces nothing.
 class NotedFiles : public platform::ForwardingFiles {
  public:
-  using ForwardingFiles::ForwardingFiles;
+  NotedFiles(platform::Files& target, bool keep) : ForwardingFiles(target), keep_(keep) {}
 
   std::optional<WrittenDocument> document;
 
   platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
                                     std::uint32_t mode,
                                     platform::Publication publication) override {
-    const auto outcome = platform::ForwardingFiles::writeAtomically(path, bytes, mode, publication);
-    if (!isConfiguration(path)) {
-      document = {path, bytes.size(), outcome};
+    if (isConfiguration(path)) {
+      return platform::ForwardingFiles::writeAtomically(path, bytes, mode, publication);
     }
-    return outcome;
+    const bool replacing = replacesAt(target_, path, publication);
+    document = {path, bytes.size(), platform::Outcome::failed, replacing, keep_ && replacing};
+    if (!document->kept) document->outcome = write(path, bytes, mode, publication);
+    return document->outcome;
   }
+
+  /// The library opens the permissions of what it could not replace. A record that is kept stays
+  /// as it is.
+  bool setPermissions(const std::string& path, std::uint32_t mode) override {
+    const bool kept = document && document->kept && document->path == path;
+    return !kept && platform::ForwardingFiles::setPermissions(path, mode);
+  }
+
+ private:
+  /// Another writer may have made the file a moment ago: with `keep` that counts as kept, too.
+  platform::Outcome write(const std::string& path, std::string_view bytes, std::uint32_t mode,
+                          platform::Publication publication) {
+    const bool careful = keep_ && publication == platform::Publication::replacing;
+    const platform::Outcome outcome = target_.writeAtomically(
+        path, bytes, mode, careful ? platform::Publication::asNew : publication);
+    if (!careful || !(outcome == platform::Outcome::taken)) return outcome;
+    document->replacing = document->kept = true;
+    return platform::Outcome::failed;
+  }
+
+  bool keep_;
 };
 
 /// Changes no file; keeps the document that was to be written.
@@ -41,8 +71,10 @@ class HeldBackFiles : public platform::ForwardingFiles {
 
   platform::Outcome writeAtomically(const std::string& path, std::string_view bytes,
                                     std::uint32_t /*mode*/,
-                                    platform::Publication /*publication*/) override {
-    if (!isConfiguration(path)) document = {path, std::string(bytes)};
+                                    platform::Publication publication) override {
+    if (!isConfiguration(path)) {
+      document = {path, std::string(bytes), replacesAt(target_, path, publication)};
+    }
     return platform::Outcome::written;
   }
   bool setPermissions(const std::string& /*path*/, std::uint32_t /*mode*/) override { return true; }
@@ -70,7 +102,7 @@ constexpr std::uint32_t fileTypeOf(RecordKind kind) {
 
 RecordOutcome record(const platform::Platform& base, const RecordRequest& request) {
   const WatchedPlatform watched(base);
-  NotedFiles files(*watched.services().files);
+  NotedFiles files(*watched.services().files, request.keep);
   platform::Platform services = watched.services();
   services.files = &files;
   const platform::Substitute substitute(services);

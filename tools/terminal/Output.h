@@ -1,4 +1,4 @@
-/// What the command writes and returns: colours, the progress line, output, the exit status.
+/// What the command writes: colours, the progress line, output.
 #ifndef WENLOLIB_TOOLS_TERMINAL_OUTPUT_H
 #define WENLOLIB_TOOLS_TERMINAL_OUTPUT_H
 
@@ -12,15 +12,9 @@
 #include <string_view>
 #include <utility>
 
-namespace wenlolib::tools {
+#include "terminal/ExitStatus.h"
 
-/// Exit statuses, the same for every subcommand.
-enum Exit : int {
-  allGood = 0,
-  notGood = 1,     // a document is not sound, a record was refused, an installation has faults
-  wrongUsage = 2,  // the command line makes no sense
-  unreadable = 2,  // something could not be read, or output could not be written
-};
+namespace wenlolib::tools {
 
 [[nodiscard]] bool isTerminal(std::FILE* stream);
 

@@ -168,6 +168,15 @@ WENLOLIB_NONNULL_BEGIN
                                       before:(NSString* WENLOLIB_NULLABLE)before
                                        after:(NSString* WENLOLIB_NULLABLE)after;
 
+/**
+ * string made fit for a header value, which goes into a document without escaping: what a printer
+ * says about itself, for example. "<", ">", "&", carriage returns, characters that XML does not
+ * allow and half a surrogate pair that stands alone become "_". The result is cut at a character to
+ * at most 1,023 bytes of UTF-8, so every XML serialiser leaves it as it is. A new text, empty for
+ * an empty one; nil for nil alone.
+ */
++ (NSString* WENLOLIB_NULLABLE)convertStrToHeaderStr:(NSString* WENLOLIB_NULLABLE)string;
+
 /* --- Version numbers --- */
 
 /**

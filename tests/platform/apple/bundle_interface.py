@@ -80,6 +80,7 @@ CLASSES = {
             "calendarWithTimeZoneFormatString:": "@@",
             "dateFormatWithHourMinSec:": "@@",
             "replaceString:before:after:": "@@@@",
+            "convertStrToHeaderStr:": "@@",
             "convertVersionStrToNum:": "i@",
             "convertVersionNumToStr:": "@i",
             "convertVersionNumToBiasStr:": "@i",

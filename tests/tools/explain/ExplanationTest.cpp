@@ -76,7 +76,7 @@ TEST_F(ExplanationOfStates, ReplayedIsTheAnswerOfTheStateItself) {
     const std::uint32_t option = randomOption(dice);
 
     const tools::ReplayedCase replayed{
-        {{true, os.major, os.minor, os.bugFix}}, date, version, {}, {}};
+        {{true, os.major, os.minor, os.bugFix}}, date, {{true, version}}, {}, {}};
     const tools::Replay replay(world.services, replayed);
     Gate application{}, printer{};
     {

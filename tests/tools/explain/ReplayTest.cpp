@@ -75,6 +75,19 @@ TEST(ReplayedOS, IsTwoOrThreeNumbersOrUnknown) {
   }
 }
 
+TEST(ReplayedLibrary, IsTwoOrThreeNumbersOrUnknown) {
+  for (const char* text : {"1.0.0", "3.1", "0.9", "1.100.0", "12345.0"}) {
+    const auto version = tools::libraryVersionFromText(text);
+    ASSERT_TRUE(version) << text;
+    EXPECT_TRUE(version->known);
+    EXPECT_EQ(version->text, text);
+  }
+  EXPECT_FALSE(tools::libraryVersionFromText("unknown").value().known);
+  for (const char* text : {"", "1", "1.", "1.0.", "1.0.0.1", "1.0b", "v1.0", " 1.0", "-1.0"}) {
+    EXPECT_FALSE(tools::libraryVersionFromText(text)) << text;
+  }
+}
+
 TEST(ReplayedOS, MayHaveZerosAndNumbersOfFiveDigits) {
   const struct {
     const char* text;

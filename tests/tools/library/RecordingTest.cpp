@@ -6,6 +6,7 @@
 
 #include "library/Recording.h"
 #include "library/ToolPlatform.h"
+#include "platform/Forwarding.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/posix/TemporaryFolder.h"
 #include "record/HeaderValues.h"
@@ -147,6 +148,77 @@ TEST_F(Preview, TakesTheNumberThatIsFree) {
   const auto shown = tools::preview(services, printerLog({})).document;
   ASSERT_TRUE(shown);
   EXPECT_EQ(shown->path, printerLogFolder + "/App_2.PLM");
+}
+
+TEST_F(Preview, TellsWhetherAnOlderRecordIsReplaced) {
+  storeIdentifier();
+  for (const bool older : {false, true}) {
+    const auto shown = tools::preview(services, application("x")).document;
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->replacing, older);
+    const auto recorded = tools::record(services, application("x"));
+    ASSERT_TRUE(recorded.written());
+    EXPECT_EQ(recorded.document->replacing, older);
+  }
+  const auto log = tools::record(services, printerLog({}));
+  ASSERT_TRUE(log.written());
+  EXPECT_FALSE(log.document->replacing);
+}
+
+TEST_F(Preview, AKeptRecordStaysAsItIsWithItsMode) {
+  RecordRequest request = application("x");
+  request.keep = true;
+  storeIdentifier();
+  EXPECT_TRUE(tools::record(services, request).written());
+  std::filesystem::permissions(real(marchFile), std::filesystem::perms(0600));
+  const auto before = treeOf(root.path());
+  const auto kept = tools::record(services, request);
+  EXPECT_FALSE(kept.answer);
+  ASSERT_TRUE(kept.document);
+  EXPECT_TRUE(kept.document->kept);
+  EXPECT_EQ(treeOf(root.path()), before);
+}
+
+/// Does not find this month's file, like a look just before another writer makes it.
+class TooEarly : public platform::ForwardingFiles {
+ public:
+  using ForwardingFiles::ForwardingFiles;
+  platform::Kind kindAt(const std::string& path) override {
+    if (path == marchFile) return platform::Kind::nothing;
+    return platform::ForwardingFiles::kindAt(path);
+  }
+};
+
+TEST_F(Preview, ARecordThatAnotherWriterHasJustMadeIsKeptToo) {
+  storeIdentifier();
+  writeFile(real(marchFile), "another's");
+  const auto before = treeOf(root.path());
+  TooEarly files(*services.files);
+  services.files = &files;
+  RecordRequest request = application("x");
+  request.keep = true;
+  const auto kept = tools::record(services, request);
+  ASSERT_TRUE(kept.document);
+  EXPECT_TRUE(kept.document->kept);
+  EXPECT_EQ(treeOf(root.path()), before);
+}
+
+TEST_F(Preview, TheLastLogIsReplacedOrKept) {
+  storeIdentifier();
+  for (int number = 1; number <= 999; ++number) {
+    writeFile(real(printerLogFolder + "/App_" + std::to_string(number) + ".PLM"), "older");
+  }
+  RecordRequest request = printerLog({});
+  request.keep = true;
+  const auto kept = tools::record(services, request);
+  EXPECT_FALSE(kept.answer);
+  ASSERT_TRUE(kept.document);
+  EXPECT_TRUE(kept.document->kept);
+  EXPECT_EQ(readFile(real(printerLogFolder + "/App_999.PLM")), "older");
+  EXPECT_TRUE(tools::preview(services, printerLog({})).document->replacing);
+  const auto replaced = tools::record(services, printerLog({}));
+  ASSERT_TRUE(replaced.written());
+  EXPECT_TRUE(replaced.document->replacing);
 }
 
 TEST_F(Preview, OfAValueThatCannotBeMendedIsNothingAndSoIsTheRecord) {
