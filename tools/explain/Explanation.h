@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "policy/RecordingGates.h"
@@ -44,6 +45,12 @@ struct Sources {
 /// Makes the library's decision on the platform in use and says how it came about.
 [[nodiscard]] Explanation explain(RecordKind kind, std::uint32_t option,
                                   const Sources& sources = {});
+
+/// The step's gate, for a person.
+[[nodiscard]] std::string stepTitle(const Step& step);
+
+/// "passed", "not needed" and so on.
+[[nodiscard]] std::string_view stateText(StepState state);
 
 /// The outcome in a few words, such as "refused: Agreement (no_agreement)".
 [[nodiscard]] std::string outcomeText(const Explanation& explanation, const Paint& paint);
