@@ -1,18 +1,23 @@
 # Completion of wenlolib for bash.
 _wenlolib_options() {
   local word call='' kind='' record='--name --option' printer='--device-id --sn --romver --new-tag-type'
+  local choice='--since --until --kind --printer'
   local replay='--os --date --library-version --preferences --support-list --json'
   for word in "$@"; do
     case $word in
-      verify | decode | diff | explain | preview | record | doctor | init) call=${call:-$word} ;;
+      verify | decode | diff | explain | preview | record | list | report | forget | path | doctor | init) call=${call:-$word} ;;
       app | printer) kind=${kind:-$word} ;;
     esac
   done
   case "$call $kind" in
-    ' '*) echo 'verify decode diff explain preview record doctor init --version' ;;
+    ' '*) echo 'verify decode diff explain preview record list report forget path doctor init --version' ;;
     'verify '*) echo '--json --quiet --jobs' ;;
     'decode '*) echo '--json --contents --redact --jobs' ;;
     'diff '*) echo '--json' ;;
+    'list '*) echo "$choice --json --contents" ;;
+    'report '*) echo '--redact --force' ;;
+    'forget '*) echo "--all $choice --identifier --yes" ;;
+    'path '*) ;;
     'doctor '*) echo '--json --clean' ;;
     'explain app') echo "--option $replay" ;;
     'explain printer') echo "$replay" ;;
@@ -32,7 +37,8 @@ _wenlolib() {
   case $previous in
     --root) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
     --preferences | --support-list) mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
-    --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
+    --kind) mapfile -t COMPREPLY < <(compgen -W 'app printer' -- "$current"); return ;;
+    --since | --until | --printer | --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
       return ;;
   esac
   options=$(_wenlolib_options "${COMP_WORDS[@]:1:COMP_CWORD-1}")
