@@ -111,6 +111,15 @@ class List(OwnRecords):
                       "1 file (not named *.PLM or *.ALM)", "1 file (unfinished;"]:
             self.assertIn("Not shown: " + other, told)
 
+    def test_a_damaged_log_whose_printer_is_not_known_is_told(self):
+        self.install_records()
+        self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:-9])
+        told = b"Not shown: 1 file (damaged, so its printer is not known)."
+        for call, expected in [(["--printer", "4711"], True), (["--printer", "QX300"], False),
+                               (["--kind", "app"], False)]:
+            listed = b" ".join(self.expect(0, "list", *call).stdout.split())
+            self.assertEqual(told in listed, expected, listed)
+
     def test_contents(self):
         self.install_records()
         self.assertEqual([record["contents"] for record in self.listed("--contents")],

@@ -113,7 +113,15 @@ class Search {
       OwnRecord record{reading.facts.date, std::move(place), reading.state};
       if (hear_) hear_(reading, record);
       found_.records.push_back(std::move(record));
+    } else if (isOfUnknownPrinter(reading)) {
+      pass(std::move(place), "damaged, so its printer is not known", false);
     }
+  }
+
+  /// It may be one of those asked for, and the user should hear of it.
+  bool isOfUnknownPrinter(const RecordReading& reading) const {
+    return !choice_.printer.empty() && !reading.report.document &&
+           reading.facts.kind == RecordKind::printerLog;
   }
 
   OwnRecords& found_;
