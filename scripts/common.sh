@@ -36,6 +36,12 @@ need_gnustep() {
     say "Skipped: the Objective-C classes and their tests, because GNUstep cannot be installed here"
 }
 
+# The report is also looked at in a browser; without one, its other tests run.
+need_browser() {
+  need chromium poppler-utils ||
+    say "Skipped: the tests in a browser, because Chromium cannot be installed here"
+}
+
 # build PRESET TARGETS [CMAKE-OPTION...]: configures and builds in build/PRESET; shows the output if
 # that fails.
 build() {

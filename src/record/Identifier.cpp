@@ -11,7 +11,6 @@
 namespace wenlolib {
 namespace {
 
-constexpr char identifierKey[] = "WENLIBUUID";
 constexpr char placeholder[] = "NOTDETERMINED";
 
 platform::ListReading configurationAt(const Text& path) {

@@ -10,6 +10,9 @@
 
 namespace wenlolib {
 
+/// The identifier's entry in the configuration file.
+inline constexpr char identifierKey[] = "WENLIBUUID";
+
 /// The identifier that a configuration file holds. Null if one must still be made: the entry is
 /// missing, is not text, or is the placeholder "NOTDETERMINED". A stored empty text counts as an
 /// identifier.

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Does what README and host guide tell a reader to do, as it stands there: saves the programs, types
+"""Does what README, host guide and the page for the people who are recorded tell a reader to do, as it stands there: saves the programs, types
 the commands, one after the other in one shell, in a home of its own with the folders and the
 preference file of a host.
 
@@ -73,8 +73,11 @@ class Pages(unittest.TestCase):
     def call(self, line):
         """The exit status of one of the calls that README names, with real files for its words."""
         document = sorted((self.home / support).glob("PLM/*"))[0]
-        words = {"FOLDER": self.home, "FILE": document, "A": document, "B": document}
+        words = {"FOLDER": self.home, "FILE": document, "A": document, "B": document,
+                 "FILE.html": self.work / "page.html"}
         command, *arguments = (str(words.get(word, word)) for word in line.split())
+        if arguments[0] == "forget":
+            arguments.append("--yes")  # there is no terminal to answer on
         return subprocess.run([project / "build/prefix/bin" / command, *arguments],
                               env={"HOME": str(self.home)}, capture_output=True).returncode
 
@@ -89,6 +92,22 @@ class Pages(unittest.TestCase):
             if "SUBCOMMAND" not in line:
                 self.assertEqual(self.call(line), 0, line)
         self.tell_what_was_left_out()
+
+    def test_what_is_recorded(self):
+        """Types the commands that are set off from the text, as if each were answered with yes."""
+        page = (project / "docs/what-is-recorded.md").read_text()
+        calls = re.findall(r"^(?:    )?(wenlolib .*)$", page, re.MULTILINE)
+        self.assertEqual({line.split()[1] for line in calls},
+                         {"path", "list", "report", "forget", "explain", "doctor"})
+        script = ["set -euo pipefail", f"cd '{self.work}'", f"PATH='{build / 'tools'}':$PATH",
+                  "wenlolib init --sample-preferences --agree",
+                  "echo jobs=1 | wenlolib record printer --name QX200 --sn QX200-0004711 -"]
+        script += [line + (" --yes" if " forget " in line else "") for line in calls]
+        run = subprocess.run(["bash", "-c", "\n".join(script)], capture_output=True, text=True,
+                             env={"HOME": str(self.home), "PATH": os.environ["PATH"]})
+        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        self.assertEqual(self.recorded(), [])
+        self.assertTrue((self.work / "recorded.html").exists())
 
     def test_host_guide(self):
         for name in ("ALM", "PLM", "Config"):

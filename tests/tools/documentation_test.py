@@ -21,7 +21,7 @@ TOOLS = os.path.join(ROOT, "tools")
 
 import skips
 
-SIMPLE = ["verify", "decode", "diff", "doctor", "init", "help"]
+SIMPLE = ["verify", "decode", "diff", "list", "report", "forget", "path", "doctor", "init", "help"]
 WITH_KINDS = ["explain", "preview", "record"]
 CALLS = SIMPLE + [f"{call} {kind}" for call in WITH_KINDS for kind in ["app", "printer"]]
 EVERYWHERE = {"--root", "--exit-zero", "--help"}
@@ -247,14 +247,15 @@ class Documentation(unittest.TestCase):
 
     def test_calls_that_take_paths_as_they_stand_say_so(self):
         page = " ".join(text_of("man/wenlolib.1").split())
-        self.assertIn(".Cm verify , .Cm decode and .Cm diff use their paths as given; .Fl -root does "
-                      "not apply to them.", page)
+        self.assertIn(".Cm verify , .Cm decode , .Cm diff and .Cm report use their paths as given; "
+                      ".Fl -root does not apply to them.", page)
         for call in CALLS:
             told = subprocess.run([COMMAND, *call.split(), "--help"], capture_output=True,
                                   text=True, check=True).stdout
             said = re.search(r" used as given; --root does not apply to (it|them)\.",
                              " ".join(told.split())) is not None
-            self.assertEqual(said, call in ["verify", "decode", "diff"], call)
+            self.assertEqual(said, call in ["verify", "decode", "diff", "report"],
+                             call)
 
     def test_the_first_screen_names_every_call(self):
         told = subprocess.run([COMMAND, "--help"], capture_output=True, text=True,

@@ -140,8 +140,9 @@ class ToolTest(unittest.TestCase):
                                  "LatestSelectedAgreement": agreement, **others})
         self.write(CONFIGURATION, {"WENLIBUUID": IDENTIFIER})
 
-    def on_terminal(self, *call):
-        """Exit status and output of a call whose three streams are a terminal."""
+    def on_terminal(self, *call, typed=None, before_typing=lambda: None):
+        """Exit status and output of a call whose three streams are a terminal. `typed` answers a
+        question."""
         ours, theirs = skips.pseudo_terminal()
         child = subprocess.Popen(self.arguments(call), stdin=theirs, stdout=theirs, stderr=theirs,
                                  cwd=self.outside, env=self.environment)
@@ -157,6 +158,10 @@ class ToolTest(unittest.TestCase):
             if not piece:
                 break
             output += piece
+            if typed is not None and output.rstrip().endswith(b"[y/N]"):
+                before_typing()
+                os.write(ours, typed)
+                typed = None
         os.close(ours)
         return child.wait(timeout=60), output
 

@@ -25,6 +25,12 @@ Recording:
                                     record FILE's contents (- is standard input)
   wenlolib record printer --name N --sn S FILE
 
+What is recorded about you:
+  wenlolib list                     what is there, newest first
+  wenlolib report FILE.html         the same as a page, with what is allowed now
+  wenlolib forget --all             delete it
+  wenlolib path                     the folders that it lies in
+
 The installation:
   wenlolib doctor                   is it healthy? if not, what to do?
   wenlolib init                     make the folders that a host provides

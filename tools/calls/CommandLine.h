@@ -29,6 +29,10 @@ void addPreview(CLI::App& app, Session& session);
 void addRecord(CLI::App& app, Session& session);
 void addDoctor(CLI::App& app, Session& session);
 void addInit(CLI::App& app, Session& session);
+void addList(CLI::App& app, Session& session);
+void addReport(CLI::App& app, Session& session);
+void addForget(CLI::App& app, Session& session);
+void addPath(CLI::App& app, Session& session);
 
 /// The beginning of `wenlolib --help`. It answers "what do I type?".
 [[nodiscard]] std::string firstScreen();

@@ -5,7 +5,7 @@ _wenlolib_parse() {
   local word
   for word in "$@"; do
     case $word in
-      verify | decode | diff | explain | preview | record | doctor | init | help) call=${call:-$word} ;;
+      verify | decode | diff | explain | preview | record | list | report | forget | path | doctor | init | help) call=${call:-$word} ;;
       app | printer) kind=${kind:-$word} ;;
     esac
   done
@@ -15,12 +15,17 @@ _wenlolib_parse() {
 _wenlolib_options() {
   local record='--name --option' printer='--device-id --sn --romver --new-tag-type'
   local replay='--os --date --library-version --preferences --support-list --json'
-  local calls='verify decode diff explain preview record doctor init'
+  local choice='--since --until --kind --printer'
+  local calls='verify decode diff explain preview record list report forget path doctor init'
   case "$call $kind" in
     ' '*) echo "$calls help --version" ;;
     'verify '*) echo '--json --quiet --jobs' ;;
     'decode '*) echo '--json --contents --redact --jobs' ;;
     'diff '*) echo '--json' ;;
+    'list '*) echo "$choice --json --contents" ;;
+    'report '*) echo '--redact --force' ;;
+    'forget '*) echo "--all $choice --identifier --yes" ;;
+    'path '*) ;;
     'doctor '*) echo '--json --clean --plugin' ;;
     'explain app') echo "--option $replay" ;;
     'explain printer') echo "$replay" ;;
@@ -42,14 +47,15 @@ _wenlolib() {
     --root) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
     --preferences | --support-list | --plugin)
       mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
-    --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
+    --kind) mapfile -t COMPREPLY < <(compgen -W 'app printer' -- "$current"); return ;;
+    --since | --until | --printer | --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
       return ;;
   esac
   _wenlolib_parse "${COMP_WORDS[@]:1:COMP_CWORD-1}"
   # Files only where the call takes some: documents, or the contents of a record.
   case "$current:$call $kind" in
     -*) ;;
-    *':verify '* | *':decode '* | *':diff '* | *':preview '[ap]* | *':record '[ap]*)
+    *':verify '* | *':decode '* | *':diff '* | *':preview '[ap]* | *':record '[ap]* | *':report '*)
       mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
   esac
   mapfile -t COMPREPLY < <(compgen -W "$(_wenlolib_options)" -- "$current")

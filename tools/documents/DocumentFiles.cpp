@@ -8,12 +8,12 @@
 #include "documents/InputFile.h"
 
 namespace wenlolib::tools {
-namespace {
 
-/// Unfinished documents are called .wenlolib-*.tmp, so they do not have such a name.
 bool hasDocumentName(std::string_view name) {
   return name.ends_with(".PLM") || name.ends_with(".ALM");
 }
+
+namespace {
 
 bool isItselfOrParent(std::string_view name) {
   return name == "." || name == "..";

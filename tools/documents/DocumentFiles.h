@@ -16,6 +16,10 @@
 
 namespace wenlolib::tools {
 
+/// Whether a file is named like a document. Unfinished documents are called .wenlolib-*.tmp, so
+/// they do not have such a name.
+[[nodiscard]] bool hasDocumentName(std::string_view name);
+
 /// A file to examine, or why it cannot be examined.
 struct Candidate {
   std::string path;

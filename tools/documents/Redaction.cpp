@@ -45,7 +45,21 @@ Redaction::Redaction(const receiver::Report& report) : on_(true), known_(report.
     const std::string_view secret = withoutBraces(report.document->value(name));
     if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);
   }
-  std::ranges::sort(secrets_, [](const auto& a, const auto& b) { return a.size() > b.size(); });
+  sortSecrets();
+}
+
+void Redaction::add(const Redaction& other) {
+  secrets_.insert(secrets_.end(), other.secrets_.begin(), other.secrets_.end());
+  sortSecrets();
+}
+
+/// The longer ones first, each once.
+void Redaction::sortSecrets() {
+  std::ranges::sort(secrets_, [](const auto& a, const auto& b) {
+    return a.size() != b.size() ? a.size() > b.size() : a < b;
+  });
+  const auto repeated = std::ranges::unique(secrets_);
+  secrets_.erase(repeated.begin(), repeated.end());
 }
 
 bool Redaction::hides(std::string_view field) const {

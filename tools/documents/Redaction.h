@@ -20,6 +20,9 @@ class Redaction {
 
   explicit Redaction(const receiver::Report& report);
 
+  /// Also hides the values that `other` hides.
+  void add(const Redaction& other);
+
   [[nodiscard]] bool on() const { return on_; }
 
   /// Whether a field is left out altogether.
@@ -34,6 +37,8 @@ class Redaction {
   [[nodiscard]] receiver::Verdict operator()(receiver::Verdict verdict) const;
 
  private:
+  void sortSecrets();
+
   bool on_ = false;
   bool known_ = false;                // the document was read, and so its values are known
   std::vector<std::string> secrets_;  // longer ones first

@@ -239,20 +239,24 @@ std::string details(const Step& step, const std::string& folder) {
          detail("found", step.found) + detail("remedy", step.remedy);
 }
 
-std::string title(const Step& step) {
-  return std::string(gateNames[step.gate].title) +
-         (step.gate == Gate::preferences && step.reading > 1 ? ", read again" : "");
-}
-
 std::string stepText(int number, const Step& step, const Paint& paint, const std::string& folder) {
   constexpr std::size_t stateWidth = 13;
   const StateNames& state = stateNames[step.state];
   const std::string blanks(stateWidth - state.text.size(), ' ');
   return fmt::format("  {}  {}{}{}\n{}", number, paint(state.colour, state.text), blanks,
-                     title(step), details(step, folder));
+                     stepTitle(step), details(step, folder));
 }
 
 }  // namespace
+
+std::string stepTitle(const Step& step) {
+  return std::string(gateNames[step.gate].title) +
+         (step.gate == Gate::preferences && step.reading > 1 ? ", read again" : "");
+}
+
+std::string_view stateText(StepState state) {
+  return stateNames[state].text;
+}
 
 std::string outcomeText(const Explanation& explanation, const Paint& paint) {
   if (const Obstacle* stop = explanation.stop(); explanation.allowed() && stop != nullptr) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "library/RecordFolder.h"
@@ -54,6 +55,12 @@ struct Sources {
 /// Makes the library's decision on the platform in use and says how it came about.
 [[nodiscard]] Explanation explain(RecordKind kind, std::uint32_t option,
                                   const Sources& sources = {});
+
+/// The step's gate, for a person.
+[[nodiscard]] std::string stepTitle(const Step& step);
+
+/// "passed", "not needed" and so on.
+[[nodiscard]] std::string_view stateText(StepState state);
 
 /// The outcome in a few words, such as "refused: Agreement (no_agreement)".
 [[nodiscard]] std::string outcomeText(const Explanation& explanation, const Paint& paint);
