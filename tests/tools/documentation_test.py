@@ -23,7 +23,7 @@ import skips
 SIMPLE = ["verify", "decode", "diff", "doctor", "init"]
 WITH_KINDS = ["explain", "preview", "record"]
 CALLS = SIMPLE + [f"{call} {kind}" for call in WITH_KINDS for kind in ["app", "printer"]]
-EVERYWHERE = {"--root", "--help"}
+EVERYWHERE = {"--root", "--color", "--help"}
 COMMAND = ""
 
 
@@ -38,7 +38,7 @@ def helped(call):
                           check=True).stdout
     options = set()
     for line in told.split("\nOptions:\n")[1].split("\n\n")[0].splitlines():
-        names = re.match(r" {1,4}((?:--?[a-z][a-z-]*,?)+)", line)
+        names = re.match(r" {1,4}((?:--?[a-z0-9][a-z-]*,?)+)", line)
         if names:
             options.update(names[1].split(","))
     assert "--help" in options, told

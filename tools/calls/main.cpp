@@ -59,6 +59,19 @@ std::string rootComplaint(const std::string& path) {
   return std::filesystem::is_directory(path, error) ? "" : path + " is not a folder";
 }
 
+void addColour(CLI::App& app) {
+  app.add_option_function<std::string>(
+         "--color",
+         [](const std::string& when) {
+           useColours(when == "always"  ? ColourUse::always
+                      : when == "never" ? ColourUse::never
+                                        : ColourUse::automatic);
+         },
+         "Use colours: auto (default), always or never")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+}
+
 /// Without the last line break, which the parser prints.
 std::string versionText() {
   std::string text = fmt::format("wenlolib {}\nbuilt in:\n{}", WENLOLIB_VERSION,
@@ -75,8 +88,9 @@ int run(int count, char** arguments) {
   app.add_option("--root", session.root, "Use DIR as the system's root folder")
       ->type_name("DIR")
       ->check(CLI::Validator(rootComplaint, ""));
+  addColour(app);
   app.require_subcommand(0, 1);
-  app.fallthrough();  // --root may also follow the subcommand
+  app.fallthrough();  // --root and --color may also follow the subcommand
   app.formatter(std::make_shared<HelpFormatter>());
   for (const auto add :
        {addVerify, addDecode, addDiff, addExplain, addPreview, addRecord, addDoctor, addInit}) {

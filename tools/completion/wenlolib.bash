@@ -10,8 +10,8 @@ _wenlolib_options() {
   done
   case "$call $kind" in
     ' '*) echo 'verify decode diff explain preview record doctor init --version' ;;
-    'verify '*) echo '--json --quiet --jobs' ;;
-    'decode '*) echo '--json --contents --redact --jobs' ;;
+    'verify '*) echo '--json --quiet --list --files-from --null --jobs' ;;
+    'decode '*) echo '--json --contents --redact --files-from --null --jobs' ;;
     'diff '*) echo '--json' ;;
     'doctor '*) echo '--json --clean' ;;
     'explain app') echo "--option $replay" ;;
@@ -23,7 +23,7 @@ _wenlolib_options() {
     'init '*) echo '--sample-preferences --agree' ;;
     *) echo 'app printer' ;;
   esac
-  echo '--root --help'
+  echo '--root --color --help'
 }
 
 _wenlolib() {
@@ -31,7 +31,8 @@ _wenlolib() {
   COMPREPLY=()
   case $previous in
     --root) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
-    --preferences | --support-list) mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
+    --color) mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current"); return ;;
+    --preferences | --support-list | --files-from) mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
     --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
       return ;;
   esac
