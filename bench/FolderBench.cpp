@@ -1,5 +1,7 @@
-// Verifying a folder of many documents, compared with a bare pass over the same files.
+// Verifying a folder of many documents, compared with a bare pass over the same files; and the
+// memory that it takes.
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,9 +14,11 @@
 #include <vector>
 
 #include "BareWork.h"
+#include "ChildFigure.h"
 #include "Pairs.h"
 #include "RecordedDocument.h"
 #include "TemporaryInstallation.h"
+#include "calls/Decode.h"
 #include "calls/Verify.h"
 
 namespace wenlolib::bench {
@@ -40,7 +44,7 @@ class DocumentFolder {
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] std::string fileName(int i) const {
-    return path_ + "/" + std::to_string(i) + ".ALM";
+    return path_ + "/Quillmere_Log_Album" + std::to_string(i) + "_2611.ALM";
   }
 
  private:
@@ -62,16 +66,30 @@ struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
+using Stream = std::unique_ptr<std::FILE, CloseFile>;
+
+bool verifyAll(const DocumentFolder& folder, std::FILE* nowhere) {
+  tools::VerifyOptions options;
+  options.documents.paths = {folder.path()};
+  tools::Output output("verify", nowhere, nowhere);
+  return tools::verify(options, output) == 0;
+}
+
+bool decodeAll(const DocumentFolder& folder, std::FILE* nowhere) {
+  tools::DecodeOptions options;
+  options.documents.paths = {folder.path()};
+  options.json = true;
+  tools::Output output("decode", nowhere, nowhere);
+  return tools::decode(options, output) == 0;
+}
+
 void verifyOf100000Documents(benchmark::State& state) {
   const TemporaryInstallation installation(WENLOLIB_BENCH_DISK);
   const DocumentFolder folder(WENLOLIB_BENCH_DISK);
-  const std::unique_ptr<std::FILE, CloseFile> nowhere(std::fopen("/dev/null", "w"));
+  const Stream nowhere(std::fopen("/dev/null", "w"));
   std::vector<std::uint8_t> buffer(1 << 16);
-  const auto verifyAll = [&] {
-    tools::VerifyOptions options;
-    options.paths = {folder.path()};
-    tools::Output output("verify", nowhere.get(), nowhere.get());
-    if (tools::verify(options, output) != 0) state.SkipWithError("a document is not sound");
+  const auto work = [&] {
+    if (!verifyAll(folder, nowhere.get())) state.SkipWithError("a document is not sound");
   };
   const auto bareAll = [&] {
     for (int i = 0; i < documents; ++i) {
@@ -79,13 +97,39 @@ void verifyOf100000Documents(benchmark::State& state) {
     }
   };
   bareAll();  // so that the files are in memory
-  const Pairs pairs(state, verifyAll, bareAll);
+  const Pairs pairs(state, work, bareAll);
   state.counters["times_bare"] = pairs.timesBare();
   state.counters["at_most"] = 1.5;
   state.counters["files_per_second"] = documents / median(pairs.work);
   state.counters["bare_files_per_second"] = documents / median(pairs.bare);
 }
 BENCHMARK(verifyOf100000Documents)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+
+/// The memory for each document at the peak of a run over all of them; 0 if it failed.
+double bytesPerDocument(bool (*run)(const DocumentFolder&, std::FILE*),
+                        const DocumentFolder& folder) {
+  const Stream nowhere(std::fopen("/dev/null", "w"));
+  malloc_trim(0);  // what was freed before must not hide what is taken now
+  const double before = statusKiB("VmRSS:");
+  if (!run(folder, nowhere.get())) return 0;
+  return (statusKiB("VmHWM:") - before) * 1024 / documents;
+}
+
+void memoryOf100000Documents(benchmark::State& state) {
+  const TemporaryInstallation installation(WENLOLIB_BENCH_DISK);
+  const DocumentFolder folder(WENLOLIB_BENCH_DISK);
+  std::optional<double> verified;
+  std::optional<double> decoded;
+  for (auto _ : state) {
+    verified = inChild([&] { return bytesPerDocument(verifyAll, folder); });
+    decoded = inChild([&] { return bytesPerDocument(decodeAll, folder); });
+  }
+  if (!verified || !decoded) return state.SkipWithError("no figure");
+  state.counters["verify_bytes_a_document"] = *verified;
+  state.counters["decode_bytes_a_document"] = *decoded;
+  state.counters["at_most"] = 400;
+}
+BENCHMARK(memoryOf100000Documents)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace wenlolib::bench

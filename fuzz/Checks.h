@@ -9,7 +9,8 @@
 namespace wenlolib::fuzz {
 
 /// The verdict is consistent, everything that the report says of the document is found in the
-/// bytes, and the document rebuilt from the report is the same, byte for byte.
+/// bytes, and the document rebuilt from the report is the same, byte for byte, but for an XML
+/// declaration before it.
 void checkReport(std::string_view bytes, const receiver::Report& report);
 
 /// What the command shows of the report, as text and as JSON, redacted or not, is safe to show.

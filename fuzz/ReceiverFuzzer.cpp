@@ -25,6 +25,8 @@ void checkRepeated(std::string_view bytes, const Report& report) {
   const Report again = examine(copy);
   require(same(report.verdict, again.verdict), "the same verdict again");
   require(report.document.has_value() == again.document.has_value(), "a document again");
+  require(report.found.has_value() == again.found.has_value(), "the same search again");
+  if (report.found) require(report.found->digits == again.found->digits, "the same digits again");
   if (!report.document) return;
   require(report.document->digits == again.document->digits, "the same payload again");
   require(report.document->contents == again.document->contents, "the same contents again");

@@ -23,7 +23,10 @@ bool faultFits(const Verdict& verdict) {
     case Layer::none:
       return verdict.fault == Fault::none;
     case Layer::xml:
-      return verdict.fault == Fault::damaged || verdict.fault == Fault::truncated;
+      return verdict.fault == Fault::damaged || verdict.fault == Fault::truncated ||
+             verdict.fault == Fault::foreign;
+    case Layer::layout:
+      return verdict.fault == Fault::damaged || verdict.fault == Fault::foreign;
     case Layer::checksum:
       return verdict.fault == Fault::altered || verdict.fault == Fault::repaired;
     case Layer::contents:
@@ -47,6 +50,9 @@ void checkVerdict(std::string_view bytes, const Report& report) {
           "a truncated document is wrong where it ends");
   require(report.document.has_value() == isReadable(verdict.layer),
           "a document is returned if its form holds");
+  require(!report.document || !report.found, "nothing is searched for in a document");
+  require(verdict.fault != Fault::foreign || (verdict.offset == 0 && !report.found),
+          "nothing is found in a foreign file");
 }
 
 /// A value as it stands in the bytes.
@@ -99,6 +105,16 @@ void checkContents(const Document& document) {
   require(!document.contents || document.contents == contents, "the contents are the same");
 }
 
+/// What stands before the document's wrapper: nothing, or an XML declaration.
+std::string_view prefaceOf(std::string_view bytes, const Document& document) {
+  const std::string text = rebuilt(bytes, document);
+  require(bytes.ends_with(text), "nothing else stands in the document");
+  const std::string_view preface = bytes.substr(0, bytes.size() - text.size());
+  const bool declaration = preface.starts_with("<?xml") && preface.ends_with("?>");
+  require(preface.empty() || declaration, "nothing but a declaration stands before it");
+  return preface;
+}
+
 void checkDocument(std::string_view bytes, const Report& report) {
   const Document& document = *report.document;
   std::vector<std::string> names = {"Version", "OSVersion", "Date", "Locale", "ID"};
@@ -109,8 +125,7 @@ void checkDocument(std::string_view bytes, const Report& report) {
   for (const Field& field : document.fields) checkField(bytes, field);
   require(bytes.substr(document.digitsOffset, document.digits.size()) == document.digits,
           "the payload stands where it is said to");
-  require(rebuilt(bytes, document) == bytes, "nothing else stands in the document");
-  const std::size_t begin = bytes.find('>') + 1;
+  const std::size_t begin = bytes.find('>', prefaceOf(bytes, document).size()) + 1;
   const std::string_view content = bytes.substr(begin, bytes.rfind("</") - begin);
   const bool holds =
       tests::upperHex(tests::referenceMd5(tests::bytesOf(content))) == document.checksum;
@@ -121,10 +136,32 @@ void checkDocument(std::string_view bytes, const Report& report) {
           "sound contents are text");
 }
 
+/// What was found stands in the bytes, whatever else does.
+void checkFound(std::string_view bytes, const Document& found) {
+  require(!found.fields.empty() || found.marker != '\0', "something was found");
+  for (const Field& field : found.fields) {
+    const std::string_view raw = rawValue(bytes, field);
+    require(raw.find('&') != std::string_view::npos || field.value == raw,
+            "a value without references is given as it stands");
+    require(bytes.substr(0, field.offset).ends_with("<" + field.name + ">"),
+            "a value follows its tag");
+  }
+  require(found.digits.size() % 2 == 0, "the digits are in pairs");
+  require(bytes.substr(found.digitsOffset, found.digits.size()) == found.digits,
+          "the payload stands where it is said to");
+  require(!found.contents, "nothing is decrypted before it is asked for");
+  const bool decipherable = found.marker != '\0' && !found.value("Date").empty();
+  const std::optional<std::string> contents = receiver::contentsOf(found);
+  require(contents.has_value() == decipherable, "there are contents if there is a key");
+  require(!contents || tests::upperHex(tests::bytesOf(ciphered(found, *contents))) == found.digits,
+          "the contents give the digits");
+}
+
 }  // namespace
 
 void checkReport(std::string_view bytes, const Report& report) {
   checkVerdict(bytes, report);
+  if (report.found) checkFound(bytes, *report.found);
   if (report.document) checkDocument(bytes, report);
 }
 

@@ -9,6 +9,7 @@
 #include "documents/Comparison.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
+#include "documents/Readable.h"
 
 namespace wenlolib::fuzz {
 namespace {
@@ -33,7 +34,9 @@ void checkJson(std::string_view bytes, const Report& report,
   require(object["sound"] == report.verdict.sound(), "JSON says whether it is sound");
   require(textIn(object, "path") == path, "JSON gives the path back");
   require(textIn(object, "contents") == contents, "JSON gives the contents back");
-  require(object["fields"].is_object() == report.document.has_value(), "JSON has the fields");
+  require(object["trusted"] == tools::isTrusted(report), "JSON says what is vouched for");
+  require(object["fields"].is_object() == (tools::readable(report) != nullptr),
+          "JSON has the fields");
   if (!report.document) return;
   require(object["fields"].size() == report.document->fields.size(), "JSON has every field");
   require(textIn(object["fields"], "version") == report.document->value("Version"),
@@ -68,16 +71,19 @@ void checkHidden(const Json& object, std::string value) {
   }
 }
 
-void checkRedacted(std::string_view bytes, const Report& report,
-                   const std::optional<std::string>& contents) {
+void checkRedacted(std::string_view bytes, const Report& report) {
   const tools::Redaction redaction(report);
+  const receiver::Document* const shown = redaction.shown(report);
+  const std::optional<std::string> contents =
+      shown == nullptr ? std::nullopt : receiver::contentsOf(*shown);
   checkText(bytes, report, contents, redaction);
   const Json object =
       Json::parse(tools::documentJson(path, bytes.size(), report, contents, redaction));
-  if (!report.document) return;
+  require(object["fields"].is_object() == (shown != nullptr), "what may be shown is shown");
+  if (shown == nullptr) return;
   require(object["fields"]["id"].is_null(), "no identifier");
-  checkHidden(object, std::string(report.document->value("ID")));
-  checkHidden(object, std::string(report.document->value("SN")));
+  checkHidden(object, std::string(shown->value("ID")));
+  checkHidden(object, std::string(shown->value("SN")));
 }
 
 /// The changes between the two halves of a text, applied to the first, give the second.
@@ -105,14 +111,15 @@ void checkDifference(std::string_view text) {
 }  // namespace
 
 void checkShown(std::string_view bytes, const Report& report) {
+  const receiver::Document* const document = tools::readable(report);
   const std::optional<std::string> contents =
-      report.document ? receiver::contentsOf(*report.document) : std::nullopt;
+      document == nullptr ? std::nullopt : receiver::contentsOf(*document);
   checkShownVerdict(bytes, report.verdict);
   checkText(bytes, report, contents, {});
   checkJson(bytes, report, contents);
-  checkRedacted(bytes, report, contents);
+  checkRedacted(bytes, report);
   if (contents) checkDifference(*contents);
-  if (!report.document) return;
+  if (document == nullptr) return;
   const tools::Side side{report, contents};
   const tools::Comparison comparison = tools::compare(side, side);
   require(comparison.same(), "a document compares as the same as itself");

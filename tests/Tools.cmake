@@ -18,8 +18,8 @@ add_test(NAME tools.corpus_agreement
     $<TARGET_FILE:verdicts>)
 
 # What several threads do at once, by itself: for the thread sanitizer.
-set(threaded_tools documents/DocumentFiles documents/InputFile documents/Jobs
-  terminal/Format terminal/Output terminal/VisibleText)
+set(threaded_tools documents/DocumentFiles documents/InputFile documents/Jobs documents/PathList
+  terminal/Format terminal/Interrupt terminal/Output terminal/VisibleText)
 list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
 list(TRANSFORM threaded_tools APPEND .cpp)
 add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}

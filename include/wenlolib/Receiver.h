@@ -38,14 +38,16 @@ enum class Fault : std::uint8_t {
   altered,    // its form is whole, but the checksum is that of other content
   repaired,   // stray markup was escaped before it was stored; the checksum is that of the content
               // before the repair; the document can still be relied on
+  foreign,    // it is a file of another kind, such as a web page or an archive
 };
 
 struct Verdict {
   Layer layer = Layer::none;
   Fault fault = Fault::none;
-  std::size_t offset = 0;   // of the first wrong byte; the document's length if it is truncated
+  std::size_t offset = 0;   // of the first wrong byte; the document's length if it is truncated;
+                            // 0 if it is foreign
   std::string field;        // the element or attribute concerned, such as "Date" or "SUM"; or ""
-  std::string explanation;  // one sentence for a person
+  std::string explanation;  // one sentence for a person; it repeats neither offset nor field
 
   [[nodiscard]] bool sound() const { return layer == Layer::none; }
 };
@@ -79,6 +81,12 @@ struct Report {
   /// What the document says. Present if every layer up to and including `hexadecimal` holds, so
   /// that an altered or repaired document can still be read.
   std::optional<Document> document;
+  /// What can be found of a document that is not present: truncated, or damaged in a layer before
+  /// `checksum`. Nobody vouches for it. `fields` has the fields whose values were found, in order.
+  /// `digits` ends before the first character that is not a digit. `marker` is '\0' if there is no
+  /// payload with a marker, and `checksum` is empty if there is none. `contents` is never present:
+  /// contentsOf decrypts what there is.
+  std::optional<Document> found;
 };
 
 /// Examines a document. Any bytes give a report, in time and memory proportional to their number.

@@ -4,9 +4,9 @@
 #include <array>
 
 #include "base/EnumTable.h"
-#include "base/Integer.h"
 #include "receiver/Contents.h"
 #include "receiver/Outline.h"
+#include "receiver/Preface.h"
 #include "xml/WellFormed.h"
 
 namespace wenlolib::receiver {
@@ -64,20 +64,19 @@ std::string explain(const Match& match) {
   if (match.slot == slotsOf(match.layout).size()) {
     return "Something follows the end of the document.";
   }
-  if (!wrapperBegun(match)) return "The document does not begin with the start tag of a layout.";
+  if (!wrapperBegun(match)) {
+    return match.bytes.starts_with(byteOrderMark)
+               ? "There is a byte order mark before the document."
+               : "The document does not begin with the start tag of a layout.";
+  }
   return quote(match.expected) + " is expected here.";
 }
 
 Verdict truncated(const Match& match) {
   const std::size_t length = match.bytes.size();
-  const std::string field(wrapperBegun(match) ? match.fieldAt(length) : "");
-  std::string explanation = "The document is empty.";
-  if (length > 0) {
-    explanation = "The document ends after " + decimal(static_cast<std::int64_t>(length)) +
-                  (length == 1 ? " byte" : " bytes") + (field.empty() ? "" : ", in " + field) +
-                  "; the rest is missing.";
-  }
-  return {Layer::xml, Fault::truncated, length, field, std::move(explanation)};
+  return {Layer::xml, Fault::truncated, length,
+          std::string(wrapperBegun(match) ? match.fieldAt(length) : ""),
+          length == 0 ? "The file is empty." : "The document ends here; the rest is missing."};
 }
 
 /// The verdict on a document that the parser refuses, which may fit its layout all the same.
@@ -85,10 +84,20 @@ Verdict refusal(const Match& match, const xml::Finding& finding) {
   if (hasLostItsEnd(match, finding)) return truncated(match);
   const std::size_t offset = firstWrong(match, finding);
   const std::string_view field = wrapperBegun(match) ? match.fieldAt(offset) : "";
-  std::string explanation = "The document is not well-formed XML: the parser reports " +
-                            quote(finding.message) + " at byte " +
-                            decimal(static_cast<std::int64_t>(finding.offset)) + ".";
-  return {Layer::xml, Fault::damaged, offset, std::string(field), std::move(explanation)};
+  return {
+      Layer::xml, Fault::damaged, offset, std::string(field),
+      "The document is not well-formed XML: the parser reports " + quote(finding.message) + "."};
+}
+
+std::string explain(const Gap& gap) {
+  switch (gap.place) {
+    case Gap::before:
+      return "There is white space before the document.";
+    case Gap::after:
+      return "There is white space after the end of the document.";
+    default:
+      return "There is white space between the parts of the document.";
+  }
 }
 
 }  // namespace
@@ -102,8 +111,8 @@ Verdict misfit(const Match& match) {
   if (finding.kind == xml::Finding::wellFormed) {
     const Outline outline = outlineOf(match.bytes);
     if (outline.gap && isWrapperName(outline.outermost)) {
-      return {Layer::whiteSpace, Fault::damaged, outline.gap->offset, outline.gap->before,
-              "There is white space between the parts of the document."};
+      return {Layer::whiteSpace, Fault::damaged, outline.gap->offset, outline.gap->next,
+              explain(*outline.gap)};
     }
   }
   if (finding.kind != xml::Finding::wellFormed && finding.kind != xml::Finding::typeDeclared) {

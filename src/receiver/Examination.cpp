@@ -1,64 +1,20 @@
 // The examination of a document, layer by layer.
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "base/Integer.h"
 #include "base/Utf8.h"
 #include "receiver/Contents.h"
 #include "receiver/Damage.h"
+#include "receiver/Foreign.h"
 #include "receiver/Match.h"
+#include "receiver/References.h"
 #include "receiver/Repair.h"
+#include "receiver/Search.h"
 #include "wenlolib/Receiver.h"
 
 namespace wenlolib::receiver {
-
-// --- References in values ---
-
-namespace {
-
-struct Named {
-  std::string_view name;
-  char character;
-};
-constexpr std::array<Named, 5> namedCharacters = {
-    {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
-
-/// `name` stands between "&" and ";".
-void appendReference(std::string& text, std::string_view name) {
-  const auto* named = std::ranges::find(namedCharacters, name, &Named::name);
-  if (named != namedCharacters.end()) {
-    text.push_back(named->character);
-    return;
-  }
-  const bool isHexadecimal = name.starts_with("#x");
-  name.remove_prefix(std::min<std::size_t>(name.size(), isHexadecimal ? 2 : 1));
-  if (const auto character = takeNumber(name, isHexadecimal ? 16 : 10)) {
-    appendUtf8(text, static_cast<char32_t>(*character));
-  }
-}
-
-/// A well-formed value as a parser returns it, with its references resolved, except that line ends
-/// stay as they are.
-std::string withoutReferences(std::string_view value) {
-  std::string text;
-  for (;;) {
-    const std::size_t plain = std::min(value.find('&'), value.size());
-    text.append(value.substr(0, plain));
-    value.remove_prefix(plain);
-    const std::size_t end = value.find(';');
-    if (end == std::string_view::npos) return text.append(value);
-    if (!value.empty()) appendReference(text, value.substr(1, end - 1));
-    value.remove_prefix(end + 1);
-  }
-}
-
-}  // namespace
-
-// --- The layers ---
-
 namespace {
 
 Document documentOf(const Whole& whole) {
@@ -83,13 +39,17 @@ Document documentOf(const Whole& whole) {
 
 Verdict checksumVerdict(const Match& match) {
   const std::string_view checksum = match.values[checksumSlot];
-  if (checksumOf(match.content()) == checksum) return {};
-  const bool repaired = holdsUnrepaired(match);
-  return {
-      Layer::checksum, repaired ? Fault::repaired : Fault::altered, match.offsetOf(checksum), "SUM",
-      repaired ? "Stray markup was escaped before the document was stored; the checksum is that "
-                 "of the document before the repair."
-               : "The checksum is not that of the document's content."};
+  const std::string computed = checksumOf(match.content());
+  if (computed == checksum) return {};
+  const std::size_t offset = match.offsetOf(checksum);
+  if (holdsUnrepaired(match)) {
+    return {Layer::checksum, Fault::repaired, offset, "SUM",
+            "Stray markup was escaped before the document was stored; the checksum is that of the "
+            "document before the repair."};
+  }
+  return {Layer::checksum, Fault::altered, offset, "SUM",
+          "The checksum is " + std::string(checksum) + ", but that of the content is " + computed +
+              "."};
 }
 
 /// Leaves the contents in `payload` if they can be deciphered.
@@ -124,12 +84,16 @@ std::string_view Document::value(std::string_view name) const {
 
 Report examine(std::string_view bytes) {
   const Match match = matchOf(bytes);
-  if (!match.complete) return {misfit(match), std::nullopt};
+  if (!match.complete) {
+    if (std::optional<Verdict> foreign = foreignVerdict(bytes))
+      return {std::move(*foreign), {}, {}};
+    return {misfit(match), {}, search(bytes)};
+  }
   Whole whole(match);
   if (std::optional<Verdict> verdict = formVerdict(whole)) {
-    return {std::move(*verdict), std::nullopt};
+    return {std::move(*verdict), {}, search(bytes)};
   }
-  Report report{checksumVerdict(match), documentOf(whole)};
+  Report report{checksumVerdict(match), documentOf(whole), {}};
   if (!report.verdict.sound()) return report;
   bool deciphered = false;
   report.verdict = contentsVerdict(whole, deciphered);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/EnumTable.h"
+#include "receiver/Preface.h"
 
 namespace wenlolib::receiver {
 namespace {
@@ -84,7 +85,7 @@ std::string_view Match::content() const {
 
 std::string_view Match::fieldAt(std::size_t offset) const {
   const std::span<const Slot> slots = slotsOf(layout);
-  std::size_t end = 0;
+  std::size_t end = wrapper;
   for (std::size_t i = 0; i < slot; ++i) {
     const Slot& passed = slots[i];
     end += passed.opening.size() + values[i].size() + passed.closing.size();
@@ -96,7 +97,8 @@ std::string_view Match::fieldAt(std::size_t offset) const {
 Match matchOf(std::string_view bytes) {
   Match match;
   match.bytes = bytes;
-  match.layout = nearestLayout(bytes);
+  match.wrapper = match.reached = declarationLength(bytes);
+  match.layout = nearestLayout(bytes.substr(match.wrapper));
   for (const Slot& slot : slotsOf(match.layout)) {
     if (!pass(match, slot)) return match;
     ++match.slot;

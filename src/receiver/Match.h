@@ -13,6 +13,7 @@ namespace wenlolib::receiver {
 /// How far the bytes are those of one layout, and the values found on the way.
 struct Match {
   std::string_view bytes;
+  std::size_t wrapper = 0;  // where it begins; an XML declaration may stand before it
   Layout layout = Layout::application;
   std::array<std::string_view, mostSlots> values;  // of the slots before `slot`, and of `slot`
                                                    // itself if `valueFound`

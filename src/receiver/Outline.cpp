@@ -28,13 +28,16 @@ class OutlineParse {
   void mark(Mark mark, std::string_view name);
   void section(bool begins) noexcept;
   void handleEvents();
+  [[nodiscard]] Gap gapBefore(std::string_view name) const;
 
   std::string_view document_;
   xml::Parser parser_{"UTF-8"};
   Outline outline_;
   Mark before_ = Mark::other;             // the last one
   std::optional<std::size_t> textBegin_;  // of the text since then
-  bool inSection_ = false;                // of CDATA, which never counts as white space
+  std::size_t depth_ = 0;
+  bool ended_ = false;      // the outermost element
+  bool inSection_ = false;  // of CDATA, which never counts as white space
 };
 
 std::size_t at(const xml::Parser& parser) {
@@ -45,14 +48,22 @@ void OutlineParse::text() {
   if (!textBegin_ && !inSection_) textBegin_ = at(parser_);
 }
 
+Gap OutlineParse::gapBefore(std::string_view name) const {
+  const bool outside = depth_ == 0;
+  const Gap::Place place = !outside ? Gap::between : ended_ ? Gap::after : Gap::before;
+  return {*textBegin_, std::string(name), place};
+}
+
 void OutlineParse::mark(Mark mark, std::string_view name) {
   const bool isValue = before_ == Mark::start && mark == Mark::end;
   if (textBegin_ && !isValue && !outline_.gap &&
       isBlank(document_.substr(*textBegin_, at(parser_) - *textBegin_))) {
-    outline_.gap = Gap{*textBegin_, std::string(name)};
+    outline_.gap = gapBefore(name);
   }
   textBegin_.reset();
   before_ = mark;
+  if (mark == Mark::start) ++depth_;
+  if (mark == Mark::end) ended_ = --depth_ == 0;
 }
 
 void OutlineParse::section(bool begins) noexcept {
@@ -103,7 +114,7 @@ Outline OutlineParse::read() {
   handleEvents();
   if (parser_.feed(document_, true)) {
     // Text at the end is outside the outermost element.
-    if (textBegin_ && !outline_.gap) outline_.gap = Gap{*textBegin_, ""};
+    if (textBegin_ && !outline_.gap) outline_.gap = gapBefore("");
   }
   return std::move(outline_);
 }

@@ -12,8 +12,11 @@ namespace wenlolib::receiver {
 /// White space that is not a value: it stands outside the outermost element, or between two tags
 /// that are not an element's start and end.
 struct Gap {
+  enum Place { before, between, after };  // the outermost element's start, its end
+
   std::size_t offset = 0;
-  std::string before;  // the name of the tag that follows, or ""
+  std::string next;  // the name of the tag that follows, or ""
+  Place place = between;
 };
 
 struct Outline {

@@ -12,12 +12,12 @@
 namespace wenlolib::receiver {
 namespace {
 
-/// What a repair writes, and what it replaces.
+/// What a repair, or a serialiser that escapes every ">", writes, and what it replaces.
 struct Escape {
   std::string_view text;
   std::string_view original;
 };
-constexpr std::array<Escape, 3> escapes = {{{"&lt;", "<"}, {"&amp;", "&"}, {"]]&gt;", "]]>"}}};
+constexpr std::array<Escape, 3> escapes = {{{"&lt;", "<"}, {"&amp;", "&"}, {"&gt;", ">"}}};
 
 const Escape* escapeAt(std::string_view text) {
   const auto* found = std::ranges::find_if(
@@ -35,7 +35,7 @@ void eachPart(std::string_view value, const Plain& plain, const Escaped& escaped
       value.remove_prefix(escape->text.size());
       continue;
     }
-    const std::size_t length = std::min(value.find_first_of("&]", 1), value.size());
+    const std::size_t length = std::min(value.find('&', 1), value.size());
     plain(value.substr(0, length));
     value.remove_prefix(length);
   }

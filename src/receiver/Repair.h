@@ -13,8 +13,8 @@ namespace wenlolib::receiver {
 [[nodiscard]] std::string checksumOf(std::string_view text);
 
 /// Whether the checksum of a complete document is that of its content with "&lt;", "&amp;" and
-/// "]]&gt;" turned back into "<", "&" and "]]>". Any of them may have been there from the start. So
-/// all are turned back first. After that, if they are few, combinations of them are tried;
+/// "&gt;" turned back into "<", "&" and ">". Any of them may have been there from the start. So all
+/// are turned back first. After that, if they are few, combinations of them are tried;
 /// otherwise combinations of the values that hold them. The number of digests computed is bounded.
 [[nodiscard]] bool holdsUnrepaired(const Match& match);
 

@@ -65,6 +65,7 @@ class Tally {
     }
     EXPECT_NE(finding.fault, Fault::none) << position << ": " << changed;
     EXPECT_NE(finding.fault, Fault::repaired) << position << ": " << changed;
+    EXPECT_NE(finding.fault, Fault::foreign) << position << ": " << changed;
     EXPECT_LE(finding.offset, changed.size());
     if (finding.fault == Fault::truncated) {
       EXPECT_EQ(finding.offset, changed.size());
@@ -91,7 +92,7 @@ class Tally {
 
  private:
   std::size_t examined_ = 0;
-  std::size_t faults_[5] = {};
+  std::size_t faults_[6] = {};
   Finding latest_;
 };
 

@@ -92,6 +92,9 @@ TEST(ReceiverFaults, EditsOfTheContent) {
     const receiver::Report report = receiver::examine(text);
     EXPECT_FALSE(report.document);
     EXPECT_NE(report.verdict.explanation, "");
+    ASSERT_TRUE(report.found) << edit.old << " -> " << edit.replacement;
+    EXPECT_EQ(report.found->layout, edit.layout);
+    EXPECT_EQ(report.found->value("Locale"), "en_US");
   }
 }
 
@@ -109,7 +112,8 @@ TEST(ReceiverFaults, SomethingAroundTheDocument) {
       {"", "\n", Layer::whiteSpace, end, ""},
       {" ", "", Layer::whiteSpace, 0, "OrvanQXApplication"},
       {"", "<!-- -->", Layer::layout, end, ""},
-      {"<?xml version=\"1.0\"?>", "", Layer::layout, 1, ""},
+      {"<?xml version=\"1.0\" encoding=\"UTF-16\"?>", "", Layer::layout, 1, ""},
+      {"<?xml version=\"1.0\"?><?xml-stylesheet?>", "", Layer::layout, 22, ""},
       {"<?xml version=\"1.0\"?>\n", "", Layer::whiteSpace, 21, "OrvanQXApplication"},
       {"\xEF\xBB\xBF", "", Layer::layout, 0, ""},
       {"<!DOCTYPE OrvanQXApplication>", "", Layer::layout, 1, ""},
@@ -158,13 +162,31 @@ TEST(ReceiverFaults, AnotherContentIsAlteredAndCanStillBeRead) {
   }
 }
 
-TEST(ReceiverFaults, OtherDocumentsAreDamagedOnes) {
-  EXPECT_EQ(findingOf("<a/>"), (Finding{Layer::layout, Fault::damaged, 1, ""}));
-  EXPECT_EQ(findingOf("<a>\n<b/>\n</a>\n"), (Finding{Layer::layout, Fault::damaged, 1, ""}));
+TEST(ReceiverFaults, AnAlteredDocumentShowsBothChecksums) {
+  const std::string text = sample(Layout::application).text();
+  const std::string altered = replaced(text, "3.1", "3.2");
+  const std::string content =
+      altered.substr(altered.find('>') + 1, altered.rfind("</") - altered.find('>') - 1);
+  EXPECT_EQ(receiver::examine(altered).verdict.explanation,
+            "The checksum is " + attributeIn(text, "SUM") + ", but that of the content is " +
+                checksumOf(content) + ".");
+}
+
+TEST(ReceiverFaults, WhiteSpaceIsSaidToBeWhereItIs) {
+  const std::string text = sample(Layout::application).text();
+  const auto explanation = [](const std::string& bytes) {
+    return receiver::examine(bytes).verdict.explanation;
+  };
+  EXPECT_EQ(explanation(text + "\n"), "There is white space after the end of the document.");
+  EXPECT_EQ(explanation("\n" + text), "There is white space before the document.");
+  EXPECT_EQ(explanation(replaced(text, "<Date>", "\n<Date>")),
+            "There is white space between the parts of the document.");
+  EXPECT_EQ(explanation("\xEF\xBB\xBF" + text), "There is a byte order mark before the document.");
+}
+
+TEST(ReceiverFaults, OtherDocumentsWithAWrapperAreDamagedOnes) {
   EXPECT_EQ(findingOf("<OrvanQXApplication/>"),
             (Finding{Layer::layout, Fault::damaged, 19, "SUM"}));
-  EXPECT_EQ(findingOf("plain text"), (Finding{Layer::xml, Fault::damaged, 0, ""}));
-  EXPECT_EQ(findingOf("  \n"), (Finding{Layer::xml, Fault::damaged, 3, ""}));
   const std::string exchanged =
       replaced(sample(Layout::printerOlderTag).text(), "<OrvanQXPrinter", "<OrvanQXApplication");
   EXPECT_EQ(findingOf(exchanged).layer, Layer::xml);

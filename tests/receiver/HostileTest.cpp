@@ -39,6 +39,10 @@ Input damaged(std::string name, std::string bytes, Layer layer, std::size_t offs
   return {std::move(name), std::move(bytes), layer, Fault::damaged, offset};
 }
 
+Input foreign(std::string name, std::string bytes, Layer layer) {
+  return {std::move(name), std::move(bytes), layer, Fault::foreign, 0};
+}
+
 const std::string start = "<OrvanQXPrinter SUM=\"0123456789ABCDEF0123456789ABCDEF\">";
 
 std::vector<Input> oddInputs() {
@@ -46,17 +50,17 @@ std::vector<Input> oddInputs() {
   return {
       truncated("nothing", ""),
       truncated("a bracket", "<"),
-      damaged("a NUL", "\0"s, Layer::xml, 0),
-      damaged("NULs", std::string(million, '\0'), Layer::xml, 0),
+      foreign("a NUL", "\0"s, Layer::xml),
+      foreign("NULs", std::string(million, '\0'), Layer::xml),
       damaged("a document and NULs", start + std::string(4096, '\0'), Layer::xml, start.size()),
-      damaged("UTF-16, big end first", "\xFE\xFF\0<\0a\0/\0>"s, Layer::xml, 0),
-      damaged("UTF-16, little end first", "\xFF\xFE<\0a\0/\0>\0"s, Layer::xml, 0),
-      damaged("a byte order mark", "\xEF\xBB\xBF<a/>", Layer::layout, 0),
-      damaged("brackets", std::string(10 * million, '<'), Layer::xml, 1),
-      damaged("closing brackets", std::string(10 * million, '>'), Layer::xml, 0),
+      foreign("UTF-16, big end first", "\xFE\xFF\0<\0a\0/\0>"s, Layer::xml),
+      foreign("UTF-16, little end first", "\xFF\xFE<\0a\0/\0>\0"s, Layer::xml),
+      foreign("a byte order mark", "\xEF\xBB\xBF<a/>", Layer::layout),
+      foreign("brackets", std::string(10 * million, '<'), Layer::xml),
+      foreign("closing brackets", std::string(10 * million, '>'), Layer::xml),
       damaged("ampersands", start + std::string(10 * million, '&'), Layer::xml, start.size()),
-      damaged("digits", std::string(10 * million, 'A'), Layer::xml, 0),
-      damaged("white space", std::string(10 * million, ' '), Layer::xml, 10 * million),
+      foreign("digits", std::string(10 * million, 'A'), Layer::xml),
+      foreign("white space", std::string(10 * million, ' '), Layer::xml),
       truncated("an endless value", start + "<Version>" + std::string(10 * million, 'v')),
       truncated("an endless checksum", "<OrvanQXPrinter SUM=\"" + std::string(10 * million, '0')),
   };
@@ -67,9 +71,9 @@ std::vector<Input> largeMarkup() {
   std::string attributes = "<OrvanQXPrinter";
   for (std::size_t i = 0; i < 100000; ++i) attributes += " a" + std::to_string(i) + "=\"\"";
   return {
-      truncated("nested elements", repeated("<a>", 100000)),
-      damaged("nested and ended", repeated("<a>", 100000) + repeated("</a>", 100000), Layer::layout,
-              1),
+      foreign("nested elements", repeated("<a>", 100000), Layer::xml),
+      foreign("nested and ended", repeated("<a>", 100000) + repeated("</a>", 100000),
+              Layer::layout),
       damaged("nested in a wrapper",
               start + repeated("<a>", 100000) + repeated("</a>", 100000) + "</OrvanQXPrinter>",
               Layer::layout, start.size() + 1),
@@ -79,7 +83,7 @@ std::vector<Input> largeMarkup() {
               Layer::whiteSpace, start.size() + 4),
       damaged("a huge attribute", "<OrvanQXPrinter SUM=\"" + attribute + "\"></OrvanQXPrinter>",
               Layer::layout, 21 + attribute.size() + 3),
-      damaged("a huge name", "<" + attribute + "/>", Layer::layout, 1),
+      foreign("a huge name", "<" + attribute + "/>", Layer::layout),
       damaged("many attributes", attributes + "/>", Layer::layout, 16),
       truncated("an endless comment", start + "<!--" + repeated("- ", 5 * million)),
       truncated("an endless instruction", start + "<?a " + repeated("?", 5 * million)),

@@ -124,6 +124,9 @@ def sound():
         for name, value in values.items():
             changed = plan.having(Version=value, Locale=value, DeviceID=value, SN=value)
             yield f"{plan.layout} {plan.marker}, values {name}", document(changed)
+        for start in [b'<?xml version="1.0"?>',
+                      b"<?xml version='1.0' encoding='utf-8' standalone='yes' ?>"]:
+            yield f"{plan.layout} {plan.marker}, declared", start + document(plan)
 
 
 def truncated():
@@ -190,15 +193,17 @@ def surrounded():
         name = WRAPPERS[plan.layout].encode()
         for number, (layer, data) in enumerate([
                 ("whiteSpace", whole + b"\n"), ("whiteSpace", b" " + whole),
+                ("whiteSpace", b'<?xml version="1.0"?>\n' + whole),
                 ("layout", whole + b"<!-- -->"), ("layout", b"\xef\xbb\xbf" + whole),
-                ("layout", b'<?xml version="1.0"?>' + whole),
+                ("layout", b'<?xml version="1.0" encoding="latin1"?>' + whole),
+                ("layout", b'\xef\xbb\xbf<?xml version="1.0"?>' + whole),
+                ("xml", b'<?xml version="1.0"?><?xml version="1.0"?>' + whole),
                 ("layout", b"<!DOCTYPE a [<!ENTITY b 'c'>]>" + whole),
                 ("layout", whole.replace(b' SUM="', b' A="" SUM="')),
                 ("layout", whole.replace(b' SUM="', b'  SUM="')),
                 ("layout", whole.replace(b' SUM="', b' Sum="')),
                 ("layout", whole.replace(name, b"Other")),
                 ("xml", whole + b"x"), ("xml", whole + whole), ("xml", whole + b"\0"),
-                ("xml", whole.decode().encode("utf-16")),
                 ("hexadecimal", whole.replace(b'SUM="', b'SUM="0', 1)),
                 ("hexadecimal", b'<%s SUM="">' % name + whole.split(b'">', 1)[1])]):
             yield Case("damaged", f"{plan.layout} {plan.marker}, around {number}", data, layer,
@@ -253,6 +258,36 @@ def repaired():
                            data.index(b'SUM="') + 5, "SUM")
 
 
+def serialised():
+    """Documents whose every ">" in a value was escaped after the checksum was made."""
+    for layout in WRAPPERS:
+        for value in ["A>B", "a -> b & c", ">" * 40, "&gt;>", "]]>"]:
+            before = content(Plan(layout).having(Version=value, Locale=value))
+            kept = 4 if value.startswith("&gt;") else 0
+            mended = value[kept:].replace("&", "&amp;").replace(">", "&gt;")
+            escaped = value[:kept] + mended
+            after = content(Plan(layout).having(Version=escaped, Locale=escaped))
+            for start in [b"", b'<?xml version="1.0" encoding="UTF-8"?>']:
+                data = start + sealed(layout, after, before)
+                yield Case("repaired", f"{layout} {value}", data, "checksum", "repaired",
+                           data.index(b'SUM="') + 5, "SUM")
+
+
+def foreign():
+    """Files of other kinds."""
+    whole = document(Plan())
+    for layer, data in [
+            ("xml", b"\x1f\x8b\x08\0\0"), ("xml", b"%PDF-1.4\n"), ("xml", b"\x89PNG\r\n\x1a\n"),
+            ("xml", b"\xff\xd8\xff\xe0"), ("xml", b"GIF89a"), ("xml", b"PK\x03\x04"), ("xml", bytes(500)),
+            ("xml", b" \r\n\t"), ("xml", b"text\n"), ("xml", "Größe\n".encode()), ("xml", b"\x01\x02"),
+            ("xml", whole.decode().encode("utf-16")), ("xml", whole.decode().encode("utf-16-le")),
+            ("xml", whole.decode().encode("utf-16-be")), ("layout", b"<!DOCTYPE html><p>"),
+            ("layout", b"<html><body/></html>"), ("xml", b"<HTML><BODY>" + whole), ("layout", b"<a/>"),
+            ("layout", b'<?xml version="1.0"?><plist/>'), ("xml", b"<a"), ("xml", b"<a><b></a>"),
+            ("layout", b"<!DOCTYPE a><a/>"), ("xml", b"{}"), ("xml", b"\xef\xbb\xbf")]:
+        yield Case("foreign", repr(data[:20]), data, layer, "foreign", 0, "")
+
+
 def misdated():
     """Sound to the receiver, which uses the date only as the text that gives the key."""
     for plan in plans():
@@ -291,6 +326,8 @@ def cases():
         yield Case("altered", name, data, "checksum", "altered", data.index(b'SUM="') + 5, "SUM")
     yield from undecodable()
     yield from repaired()
+    yield from serialised()
+    yield from foreign()
     for name, data in misdated():
         yield Case("misdated", name, data, "none", "none")
     for name, data in mutated():

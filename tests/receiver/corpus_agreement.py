@@ -4,7 +4,8 @@
     corpus_agreement.py VERDICTS
 
 VERDICTS is a program that prints what the receiver finds in each named file. The two must agree on
-whether each document is sound. If a document's fault is known, the receiver must report it."""
+whether each document is sound, repaired or foreign, and on the values that can be found of one whose
+form is broken. If a document's fault is known, the receiver must report it."""
 
 import collections
 import os
@@ -17,11 +18,11 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path[:0] = [HERE, os.path.join(HERE, "..", "verifier")]
 
 from corpus import cases
-from survey_document import Unsound, check_date, parse
+from survey_document import Foreign, Repaired, Unsound, check_date, parse, search
 
 # The least number of documents of each kind: a corpus that has shrunk proves nothing.
-LEAST = {"sound": 78, "truncated": 2000, "damaged": 228, "altered": 66, "undecodable": 30,
-         "repaired": 90, "misdated": 24, "mutated": 6000}
+LEAST = {"sound": 90, "truncated": 2000, "damaged": 228, "altered": 66, "undecodable": 30,
+         "repaired": 120, "foreign": 24, "misdated": 24, "mutated": 6000}
 
 
 def receivers_findings(verdicts, corpus):
@@ -42,10 +43,12 @@ def receivers_findings(verdicts, corpus):
 
 
 def finding(line):
+    """Layer, fault, offset, field, and what was found."""
     if line == "sound":
-        return "none", "none", None, None
-    layer, fault, offset, field = line.split(" ", 3)
-    return layer, fault, int(offset), field
+        return "none", "none", None, None, None
+    verdict, _, found = line.partition("\t")
+    layer, fault, offset, field = verdict.split(" ", 3)
+    return layer, fault, int(offset), field, found or None
 
 
 def verifiers_complaint(data):
@@ -55,7 +58,33 @@ def verifiers_complaint(data):
         parse(data)
         return None, False
     except Unsound as problem:
-        return str(problem), is_misdated(data)
+        return problem, is_misdated(data)
+
+
+def kind(complaint):
+    return {Foreign: "foreign", Repaired: "repaired"}.get(type(complaint), "other")
+
+
+def found_differently(data, told):
+    """What of the receiver's search is not that of the verifier; None if all is the same."""
+    found = search(data)
+    if (found is None) != (told is None):
+        return "only one of the two found something"
+    if found is None:
+        return None
+    layout, marker, offset, count, *values = told.split(" ")
+    digits = (int(offset), int(count)) if marker != "-" else (0, 0)
+    if (layout, marker) != (found.layout, found.marker.decode() or "-"):
+        return f"found {found.layout} {found.marker}"
+    if digits != (found.digits[0], len(found.digits[1])):
+        return f"found digits at {found.digits[0]}, {len(found.digits[1])} of them"
+    expected = [(name, str(at)) for name, (at, _) in found.values.items()]
+    if list(zip(values[::3], values[1::3])) != expected:
+        return f"found {expected}"
+    for (name, (_, value)), text in zip(found.values.items(), values[2::3]):
+        if b"&" not in value and bytes.fromhex(text[1:]) != value:
+            return f"found {name} {value!r}"
+    return None
 
 
 def is_misdated(data):
@@ -75,6 +104,13 @@ def disagreement(case, found):
         return f"sound to the receiver; the verifier: {complaint}"
     if not sound and complaint is None:
         return "sound to the verifier, but not to the receiver"
+    told = found[1] if found[1] in ("foreign", "repaired") else "other"
+    if not sound and told != kind(complaint):
+        return f"the verifier: {kind(complaint)}, {complaint}"
+    if found[0] not in ("none", "checksum", "contents") and found[1] != "foreign":
+        problem = found_differently(case.data, found[4])
+        if problem:
+            return f"the verifier: {problem}"
     if case.kind == "misdated" and complaint is None:
         return "the verifier accepts the date"
     for what, expected, actual in zip(["layer", "fault", "offset", "field"],

@@ -24,7 +24,7 @@ import skips
 SIMPLE = ["verify", "decode", "diff", "list", "report", "forget", "path", "doctor", "init", "help"]
 WITH_KINDS = ["explain", "preview", "record"]
 CALLS = SIMPLE + [f"{call} {kind}" for call in WITH_KINDS for kind in ["app", "printer"]]
-EVERYWHERE = {"--root", "--exit-zero", "--help"}
+EVERYWHERE = {"--root", "--color", "--exit-zero", "--help"}
 COMMAND = ""
 
 
@@ -39,7 +39,7 @@ def helped(call):
                           check=True).stdout
     options = set()
     for line in told.split("\nOptions:\n")[1].split("\n\n")[0].splitlines():
-        names = re.match(r" {1,4}((?:--?[a-z][a-z-]*,?)+)", line)
+        names = re.match(r" {1,4}((?:--?[a-z0-9][a-z-]*,?)+)", line)
         if names:
             options.update(names[1].split(","))
     assert "--help" in options, told

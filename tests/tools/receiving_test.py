@@ -8,6 +8,7 @@ import os
 import random
 import re
 import select
+import signal
 import struct
 import subprocess
 import sys
@@ -83,7 +84,9 @@ BROKEN = {
     "line break after": (SOUND + b"\n", "damaged", "white_space"),
     "blank between": (edited("<Date>", " <Date>"), "damaged", "white_space"),
     "field missing": (edited("<Locale>en_US</Locale>", ""), "damaged", "layout"),
-    "other XML": (b"<a><b></b></a>", "damaged", "layout"),
+    "other XML": (b"<a><b></b></a>", "foreign", "layout"),
+    "archive": (b"\x1f\x8b\x08\0", "foreign", "xml"),
+    "serialised": (document(Locale="a>b").replace(b"a>b", b"a&gt;b"), "repaired", "checksum"),
     "marker": (edited('C="R"', 'C="Q"'), "damaged", "cipher_marker"),
     "small digits": (edited('C="R">', 'C="R">ab'), "damaged", "hexadecimal"),
     "odd digits": (edited('C="R">', 'C="R">A'), "damaged", "hexadecimal"),
@@ -112,7 +115,7 @@ def run(*arguments, **options):
     environment = dict(os.environ, TERM="xterm", **options.pop("environment", {}))
     return subprocess.run(
         [COMMAND, *arguments],
-        stdin=subprocess.DEVNULL,
+        input=options.pop("input", b""),
         stdout=options.pop("stdout", subprocess.PIPE),
         stderr=subprocess.PIPE,
         env=environment,
@@ -143,6 +146,13 @@ def pieces_sent(ours):
         except OSError:  # the other end is closed
             break
     os.close(ours)
+
+
+def handles(process, sign):
+    """Whether the process has a handler for the signal."""
+    with open(f"/proc/{process}/status") as status:
+        (caught,) = [int(line.split()[1], 16) for line in status if line.startswith("SigCgt:")]
+    return caught >> (sign - 1) & 1 == 1
 
 
 def shown(pieces):
@@ -273,7 +283,8 @@ class VerifyTest(ReceivingTest):
                 line, summary = self.good("verify", path, status=1).splitlines()
                 word = word_for(fault)
                 self.assertTrue(line.startswith(f"{word:<11}{path}: "), line)
-                self.assertRegex(line, r" at byte \d+")
+                self.assertLessEqual(line.count("byte "), 1)
+                self.assertEqual(" at byte " in line, name != "nothing" and fault != "foreign", line)
                 self.assertEqual(summary, f"1 document: 1 {word}")
 
     def test_where_it_broke(self):
@@ -281,7 +292,34 @@ class VerifyTest(ReceivingTest):
         (found,) = self.objects("verify", "--json", path, status=1)
         self.assertEqual((found["offset"], found["field"]), (PAYLOAD_AT, "Encrypted"))
         line = self.good("verify", path, status=1).splitlines()[0]
-        self.assertIn(f"bad hexadecimal at byte {PAYLOAD_AT}, Encrypted: ", line)
+        self.assertEqual(line, f"damaged    {path}: at byte {PAYLOAD_AT}, Encrypted: The payload holds "
+                               "something other than digits 0 to 9 and A to F.")
+
+    def test_each_verdict_says_a_thing_once(self):
+        lines = {
+            SOUND[:-5]: f"truncated  PATH: at byte {len(SOUND) - 5}, OrvanQXApplication: "
+                        "The document ends here; the rest is missing.",
+            b"": "truncated  PATH: The file is empty.",
+            b"%PDF-1.4": "foreign    PATH: The file is not a survey document: it looks like a PDF document.",
+            SOUND + b"\n": f"damaged    PATH: at byte {len(SOUND)}: "
+                           "There is white space after the end of the document.",
+            SOUND.replace(b"</Version>", b"</Versi0n>"):
+                f"damaged    PATH: at byte {SOUND.index(b'</Version>') + 7}, Version: The document is not "
+                'well-formed XML: the parser reports "mismatched tag".',
+        }  # fmt: skip
+        for data, expected in lines.items():
+            path = self.write("a.ALM", data)
+            line = self.good("verify", path, status=1).splitlines()[0]
+            self.assertEqual(line, expected.replace("PATH", path))
+
+    def test_a_checksum_that_does_not_hold_is_shown_with_the_computed_one(self):
+        altered = SOUND.replace(b"en_US", b"en_UK")
+        content = altered[altered.index(b'">') + 2 : altered.rindex(b"</")]
+        computed = hashlib.md5(content).hexdigest().upper()
+        found = SOUND[CHECKSUM_AT : CHECKSUM_AT + 32].decode()
+        line = self.good("verify", self.write("a.ALM", altered), status=1).splitlines()[0]
+        self.assertIn(f": at byte {CHECKSUM_AT}, SUM: The checksum is {found}, but that of the content "
+                      f"is {computed}.", line)  # fmt: skip
 
     def test_a_sound_document_in_json(self):
         path = self.write("a.ALM")
@@ -318,9 +356,48 @@ class VerifyTest(ReceivingTest):
     def test_a_named_file_is_examined_whatever_its_name(self):
         self.good("verify", self.write("notes.txt"), self.write(".wenlolib-0123.tmp"))
 
-    def test_an_empty_folder(self):
-        self.assertEqual(self.good("verify", self.folder), "0 documents\n")
-        self.assertEqual(self.good("verify", "--json", self.folder), "")
+    def nothing_in(self, folder, *call, passed=""):
+        """The output of a call that must complain of a folder without documents."""
+        result = run(*call)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(
+            result.stderr.decode(),
+            f"wenlolib {call[0]}: {folder}: no documents: there is no *.PLM and no *.ALM in this folder"
+            f"{passed}\n",
+        )
+        return result.stdout.decode()
+
+    def test_an_empty_folder_is_told_of(self):
+        self.assertEqual(self.nothing_in(self.folder, "verify", self.folder), "0 documents\n")
+        for call in (["verify", "--json"], ["verify", "-q"], ["verify", "-l"], ["decode"]):
+            self.assertEqual(self.nothing_in(self.folder, *call, self.folder), "")
+        empty = self.path("empty")
+        os.mkdir(empty)
+        good = self.write("f/a.ALM")
+        self.assertIn(f"sound      {good}\n1 document: 1 sound\n",
+                      self.nothing_in(empty, "verify", self.path("f"), empty))
+
+    def test_what_was_passed_over_is_counted_by_reason(self):
+        for other in ("f/notes.txt", "f/a.alm", "f/.wenlolib-0123.tmp", "f/g/b.PLM.bak"):
+            self.write(other, b"")
+        os.symlink(self.path("f"), self.path("f/g/loop"))
+        passed = "passed over: 3 files with another ending, 1 link to a folder, 1 file that is unfinished"
+        folder = self.path("f")
+        for call in ("verify", "decode"):
+            output = self.nothing_in(folder, call, folder, passed=f"; {passed}")
+        self.assertEqual(output, "")
+        self.write("f/g/c.ALM")
+        self.assertEqual(self.lines("verify", folder)[-1], f"1 document: 1 sound; {passed}")
+
+    def test_folders_are_read_in_the_order_of_the_bytes_of_names(self):
+        names = ["B.PLM", "a.PLM", "a/x.PLM", "a/\u00e9.PLM", "a-b.PLM", "b/c/d.ALM", "b.ALM", "\u00e9.ALM",
+                 "10.ALM", "9.ALM"]  # fmt: skip
+        for name in names:
+            self.write(f"f/{name}")
+        expected = sorted(names, key=lambda name: [part.encode() for part in name.split("/")])
+        found = self.objects("verify", "--json", self.path("f"))
+        self.assertEqual([os.path.relpath(one["path"], self.path("f")) for one in found], expected)
+        self.assertNotEqual(names, expected)
 
     def test_a_missing_path_keeps_nobody_else_from_being_examined(self):
         good, missing = self.write("a.ALM"), self.path("missing")
@@ -349,15 +426,14 @@ class VerifyTest(ReceivingTest):
         for path in (file, folder):
             self.assertIn(f"wenlolib verify: {path}: Permission denied", result.stderr.decode())
 
-    def test_pipes_and_devices_are_skipped_with_a_message(self):
+    def test_pipes_in_folders_and_devices_are_skipped_with_a_message(self):
         fifo = self.path("f.PLM")
         os.mkfifo(fifo)
         good = self.write("a.ALM")
-        for path in (fifo, self.folder):
-            output = self.refused(
-                "verify", path, good, message=f"^wenlolib verify: {fifo}: skipped: it is a pipe"
-            )
-            self.assertIn(f"sound      {good}\n", output)
+        output = self.refused(
+            "verify", self.folder, message=f"^wenlolib verify: {fifo}: skipped: it is a pipe"
+        )
+        self.assertIn(f"sound      {good}\n", output)
         self.refused("verify", "/dev/zero", message="skipped: it is a device")
 
     def test_whoever_writes_to_a_pipe_is_left_waiting_for_a_real_reader(self):
@@ -365,12 +441,79 @@ class VerifyTest(ReceivingTest):
         os.mkfifo(fifo)
         writer = subprocess.Popen(["sh", "-c", f"echo x > {fifo}"], stderr=subprocess.DEVNULL)
         time.sleep(0.2)
-        self.assertEqual(run("verify", fifo, self.folder).returncode, 3)
+        self.assertEqual(run("verify", self.folder).returncode, 3)
         time.sleep(0.2)
         self.assertIsNone(writer.poll())
         with open(fifo, "rb") as file:
             self.assertEqual(file.read(), b"x\n")
         self.assertEqual(writer.wait(timeout=10), 0)
+
+    def test_a_named_pipe_is_read(self):
+        fifo = self.path("f.PLM")
+        os.mkfifo(fifo)
+        data = document(b"x" * 100000)
+        writer = threading.Thread(target=lambda: self.write("f.PLM", data))
+        writer.start()
+        (found,) = self.objects("verify", "--json", fifo)
+        writer.join()
+        self.assertEqual((found["bytes"], found["sound"]), (len(data), True))
+
+    def test_standard_input(self):
+        for size in (0, 1, 65535 // 2 - 163, 200000):
+            data = document(b"x" * size)
+            result = run("verify", "--json", "-", input=data)
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            self.assertEqual(json.loads(result.stdout)["bytes"], len(data))
+            result = run("decode", "--contents", "-", input=data)
+            self.assertEqual(result.stdout, b"x" * size)
+        result = run("verify", "-", self.write("a.ALM"), input=SOUND[:-1])
+        self.assertRegex(result.stdout.decode(), r"^truncated  -: .*\nsound      .*a.ALM\n2 documents")
+        result = run("diff", "-", self.path("a.ALM"), input=SOUND)
+        self.assertEqual((result.returncode, result.stdout), (0, b"No differences.\n"))
+        self.assertIn("The file is empty", self.good("verify", "-", status=1))
+        os.rename(self.path("a.ALM"), self.path("-"))
+        (found,) = self.objects("verify", "--json", "./-", cwd=self.folder)
+        self.assertEqual((found["path"], found["sound"]), ("./-", True))
+
+    def test_a_previewed_document_goes_through_a_pipe(self):
+        call = [COMMAND, "preview", "app", "--name", "Album", "--bytes", "-"]
+        preview = subprocess.run(call, input=b"pages=12", capture_output=True)
+        self.assertEqual(preview.returncode, 0, preview.stderr)
+        result = run("decode", "--json", "-", input=preview.stdout)
+        self.assertEqual(json.loads(result.stdout)["contents"], "pages=12")
+
+    def test_paths_from_a_file(self):
+        a, b = self.write("a.ALM"), self.write("b\n.ALM", SOUND[:-1])
+        folder = self.path("f")
+        self.write("f/c.PLM")
+        lines = self.write("lines", f"{a}\n\n{folder}".encode())
+        nuls = self.write("nuls", f"{a}\0{b}\0".encode())
+        found = self.objects("verify", "--json", "--files-from", lines)
+        self.assertEqual([one["path"] for one in found], [a, f"{folder}/c.PLM"])
+        found = self.objects("decode", "--json", "-0", "--files-from", nuls, folder, status=1)
+        self.assertEqual([one["path"] for one in found], [f"{folder}/c.PLM", a, b])
+        result = run("verify", "--json", "--files-from", "-", input=f"{a}\n{a}".encode())
+        self.assertEqual(len(result.stdout.splitlines()), 2)
+        (found,) = self.objects("verify", "--json", "--files-from", self.write("dash", b"-"),
+                                cwd=os.path.dirname(self.write("g/-")))  # fmt: skip
+        self.assertEqual((found["path"], found["sound"]), ("./-", True))
+        for names in (b"", b"\n\n"):
+            result = run("verify", "--files-from", self.write("none", names))
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(b"none: there is no path in it", result.stderr)
+        self.refused("verify", "--files-from", self.path("missing"), message="missing: No such file")
+
+    def test_only_the_paths_of_what_is_not_sound(self):
+        a = self.write("f/a.ALM", SOUND[:-1])
+        b = self.write("f/b\n\x1b.ALM", repaired())
+        self.write("f/c.ALM")
+        folder = self.path("f")
+        self.assertEqual(self.good("verify", "-l", folder, status=1), f"{a}\n{b}\n")
+        self.assertEqual(self.good("verify", "--list", "-0", folder, status=1), f"{a}\0{b}\0")
+        self.assertEqual(self.good("verify", "-lq", self.path("f/c.ALM")), "")
+        self.assertIn("\\n\\x1B.ALM\n", on_terminal("verify", "-l", folder)[1])
+        again = run("verify", "--files-from", "-", "-l0", input=run("verify", "-l0", folder).stdout)
+        self.assertEqual(again.stdout.decode(), f"{a}\0{b}\0")
 
     def test_links_lead_to_documents_but_not_round_in_circles(self):
         document_path = self.write("f/g/a.ALM")
@@ -424,6 +567,12 @@ class VerifyTest(ReceivingTest):
     def test_wrong_usage_says_what_is_wrong(self):
         path = self.write("a.ALM")
         self.refused("verify", message="PATH is required")
+        self.refused("verify", "--list", "--json", path, message="--list: cannot be used with --json")
+        self.refused("verify", "-0", path, message="--null: is for --list and --files-from")
+        self.refused("decode", "-0", path, message="--null: is for --files-from")
+        for twice in (["verify", "-", "-"], ["decode", "-", "--files-from", "-"], ["diff", "-", "-"]):
+            self.refused(*twice, message="standard input can be read only once")
+        self.refused("verify", "--color", "red", path, message="--color")
         self.refused("verify", "--jobs", "0", path, message="--jobs")
         self.refused("verify", "--jobs", "many", path, message="--jobs")
         self.refused("verify", "--nonsense", path, message="--nonsense")
@@ -436,7 +585,7 @@ class VerifyTest(ReceivingTest):
     def test_help_ends_with_examples_within_80_columns(self):
         for call in ("verify", "decode", "diff"):
             output = self.good(call, "--help")
-            self.assertRegex(output, rf"Examples:\n(  wenlolib {call} .*\n)+\n*$")
+            self.assertRegex(output, rf"Examples:\n(  .*wenlolib {call} .*\n)+\n*$")
             self.assertLessEqual(max(map(len, output.splitlines())), 80)
 
     def test_a_full_disk_is_no_success(self):
@@ -473,6 +622,17 @@ class TerminalTest(ReceivingTest):
                 self.assertIn("b.ALM", sent)
             self.assertIn("\x1b[", on_terminal(call, *paths, NO_COLOR="")[1])
 
+    def test_colours_as_asked_for(self):
+        paths = [self.write("a.ALM"), self.write("b.ALM", repaired())]
+        for call in ("verify", "decode", "diff"):
+            for place in ([call, "--color"], ["--color"]):
+                end = [] if place[0] == call else [call]
+                told = run(*place, "always", *end, *paths, environment={"NO_COLOR": "1"})
+                self.assertIn(b"\x1b[", told.stdout)
+                self.assertNotIn("\x1b[", on_terminal(*place, "never", *end, *paths)[1])
+                self.assertIn("\x1b[", on_terminal(*place, "auto", *end, *paths)[1])
+                self.assertNotIn(b"\x1b[", run(*place, "auto", *end, *paths).stdout)
+
     def test_lines_are_broken_for_the_terminal_alone(self):
         path = self.write("a.ALM", SOUND[:-1])
         self.assertEqual(len(self.good("verify", path, status=1).splitlines()), 2)
@@ -482,7 +642,7 @@ class TerminalTest(ReceivingTest):
                 longest = max(
                     (len(line) for line in sent.splitlines() if " " in line.strip()), default=0
                 )
-                room = max(columns, len(path) + 13)  # a path is never broken
+                room = max(columns, len(path) + 13, len(ID) + 13)  # words are never broken
                 self.assertLessEqual(longest, room, sent)
 
     def test_progress_with_count_and_rate(self):
@@ -494,6 +654,68 @@ class TerminalTest(ReceivingTest):
             self.assertRegex(sent, bar)
             self.assertRegex(sent, r"documents, [\d,]+ a second")
             self.assertTrue(sent.endswith("\r\x1b[K"), sent[-100:])  # gone at the end
+
+    def test_progress_stays_in_sight_while_output_goes_elsewhere(self):
+        folder = self.many(20000)
+        bar = r"of 20,000 documents, "
+        sent = on_terminal_into_slow_pipe("decode", "--json", folder, until=bar)[1]
+        lines = sent.split("\r\x1b[K")
+        # The first is what was sent before the first line, the last what follows its removal.
+        self.assertEqual([line for line in lines[1:-1] if " documents, " not in line], [], sent)
+        with open(self.path("output"), "wb") as output:
+            sent = on_terminal("decode", "--json", self.many(60000, name="more"), stdout=output)[1]
+        self.assertIn(" documents, ", sent)
+
+    def interrupted(self, sign, *arguments, seen=b"documents, ", **options):
+        """Sends a signal once this is on the terminal; answers the status and the last line sent."""
+        child, ours = start_on_terminal(*arguments, **options)
+        sent = b""
+        for piece in pieces_sent(ours):
+            sent += piece
+            if seen in sent:
+                child.send_signal(sign)
+                seen = b"never"
+        return child.wait(timeout=120), sent.decode().replace("\r\n", "\n").split("\x1b[K")[-1]
+
+    def test_an_interrupt_says_how_far_it_came(self):
+        folder = self.many(100000, data=document(b"x" * 4000))
+        for sign in (signal.SIGINT, signal.SIGTERM):
+            for options in (["verify"], ["verify", "--jobs", "2"], ["decode", "--json"]):
+                with open(self.path("output"), "wb") as output:
+                    status, last = self.interrupted(sign, *options, folder, stdout=output)
+                self.assertEqual(status, -sign)
+                told = re.fullmatch(rf"wenlolib {options[0]}: interrupted after ([\d,]+) (?:of 100,000 )?"
+                                    r"documents\n", last)  # fmt: skip
+                self.assertTrue(told, last)
+                with open(self.path("output"), "rb") as output:
+                    written = output.read().splitlines()
+                self.assertEqual(len(written), int(told[1].replace(",", "")))
+                self.assertTrue(written[-1].endswith(b".ALM" if options[0] == "verify" else b"}"))
+
+    def test_an_interrupt_ends_what_waits(self):
+        for call in (["verify", "-"], ["verify", "--files-from", "-"], ["decode", self.path("pipe")]):
+            if not os.path.exists(self.path("pipe")):
+                os.mkfifo(self.path("pipe"))
+            child, ours = start_on_terminal(*call)
+            while not handles(child.pid, signal.SIGTERM):
+                time.sleep(0.01)
+            time.sleep(0.1)
+            child.send_signal(signal.SIGTERM)
+            self.assertEqual(child.wait(timeout=20), -signal.SIGTERM)
+            self.assertEqual(shown(pieces_sent(ours)),
+                             f"\r\x1b[Kwenlolib {call[0]}: interrupted after 0 documents\n")
+
+    def test_a_signal_that_is_ignored_stays_ignored(self):
+        path = self.path("pipe")
+        os.mkfifo(path)
+        child = subprocess.Popen(
+            [COMMAND, "verify", path], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+            preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_IGN))  # fmt: skip
+        while not handles(child.pid, signal.SIGTERM):
+            time.sleep(0.01)
+        child.send_signal(signal.SIGINT)
+        self.write("pipe")
+        self.assertIn(b"1 sound", child.communicate(timeout=60)[0])
 
     def test_progress_does_not_stand_between_the_lines(self):
         folder = self.many(20000)
@@ -584,7 +806,7 @@ class DecodeTest(ReceivingTest):
                 fields.update(device_id=PRINTER["DeviceID"], sn=PRINTER["SN"], romver="2.14")
             expected = {"path": path, "bytes": len(data), "sound": True, "fault": "none",
                         "layer": "none", "offset": None, "field": None, "explanation": None,
-                        "redacted": False, "layout": layout.replace("-older", "_older_tag"),
+                        "redacted": False, "trusted": True, "layout": layout.replace("-older", "_older_tag"),
                         "fields": fields, "cipher": "RC4", "contents": "Début\0 \u2028",
                         "contents_bytes": 11}  # fmt: skip
             self.assertEqual(found, expected)
@@ -595,8 +817,14 @@ class DecodeTest(ReceivingTest):
                 path = self.write("a.ALM", data)
                 (found,) = self.objects("decode", "--json", path, status=1)
                 self.assertEqual((found["fault"], found["layer"]), (fault, layer))
-                legible = layer in ("checksum", "contents")
+                legible = fault != "foreign" and name != "nothing"
                 self.assertEqual(found["layout"], "application" if legible else None)
+                trusted = layer == "contents" or fault == "repaired"
+                self.assertIs(found["trusted"], trusted)
+                if legible and name != "cut in a field":
+                    self.assertEqual(found["fields"]["id"], ID)
+                text = self.good("decode", path, status=1)
+                self.assertEqual("  Nothing vouches for these values" in text, legible and not trusted)
                 self.assertIn(f"  Verdict    {word_for(fault)}: ", self.good("decode", path, status=1))
 
     def test_what_an_unsound_document_says_is_shown(self):
@@ -609,7 +837,44 @@ class DecodeTest(ReceivingTest):
         self.assertEqual((found["contents"], found["contents_bytes"]), (None, 2))
         self.assertIn("there is no date, and so no key", self.good("decode", path, status=1))
 
-    def test_a_name_that_is_no_utf8_in_json(self):
+    def test_a_document_with_one_thing_broken_is_read_all_the_same(self):
+        checksum = SOUND[CHECKSUM_AT : CHECKSUM_AT + 32]
+        for data in (b" " + SOUND, SOUND + b"\n", b"\xef\xbb\xbf" + SOUND, SOUND[:-1],
+                     b'<?xml version="1.0"?>\n' + SOUND, SOUND.replace(checksum, checksum.lower()),
+                     edited("</Encrypted>", "A</Encrypted>")):  # fmt: skip
+            path = self.write("a.ALM", data)
+            (found,) = self.objects("decode", "--json", path, status=1)
+            self.assertEqual((found["sound"], found["trusted"]), (False, False))
+            self.assertEqual(found["fields"], {"version": "1.0", "os_version": "M.6.1.55", "date": DATE,
+                                               "locale": "en_US", "id": ID})  # fmt: skip
+            self.assertEqual((found["contents"], found["contents_bytes"]), ("jobs=3\n", 7))
+            text = self.good("decode", path, status=1)
+            self.assertIn("  Nothing vouches for these values: they are only what was found in the file.\n"
+                          "  | jobs=3\n", text)  # fmt: skip
+            result = run("decode", "--contents", path)
+            self.assertEqual((result.returncode, result.stdout), (1, b"jobs=3\n"))
+        (found,) = self.objects("decode", "--json", self.write("a.ALM", SOUND[: PAYLOAD_AT - 1]), status=1)
+        self.assertEqual((found["cipher"], found["contents"], found["contents_bytes"]), (None,) * 3)
+
+    def test_a_declaration_is_the_choice_of_the_serialiser(self):
+        path = self.write("a.ALM", b'<?xml version="1.0" encoding="UTF-8"?>' + SOUND)
+        (found,) = self.objects("decode", "--json", path)
+        self.assertEqual((found["sound"], found["contents"]), (True, "jobs=3\n"))
+
+    def test_redaction_shows_nothing_if_a_hidden_value_was_not_found(self):
+        data = document(ID.encode(), "printer-older", SN="S123456")
+        for lost in (b"<ID>", b"<SN>"):
+            path = self.write("a.PLM", data.replace(lost, b"<XX>"))
+            (found,) = self.objects("decode", "--redact", "--json", path, status=1)
+            self.assertEqual((found["fields"], found["contents"]), (None, None))
+            self.assertEqual(found["explanation"], "")
+            text = self.good("decode", "--redact", path, status=1)
+            self.assertNotIn("Locale", text)
+        path = self.write("a.PLM", data + b"\n")
+        (found,) = self.objects("decode", "--redact", "--json", path, status=1)
+        self.assertEqual((found["fields"]["id"], found["contents"]), (None, "{[redacted]}"))
+
+    def test_a_name_that_is_not_utf8_in_json(self):
         path = os.fsencode(self.folder) + b"/\xff.ALM"
         with open(path, "wb") as file:
             file.write(SOUND)
@@ -649,12 +914,10 @@ class DecodeTest(ReceivingTest):
             for options in ([], ["--json"]):
                 result = run("decode", "--redact", *options, path)
                 output = (result.stdout + result.stderr).decode().lower()
-                if document_ in (data, altered):
+                if document_ in (data, altered, broken, data[:-9]):
                     self.assertIn(bare.lower(), plain)
                     self.assertIn("[redacted]_1.plm", output)
                     self.assertNotIn(PRINTER["SN"].lower(), output)
-                else:
-                    self.assertNotIn("sn>", output)
                 self.assertNotIn(bare.lower(), output)
                 self.assertIn("verdict" if not options else "fault", output)
         (found,) = self.objects("decode", "--redact", "--json", self.write("a.PLM", data))
@@ -672,7 +935,7 @@ class DecodeTest(ReceivingTest):
         self.assertEqual(found["contents"], "pages=12")
         self.assertIn("  SN         (redacted)\n", self.good("decode", "--redact", self.path("a.PLM")))
 
-    def test_memory_does_not_grow_with_the_number_of_documents(self):
+    def test_memory_grows_with_the_number_of_documents_only_by_names(self):
         with open(COMMAND, "rb") as program:
             if b"__asan_init" in program.read():
                 self.skipTest("the address sanitizer keeps what was freed")
@@ -682,7 +945,8 @@ class DecodeTest(ReceivingTest):
             for options in ([], ["--jobs", "4"]):
                 peaks = [self.peak(number, *call, *options, folder)
                          for number, folder in zip(numbers, folders)]  # fmt: skip
-                self.assertLess(abs(peaks[1] - peaks[0]), 1024, (call, options, peaks))
+                grown = (peaks[1] - peaks[0]) * 1024 / (numbers[1] - numbers[0])
+                self.assertLess(grown, 400, (call, options, peaks))
 
     def peak(self, number, *arguments):
         """The most memory, in KiB, that a run over these documents takes. It is looked up while the
@@ -791,9 +1055,19 @@ class DiffTest(ReceivingTest):
             expected = f"Contents: 2 B and {size} B, at least one cannot be decrypted\n"
             self.assertIn(expected, self.differ(unknown, other))
 
+    def test_what_is_not_sound_is_compared_as_far_as_it_can_be_read(self):
+        good, bad = self.write("a.ALM"), self.write("b.ALM", SOUND[:-1])
+        result = run("diff", good, bad)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"\nVerdict\n- sound\n+ truncated\nContents: the same, 7 B\n", result.stdout)
+        self.assertRegex(result.stderr.decode(), f"^wenlolib diff: {bad}: truncated: at byte .*; the rest is "
+                         "missing. Compared as far as it can be read; nothing vouches for its values.\n$")
+        found = json.loads(run("diff", "--json", good, bad).stdout)
+        self.assertEqual((found["a_trusted"], found["b_trusted"]), (True, False))
+
     def test_what_cannot_be_compared_is_trouble(self):
         good = self.write("a.ALM")
-        for bad in (SOUND[:-1], b"", b"<a>"):
+        for bad in (b"", b"<a>", b"<OrvanQXApplication"):
             path = self.write("b.ALM", bad)
             for pair in ((good, path), (path, good), (path, path)):
                 output = self.refused("diff", *pair, message=f"^wenlolib diff: {path}: ")

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Verifies survey documents and prints a line for each file.
+"""Verifies survey documents and prints a line for each file. Of a document that is not sound, prints
+what can be found as well, with nothing to vouch for it.
 
 The exit status is 0 if all are sound, 1 if one is not, 2 for wrong usage or an unreadable file."""
 
@@ -10,7 +11,7 @@ import sys
 sys.dont_write_bytecode = True  # the folder of the tests stays as it is
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-from survey_document import WRAPPERS, Unsound, parse
+from survey_document import WRAPPERS, Foreign, Repaired, Unsound, parse, search, shown
 
 
 def verify(data, layout=None, contents=None):
@@ -31,6 +32,9 @@ def difference(found, expected):
     return f"its contents differ from byte {first} on"
 
 
+WORDS = {Foreign: "foreign", Repaired: "repaired"}
+
+
 def report(path, layout, contents):
     """Prints the line for one file. Answers whether it is sound."""
     with open(path, "rb") as file:
@@ -38,7 +42,10 @@ def report(path, layout, contents):
     try:
         document = verify(data, layout, contents)
     except Unsound as problem:
-        print(f"{path}: not sound: {problem}")
+        print(f"{path}: {WORDS.get(type(problem), 'not sound')}: {problem}")
+        found = None if isinstance(problem, (Foreign, Repaired)) else search(data)
+        for name, (_, value) in (found.values if found else {}).items():
+            print(f"  {name}, not vouched for: {shown(value)}")
         return False
     size = len(document.contents)
     print(f"{path}: {document.layout}, {document.marker}, {size} bytes of contents, sound")

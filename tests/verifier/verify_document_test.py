@@ -12,7 +12,7 @@ sys.dont_write_bytecode = True
 
 import verify_document
 from rc4 import keystream, rc4
-from survey_document import Unsound
+from survey_document import Foreign, Repaired, Unsound, search
 
 WRAPPER = {
     "application": "OrvanQXApplication",
@@ -106,14 +106,17 @@ class SoundDocuments(unittest.TestCase):
 BROKEN = [
     ("nothing at all", b"", "not well-formed"),
     ("cut short", build()[:-1], "not well-formed"),
-    ("another wrapper", wrapped("", "Other"), "not the wrapper"),
+    ("another wrapper", build().replace(b"OrvanQXApplication", b"Other"), "not the wrapper"),
+    ("an empty wrapper of another name", wrapped("", "Other"), "no sign of a survey document"),
     ("the wrapper of another layout", build("printer-older").replace(
         b"OrvanQXPrinter", b"OrvanQX2Application"), "'<Encrypted C=\"' expected"),
     ("older layout without its printer element", wrapped(
         build().split(b'">', 1)[1].rsplit(b"</", 1)[0].decode(), "OrvanQXPrinter"),
      "'<Printer>' expected"),
     ("a second attribute", build().replace(b' SUM="', b' A="" SUM="'), "expected"),
-    ("a declaration", b'<?xml version="1.0"?>' + build(), "not the wrapper"),
+    ("a declaration and a line end", b'<?xml version="1.0"?>\n' + build(), "not the wrapper"),
+    ("another encoding", b'<?xml version="1.0" encoding="latin1"?>' + build(), "not the wrapper"),
+    ("two declarations", b'<?xml version="1.0"?>' * 2 + build(), "not well-formed"),
     ("a byte order mark", b"\xef\xbb\xbf" + build(), "not the wrapper"),
     ("a line end after the document", build() + b"\n", "does not end in"),
     ("a comment after the document", build() + b"<!-- -->", "does not end in"),
@@ -178,6 +181,67 @@ class BrokenDocuments(unittest.TestCase):
             verify_document.verify(build("printer"), layout="application")
 
 
+class SerialisedDocuments(unittest.TestCase):
+    def test_a_declaration_is_sound(self):
+        for start in [b'<?xml version="1.0"?>', b"<?xml version='1.0' encoding='utf-8' ?>"]:
+            self.assertEqual(verify_document.verify(start + build()).contents, b"some contents")
+
+    def test_escaped_markup_is_told_from_other_changes(self):
+        sound = build(edit=replacing("de_DE", "a>b &amp; c"))
+        for value in [b"a&gt;b &amp; c", b"a&gt;b &amp;amp; c"]:
+            with self.assertRaises(Repaired):
+                verify_document.verify(sound.replace(b"a>b &amp; c", value))
+        many = build(edit=replacing("de_DE", "x" + ">" * 40)).replace(b"x" + b">" * 40, b"x" + b"&gt;" * 40)
+        with self.assertRaises(Repaired):
+            verify_document.verify(many)
+        for value in [b"a&gt;c &amp; c", b"a>b & c", b"a&#62;b &amp; c"]:
+            with self.assertRaises(Unsound) as raised:
+                verify_document.verify(sound.replace(b"a>b &amp; c", value))
+            self.assertNotIsInstance(raised.exception, Repaired)
+
+
+class ForeignFiles(unittest.TestCase):
+    def test_files_of_another_kind(self):
+        for data in [b"text", b"<html/>", b"\n<!DOCTYPE html><OrvanQXApplication", b"<a/>", b" \n",
+                     b"\0" * 9, b"\x1f\x8b", build().decode().encode("utf-16"), b"<a"]:
+            with self.subTest(data=data[:20]):
+                with self.assertRaises(Foreign):
+                    verify_document.verify(data)
+
+    def test_beginnings_and_damaged_documents_are_not(self):
+        whole = b'<?xml version="1.0"?>' + build()
+        beginnings = [whole[:length] for length in range(len(whole))]
+        for data in beginnings + [build().replace(b"OrvanQX", b""), b"x" + build(), b""]:
+            with self.assertRaises(Unsound) as raised:
+                verify_document.verify(data)
+            self.assertNotIsInstance(raised.exception, Foreign, data)
+
+
+class FoundValues(unittest.TestCase):
+    def test_all_are_found_around_one_broken_thing(self):
+        data = build("printer-older")
+        checksum = data.split(b'"')[1]
+        for changed in [b" " + data, data + b"\n", b"\xef\xbb\xbf" + data, data[:-1],
+                        data.replace(checksum, checksum.lower()), data.replace(b"<Orv", b"<0rv")]:
+            found = search(changed)
+            self.assertEqual(found.layout, "printer-older")
+            self.assertEqual(len(found.values), 8)
+            for offset, value in found.values.values():
+                self.assertEqual(changed[offset : offset + len(value)], value)
+            self.assertEqual(found.values["DeviceID"][1], b"QX 200")
+            self.assertEqual((found.marker, len(found.digits[1])), (b"R", 26))
+
+    def test_a_cut_value_and_digits_after_a_wrong_one_are_not(self):
+        data = build()
+        self.assertNotIn("Locale", search(data[: data.index(b"_DE")]).values)
+        digits = data.index(b'C="R">') + 6
+        found = search(data[: digits + 5] + b"g" + data[digits + 6 :])
+        self.assertEqual(found.digits, (digits, data[digits : digits + 4]))
+        self.assertEqual(search(data.replace(b'C="R"', b'C="Z"')).marker, b"")
+        self.assertIsNone(search(b"<OrvanQXApplication"))
+        self.assertIsNone(search(b"<OSVersion></OSVersion>"))
+
+
 class Ciphers(unittest.TestCase):
     def test_published_keystreams(self):
         # RFC 6229, the first 16 bytes and those from offset 4096 of the 40- and 128-bit keys.
@@ -226,7 +290,15 @@ class CommandLine(unittest.TestCase):
         status, output = self.run_main(self.broken, self.sound)
         self.assertEqual(status, 1)
         self.assertIn(f"{self.broken}: not sound: not well-formed", output)
+        self.assertIn("  Locale, not vouched for: 'de_DE'\n", output)
         self.assertIn("contents, sound", output)
+
+    def test_the_word_for_other_files(self):
+        foreign = self.file("foreign", b"text")
+        self.assertEqual(self.run_main(foreign),
+                         (1, f"{foreign}: foreign: it shows no sign of a survey document\n"))
+        escaped = build(edit=replacing("de_DE", "a>b")).replace(b"a>b", b"a&gt;b")
+        self.assertIn(": repaired: the checksum is ", self.run_main(self.file("r", escaped))[1])
 
     def test_other_contents(self):
         status, output = self.run_main("--contents-file", self.sound, self.sound)

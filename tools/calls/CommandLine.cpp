@@ -2,10 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
-
-#include "documents/Jobs.h"
 
 namespace wenlolib::tools {
 
@@ -46,9 +45,14 @@ std::string HelpFormatter::make_subcommands(const CLI::App* app, CLI::AppFormatM
   return app->get_parent() == nullptr ? "" : CLI::Formatter::make_subcommands(app, mode);
 }
 
-void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs) {
-  call.add_option("PATH", paths, "Documents and folders of documents")->type_name("")->required();
-  call.add_option("--jobs,-j", jobs, "Work on N documents at a time (default 1)")
+void addDocuments(CLI::App& call, DocumentOptions& options) {
+  call.add_option("PATH", options.paths, "Documents or folders of them; - is standard input")
+      ->type_name("");
+  call.add_option("--files-from", options.pathsFrom,
+                  "Also the paths in FILE, one a line; - as above")
+      ->type_name("FILE");
+  call.add_flag("--null,-0", options.nul, "Paths end in NUL instead of a line break");
+  call.add_option("--jobs,-j", options.jobs, "Work on N documents at a time (default 1)")
       ->type_name("N")
       ->check(numberFrom(1, mostJobs));
 }
@@ -62,6 +66,16 @@ CLI::Validator numberFrom(int least, int most) {
     return fits ? "" : fmt::format("{} is not a number from {} to {}", text, least, most);
   };
   return {complaint, ""};
+}
+
+void checkDocuments(const DocumentOptions& options) {
+  if (options.paths.empty() && options.pathsFrom.empty()) throw CLI::RequiredError("PATH");
+  const auto named = std::ranges::count(options.paths, "-") + (options.pathsFrom == "-" ? 1 : 0);
+  if (named > 1) throw standardInputTwice();
+}
+
+CLI::ValidationError standardInputTwice() {
+  return CLI::ValidationError("-", "standard input can be read only once");
 }
 
 void requireKind(CLI::App& call) {

@@ -5,8 +5,8 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <string>
-#include <vector>
 
+#include "documents/Jobs.h"
 #include "terminal/Output.h"
 
 namespace wenlolib::tools {
@@ -46,8 +46,14 @@ class HelpFormatter : public CLI::Formatter {
   std::string make_subcommands(const CLI::App* app, CLI::AppFormatMode mode) const override;
 };
 
-/// Adds `PATH...` and `--jobs N`, for a subcommand that goes through documents.
-void addDocuments(CLI::App& call, std::vector<std::string>& paths, int& jobs);
+/// Adds `PATH...`, `--files-from FILE`, `-0` and `--jobs N`, for a subcommand that goes through
+/// documents. `options` must outlive the command line.
+void addDocuments(CLI::App& call, DocumentOptions& options);
+
+/// Throws a CLI::ParseError if no document is named, or standard input twice.
+void checkDocuments(const DocumentOptions& options);
+
+[[nodiscard]] CLI::ValidationError standardInputTwice();
 
 /// Requires a number from `least` to `most`.
 [[nodiscard]] CLI::Validator numberFrom(int least, int most);

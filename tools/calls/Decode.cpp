@@ -1,4 +1,5 @@
-// `wenlolib decode`: what documents say.
+#include "calls/Decode.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <utility>
@@ -6,33 +7,27 @@
 #include "calls/CommandLine.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
-#include "documents/Jobs.h"
 
 namespace wenlolib::tools {
 namespace {
 
-struct DecodeOptions {
-  std::vector<std::string> paths;
-  bool json = false;
-  bool contents = false;
-  bool redact = false;
-  int jobs = defaultJobs;
-};
-
 constexpr auto examples =
-    "Searches folders and their sub-folders for *.PLM and *.ALM, in the order of each\n"
-    "folder. Skips unfinished files and links to folders. For a document that is not\n"
-    "sound, shows the verdict and what can be read. PATH is used as given; --root\n"
-    "does not apply to it. Exit status: 0 all are sound, 1 some are not, 2 wrong\n"
-    "usage, 3 something could not be read.\n"
+    "Searches folders and their sub-folders for *.PLM and *.ALM, in the order of the\n"
+    "bytes of their names. Passes over unfinished files and links to folders. For a\n"
+    "document that is not sound, shows the verdict and what can be found. PATH is\n"
+    "used as given; --root does not apply to it. Exit status: 0 all are sound, 1 some\n"
+    "are not or a folder has no documents, 2 wrong usage, 3 something could not be\n"
+    "read.\n"
     "\n"
-    "In JSON, a text that is not UTF-8 is null; NAME_hex holds its bytes.\n"
+    "In JSON, a text that is not UTF-8 is null; NAME_hex holds its bytes. If trusted\n"
+    "is false, nothing vouches for fields and contents.\n"
     "--redact hides the identifier and the serial number in file names, other fields\n"
     "and contents too, unless they have fewer than four characters.\n"
     "\n"
     "Examples:\n"
     "  wenlolib decode QX200_1.PLM\n"
     "  wenlolib decode --contents Quillmere_Log_Album_2611.ALM > usage.txt\n"
+    "  wenlolib preview app --name Album usage.txt --bytes | wenlolib decode -\n"
     "  wenlolib decode --json --redact --jobs 4 incoming/ > records.jsonl";
 
 Answer contentsAlone(const Candidate& candidate, receiver::Report report) {
@@ -41,8 +36,11 @@ Answer contentsAlone(const Candidate& candidate, receiver::Report report) {
   if (!report.verdict.sound()) {
     answer.complaint = verdictText(report.verdict);
   }
-  if (!report.document) return answer;
-  answer.output = receiver::contentsOf(std::move(*report.document)).value_or("");
+  if (report.document) {
+    answer.output = receiver::contentsOf(std::move(*report.document)).value_or("");
+  } else if (report.found) {
+    answer.output = receiver::contentsOf(*report.found).value_or("");
+  }
   return answer;
 }
 
@@ -50,8 +48,9 @@ Answer wholeDocument(const Candidate& candidate, std::string_view bytes,
                      const receiver::Report& report, const DecodeOptions& options,
                      const Style& style) {
   const Redaction redaction = options.redact ? Redaction(report) : Redaction();
+  const receiver::Document* const document = redaction.shown(report);
   const std::optional<std::string> contents =
-      report.document ? receiver::contentsOf(*report.document) : std::nullopt;
+      document == nullptr ? std::nullopt : receiver::contentsOf(*document);
   Answer answer;
   answer.output =
       options.json ? documentJson(candidate.path, bytes.size(), report, contents, redaction)
@@ -70,19 +69,19 @@ Answer decodeDocument(const Candidate& candidate, std::string_view bytes,
   return answer;
 }
 
+}  // namespace
+
 int decode(const DecodeOptions& options, Output& output) {
   const Style style{output.paint(), output.columns()};
-  const int status = goThrough(
-      options.paths, options.jobs,
+  const Passage passage = goThrough(
+      options.documents,
       [&](const Candidate& candidate, std::string_view bytes) {
         return decodeDocument(candidate, bytes, options, style);
       },
       output);
   output.finish();
-  return status;
+  return passage.status;
 }
-
-}  // namespace
 
 void addDecode(CLI::App& app, Session& session) {
   const auto options = std::make_shared<DecodeOptions>();
@@ -91,9 +90,13 @@ void addDecode(CLI::App& app, Session& session) {
   call->add_flag("--redact", options->redact,
                  "Leave out installation identifier and serial number");
   call->add_flag("--contents", options->contents, "Write only the decrypted contents");
-  addDocuments(*call, options->paths, options->jobs);
+  addDocuments(*call, options->documents);
   call->footer(examples);
   call->callback([options, &session] {
+    checkDocuments(options->documents);
+    if (options->documents.nul && options->documents.pathsFrom.empty()) {
+      throw CLI::ValidationError("--null", "is for --files-from");
+    }
     if (options->contents && (options->json || options->redact)) {
       throw CLI::ValidationError("--contents", "cannot be used with --json or --redact");
     }

@@ -9,6 +9,7 @@
 #include "documents/DocumentFiles.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
+#include "documents/Readable.h"
 #include "terminal/Format.h"
 #include "terminal/Output.h"
 #include "terminal/VisibleText.h"
@@ -30,11 +31,14 @@ struct LoadedDocument {
 
 constexpr auto examples =
     "Compares verdict, layout, fields, cipher and contents; contents as text, line by\n"
-    "line. A and B are used as given; --root does not apply to them. Exit status:\n"
-    "0 no differences, 1 differences, 2 wrong usage, 3 a document could not be read.\n"
+    "line. A and B are used as given; --root does not apply to them. One of them may\n"
+    "be -, standard input. A document that is not sound is compared as far as it can\n"
+    "be read. Exit status: 0 no differences, 1 differences, 2 wrong usage, 3 a\n"
+    "document could not be read.\n"
     "\n"
     "Examples:\n"
     "  wenlolib diff QX200_1.PLM QX200_2.PLM\n"
+    "  wenlolib preview app --name Album usage.txt --bytes | wenlolib diff - old.ALM\n"
     "  wenlolib diff --json before.ALM after.ALM";
 
 /// Null after a complaint.
@@ -47,11 +51,14 @@ std::unique_ptr<LoadedDocument> load(const std::string& path, Output& output) {
   }
   loaded->side.report = receiver::examine(reading.bytes);
   const receiver::Report& report = loaded->side.report;
+  const receiver::Document* const document = readable(report);
   if (!report.document) {
-    output.complain(path, verdictText(report.verdict));
-    return nullptr;
+    const std::string verdict = verdictText(report.verdict);
+    const std::string found = "Compared as far as it can be read; nothing vouches for its values.";
+    output.complain(path, document == nullptr ? verdict : verdict + " " + found);
   }
-  loaded->side.contents = receiver::contentsOf(*report.document);
+  if (document == nullptr) return nullptr;
+  loaded->side.contents = receiver::contentsOf(*document);
   return loaded;
 }
 
@@ -63,7 +70,7 @@ std::string valueLine(char sign, Colour colour, const std::optional<std::string>
 }
 
 std::string contentsSize(const Side& side) {
-  return sizeText(side.report.document->digits.size() / 2);
+  return sizeText(readable(side.report)->digits.size() / 2);
 }
 
 std::string contentsText(const Side& a, const Side& b, const Comparison& comparison,
@@ -106,11 +113,12 @@ int diff(const DiffOptions& options, Output& output) {
 void addDiff(CLI::App& app, Session& session) {
   const auto options = std::make_shared<DiffOptions>();
   CLI::App* const call = app.add_subcommand("diff", "Show what differs between two documents");
-  call->add_option("A", options->a, "One document")->type_name("")->required();
+  call->add_option("A", options->a, "One document; - is standard input")->type_name("")->required();
   call->add_option("B", options->b, "The other document")->type_name("")->required();
   call->add_flag("--json", options->json, "One JSON object");
   call->footer(examples);
   call->callback([options, &session] {
+    if (options->a == "-" && options->b == "-") throw standardInputTwice();
     Output output("diff");
     session.exitStatus = diff(*options, output);
   });

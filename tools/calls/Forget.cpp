@@ -67,7 +67,7 @@ void show(const Plan& plan, const RecordTable& table, Output& output) {
     output.write(table.row(reading, record.place));
   });
   output.write(table.footing());
-  for (const PassedOver& other : plan.found.others) {
+  for (const LeftAlone& other : plan.found.others) {
     if (other.unreadable) continue;
     output.write(fmt::format("left: {}: {}\n", visibleLine(plan.found.folder + other.place),
                              visibleLine(other.why)));

@@ -35,7 +35,7 @@ std::string countsText(const OwnRecords& found, const Choice& choice, std::size_
       found.records.empty() ? "No record" : countText(found.records.size(), "record");
   text += choice.everything() ? "." : " of those asked for.";
   std::map<std::string, std::uint64_t> others;
-  for (const PassedOver& other : found.others) ++others[other.why];
+  for (const LeftAlone& other : found.others) ++others[other.why];
   for (const auto& [why, count] : others) {
     text += " Not shown: " + countText(count, "file") + " (" + why + ").";
   }

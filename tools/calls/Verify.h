@@ -2,19 +2,16 @@
 #ifndef WENLOLIB_TOOLS_CALLS_VERIFY_H
 #define WENLOLIB_TOOLS_CALLS_VERIFY_H
 
-#include <string>
-#include <vector>
-
 #include "documents/Jobs.h"
 #include "terminal/Output.h"
 
 namespace wenlolib::tools {
 
 struct VerifyOptions {
-  std::vector<std::string> paths;
+  DocumentOptions documents;
   bool json = false;
   bool quiet = false;
-  int jobs = defaultJobs;
+  bool list = false;  // only the paths of documents that are not sound
 };
 
 /// Writes what verification finds. Returns the exit status.

@@ -43,6 +43,19 @@ std::string rootComplaint(const std::string& path) {
   return std::filesystem::is_directory(path, error) ? "" : path + " is not a folder";
 }
 
+void addColour(CLI::App& app) {
+  app.add_option_function<std::string>(
+         "--color",
+         [](const std::string& when) {
+           useColours(when == "always"  ? ColourUse::always
+                      : when == "never" ? ColourUse::never
+                                        : ColourUse::automatic);
+         },
+         "Use colours: auto (default), always or never")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+}
+
 /// Without the last line break, which the parser prints.
 std::string versionText() {
   std::string text = fmt::format("wenlolib {}\nbuilt in:\n{}", WENLOLIB_VERSION,
@@ -61,6 +74,7 @@ int run(int count, char** arguments) {
       ->type_name("DIR")
       ->check(CLI::Validator(rootComplaint, ""));
   app.add_flag("--exit-zero", session.exitZero, "Exit with 0 where it would be 1");
+  addColour(app);
   app.require_subcommand(0, 1);
   app.fallthrough();  // these options may also follow the subcommand
   app.formatter(std::make_shared<HelpFormatter>());

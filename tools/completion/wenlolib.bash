@@ -19,8 +19,8 @@ _wenlolib_options() {
   local calls='verify decode diff explain preview record list report forget path doctor init'
   case "$call $kind" in
     ' '*) echo "$calls help --version" ;;
-    'verify '*) echo '--json --quiet --jobs' ;;
-    'decode '*) echo '--json --contents --redact --jobs' ;;
+    'verify '*) echo '--json --quiet --list --files-from --null --jobs' ;;
+    'decode '*) echo '--json --contents --redact --files-from --null --jobs' ;;
     'diff '*) echo '--json' ;;
     'list '*) echo "$choice --json --contents" ;;
     'report '*) echo '--redact --force' ;;
@@ -37,7 +37,7 @@ _wenlolib_options() {
     'help '*) echo "$calls" ;;
     *) echo 'app printer' ;;
   esac
-  echo '--root --exit-zero --help'
+  echo '--root --color --exit-zero --help'
 }
 
 _wenlolib() {
@@ -45,7 +45,8 @@ _wenlolib() {
   COMPREPLY=()
   case $previous in
     --root) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
-    --preferences | --support-list | --plugin)
+    --color) mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current"); return ;;
+    --preferences | --support-list | --plugin | --files-from)
       mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
     --kind) mapfile -t COMPREPLY < <(compgen -W 'app printer' -- "$current"); return ;;
     --since | --until | --printer | --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)

@@ -11,6 +11,7 @@ complete -c wenlolib -n $files -F
 complete -c wenlolib -n $contents -F
 
 complete -c wenlolib -l root -xa '(__fish_complete_directories)' -d 'Folder to use as the root'
+complete -c wenlolib -l color -xa 'auto always never' -d 'Use colours'
 complete -c wenlolib -l exit-zero -d 'Exit with 0 where it would be 1'
 complete -c wenlolib -s h -l help -d 'Show help'
 complete -c wenlolib -n $none -s V -l version -d 'Show the version'
@@ -39,6 +40,9 @@ complete -c wenlolib -n '__fish_seen_subcommand_from decode' -l json -d 'One JSO
 complete -c wenlolib -n '__fish_seen_subcommand_from decode' -l contents -d 'Only the decrypted contents'
 complete -c wenlolib -n '__fish_seen_subcommand_from decode' -l redact -d 'Without identifiers'
 complete -c wenlolib -n '__fish_seen_subcommand_from decode' -s j -l jobs -x -d 'Documents at a time'
+complete -c wenlolib -n '__fish_seen_subcommand_from verify' -l list -d 'Only the paths of documents that are not sound'
+complete -c wenlolib -n '__fish_seen_subcommand_from verify decode' -l files-from -r -d 'A file with paths'
+complete -c wenlolib -n '__fish_seen_subcommand_from verify decode' -s 0 -l null -d 'Paths end in NUL'
 complete -c wenlolib -n '__fish_seen_subcommand_from diff' -l json -d 'One JSON object'
 set -l choosing '__fish_seen_subcommand_from list forget'
 complete -c wenlolib -n $choosing -l since -x -d 'From this day on'

@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "documents/DocumentText.h"
+#include "documents/Readable.h"
 #include "terminal/VisibleText.h"
 
 namespace wenlolib::tools {
@@ -205,6 +206,11 @@ std::optional<std::string> valueOf(const Document& document, std::string_view na
   return found->value;
 }
 
+std::optional<std::string> cipherOf(const Document& document) {
+  const auto name = cipherName(document.marker);
+  return name ? std::optional(std::string(*name)) : std::nullopt;
+}
+
 /// The names of the fields of both, in order.
 std::vector<std::string> namesOf(const Document& a, const Document& b) {
   std::vector<std::string> names;
@@ -231,14 +237,14 @@ class Differences {
 /// Contents that nobody can decrypt are the same if their payloads are.
 bool contentsAreSame(const Side& a, const Side& b) {
   if (a.contents || b.contents) return a.contents == b.contents;
-  return a.report.document->digits == b.report.document->digits;
+  return readable(a.report)->digits == readable(b.report)->digits;
 }
 
 }  // namespace
 
 Comparison compare(const Side& a, const Side& b) {
-  const Document& aDocument = *a.report.document;
-  const Document& bDocument = *b.report.document;
+  const Document& aDocument = *readable(a.report);
+  const Document& bDocument = *readable(b.report);
   Differences differences;
   differences.add("Verdict", std::string(wordFor(conditionOf(a.report.verdict))),
                   std::string(wordFor(conditionOf(b.report.verdict))));
@@ -247,9 +253,10 @@ Comparison compare(const Side& a, const Side& b) {
   for (const std::string& name : namesOf(aDocument, bDocument)) {
     differences.add(name, valueOf(aDocument, name), valueOf(bDocument, name));
   }
-  differences.add("Cipher", std::string(cipherName(aDocument.marker)),
-                  std::string(cipherName(bDocument.marker)));
+  differences.add("Cipher", cipherOf(aDocument), cipherOf(bDocument));
   Comparison comparison;
+  comparison.aTrusted = isTrusted(a.report);
+  comparison.bTrusted = isTrusted(b.report);
   comparison.differences = std::move(differences).list();
   comparison.sameContents = contentsAreSame(a, b);
   if (comparison.sameContents || !a.contents || !b.contents) return comparison;

@@ -38,7 +38,7 @@ struct Change {
 [[nodiscard]] std::string unifiedText(const Lines& a, const Lines& b,
                                       const std::vector<Change>& changes, const Paint& paint);
 
-/// A document that is compared. It is well-formed, so there is something to compare.
+/// A document that is compared. Something of it can be read, so there is something to compare.
 struct Side {
   receiver::Report report;
   std::optional<std::string> contents;  // nothing if they cannot be decrypted
@@ -53,6 +53,8 @@ struct Difference {
 
 struct Comparison {
   std::vector<Difference> differences;
+  bool aTrusted = true;  // the checksum vouches for what is compared
+  bool bTrusted = true;
   bool sameContents = true;
   Lines aLines;  // of the contents; views into the sides
   Lines bLines;

@@ -1,16 +1,24 @@
 #include "documents/DocumentFiles.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include "documents/InputFile.h"
+#include "terminal/Format.h"
 
 namespace wenlolib::tools {
 
 bool hasDocumentName(std::string_view name) {
   return name.ends_with(".PLM") || name.ends_with(".ALM");
+}
+
+bool isUnfinished(std::string_view name) {
+  return name.starts_with(".wenlolib-") && name.ends_with(".tmp");
 }
 
 namespace {
@@ -19,19 +27,53 @@ bool isItselfOrParent(std::string_view name) {
   return name == "." || name == "..";
 }
 
-/// Whether an entry is a folder, if the file system did not say so along with its name.
-bool isFolder(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+bool isStandardInput(const Candidate& candidate) {
+  return candidate.named && candidate.path == "-";
 }
 
-/// Unlike `isFolder`, follows links.
+/// The type of an entry, if the file system did not say so along with its name. A link is not
+/// followed.
+unsigned char typeOf(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 ? static_cast<unsigned char>(IFTODT(status.st_mode))
+                                           : static_cast<unsigned char>(DT_UNKNOWN);
+}
+
+/// Follows links.
 bool leadsToFolder(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 }  // namespace
+
+std::string PassedOver::text() const {
+  std::string text;
+  const auto add = [&](std::uint64_t count, std::string_view noun, std::string_view reason) {
+    if (count == 0) return;
+    text += fmt::format("{}{} {}", text.empty() ? "" : ", ", countText(count, noun), reason);
+  };
+  add(otherEnding, "file", "with another ending");
+  add(links, "link", "to a folder");
+  add(unfinished, "file", "that is unfinished");
+  return text;
+}
+
+void Listing::add(std::string_view name, unsigned char type) {
+  entries_.push_back({names_.size(), type});
+  names_ += name;
+  names_ += '\0';
+}
+
+void Listing::sort() {
+  std::ranges::sort(entries_, [this](const Entry& a, const Entry& b) {
+    return std::strcmp(nameOf(a), nameOf(b)) < 0;
+  });
+}
+
+const Listing::Entry* Listing::next() {
+  return position_ < entries_.size() ? &entries_[position_++] : nullptr;
+}
 
 std::optional<Candidate> DocumentWalk::next() {
   for (;;) {
@@ -47,46 +89,80 @@ std::optional<Candidate> DocumentWalk::next() {
 
 std::optional<Candidate> DocumentWalk::nextNamed() {
   std::string path = named_[position_++];
-  if (leadsToFolder(path)) return enter(std::move(path), true);
-  return Candidate{std::move(path), "", true, false};
+  if (path == "-" || !leadsToFolder(path)) return Candidate{std::move(path), ""};
+  found_ = 0;
+  passedBefore_ = passed_;
+  return enter(std::move(path), true);
 }
 
-/// Reads one entry of the innermost open folder; nothing if it led to no document.
+/// Takes one entry of the innermost open folder; nothing if it led to no document.
 std::optional<Candidate> DocumentWalk::nextInFolder() {
-  errno = 0;
-  const dirent* const entry = readdir(open_.back().stream.get());
-  if (entry != nullptr) return consider(*entry);
-  const int failure = errno;
-  const std::string path = open_.back().path;
-  open_.pop_back();
-  if (failure == 0) return std::nullopt;
-  return Candidate{path, systemMessage(failure), true, false};
+  Folder& folder = open_.back();
+  const Listing::Entry* const entry = folder.listing.next();
+  if (entry == nullptr) return leave();
+  std::string path = folder.path + folder.listing.nameOf(*entry);
+  if (entry->type == DT_DIR) return enter(std::move(path), false);
+  ++found_;
+  return Candidate{std::move(path), "", false, entry->type == DT_REG};
 }
 
-std::optional<Candidate> DocumentWalk::consider(const dirent& entry) {
-  const std::string_view name = entry.d_name;
-  if (isItselfOrParent(name)) return std::nullopt;
-  std::string path = open_.back().path;
-  path += name;
-  const bool folder = entry.d_type == DT_UNKNOWN ? isFolder(path) : entry.d_type == DT_DIR;
-  if (folder) return enter(std::move(path), false);
-  if (!hasDocumentName(name)) return std::nullopt;
-  const bool mayBeLink = entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
-  if (mayBeLink && leadsToFolder(path)) return std::nullopt;
-  return Candidate{std::move(path), "", false, entry.d_type == DT_REG};
-}
-
-/// Opens a folder, so that reading goes on in it.
+/// Lists a folder, so that the walk goes on in it.
 std::optional<Candidate> DocumentWalk::enter(std::string path, bool named) {
-  std::unique_ptr<DIR, CloseFolder> stream(opendir(path.c_str()));
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(path.c_str()), closedir);
   if (!stream) {
     const int failure = errno;
     if (failure == ENOENT && !named) return std::nullopt;
-    return Candidate{std::move(path), systemMessage(failure), named, false};
+    ++found_;
+    return Candidate{std::move(path), systemMessage(failure), named};
   }
   if (!path.ends_with('/')) path += '/';
-  open_.push_back({std::move(path), std::move(stream)});
+  open_.push_back({std::move(path), {}, 0});
+  list(stream.get(), open_.back());
   return std::nullopt;
+}
+
+void DocumentWalk::list(DIR* stream, Folder& folder) {
+  errno = 0;
+  while (const dirent* const entry = readdir(stream)) {
+    consider(*entry, folder);
+    errno = 0;
+  }
+  folder.failure = errno;
+  folder.listing.sort();
+}
+
+void DocumentWalk::consider(const dirent& entry, Folder& folder) {
+  const std::string_view name = entry.d_name;
+  if (isItselfOrParent(name)) return;
+  unsigned char type = entry.d_type;
+  if (type == DT_UNKNOWN) type = typeOf(folder.path + entry.d_name);
+  if (type == DT_LNK && leadsToFolder(folder.path + entry.d_name)) {
+    ++passed_.links;
+  } else if (type == DT_DIR || hasDocumentName(name)) {
+    folder.listing.add(name, type);
+  } else {
+    ++(isUnfinished(name) ? passed_.unfinished : passed_.otherEnding);
+  }
+}
+
+/// Goes back to the folder around this one. Tells of entries that could not be listed, and of an
+/// outermost folder in which there was nothing.
+std::optional<Candidate> DocumentWalk::leave() {
+  const std::string path = open_.back().path;
+  const int failure = open_.back().failure;
+  open_.pop_back();
+  if (failure != 0) {
+    ++found_;
+    return Candidate{path, systemMessage(failure)};
+  }
+  if (!open_.empty() || found_ > 0) return std::nullopt;
+  const PassedOver passed = passed_ - passedBefore_;
+  const std::string others = passed.text();
+  Candidate empty{named_[position_ - 1],
+                  "no documents: there is no *.PLM and no *.ALM in this folder" +
+                      (others.empty() ? "" : "; passed over: " + others)};
+  empty.nothing = true;
+  return empty;
 }
 
 DocumentCount::DocumentCount(std::vector<std::string> paths)
@@ -104,7 +180,11 @@ std::optional<std::uint64_t> DocumentCount::total() const {
 void DocumentCount::count(std::vector<std::string> paths) {
   DocumentWalk walk(std::move(paths));
   std::uint64_t documents = 0;
-  while (!stopped_ && walk.next()) ++documents;
+  while (!stopped_) {
+    const std::optional<Candidate> candidate = walk.next();
+    if (!candidate) break;
+    if (!candidate->nothing) ++documents;
+  }
   if (stopped_) return;
   documents_ = documents;
   done_ = true;
@@ -155,21 +235,34 @@ void makeRoom(std::string& buffer, std::size_t room) {
   if (buffer.size() < room) buffer.resize(room);
 }
 
-DocumentReading readAll(const InputFile& file, std::size_t expected, std::string& buffer) {
-  makeRoom(buffer, expected + 1);
+/// `expected` is 0 if the size is not known; `room` is for more than that.
+DocumentReading readAll(const InputFile& file, std::size_t expected, std::size_t room,
+                        std::string& buffer) {
+  makeRoom(buffer, room);
   const auto [length, error] = file.readAll(expected, largestDocument, buffer);
   if (error == EFBIG) return tooLarge();
   if (error != 0) return failure(error);
   return {{buffer.data(), length}, "", false};
 }
 
+/// Reads what comes from somebody who writes it now.
+DocumentReading readStream(const InputFile& stream, std::string& buffer) {
+  if (stream.number() < 0) return failure(errno);
+  constexpr std::size_t piece = std::size_t{64} << 10;
+  return readAll(stream, 0, piece, buffer);
+}
+
 }  // namespace
 
 DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
+  if (isStandardInput(candidate)) return readStream(InputFile::standardInput(), buffer);
   struct stat status {};
   // Just opening a device can do something to it, so the type is looked up first.
   if (!candidate.regular) {
     if (stat(candidate.path.c_str(), &status) != 0) return openFailure(candidate, errno);
+    if (S_ISFIFO(status.st_mode) && candidate.named) {
+      return readStream(InputFile(candidate.path), buffer);
+    }
     if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   }
   const InputFile file(candidate.path, O_NONBLOCK);
@@ -178,7 +271,7 @@ DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
   if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   const auto size = static_cast<std::size_t>(status.st_size);
   if (size > largestDocument) return tooLarge();
-  return readAll(file, size, buffer);
+  return readAll(file, size, size + 1, buffer);
 }
 
 }  // namespace wenlolib::tools

@@ -22,15 +22,53 @@ namespace wenlolib::tools {
 
 /// A file to examine, or why it cannot be examined.
 struct Candidate {
-  std::string path;
+  std::string path;       // "-", if named, is standard input
   std::string complaint;  // why it cannot be examined; else ""
   bool named = true;      // on the command line; else it was found in a folder
   bool regular = false;   // its folder says that it is a regular file
+  bool nothing = false;   // it is a folder without documents, as the complaint says
+};
+
+/// Files in folders that are not examined, by reason.
+struct PassedOver {
+  std::uint64_t otherEnding = 0;
+  std::uint64_t links = 0;  // to folders
+  std::uint64_t unfinished = 0;
+
+  /// "2 files with another ending, 1 link to a folder"; "" if there is none.
+  [[nodiscard]] std::string text() const;
+
+  friend PassedOver operator-(const PassedOver& a, const PassedOver& b) {
+    return {a.otherEnding - b.otherEnding, a.links - b.links, a.unfinished - b.unfinished};
+  }
+};
+
+/// The entries of a folder that matter, in the order of their names' bytes. They take little more
+/// than their names.
+class Listing {
+ public:
+  struct Entry {
+    std::size_t name = 0;  // its place in `names_`
+    unsigned char type = 0;
+  };
+
+  void add(std::string_view name, unsigned char type);
+  void sort();
+
+  /// The next one; null at the end.
+  [[nodiscard]] const Entry* next();
+  [[nodiscard]] const char* nameOf(const Entry& entry) const { return names_.data() + entry.name; }
+
+ private:
+  std::string names_;  // each ends in NUL
+  std::vector<Entry> entries_;
+  std::size_t position_ = 0;
 };
 
 /// Goes through files and folders in the order given, and through each folder and its sub-folders
-/// in the order in which they list their entries, without keeping a list. In folders only *.PLM and
-/// *.ALM count; unfinished files are skipped, and links to folders are not followed.
+/// in the order of the names' bytes, which is the same on every machine. In folders only *.PLM and
+/// *.ALM count; unfinished files are passed over, and links to folders are not followed. Keeps the
+/// names of the folders that are open.
 class DocumentWalk {
  public:
   explicit DocumentWalk(std::vector<std::string> paths) : named_(std::move(paths)) {}
@@ -38,23 +76,29 @@ class DocumentWalk {
   /// The next one; nothing at the end.
   [[nodiscard]] std::optional<Candidate> next();
 
+  /// What was passed over until now.
+  [[nodiscard]] const PassedOver& passedOver() const { return passed_; }
+
  private:
-  struct CloseFolder {
-    void operator()(DIR* stream) const { closedir(stream); }
-  };
   struct Folder {
     std::string path;  // ends in "/"
-    std::unique_ptr<DIR, CloseFolder> stream;
+    Listing listing;
+    int failure = 0;  // an error number: there may be more entries
   };
 
   [[nodiscard]] std::optional<Candidate> nextNamed();
   [[nodiscard]] std::optional<Candidate> nextInFolder();
-  [[nodiscard]] std::optional<Candidate> consider(const dirent& entry);
   [[nodiscard]] std::optional<Candidate> enter(std::string path, bool named);
+  [[nodiscard]] std::optional<Candidate> leave();
+  void list(DIR* stream, Folder& folder);
+  void consider(const dirent& entry, Folder& folder);
 
   std::vector<std::string> named_;
   std::size_t position_ = 0;
   std::vector<Folder> open_;  // from the outermost one to the one that is being read
+  std::uint64_t found_ = 0;   // below the outermost one
+  PassedOver passed_;
+  PassedOver passedBefore_;  // when the outermost one was entered
 };
 
 /// A document that was read.
@@ -67,8 +111,9 @@ struct DocumentReading {
 /// The largest file that is read. Documents have a little more than 4 GiB at most.
 inline constexpr std::size_t largestDocument = std::size_t{8} << 30;
 
-/// Reads a whole regular file into a buffer that can be used again for the next one. Follows links,
-/// does not wait for pipes.
+/// Reads a whole file into a buffer that can be used again for the next one. Follows links. Waits
+/// for standard input and for a pipe that is named; one in a folder is refused, like everything
+/// else that is not a regular file.
 [[nodiscard]] DocumentReading readDocument(const Candidate& candidate, std::string& buffer);
 
 /// Walks through files and folders on a thread of its own, ahead of the walk that reads, and

@@ -7,6 +7,7 @@
 #include "base/Utf8.h"
 #include "documents/DocumentText.h"
 #include "documents/JsonText.h"
+#include "documents/Readable.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -108,14 +109,17 @@ std::string documentJson(std::string_view path, std::size_t bytes, const receive
                          const std::optional<std::string>& contents, const Redaction& redaction) {
   Json object = verdictObject(redaction(path), bytes, redaction(report.verdict));
   object["redacted"] = redaction.on();
+  object["trusted"] = isTrusted(report);
   for (const char* name : {"layout", "fields", "cipher", "contents", "contents_bytes"}) {
     object[name] = nullptr;
   }
-  if (report.document) {
-    object["layout"] = code(report.document->layout);
-    object["fields"] = fieldsObject(*report.document, redaction);
-    object["cipher"] = cipherName(report.document->marker);
-    object["contents_bytes"] = report.document->digits.size() / 2;
+  if (const receiver::Document* const document = redaction.shown(report)) {
+    object["layout"] = code(document->layout);
+    object["fields"] = fieldsObject(*document, redaction);
+    if (const auto cipher = cipherName(document->marker)) {
+      object["cipher"] = *cipher;
+      object["contents_bytes"] = document->digits.size() / 2;
+    }
   }
   if (contents) put(object, "contents", std::string_view(redaction(*contents)));
   return line(object);
@@ -126,6 +130,8 @@ std::string comparisonJson(std::string_view a, std::string_view b, const Compari
   put(object, "a", a);
   put(object, "b", b);
   object["same"] = comparison.same();
+  object["a_trusted"] = comparison.aTrusted;
+  object["b_trusted"] = comparison.bTrusted;
   object["differences"] = Json::array();
   for (const Difference& difference : comparison.differences) {
     Json entry;

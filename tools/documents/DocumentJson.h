@@ -19,13 +19,14 @@ namespace wenlolib::tools {
 [[nodiscard]] std::string verdictJson(std::string_view path, std::size_t bytes,
                                       const receiver::Verdict& verdict);
 
-/// The same, and redacted, layout, fields, cipher, contents and contents_bytes; null where unknown.
+/// The same, and redacted, trusted, layout, fields, cipher, contents and contents_bytes; null where
+/// unknown.
 [[nodiscard]] std::string documentJson(std::string_view path, std::size_t bytes,
                                        const receiver::Report& report,
                                        const std::optional<std::string>& contents,
                                        const Redaction& redaction);
 
-/// a, b, same, differences, contents.
+/// a, b, same, a_trusted, b_trusted, differences, contents.
 [[nodiscard]] std::string comparisonJson(std::string_view a, std::string_view b,
                                          const Comparison& comparison);
 

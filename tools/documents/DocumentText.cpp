@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/EnumTable.h"
+#include "documents/Readable.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 
@@ -26,15 +27,15 @@ constexpr EnumTable<Layout, Names> layouts({
     {Layout::printerOlderTag, {"printer_older_tag", "printer log, older tag type"}},
 });
 
-constexpr EnumTable<Layer, Names> layers({
-    {Layer::none, {"none", ""}},
-    {Layer::xml, {"xml", "not XML"}},
-    {Layer::whiteSpace, {"white_space", "white space"}},
-    {Layer::layout, {"layout", "wrong layout"}},
-    {Layer::cipherMarker, {"cipher_marker", "wrong cipher marker"}},
-    {Layer::hexadecimal, {"hexadecimal", "bad hexadecimal"}},
-    {Layer::checksum, {"checksum", "wrong checksum"}},
-    {Layer::contents, {"contents", "undecodable contents"}},
+constexpr EnumTable<Layer, std::string_view> layers({
+    {Layer::none, "none"},
+    {Layer::xml, "xml"},
+    {Layer::whiteSpace, "white_space"},
+    {Layer::layout, "layout"},
+    {Layer::cipherMarker, "cipher_marker"},
+    {Layer::hexadecimal, "hexadecimal"},
+    {Layer::checksum, "checksum"},
+    {Layer::contents, "contents"},
 });
 
 struct FaultNames {
@@ -48,6 +49,7 @@ constexpr EnumTable<Fault, FaultNames> faults({
     {Fault::damaged, {"damaged", Condition::damaged}},
     {Fault::altered, {"altered", Condition::altered}},
     {Fault::repaired, {"repaired", Condition::repaired}},
+    {Fault::foreign, {"foreign", Condition::foreign}},
 });
 
 constexpr std::size_t wordColumns = 11;  // the longest word and two blanks
@@ -64,6 +66,7 @@ constexpr EnumTable<Condition, ConditionNames> conditions({
     {Condition::altered, {"altered", Colour::bad}},
     {Condition::repaired, {"repaired", Colour::doubtful}},
     {Condition::illegible, {"illegible", Colour::doubtful}},
+    {Condition::foreign, {"foreign", Colour::bad}},
 });
 
 }  // namespace
@@ -73,7 +76,7 @@ std::string_view code(Layout layout) {
 }
 
 std::string_view code(Layer layer) {
-  return layers[layer].code;
+  return layers[layer];
 }
 
 std::string_view code(Fault fault) {
@@ -98,8 +101,11 @@ std::string_view description(Layout layout) {
 }
 
 std::string description(const receiver::Verdict& verdict) {
-  std::string text =
-      fmt::format("{} at byte {}", layers[verdict.layer].phrase, groupDigits(verdict.offset));
+  // Of an empty file and one of another kind, no byte is more wrong than another.
+  const bool whole =
+      verdict.fault == Fault::foreign || (verdict.fault == Fault::truncated && verdict.offset == 0);
+  if (whole && !verdict.explanation.empty()) return verdict.explanation;
+  std::string text = fmt::format("at byte {}", groupDigits(verdict.offset));
   if (!verdict.field.empty()) text += ", " + verdict.field;
   if (!verdict.explanation.empty()) text += ": " + verdict.explanation;
   return text;
@@ -109,7 +115,8 @@ std::string verdictText(const receiver::Verdict& verdict) {
   return fmt::format("{}: {}", wordFor(conditionOf(verdict)), description(verdict));
 }
 
-std::string_view cipherName(char marker) {
+std::optional<std::string_view> cipherName(char marker) {
+  if (marker == '\0') return std::nullopt;
   return marker == 'X' ? "XOR" : "RC4";
 }
 
@@ -166,14 +173,15 @@ std::string headerText(std::size_t bytes, const receiver::Report& report,
   Table table;
   table.add({inNameColumn("Verdict"), paintedVerdict(redaction(report.verdict), style.paint)});
   table.add({"Size", sizeText(bytes)});
-  if (report.document) {
-    const receiver::Document& document = *report.document;
-    table.add({"Kind", std::string(description(document.layout))});
-    for (const receiver::Field& field : document.fields) {
+  if (const receiver::Document* const document = redaction.shown(report)) {
+    table.add({"Kind", std::string(description(document->layout))});
+    for (const receiver::Field& field : document->fields) {
       table.add({field.name, valueText(field, redaction, style.paint)});
     }
-    table.add({"Cipher", std::string(cipherName(document.marker))});
-    table.add({"Contents", sizeText(document.digits.size() / 2)});
+    if (const auto cipher = cipherName(document->marker)) {
+      table.add({"Cipher", std::string(*cipher)});
+      table.add({"Contents", sizeText(document->digits.size() / 2)});
+    }
   }
   return table.text(2, style.columns);
 }
@@ -192,6 +200,14 @@ void appendContents(std::string& out, std::string_view contents, const Paint& pa
   }
 }
 
+std::string warning(const Style& style) {
+  const std::string text =
+      style.paint(Colour::doubtful,
+                  "Nothing vouches for these values: they are only what was found in the file.");
+  const std::string line = "  " + text;
+  return (style.columns > 0 ? wrap(line, style.columns, 2) : line) + "\n";
+}
+
 }  // namespace
 
 std::string documentText(std::string_view path, std::size_t bytes, const receiver::Report& report,
@@ -199,10 +215,12 @@ std::string documentText(std::string_view path, std::size_t bytes, const receive
                          const Style& style) {
   std::string out = style.paint(Colour::heading, visibleLine(redaction(path))) + "\n";
   out += headerText(bytes, report, redaction, style);
+  const receiver::Document* const document = redaction.shown(report);
+  if (document != nullptr && !isTrusted(report)) out += warning(style);
   if (contents) {
     appendContents(out, redaction(*contents), style.paint);
-  } else if (report.document) {
-    const bool dated = !report.document->value("Date").empty();
+  } else if (document != nullptr && document->marker != '\0') {
+    const bool dated = !document->value("Date").empty();
     out += dated ? "  The contents cannot be decrypted here.\n"
                  : "  The contents cannot be decrypted: there is no date, and so no key.\n";
   }

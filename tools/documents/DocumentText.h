@@ -27,6 +27,7 @@ enum class Condition : std::uint8_t {
   altered,
   repaired,
   illegible,  // whole, but its contents cannot be decrypted
+  foreign,
 };
 
 [[nodiscard]] Condition conditionOf(const receiver::Verdict& verdict);
@@ -39,15 +40,15 @@ enum class Condition : std::uint8_t {
 /// "application usage", "printer log, older tag type".
 [[nodiscard]] std::string_view description(receiver::Layout layout);
 
-/// What broke and where, such as "bad hexadecimal at byte 120, Encrypted: ..."; for a verdict that
+/// Where it broke and what, such as "at byte 120, Encrypted: The payload ..."; for a verdict that
 /// is not sound.
 [[nodiscard]] std::string description(const receiver::Verdict& verdict);
 
-/// Word and description, such as "damaged: not XML at byte 0"; for a verdict that is not sound.
+/// Word and description, such as "damaged: at byte 0: ..."; for a verdict that is not sound.
 [[nodiscard]] std::string verdictText(const receiver::Verdict& verdict);
 
-/// "RC4" or "XOR".
-[[nodiscard]] std::string_view cipherName(char marker);
+/// "RC4" or "XOR"; nothing if no payload was found.
+[[nodiscard]] std::optional<std::string_view> cipherName(char marker);
 
 /// How documents are shown. `columns` is 0 if lines are not to be broken.
 struct Style {
@@ -60,7 +61,7 @@ struct Style {
                                       const Style& style);
 
 /// The path, the verdict, every field that could be read, and all of the contents, with "|" before
-/// each line.
+/// each line. Says so if nothing vouches for them.
 [[nodiscard]] std::string documentText(std::string_view path, std::size_t bytes,
                                        const receiver::Report& report,
                                        const std::optional<std::string>& contents,

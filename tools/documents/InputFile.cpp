@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "terminal/Interrupt.h"
+
 namespace wenlolib::tools {
 
 std::string systemMessage(int error) {
@@ -28,7 +30,7 @@ InputFile::Reading InputFile::readAll(std::size_t expected, std::size_t most,
   std::size_t length = 0;
   for (;;) {
     const ssize_t count = read(number_, buffer.data() + length, buffer.size() - length);
-    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 && errno == EINTR && !interrupted()) continue;
     if (count < 0) return {length, errno};
     length += static_cast<std::size_t>(count);
     if (length > most) return {length, EFBIG};

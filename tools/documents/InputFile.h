@@ -28,9 +28,9 @@ class InputFile {
     int error = 0;           // EFBIG for more than `most` bytes
   };
 
-  /// Reads to the end, whatever signals arrive. The buffer, which must be larger than `expected`,
-  /// grows as needed and never shrinks. If the file has `expected` bytes, not 0, its end is known
-  /// without another call.
+  /// Reads to the end, whatever signals arrive, unless one asks the command to end. The buffer,
+  /// which must be larger than `expected`, grows as needed and never shrinks. If the file has
+  /// `expected` bytes, not 0, its end is known without another call.
   [[nodiscard]] Reading readAll(std::size_t expected, std::size_t most, std::string& buffer) const;
 
  private:

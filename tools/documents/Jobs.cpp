@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "documents/PathList.h"
+
 namespace wenlolib::tools {
 namespace {
 
@@ -133,7 +135,7 @@ Answer complaintOf(const Candidate& candidate, std::string complaint) {
   Answer answer;
   answer.complaint = std::move(complaint);
   answer.path = candidate.path;
-  answer.status = unreadable;
+  answer.status = candidate.nothing ? notGood : unreadable;
   return answer;
 }
 
@@ -166,29 +168,43 @@ Progress::Total countAhead(std::vector<std::string> paths) {
 
 }  // namespace
 
-int goThrough(std::vector<std::string> paths, int jobs, const Examiner& examine, Output& output,
-              const Listener& hear) {
+Passage goThrough(const DocumentOptions& options, const Examiner& examine, Output& output,
+                  const Listener& hear) {
+  std::vector<std::string> paths = options.paths;
+  const std::string& list = options.pathsFrom;
+  output.endOnInterrupt();
+  if (!list.empty()) {
+    const std::string complaint = appendPaths(list, options.nul ? '\0' : '\n', paths);
+    output.endIfInterrupted();
+    if (!complaint.empty()) output.complain(list, complaint);
+    if (!complaint.empty()) return {unreadable, {}};
+    if (paths.empty()) output.complain(list, "there is no path in it");
+    if (paths.empty()) return {notGood, {}};
+  }
   output.expect(countAhead(paths));
   DocumentWalk walk(std::move(paths));
-  int status = allGood;
+  Passage passage;
   const auto take = [&](const Answer& answer) {
+    output.endIfInterrupted();
     if (answer.skipped) return;
     output.write(answer.output);
     if (!answer.complaint.empty()) output.complain(answer.path, answer.complaint);
-    status = std::max(status, answer.status);
+    passage.status = std::max(passage.status, answer.status);
     if (hear) hear(answer);
     output.advance();
   };
   const auto work = [&](const Candidate& candidate, std::string& buffer) {
     return readAndExamine(candidate, examine, buffer);
   };
-  if (jobs > 1) {
-    DocumentJobs(jobs, work).run([&] { return walk.next(); }, take);
+  if (options.jobs > 1) {
+    DocumentJobs(options.jobs, work).run([&] { return walk.next(); }, take);
   } else {
     std::string buffer;
     while (const auto candidate = walk.next()) take(work(*candidate, buffer));
   }
-  return status;
+  output.endIfInterrupted();
+  passage.passedOver = walk.passedOver();
+  return passage;
 }
 
 }  // namespace wenlolib::tools

@@ -21,12 +21,12 @@ namespace wenlolib::tools {
 
 /// The result for one document.
 struct Answer {
-  std::string output;     // for standard output
-  std::string complaint;  // for standard error, after the path; or ""
-  std::string path;       // as complaints name it
-  int status = allGood;   // an `Exit`
-  bool skipped = false;   // it is not there any more and does not count
-  Condition condition = Condition::sound;
+  std::string output;                  // for standard output
+  std::string complaint;               // for standard error, after the path; or ""
+  std::string path;                    // as complaints name it
+  int status = allGood;                // an `Exit`
+  bool skipped = false;                // it is not there any more and does not count
+  std::optional<Condition> condition;  // of a document that was read
 };
 
 /// Examines the bytes of one document. Several threads call it at once.
@@ -39,11 +39,26 @@ using Listener = std::function<void(const Answer&)>;
 inline constexpr int defaultJobs = 1;
 inline constexpr int mostJobs = 256;
 
-/// Walks through `paths`, reads and examines on `jobs` threads (1: the caller's own) and writes the
-/// answers in the order of the walk, whatever `jobs` is. Memory does not grow with their number.
-/// Returns the exit status.
-int goThrough(std::vector<std::string> paths, int jobs, const Examiner& examine, Output& output,
-              const Listener& hear = nullptr);
+/// Which documents, and how many at a time.
+struct DocumentOptions {
+  std::vector<std::string> paths;
+  std::string pathsFrom;  // a file with more paths, "-" for standard input; or ""
+  bool nul = false;       // these paths end in NUL, not in a line break
+  int jobs = defaultJobs;
+};
+
+/// The end of a run.
+struct Passage {
+  int status = allGood;  // an `Exit`
+  PassedOver passedOver;
+};
+
+/// Walks through the paths, reads and examines on `jobs` threads (1: the caller's own) and writes
+/// the answers in the order of the walk, whatever `jobs` is. Memory grows with the number of
+/// documents only by names. A folder without documents is complained of. An interrupt ends the
+/// process after the answer that is being written.
+Passage goThrough(const DocumentOptions& options, const Examiner& examine, Output& output,
+                  const Listener& hear = nullptr);
 
 /// Threads that work on documents ahead of the one that is answered next.
 class DocumentJobs {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <functional>
 
+#include "documents/Readable.h"
+
 namespace wenlolib::tools {
 namespace {
 
@@ -39,10 +41,26 @@ void replaceAll(std::string& text, std::string_view secret) {
 
 }  // namespace
 
-Redaction::Redaction(const receiver::Report& report) : on_(true), known_(report.document) {
+namespace {
+
+bool hasField(const receiver::Document& document, std::string_view name) {
+  return std::ranges::find(document.fields, name, &receiver::Field::name) != document.fields.end();
+}
+
+/// Whether each value to be hidden was found.
+bool isKnown(const receiver::Document& document) {
+  const bool older = document.layout == receiver::Layout::printerOlderTag;
+  return hasField(document, "ID") && (!older || hasField(document, "SN"));
+}
+
+}  // namespace
+
+Redaction::Redaction(const receiver::Report& report) : on_(true) {
+  const receiver::Document* const document = readable(report);
+  known_ = document != nullptr && isKnown(*document);
   if (!known_) return;
   for (const std::string_view name : hiddenFields) {
-    const std::string_view secret = withoutBraces(report.document->value(name));
+    const std::string_view secret = withoutBraces(document->value(name));
     if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);
   }
   sortSecrets();
@@ -62,6 +80,10 @@ void Redaction::sortSecrets() {
   secrets_.erase(repeated.begin(), repeated.end());
 }
 
+const receiver::Document* Redaction::shown(const receiver::Report& report) const {
+  return on_ && !known_ ? nullptr : readable(report);
+}
+
 bool Redaction::hides(std::string_view field) const {
   return on_ && std::ranges::find(hiddenFields, field) != std::ranges::end(hiddenFields);
 }
@@ -78,6 +100,7 @@ receiver::Verdict Redaction::operator()(receiver::Verdict verdict) const {
     verdict.field.clear();
   }
   verdict.explanation = (*this)(verdict.explanation);
+  verdict.field = (*this)(verdict.field);
   return verdict;
 }
 

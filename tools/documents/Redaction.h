@@ -25,6 +25,10 @@ class Redaction {
 
   [[nodiscard]] bool on() const { return on_; }
 
+  /// What may be shown: the document, or what was found of it. Null if there is neither, or if a
+  /// value that must be hidden was not found and could stand anywhere.
+  [[nodiscard]] const receiver::Document* shown(const receiver::Report& report) const;
+
   /// Whether a field is left out altogether.
   [[nodiscard]] bool hides(std::string_view field) const;
 
@@ -32,15 +36,15 @@ class Redaction {
   /// identifies nobody and would hide half of every text, so it is hidden only in its own field.
   [[nodiscard]] std::string operator()(std::string_view text) const;
 
-  /// A verdict whose text gives neither value away. If the document is not well-formed, its values
-  /// are not known and the text may repeat them: it is left out.
+  /// A verdict whose text gives neither value away. If the values are not known, the text may
+  /// repeat them: it is left out.
   [[nodiscard]] receiver::Verdict operator()(receiver::Verdict verdict) const;
 
  private:
   void sortSecrets();
 
   bool on_ = false;
-  bool known_ = false;                // the document was read, and so its values are known
+  bool known_ = false;                // what is to be hidden was read
   std::vector<std::string> secrets_;  // longer ones first
 };
 

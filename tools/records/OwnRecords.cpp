@@ -149,7 +149,7 @@ OwnRecords findRecords(const ToolPlatform& platform, const Choice& choice, Outpu
     search.through(folder.substr(found.folder.size()));
   }
   std::ranges::sort(found.records, isBefore);
-  std::ranges::sort(found.others, {}, &PassedOver::place);
+  std::ranges::sort(found.others, {}, &LeftAlone::place);
   return found;
 }
 
@@ -168,7 +168,7 @@ int complainOfUnreadable(const OwnRecords& found, Output& output) {
     output.complain("HOME", "the home folder is not known; set HOME to an absolute path");
     status = unreadable;
   }
-  for (const PassedOver& other : found.others) {
+  for (const LeftAlone& other : found.others) {
     if (!other.unreadable) continue;
     output.complain(found.folder + other.place, other.why);
     status = unreadable;

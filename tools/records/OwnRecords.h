@@ -35,7 +35,7 @@ struct OwnRecord {
 };
 
 /// Something else in the folders.
-struct PassedOver {
+struct LeftAlone {
   std::string place;
   std::string why;
   bool unreadable = false;  // it may hold records
@@ -44,7 +44,7 @@ struct PassedOver {
 struct OwnRecords {
   std::string folder;              // the support folder, with "/" at the end; "" if not known
   std::vector<OwnRecord> records;  // newest first; those of one date by the bytes of their places
-  std::vector<PassedOver> others;  // by the bytes of their places
+  std::vector<LeftAlone> others;  // by the bytes of their places
 };
 
 /// Real paths of the folders that the library writes printer logs and application usage to, on the

@@ -30,8 +30,11 @@ constexpr EnumTable<Colour, std::string_view> sequences({
     {Colour::faint, "\x1B[2m"},
 });
 
+ColourUse colourUse = ColourUse::automatic;
+
 /// On a terminal that has them, unless NO_COLOR is set to anything but the empty text.
 bool hasColours(std::FILE* stream) {
+  if (colourUse != ColourUse::automatic) return colourUse == ColourUse::always;
   return isTerminal(stream) && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
 }
 
@@ -52,6 +55,10 @@ std::size_t columnsOf(std::FILE* stream) {
 bool isTerminal(std::FILE* stream) {
   const int file = fileno(stream);
   return file >= 0 && isatty(file) == 1;
+}
+
+void useColours(ColourUse use) {
+  colourUse = use;
 }
 
 std::string Paint::operator()(Colour colour, std::string_view text) const {
@@ -97,11 +104,15 @@ void Progress::draw(Clock::time_point now) {
   const std::chrono::duration<double> past = now - start_;
   const auto rate = static_cast<std::uint64_t>(static_cast<double>(documents_) / past.count());
   // A line that reaches the last column may be broken.
-  const std::string line = progressText(documents_, total_(), rate, columnsOf(stream_) - 1);
-  std::fprintf(stream_, "\r\x1B[K%s", line.c_str());
+  line_ = progressText(documents_, total_(), rate, columnsOf(stream_) - 1);
+  show();
+  next_ = now + std::chrono::milliseconds(100);
+}
+
+void Progress::show() {
+  std::fprintf(stream_, "\r\x1B[K%s", line_.c_str());
   std::fflush(stream_);
   drawn_ = true;
-  next_ = now + std::chrono::milliseconds(100);
 }
 
 void Progress::clear() {
@@ -109,6 +120,16 @@ void Progress::clear() {
   std::fputs("\r\x1B[K", stream_);
   std::fflush(stream_);
   drawn_ = false;
+}
+
+void Progress::restore() {
+  if (!drawn_ && !line_.empty()) show();
+}
+
+std::string Progress::reached() const {
+  const std::optional<std::uint64_t> total = on_ ? total_() : std::nullopt;
+  if (!total || *total < documents_) return countText(documents_, "document");
+  return groupDigits(documents_) + " of " + countText(*total, "document");
 }
 
 namespace {
@@ -123,7 +144,8 @@ Output::Output(std::string call, std::FILE* out, std::FILE* errors)
       errors_(errors),
       progress_(errors),
       paint_(hasColours(out)),
-      columns_(isTerminal(out) ? columnsOf(out) : 0) {}
+      columns_(isTerminal(out) ? columnsOf(out) : 0),
+      sharesTerminal_(isTerminal(out) && isTerminal(errors)) {}
 
 void Output::write(std::string_view text) {
   pending_ += text;
@@ -137,21 +159,42 @@ void Output::complain(std::string_view path, std::string_view what) {
   const std::string line =
       fmt::format("wenlolib {}: {}: {}\n", call_, visibleLine(path), visibleLine(what));
   std::fputs(line.c_str(), errors_);
+  progress_.restore();
+}
+
+void Output::endOnInterrupt() {
+  interrupts_.emplace(call_, progress_.documents());
+}
+
+void Output::endIfInterrupted() {
+  if (!interrupted()) return;
+  finish();
+  if (hasProgress(errors_)) std::fputs("\r\x1B[K", errors_);  // the terminal has shown "^C"
+  fmt::print(errors_, "wenlolib {}: interrupted after {}\n", call_, progress_.reached());
+  std::fflush(errors_);
+  dieOfInterrupt();
 }
 
 void Output::finish() {
-  progress_.clear();
   flush();
+  progress_.clear();
 }
 
+/// A write that an interrupt has ended is not tried again: nobody may be reading.
 void Output::flush() {
   if (pending_.empty()) return;
-  progress_.clear();
+  if (sharesTerminal_) progress_.clear();
   const bool written = std::fwrite(pending_.data(), 1, pending_.size(), out_) == pending_.size() &&
                        std::fflush(out_) == 0;
-  if (!written) throw std::system_error(errno, std::generic_category(), "standard output");
+  const int error = errno;
   pending_.clear();
+  if (!written) {
+    endIfInterrupted();
+    progress_.clear();
+    throw std::system_error(error, std::generic_category(), "standard output");
+  }
   if (pending_.capacity() > 4 * pieceBytes) pending_.shrink_to_fit();
+  if (sharesTerminal_) progress_.restore();
 }
 
 }  // namespace wenlolib::tools

@@ -2,6 +2,7 @@
 #ifndef WENLOLIB_TOOLS_TERMINAL_OUTPUT_H
 #define WENLOLIB_TOOLS_TERMINAL_OUTPUT_H
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -13,10 +14,18 @@
 #include <utility>
 
 #include "terminal/ExitStatus.h"
+#include "terminal/Interrupt.h"
 
 namespace wenlolib::tools {
 
 [[nodiscard]] bool isTerminal(std::FILE* stream);
+
+/// When there are colours (--color). By default on a terminal that has them, unless NO_COLOR is
+/// set.
+enum class ColourUse { automatic, always, never };
+
+/// For every `Output` that is made after this.
+void useColours(ColourUse use);
 
 enum class Colour { good, doubtful, bad, heading, faint };
 
@@ -49,15 +58,25 @@ class Progress {
   /// Removes the line, so that something else can be written.
   void clear();
 
+  /// Shows a line again that was removed.
+  void restore();
+
+  [[nodiscard]] const std::atomic<std::uint64_t>& documents() const { return documents_; }
+
+  /// "5 documents", "5 of 2,000 documents".
+  [[nodiscard]] std::string reached() const;
+
  private:
   using Clock = std::chrono::steady_clock;
 
   void draw(Clock::time_point now);
+  void show();
 
   std::FILE* stream_;
   bool on_;
   bool drawn_ = false;
-  std::uint64_t documents_ = 0;
+  std::string line_;                          // the last one drawn
+  std::atomic<std::uint64_t> documents_ = 0;  // also read by a signal handler
   Total total_ = [] { return std::nullopt; };
   Clock::time_point start_ = Clock::now();
   Clock::time_point next_ = start_ + std::chrono::milliseconds(200);
@@ -87,6 +106,13 @@ class Output {
   /// Counts one more document.
   void advance() { progress_.advance(); }
 
+  /// From now on an interrupt ends the run as `endIfInterrupted` says, or a second later anyway.
+  void endOnInterrupt();
+
+  /// After an interrupt: writes what is left, removes the progress line, says how far the run came
+  /// and ends the process.
+  void endIfInterrupted();
+
   /// Writes what is left and removes the progress line.
   void finish();
 
@@ -106,6 +132,8 @@ class Output {
   Progress progress_;
   Paint paint_;
   std::size_t columns_;
+  bool sharesTerminal_;  // the progress line and the output are on the same terminal
+  std::optional<InterruptHandling> interrupts_;  // uses the others
 };
 
 }  // namespace wenlolib::tools

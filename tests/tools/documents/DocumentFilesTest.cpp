@@ -12,6 +12,7 @@
 #include <iterator>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace wenlolib::tools {
 namespace {
@@ -28,6 +29,34 @@ TEST(DocumentCount, CountsWhatIsFoundAndWhatIsNamed) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   EXPECT_EQ(count.total(), 3U);
+  std::filesystem::remove_all(folder);
+}
+
+TEST(DocumentWalk, GivesEachFolderInTheOrderOfBytesAndSaysWhatItPassedOver) {
+  std::string folder = testing::TempDir() + "wenlolib-walk-XXXXXX";
+  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  std::filesystem::create_directory(folder + "/b");
+  std::filesystem::create_directory(folder + "/empty");
+  std::filesystem::create_directory_symlink(folder, folder + "/link");
+  for (const char* name : {"/c.PLM", "/B.PLM", "/b/a.ALM", "/10.ALM", "/9.ALM", "/b.ALM",
+                           "/\xC3\xA9.ALM", "/notes", "/.wenlolib-1.tmp", "/empty/a.txt"}) {
+    std::ofstream(folder + name) << "x";
+  }
+  DocumentWalk walk({folder, folder + "/empty", "-"});
+  std::vector<std::string> found;
+  std::string complaint;
+  while (const auto candidate = walk.next()) {
+    if (candidate->nothing) complaint = candidate->complaint;
+    found.push_back(candidate->path.starts_with(folder) ? candidate->path.substr(folder.size())
+                                                        : candidate->path);
+  }
+  EXPECT_EQ(found, (std::vector<std::string>{"/10.ALM", "/9.ALM", "/B.PLM", "/b/a.ALM", "/b.ALM",
+                                             "/c.PLM", "/\xC3\xA9.ALM", "/empty", "-"}));
+  EXPECT_EQ(complaint,
+            "no documents: there is no *.PLM and no *.ALM in this folder; passed over: 1 file with "
+            "another ending");
+  EXPECT_EQ(walk.passedOver().text(),
+            "3 files with another ending, 1 link to a folder, 1 file that is unfinished");
   std::filesystem::remove_all(folder);
 }
 

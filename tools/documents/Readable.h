@@ -1,0 +1,22 @@
+/// What a report lets a reader see of a document.
+#ifndef WENLOLIB_TOOLS_DOCUMENTS_READABLE_H
+#define WENLOLIB_TOOLS_DOCUMENTS_READABLE_H
+
+#include "wenlolib/Receiver.h"
+
+namespace wenlolib::tools {
+
+/// The document, or what was found of it; null if there is neither.
+[[nodiscard]] inline const receiver::Document* readable(const receiver::Report& report) {
+  if (report.document) return &*report.document;
+  return report.found ? &*report.found : nullptr;
+}
+
+/// Whether the checksum, or that before a repair, vouches for what the document says.
+[[nodiscard]] inline bool isTrusted(const receiver::Report& report) {
+  return report.document && report.verdict.fault != receiver::Fault::altered;
+}
+
+}  // namespace wenlolib::tools
+
+#endif
