@@ -226,9 +226,12 @@ class ReceivingTest(unittest.TestCase):
     def objects(self, *arguments, **options):
         return [json.loads(line) for line in self.lines(*arguments, **options)]
 
-    def refused(self, *arguments, message):
+    def misused(self, *arguments, message):
+        return self.refused(*arguments, message=message, status=2)
+
+    def refused(self, *arguments, message, status=3):
         result = run(*arguments)
-        self.assertEqual(result.returncode, 3)
+        self.assertEqual(result.returncode, status)
         self.assertRegex(result.stderr.decode(), message)
         return result.stdout.decode()
 
@@ -567,21 +570,21 @@ class VerifyTest(ReceivingTest):
 
     def test_wrong_usage_says_what_is_wrong(self):
         path = self.write("a.ALM")
-        self.refused("verify", message="PATH is required")
-        self.refused("verify", "--list", "--json", path, message="--list: cannot be used with --json")
-        self.refused("verify", "-0", path, message="--null: is for --list and --files-from")
-        self.refused("decode", "-0", path, message="--null: is for --files-from")
+        self.misused("verify", message="PATH is required")
+        self.misused("verify", "--list", "--json", path, message="--list: cannot be used with --json")
+        self.misused("verify", "-0", path, message="--null: is for --list and --files-from")
+        self.misused("decode", "-0", path, message="--null: is for --files-from")
         for twice in (["verify", "-", "-"], ["decode", "-", "--files-from", "-"], ["diff", "-", "-"]):
-            self.refused(*twice, message="standard input can be read only once")
-        self.refused("verify", "--color", "red", path, message="--color")
-        self.refused("verify", "--jobs", "0", path, message="--jobs")
-        self.refused("verify", "--jobs", "many", path, message="--jobs")
-        self.refused("verify", "--nonsense", path, message="--nonsense")
-        self.refused("decode", message="PATH is required")
-        self.refused("decode", "--contents", "--json", path, message="--contents: cannot be used")
-        self.refused("decode", "--contents", "--redact", path, message="--contents: cannot be used")
-        self.refused("diff", path, message="B is required")
-        self.refused("diff", path, path, path, message="a.ALM: one argument too many")
+            self.misused(*twice, message="standard input can be read only once")
+        self.misused("verify", "--color", "red", path, message="--color")
+        self.misused("verify", "--jobs", "0", path, message="--jobs")
+        self.misused("verify", "--jobs", "many", path, message="--jobs")
+        self.misused("verify", "--nonsense", path, message="--nonsense")
+        self.misused("decode", message="PATH is required")
+        self.misused("decode", "--contents", "--json", path, message="--contents: cannot be used")
+        self.misused("decode", "--contents", "--redact", path, message="--contents: cannot be used")
+        self.misused("diff", path, message="B is required")
+        self.misused("diff", path, path, path, message="a.ALM: one argument too many")
 
     def test_help_ends_with_examples_within_80_columns(self):
         for call in ("verify", "decode", "diff"):

@@ -14,7 +14,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// How many letters have to be added, left out, changed, or swapped with the next one.
+/// How many letters have to be added, left out or changed.
 std::size_t distance(std::string_view a, std::string_view b) {
   std::vector<std::vector<std::size_t>> rows(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
   std::iota(rows[0].begin(), rows[0].end(), std::size_t{0});
@@ -23,8 +23,6 @@ std::size_t distance(std::string_view a, std::string_view b) {
     for (std::size_t j = 1; j <= b.size(); ++j) {
       const std::size_t changed = rows[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
       rows[i][j] = std::min({changed, rows[i - 1][j] + 1, rows[i][j - 1] + 1});
-      const bool swapped = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
-      if (swapped) rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
     }
   }
   return rows[a.size()][b.size()];

@@ -353,7 +353,7 @@ std::string othersHtml(const PageSubject& subject) {
   if (subject.found.others.empty()) {
     return "<section id=\"others\">\n<h2>Other files</h2>\n<p>There are none.</p>\n</section>\n";
   }
-  for (const PassedOver& other : subject.found.others) {
+  for (const LeftAlone& other : subject.found.others) {
     text += fmt::format("<li>{}: {}</li>\n", shown.path(subject.found.folder + other.place),
                         shown.text(other.why));
   }
