@@ -95,6 +95,7 @@ int report(const ToolPlatform& platform, const ReportOptions& options) {
   const OwnRecords found = findRecords(
       platform, {}, output,
       [&](const RecordReading& reading, OwnRecord& record) { overview.add(reading, record); });
+  overview.complete(found);
   const int status = complainOfUnreadable(found, output);
   if (found.folder.empty()) return status;
   const std::string failure =

@@ -20,15 +20,14 @@ void Overview::add(const RecordReading& reading, OwnRecord& record) {
   record.group = place->second;
 }
 
-std::vector<RecordGroup> Overview::groups(const OwnRecords& found) const {
-  std::vector<RecordGroup> groups = groups_;
+void Overview::complete(const OwnRecords& found) {
+  numbers_.clear();
   for (std::size_t i = 0; i < found.records.size(); ++i) {
-    groups[found.records[i].group].members.push_back(i);
+    groups_[found.records[i].group].members.push_back(i);
   }
-  std::ranges::stable_sort(groups, [](const RecordGroup& a, const RecordGroup& b) {
+  std::ranges::stable_sort(groups_, [](const RecordGroup& a, const RecordGroup& b) {
     return std::tie(a.kind, a.label) < std::tie(b.kind, b.label);
   });
-  return groups;
 }
 
 }  // namespace wenlolib::tools

@@ -27,8 +27,11 @@ class Overview {
   /// Counts a record and notes its group in it.
   void add(const RecordReading& reading, OwnRecord& record);
 
-  /// The groups with their members, those of one kind by their labels.
-  [[nodiscard]] std::vector<RecordGroup> groups(const OwnRecords& found) const;
+  /// After the last record: puts all of them into their groups.
+  void complete(const OwnRecords& found);
+
+  /// Those of one kind by their labels.
+  [[nodiscard]] const std::vector<RecordGroup>& groups() const { return groups_; }
 
   [[nodiscard]] std::uint64_t countOf(Condition condition) const { return counts_[condition]; }
   [[nodiscard]] std::uint64_t bytes() const { return bytes_; }

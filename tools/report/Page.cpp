@@ -4,7 +4,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/Utf8.h"
 #include "explain/Explanation.h"
@@ -333,11 +332,11 @@ void writeGroup(const PageSubject& subject, const RecordGroup& group, Output& pa
   page.write("</ul>\n</div>\n</details>\n");
 }
 
-void writeGroups(const PageSubject& subject, const std::vector<RecordGroup>& groups,
-                 RecordKind kind, std::string_view start, Output& page) {
+void writeGroups(const PageSubject& subject, RecordKind kind, std::string_view start,
+                 Output& page) {
   page.write(start);
   bool any = false;
-  for (const RecordGroup& group : groups) {
+  for (const RecordGroup& group : subject.overview.groups()) {
     if (group.kind != kind) continue;
     any = true;
     writeGroup(subject, group, page);
@@ -368,10 +367,9 @@ void writePage(const PageSubject& subject, Output& page) {
   page.write(decisions(subject));
   page.write(whatIsSaid);
   writeRecords(subject, page);
-  const std::vector<RecordGroup> groups = subject.overview.groups(subject.found);
-  writeGroups(subject, groups, RecordKind::printerLog,
-              "<section id=\"printers\">\n<h2>By printer</h2>\n", page);
-  writeGroups(subject, groups, RecordKind::application,
+  writeGroups(subject, RecordKind::printerLog, "<section id=\"printers\">\n<h2>By printer</h2>\n",
+              page);
+  writeGroups(subject, RecordKind::application,
               "<section id=\"applications\">\n<h2>By application</h2>\n", page);
   page.write(othersHtml(subject));
   page.write(foot);
