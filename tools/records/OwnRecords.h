@@ -44,7 +44,7 @@ struct LeftAlone {
 struct OwnRecords {
   std::string folder;              // the support folder, with "/" at the end; "" if not known
   std::vector<OwnRecord> records;  // newest first; those of one date by the bytes of their places
-  std::vector<LeftAlone> others;  // by the bytes of their places
+  std::vector<LeftAlone> others;   // by the bytes of their places
 };
 
 /// Real paths of the folders that the library writes printer logs and application usage to, on the
