@@ -68,7 +68,7 @@ Answer verdictOn(const Candidate& candidate, std::string_view bytes, const Verif
   const receiver::Verdict verdict = receiver::examine(bytes).verdict;
   Answer answer;
   answer.condition = conditionOf(verdict);
-  answer.status = verdict.sound() ? allGood : notGood;
+  answer.status = canBeReliedOn(answer.condition) ? allGood : notGood;
   if (options.quiet && verdict.sound()) return answer;
   answer.output = options.json ? verdictJson(candidate.path, bytes.size(), verdict)
                                : verdictLine(candidate.path, verdict, style);
