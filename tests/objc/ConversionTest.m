@@ -59,6 +59,12 @@ static void halfASurrogatePairIsNotText(void) {
   }
 }
 
+static void halfASurrogatePairIsMendedForAHeader(void) {
+  const unichar units[] = {'a', 0xD83D, 'b', 0xDC00, 0xDC00, 0xD83D, 0xDE00, 0xD83D};
+  NSString* text = [UnitString stringWithUnits:units count:8];
+  CHECK_EQUAL([toolkitClass convertStrToHeaderStr:text], @"a_b__\U0001F600_");
+}
+
 static void anOrdinarySubclassIsATextLikeAnyOther(void) {
   const unichar units[] = {'a', 0xD83D, 0xDE00, 0x20AC};
   NSString* text = [UnitString stringWithUnits:units count:4];
@@ -149,6 +155,7 @@ const Case conversionCases[] = {
     {"Conversion.EveryTextComesBackAsItWas", everyTextComesBackAsItWas},
     {"Conversion.EveryTextGoesThroughTheCoreAsItIs", everyTextGoesThroughTheCoreAsItIs},
     {"Conversion.HalfASurrogatePairIsNotText", halfASurrogatePairIsNotText},
+    {"Conversion.HalfASurrogatePairIsMendedForAHeader", halfASurrogatePairIsMendedForAHeader},
     {"Conversion.AnOrdinarySubclassIsATextLikeAnyOther", anOrdinarySubclassIsATextLikeAnyOther},
     {"Conversion.ATextOfSixteenMegabytesComesThrough", aTextOfSixteenMegabytesComesThrough},
     {"Conversion.EveryPropertyListTypeIsHandedOut", everyPropertyListTypeIsHandedOut},

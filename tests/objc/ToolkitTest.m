@@ -105,9 +105,7 @@ static NSString* fit(NSString* string) {
 }
 
 static void aTextIsMadeFitForAHeader(void) {
-  const unichar halves[] = {'a', 0xD83D, 'b', 0xDC00, 0xDC00, 0xD83D, 0xDE00, 0xFFFE, 0xD83D};
   CHECK_EQUAL(fit(@"<QX> & \r\001\t\"größe\""), @"_QX_ _ __\t\"größe\"");
-  CHECK_EQUAL(fit([NSString stringWithCharacters:halves length:9]), @"a_b__\U0001F600__");
   CHECK_EQUAL(fit(@""), @"");
   CHECK(fit(nil) == nil);
   CHECK([fit([@"" stringByPaddingToLength:2000 withString:@"ö" startingAtIndex:0]) length] == 511);

@@ -65,7 +65,7 @@ Answer decodeDocument(const Candidate& candidate, std::string_view bytes,
   Answer answer = options.contents ? contentsAlone(candidate, std::move(report))
                                    : wholeDocument(candidate, bytes, report, options, style);
   answer.condition = condition;
-  answer.status = condition == Condition::sound ? allGood : notGood;
+  answer.status = canBeReliedOn(condition) ? allGood : notGood;
   return answer;
 }
 

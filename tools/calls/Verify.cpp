@@ -82,8 +82,9 @@ Answer verdictOn(const Candidate& candidate, std::string_view bytes, const Verif
   const receiver::Verdict verdict = receiver::examine(bytes).verdict;
   Answer answer;
   answer.condition = conditionOf(verdict);
-  answer.status = verdict.sound() ? allGood : notGood;
-  if ((options.quiet || options.list) && verdict.sound()) return answer;
+  const bool isReliable = canBeReliedOn(answer.condition);
+  answer.status = isReliable ? allGood : notGood;
+  if (options.list ? isReliable : options.quiet && verdict.sound()) return answer;
   answer.output = options.list   ? listed(candidate.path, options, style)
                   : options.json ? verdictJson(candidate.path, bytes.size(), verdict)
                                  : verdictLine(candidate.path, verdict, style);

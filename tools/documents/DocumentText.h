@@ -32,6 +32,11 @@ enum class Condition : std::uint8_t {
 
 [[nodiscard]] Condition conditionOf(const receiver::Verdict& verdict);
 
+/// Whether the exit status is that of a sound document.
+[[nodiscard]] constexpr bool canBeReliedOn(Condition condition) {
+  return condition == Condition::sound || condition == Condition::repaired;
+}
+
 /// "sound", "truncated" and so on.
 [[nodiscard]] std::string_view wordFor(Condition condition);
 
