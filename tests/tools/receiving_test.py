@@ -514,8 +514,9 @@ class VerifyTest(ReceivingTest):
 
     def test_only_the_paths_of_what_is_not_sound(self):
         a = self.write("f/a.ALM", SOUND[:-1])
-        b = self.write("f/b\n\x1b.ALM", repaired())
+        b = self.write("f/b\n\x1b.ALM", SOUND[:-2])
         self.write("f/c.ALM")
+        self.write("f/d.ALM", repaired())
         folder = self.path("f")
         self.assertEqual(self.good("verify", "-l", folder, status=1), f"{a}\n{b}\n")
         self.assertEqual(self.good("verify", "--list", "-0", folder, status=1), f"{a}\0{b}\0")

@@ -23,8 +23,9 @@ constexpr auto examples =
     "--root does not apply to it. Exit status: 0 all are sound, 1 some are not or a\n"
     "folder has no documents, 2 wrong usage, 3 something could not be read.\n"
     "\n"
-    "--list writes the path of each document that is not sound, as it is, on a line\n"
-    "of its own, and nothing else; with -0 a NUL ends it. That is what xargs reads.\n"
+    "--list writes the path of each document that is neither sound nor repaired, as\n"
+    "it is, on a line of its own, and nothing else; with -0 a NUL ends it. That is\n"
+    "what xargs reads.\n"
     "\n"
     "  truncated  the end is missing\n"
     "  damaged    the form is broken inside\n"
@@ -82,7 +83,7 @@ Answer verdictOn(const Candidate& candidate, std::string_view bytes, const Verif
   const receiver::Verdict verdict = receiver::examine(bytes).verdict;
   Answer answer;
   answer.condition = conditionOf(verdict);
-  const bool isReliable = canBeReliedOn(answer.condition);
+  const bool isReliable = canBeReliedOn(*answer.condition);
   answer.status = isReliable ? allGood : notGood;
   if (options.list ? isReliable : options.quiet && verdict.sound()) return answer;
   answer.output = options.list   ? listed(candidate.path, options, style)

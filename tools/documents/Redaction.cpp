@@ -76,8 +76,7 @@ void Redaction::sortSecrets() {
   std::ranges::sort(secrets_, [](const auto& a, const auto& b) {
     return a.size() != b.size() ? a.size() > b.size() : a < b;
   });
-  const auto repeated = std::ranges::unique(secrets_);
-  secrets_.erase(repeated.begin(), repeated.end());
+  secrets_.erase(std::unique(secrets_.begin(), secrets_.end()), secrets_.end());
 }
 
 const receiver::Document* Redaction::shown(const receiver::Report& report) const {

@@ -21,7 +21,8 @@ char lower(char c) {
 
 bool contains(const std::string& text, const std::string& part) {
   const auto same = [](char a, char b) { return lower(a) == lower(b); };
-  return !std::ranges::search(text, part, same).empty() || part.empty();
+  return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end() ||
+         part.empty();
 }
 
 }  // namespace
