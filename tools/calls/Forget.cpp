@@ -54,7 +54,7 @@ struct Plan {
 
   /// "2 records (598 B) and the identifier".
   [[nodiscard]] std::string text() const {
-    const std::string records =
+    std::string records =
         fmt::format("{} ({})", countText(found.records.size(), "record"), sizeText(bytes));
     if (!withIdentifier()) return records;
     return found.records.empty() ? "the identifier" : records + " and the identifier";
