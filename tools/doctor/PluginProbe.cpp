@@ -118,7 +118,7 @@ std::string loaderPath() {
   void* loader = ::dlopen(LD_SO, RTLD_LAZY | RTLD_NOLOAD);
   const link_map* map = nullptr;
   const bool known = loader != nullptr && ::dlinfo(loader, RTLD_DI_LINKMAP, &map) == 0;
-  const std::string path = known ? map->l_name : "";
+  std::string path = known ? map->l_name : "";
   if (loader != nullptr) ::dlclose(loader);
   return path;
 }

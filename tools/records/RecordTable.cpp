@@ -147,7 +147,7 @@ std::string RecordTable::block(const Cells& cells, Colour colour, std::string_vi
 
 std::string RecordTable::heading() const {
   const std::string folder = folder_.substr(0, folder_.size() - 1);
-  const std::string where = style_.columns > 0 ? shortFolderText(folder) : "";
+  std::string where = style_.columns > 0 ? shortFolderText(folder) : "";
   if (!oneLine() && !twoLines()) return where;
   std::string titles =
       line({"Date", "Kind", "Name", "Printer", "Size", "Verdict"}, Colour::heading);
