@@ -1,6 +1,9 @@
 // What is found of documents that are not sound, and documents that only a serialiser has changed.
 #include <gtest/gtest.h>
 
+#include <list>
+#include <utility>
+
 #include "receiver/Samples.h"
 
 namespace wenlolib::tests {
@@ -63,7 +66,10 @@ TEST(ReceiverSearch, FindsAllThatOneBrokenThingLeaves) {
 TEST(ReceiverSearch, GivesThePayloadUpToWhatIsNotADigit) {
   const std::string text = sample(Layout::application).text();
   const std::string digits = sample(Layout::application).payload();
-  const auto foundIn = [](const std::string& bytes) { return *receiver::examine(bytes).found; };
+  std::list<std::string> kept;  // what is found points into the bytes
+  const auto foundIn = [&](std::string bytes) {
+    return *receiver::examine(kept.emplace_back(std::move(bytes))).found;
+  };
   const Document odd = foundIn(replaced(text, digits, digits + "0"));
   EXPECT_EQ(odd.digits, digits);
   EXPECT_EQ(receiver::contentsOf(odd), "some contents");
