@@ -88,7 +88,8 @@ TEST(ReceiverSearch, GivesThePayloadUpToWhatIsNotADigit) {
 
 TEST(ReceiverSearch, GivesACutValueToNobody) {
   const std::string text = sample(Layout::printerOlderTag).text();
-  const Report report = receiver::examine(text.substr(0, text.find("QX200-") + 4));
+  const std::string cut = text.substr(0, text.find("QX200-") + 4);
+  const Report report = receiver::examine(cut);
   ASSERT_TRUE(report.found);
   EXPECT_EQ(report.found->fields.size(), 6U);
   EXPECT_EQ(report.found->fields.back().name, "DeviceID");
@@ -98,7 +99,8 @@ TEST(ReceiverSearch, GivesACutValueToNobody) {
 TEST(ReceiverSearch, ResolvesReferencesWhereTheValueIsWellFormed) {
   const std::string text = sample(Layout::printerOlderTag).text();
   const auto serialNumber = [&](const std::string& value) {
-    const Report report = receiver::examine(replaced(text, "QX200-0004711", value) + "\n");
+    const std::string bytes = replaced(text, "QX200-0004711", value) + "\n";
+    const Report report = receiver::examine(bytes);
     return report.found ? std::string(report.found->value("SN")) : "nothing found";
   };
   EXPECT_EQ(serialNumber("A&amp;B &#x41;"), "A&B A");
@@ -153,7 +155,8 @@ TEST(ReceiverSerialisers, AnEscapedBracketIsRepaired) {
   text = replaced(text, "a -> b & c", "a -&gt; b &amp; c");
   EXPECT_EQ(findingOf(text),
             (Finding{Layer::checksum, Fault::repaired, text.find("SUM=\"") + 5, "SUM"}));
-  const Report report = receiver::examine("<?xml version=\"1.0\"?>" + text);
+  text.insert(0, "<?xml version=\"1.0\"?>");
+  const Report report = receiver::examine(text);
   EXPECT_EQ(report.verdict.fault, Fault::repaired);
   ASSERT_TRUE(report.document);
   EXPECT_EQ(report.document->value("DeviceID"), "A>B");
