@@ -29,10 +29,6 @@ std::string agoText(std::int64_t seconds) {
   return countText(static_cast<std::uint64_t>(seconds / aDay), "day");
 }
 
-bool isUnfinished(const std::string& name) {
-  return name.starts_with(platform::posix::unfinishedPrefix) && name.ends_with(".tmp");
-}
-
 /// Every unfinished file below `folder`, in the sub-folders as well: a "/" in a name leads there.
 /// Links to folders are not followed.
 void addUnfinished(const std::string& folder, std::vector<std::string>& paths) {
@@ -40,7 +36,7 @@ void addUnfinished(const std::string& folder, std::vector<std::string>& paths) {
   fs::recursive_directory_iterator entries(folder, fs::directory_options::skip_permission_denied,
                                            error);
   for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error)) {
-    if (isUnfinished(entries->path().filename().string()))
+    if (platform::posix::isUnfinished(entries->path().filename().string()))
       paths.push_back(entries->path().string());
   }
 }

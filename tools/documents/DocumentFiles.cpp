@@ -9,16 +9,13 @@
 #include <cstring>
 
 #include "documents/InputFile.h"
+#include "platform/posix/AtomicFile.h"
 #include "terminal/Format.h"
 
 namespace wenlolib::tools {
 
 bool hasDocumentName(std::string_view name) {
   return name.ends_with(".PLM") || name.ends_with(".ALM");
-}
-
-bool isUnfinished(std::string_view name) {
-  return name.starts_with(".wenlolib-") && name.ends_with(".tmp");
 }
 
 namespace {
@@ -141,7 +138,7 @@ void DocumentWalk::consider(const dirent& entry, Folder& folder) {
   } else if (type == DT_DIR || hasDocumentName(name)) {
     folder.listing.add(name, type);
   } else {
-    ++(isUnfinished(name) ? passed_.unfinished : passed_.otherEnding);
+    ++(platform::posix::isUnfinished(name) ? passed_.unfinished : passed_.otherEnding);
   }
 }
 

@@ -94,7 +94,7 @@ class Search {
       pass(std::move(place), "a link", false);
     } else if (type != fs::file_type::regular) {
       pass(std::move(place), "not a regular file", false);
-    } else if (entry.path().filename().string().starts_with(platform::posix::unfinishedPrefix)) {
+    } else if (platform::posix::isUnfinished(entry.path().filename().string())) {
       pass(std::move(place), "unfinished; wenlolib doctor --clean removes it once it is a day old",
            false);
     } else if (!hasDocumentName(place)) {

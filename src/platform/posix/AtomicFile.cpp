@@ -20,7 +20,6 @@
 namespace wenlolib::platform::posix {
 namespace {
 
-constexpr std::string_view unfinishedSuffix = ".tmp";
 constexpr std::size_t longestName = 255;
 constexpr time_t claimSeconds = 60;
 
