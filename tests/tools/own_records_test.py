@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Tests of `wenlolib list`, `path` and `forget`. Argument: the path of the wenlolib command."""
 
-import json
 import os
 import plistlib
 import re
@@ -13,6 +12,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, HERE)
 
 import skips
+from json_schema import object_in, objects_in
 from survey_documents import application_document, printer_document
 from tool_world import CONFIGURATION, IDENTIFIER, NOBODY, ToolTest, tree
 
@@ -53,9 +53,9 @@ class OwnRecords(ToolTest):
 
 
 class List(OwnRecords):
-    def listed(self, *call, status=0):
-        finished = self.expect(status, "list", "--json", *call)
-        return [json.loads(line) for line in finished.stdout.splitlines()]
+    def listed(self, *call, status=0, **others):
+        finished = self.expect(status, "list", "--json", *call, **others)
+        return objects_in(finished.stdout)
 
     def places(self, *call):
         return [os.path.relpath(record["path"], self.path()) for record in self.listed(*call)]
@@ -67,11 +67,29 @@ class List(OwnRecords):
                          ["2026-11-02T00:00:00+09:00", "2026-11-01T12:00:00+09:00",
                           "2026-11-01T08:30:00+09:00"])
         self.assertEqual(records[0], {
-            "date": "2026-11-02T00:00:00+09:00", "date_of": "document", "kind": "printer",
+            "schema": 1, "type": "record", "path": self.path(NEWER),
+            "bytes": os.path.getsize(self.path(NEWER)), "sound": True, "fault": "none",
+            "layer": "none", "offset": None, "field": None, "explanation": None,
+            "date": "2026-11-02T00:00:00+09:00", "date_of": "document", "record": "printer",
             "name": "QX200", "device_id": "MFG:Orvan;MDL:QX 200;", "sn": "QX200-0004712",
-            "bytes": os.path.getsize(self.path(NEWER)), "verdict": "sound", "explanation": None,
-            "path": self.path(NEWER)})
+            "trusted": True, "contents": None})
         self.assertEqual(self.places(), [NEWER, ALBUM, OLDER])
+
+    def test_json_of_what_is_not_sound_and_of_what_cannot_be_read(self):
+        self.install()
+        data = printer_document("2026-11-02T00:00:00+09:00", "jobs=2")
+        self.write(NEWER, data[:-9])
+        for name in ["PLM", "ALM"]:
+            os.chmod(self.path(name), 0o755)
+        os.mkdir(self.path("PLM/closed"), mode=0)
+        (record, other) = self.listed("--contents", status=3, **self.unprivileged())
+        self.assertEqual((record["fault"], record["trusted"], record["record"]),
+                         ("truncated", False, "printer"))
+        self.assertEqual((record["date"], record["sn"], record["contents"]),
+                         ("2026-11-02T00:00:00+09:00", "QX200-0004711", "jobs=2"))
+        self.assertEqual((other["type"], other["fault"], other["explanation"]),
+                         ("verdict", "unreadable", "Permission denied"))
+        self.assertEqual(other["path"].rstrip("/"), self.path("PLM/closed"))
 
     def test_choices(self):
         self.install_records()
@@ -94,7 +112,7 @@ class List(OwnRecords):
     def test_the_text_has_every_column_and_says_what_is_not_shown(self):
         self.install_records()
         self.install_others()
-        self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:-9])
+        self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:90])
         os.utime(self.path("PLM/QX300_1.PLM"), (1e9, 1e9))
         text = self.expect(0, "list").stdout.decode()
         lines = text.splitlines()
@@ -113,7 +131,7 @@ class List(OwnRecords):
 
     def test_a_damaged_log_whose_printer_is_not_known_is_told(self):
         self.install_records()
-        self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:-9])
+        self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:90])
         told = b"Not shown: 1 file (damaged, so its printer is not known)."
         for call, expected in [(["--printer", "4711"], True), (["--printer", "QX300"], False),
                                (["--kind", "app"], False)]:
@@ -209,7 +227,7 @@ class Forget(OwnRecords):
                 self.setUp()
                 self.install_records()
                 shown = self.expect(0, "list", "--json", *call).stdout.splitlines()
-                gone = {os.path.relpath(json.loads(line)["path"], self.path()) for line in shown}
+                gone = {os.path.relpath(object_in(line)["path"], self.path()) for line in shown}
                 self.assertTrue(gone)
                 self.expect(0, "forget", *call, "--yes")
                 self.assertEqual(self.there(), sorted({ALBUM, NEWER, OLDER} - gone))

@@ -2,7 +2,6 @@
 """Tests of how `wenlolib doctor` examines the plug-in. Argument: the path of the wenlolib command, in
 a build folder with the plug-in."""
 
-import json
 import os
 import plistlib
 import shutil
@@ -15,6 +14,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, HERE)
 
 import skips
+from json_schema import objects_in
 from tool_world import ToolTest
 
 INSIDE = "Contents/Linux/WENLOLIB"
@@ -48,7 +48,7 @@ class Plugin(ToolTest):
         """(level, message) of each finding on the plug-in, by check."""
         finished = self.expect(status, "doctor", "--json", *call)
         self.assertEqual(finished.stderr, b"")
-        found = [json.loads(line) for line in finished.stdout.splitlines()]
+        found = objects_in(finished.stdout)
         return {one["check"]: (one["level"], one["message"]) for one in found
                 if one["check"].startswith("plugin")}
 

@@ -3,7 +3,6 @@
 
 import fcntl
 import hashlib
-import json
 import os
 import random
 import re
@@ -25,6 +24,7 @@ sys.path.insert(0, os.path.join(HERE, "..", "verifier"))
 EXAMPLES = os.path.join(HERE, "..", "..", "examples", "documents")
 
 import skips
+from json_schema import object_in, objects_in
 from rc4 import cycling_xor, rc4
 from survey_document import WRAPPERS, parse
 
@@ -229,7 +229,7 @@ class ReceivingTest(unittest.TestCase):
         return self.good(*arguments, **options).split("\n")[:-1]
 
     def objects(self, *arguments, **options):
-        return [json.loads(line) for line in self.lines(*arguments, **options)]
+        return [object_in(line) for line in self.lines(*arguments, **options)]
 
     def misused(self, *arguments, message):
         return self.refused(*arguments, message=message, status=2)
@@ -335,8 +335,8 @@ class VerifyTest(ReceivingTest):
         (found,) = self.objects("verify", "--json", path)
         self.assertEqual(
             found,
-            {"path": path, "bytes": len(SOUND), "sound": True, "fault": "none", "layer": "none",
-             "offset": None, "field": None, "explanation": None},
+            {"schema": 1, "type": "verdict", "path": path, "bytes": len(SOUND), "sound": True,
+             "fault": "none", "layer": "none", "offset": None, "field": None, "explanation": None},
         )  # fmt: skip
 
     def test_quiet_shows_only_what_is_not_sound(self):
@@ -472,7 +472,7 @@ class VerifyTest(ReceivingTest):
             data = document(b"x" * size)
             result = run("verify", "--json", "-", input=data)
             self.assertEqual((result.returncode, result.stderr), (0, b""))
-            self.assertEqual(json.loads(result.stdout)["bytes"], len(data))
+            self.assertEqual(object_in(result.stdout)["bytes"], len(data))
             result = run("decode", "--contents", "-", input=data)
             self.assertEqual(result.stdout, b"x" * size)
         result = run("verify", "-", self.write("a.ALM"), input=SOUND[:-1])
@@ -489,7 +489,7 @@ class VerifyTest(ReceivingTest):
         preview = subprocess.run(call, input=b"pages=12", capture_output=True)
         self.assertEqual(preview.returncode, 0, preview.stderr)
         result = run("decode", "--json", "-", input=preview.stdout)
-        self.assertEqual(json.loads(result.stdout)["contents"], "pages=12")
+        self.assertEqual(object_in(result.stdout)["contents"], "pages=12")
 
     def test_paths_from_a_file(self):
         a, b = self.write("a.ALM"), self.write("b\n.ALM", SOUND[:-1])
@@ -688,13 +688,14 @@ class TerminalTest(ReceivingTest):
         return child.wait(timeout=120), sent.decode().replace("\r\n", "\n").split("\x1b[K")[-1]
 
     def test_an_interrupt_says_how_far_it_came(self):
-        folder = self.many(100000, data=document(b"x" * 4000))
+        folder, waiting = self.many(100000, data=document(b"x" * 4000)), self.path("pipe")
+        os.mkfifo(waiting)  # so that no machine is through before the signal
         for sign in (signal.SIGINT, signal.SIGTERM):
             for options in (["verify"], ["verify", "--jobs", "2"], ["decode", "--json"]):
                 with open(self.path("output"), "wb") as output:
-                    status, last = self.interrupted(sign, *options, folder, stdout=output)
+                    status, last = self.interrupted(sign, *options, folder, waiting, stdout=output)
                 self.assertEqual(status, -sign)
-                told = re.fullmatch(rf"wenlolib {options[0]}: interrupted after ([\d,]+) (?:of 100,000 )?"
+                told = re.fullmatch(rf"wenlolib {options[0]}: interrupted after ([\d,]+) (?:of 100,001 )?"
                                     r"documents\n", last)  # fmt: skip
                 self.assertTrue(told, last)
                 with open(self.path("output"), "rb") as output:
@@ -817,7 +818,7 @@ class DecodeTest(ReceivingTest):
                       "id": ID}  # fmt: skip
             if layout == "printer-older":
                 fields.update(device_id=PRINTER["DeviceID"], sn=PRINTER["SN"], romver="2.14")
-            expected = {"path": path, "bytes": len(data), "sound": True, "fault": "none",
+            expected = {"schema": 1, "type": "document", "path": path, "bytes": len(data), "sound": True, "fault": "none",
                         "layer": "none", "offset": None, "field": None, "explanation": None,
                         "redacted": False, "trusted": True, "layout": layout.replace("-older", "_older_tag"),
                         "fields": fields, "cipher": "RC4", "contents": "Début\0 \u2028",
@@ -880,12 +881,29 @@ class DecodeTest(ReceivingTest):
             path = self.write("a.PLM", data.replace(lost, b"<XX>"))
             (found,) = self.objects("decode", "--redact", "--json", path, status=1)
             self.assertEqual((found["fields"], found["contents"]), (None, None))
-            self.assertEqual(found["explanation"], "")
+            self.assertIs(found["explanation"], None)
             text = self.good("decode", "--redact", path, status=1)
             self.assertNotIn("Locale", text)
         path = self.write("a.PLM", data + b"\n")
         (found,) = self.objects("decode", "--redact", "--json", path, status=1)
         self.assertEqual((found["fields"]["id"], found["contents"]), (None, "{[redacted]}"))
+
+    def test_a_file_that_cannot_be_read_has_a_line_in_json(self):
+        good, missing = self.write("a.ALM"), self.path("missing")
+        expected = {"schema": 1, "type": "verdict", "path": missing, "bytes": None, "sound": False,
+                    "fault": "unreadable", "layer": "none", "offset": None, "field": None,
+                    "explanation": "No such file or directory"}  # fmt: skip
+        for call in (["verify"], ["verify", "--quiet"], ["verify", "--jobs", "2"], ["decode"],
+                     ["decode", "--redact"]):  # fmt: skip
+            found = objects_in(self.refused(*call, "--json", missing, good, message="missing: No such"))
+            self.assertEqual(found[0], expected)
+            self.assertEqual([each["sound"] for each in found[1:]], [] if "--quiet" in call else [True])
+        for pair in ([missing, good], [good, missing]):
+            (found,) = objects_in(self.refused("diff", "--json", *pair, message="missing: No such"))
+            self.assertEqual(found, expected)
+        empty = self.write("b.ALM", b"")
+        (found,) = objects_in(self.refused("diff", "--json", good, empty, message="b.ALM: truncated"))
+        self.assertEqual((found["type"], found["path"], found["fault"]), ("verdict", empty, "truncated"))
 
     def test_a_name_that_is_not_utf8_in_json(self):
         path = os.fsencode(self.folder) + b"/\xff.ALM"
@@ -994,7 +1012,7 @@ class DiffTest(ReceivingTest):
 
     def test_the_same(self):
         self.assertEqual(self.differ(SOUND, SOUND, status=0), "No differences.\n")
-        found = json.loads(self.differ(SOUND, SOUND, "--json", status=0))
+        found = object_in(self.differ(SOUND, SOUND, "--json", status=0))
         self.assertEqual(found["same"], True)
         self.assertEqual((found["differences"], found["contents"]), ([], {"same": True, "changes": []}))
 
@@ -1011,7 +1029,7 @@ class DiffTest(ReceivingTest):
             "Cipher\n- RC4\n+ XOR\n"
             "Contents: the same, 7 B\n",
         )
-        found = json.loads(self.differ(document(Locale=""), document(Locale="ja"), "--json"))
+        found = object_in(self.differ(document(Locale=""), document(Locale="ja"), "--json"))
         self.assertEqual(found["differences"], [{"name": "locale", "a": "", "b": "ja"}])
 
     def test_contents_as_text(self):
@@ -1030,7 +1048,7 @@ class DiffTest(ReceivingTest):
         a, b = document(b"one\n\xff\xfe\nthree\n"), document(b"one\ntwo\nthree\n")
         hidden = [{"line": None, "line_hex": "FFFE0A"}]
         for first, second, removed, added in [(a, b, hidden, ["two\n"]), (b, a, ["two\n"], hidden)]:
-            found = json.loads(self.differ(first, second, "--json"))
+            found = object_in(self.differ(first, second, "--json"))
             self.assertEqual(found["contents"]["changes"],
                              [{"a_line": 2, "b_line": 2, "removed": removed, "added": added}])
 
@@ -1043,7 +1061,7 @@ class DiffTest(ReceivingTest):
             for _ in range(made.randrange(6)):
                 b.insert(made.randrange(len(b) + 1), made.choice("abcde") + "\n")
             same = a == b
-            found = json.loads(self.differ(document("".join(a).encode()), document("".join(b).encode()),
+            found = object_in(self.differ(document("".join(a).encode()), document("".join(b).encode()),
                                            "--json", status=0 if same else 1))  # fmt: skip
             changes = found["contents"]["changes"]
             self.assertEqual(applied(a, changes), b)
@@ -1054,13 +1072,14 @@ class DiffTest(ReceivingTest):
 
     def test_texts_that_have_nothing_in_common(self):
         a, b = ([f"{side}{i}\n" for i in range(20000)] for side in "ab")
-        found = json.loads(self.differ(document("".join(a).encode()), document("".join(b).encode()),
+        found = object_in(self.differ(document("".join(a).encode()), document("".join(b).encode()),
                                        "--json"))  # fmt: skip
         self.assertEqual(applied(a, found["contents"]["changes"]), b)
 
     def test_repaired_differs_from_sound_only_in_the_verdict(self):
-        found = json.loads(self.differ(repaired(), document(Locale="a&amp;b"), "--json"))
-        self.assertEqual(found["differences"], [{"name": "verdict", "a": "repaired", "b": "sound"}])
+        found = object_in(self.differ(repaired(), document(Locale="a&amp;b"), "--json"))
+        self.assertEqual(found["differences"], [{"name": "fault", "a": "repaired", "b": "none"},
+                                                {"name": "layer", "a": "checksum", "b": "none"}])
 
     def test_contents_that_nobody_can_decrypt(self):
         unknown = document(b"\0\0", date="")
@@ -1076,7 +1095,7 @@ class DiffTest(ReceivingTest):
         self.assertIn(b"\nVerdict\n- sound\n+ truncated\nContents: the same, 7 B\n", result.stdout)
         self.assertRegex(result.stderr.decode(), f"^wenlolib diff: {bad}: truncated: at byte .*; the rest is "
                          "missing. Compared as far as it can be read; nothing vouches for its values.\n$")
-        found = json.loads(run("diff", "--json", good, bad).stdout)
+        found = object_in(run("diff", "--json", good, bad).stdout)
         self.assertEqual((found["a_trusted"], found["b_trusted"]), (True, False))
 
     def test_what_cannot_be_compared_is_trouble(self):

@@ -78,7 +78,12 @@ int decode(const DecodeOptions& options, Output& output) {
       [&](const Candidate& candidate, std::string_view bytes) {
         return decodeDocument(candidate, bytes, options, style);
       },
-      output);
+      output,
+      [&](const Answer& answer) {
+        if (options.json && answer.status == unreadable) {
+          output.write(unreadableJson(answer.path, answer.complaint));
+        }
+      });
   output.finish();
   return passage.status;
 }

@@ -41,12 +41,13 @@ constexpr auto examples =
     "  wenlolib preview app --name Album usage.txt --bytes | wenlolib diff - old.ALM\n"
     "  wenlolib diff --json before.ALM after.ALM";
 
-/// Null after a complaint.
-std::unique_ptr<LoadedDocument> load(const std::string& path, Output& output) {
+/// Null after a complaint; in JSON, a verdict stands in place of the comparison.
+std::unique_ptr<LoadedDocument> load(const std::string& path, bool json, Output& output) {
   auto loaded = std::make_unique<LoadedDocument>();
   const DocumentReading reading = readDocument({path, "", true, false}, loaded->buffer);
   if (!reading.complaint.empty()) {
     output.complain(path, reading.complaint);
+    if (json) output.write(unreadableJson(path, reading.complaint));
     return nullptr;
   }
   loaded->side.report = receiver::examine(reading.bytes);
@@ -57,7 +58,10 @@ std::unique_ptr<LoadedDocument> load(const std::string& path, Output& output) {
     const std::string found = "Compared as far as it can be read; nothing vouches for its values.";
     output.complain(path, document == nullptr ? verdict : verdict + " " + found);
   }
-  if (document == nullptr) return nullptr;
+  if (document == nullptr) {
+    if (json) output.write(verdictJson(path, reading.bytes.size(), report.verdict));
+    return nullptr;
+  }
   loaded->side.contents = receiver::contentsOf(*document);
   return loaded;
 }
@@ -97,12 +101,15 @@ std::string comparisonText(const DiffOptions& options, const Side& a, const Side
 }
 
 int diff(const DiffOptions& options, Output& output) {
-  const auto a = load(options.a, output);
-  const auto b = load(options.b, output);
-  if (!a || !b) return unreadable;
+  const auto a = load(options.a, options.json, output);
+  const auto b = load(options.b, options.json, output);
+  if (!a || !b) {
+    output.finish();
+    return unreadable;
+  }
   const Comparison comparison = compare(a->side, b->side);
   output.write(options.json
-                   ? comparisonJson(options.a, options.b, comparison)
+                   ? comparisonJson(options.a, options.b, a->side, b->side, comparison)
                    : comparisonText(options, a->side, b->side, comparison, output.paint()));
   output.finish();
   return comparison.same() ? allGood : notGood;

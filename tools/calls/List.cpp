@@ -7,7 +7,9 @@
 
 #include "calls/CommandLine.h"
 #include "calls/RecordChoice.h"
+#include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
+#include "documents/Readable.h"
 #include "records/OwnRecords.h"
 #include "records/RecordTable.h"
 #include "terminal/Format.h"
@@ -25,8 +27,8 @@ struct ListOptions {
 
 /// The document as `decode` shows it.
 std::string wholeText(const RecordReading& reading, const std::string& path, const Style& style) {
-  const auto& document = reading.report.document;
-  const auto contents = document ? receiver::contentsOf(*document) : std::nullopt;
+  const receiver::Document* const document = readable(reading.report);
+  const auto contents = document == nullptr ? std::nullopt : receiver::contentsOf(*document);
   return documentText(path, reading.state.size, reading.report, contents, Redaction(), style);
 }
 
@@ -54,7 +56,12 @@ void writeAll(const OwnRecords& found, const RecordTable& table, const ListOptio
       output.write(rows ? table.row(reading, record.place) : wholeText(reading, path, style));
     }
   });
-  if (options.json) return;
+  if (options.json) {
+    for (const LeftAlone& other : found.others) {
+      if (other.unreadable) output.write(unreadableJson(found.folder + other.place, other.why));
+    }
+    return;
+  }
   if (rows) output.write(table.footing());
   output.write(countsText(found, options.choice, style.columns));
 }
@@ -108,7 +115,7 @@ void addList(CLI::App& app, Session& session) {
       "  wenlolib list\n"
       "  wenlolib list --since 2026-11-01 --kind printer\n"
       "  wenlolib list --printer QX200 --contents\n"
-      "  wenlolib list --json | jq -r 'select(.verdict != \"sound\") | .path'");
+      "  wenlolib list --json | jq -r 'select(.sound | not) | .path'");
   call.callback([options, &session] {
     const ToolPlatform platform(session.root);
     const platform::Substitute substitute(platform.services());

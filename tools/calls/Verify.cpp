@@ -112,7 +112,13 @@ int verify(const VerifyOptions& options, Output& output) {
       [&](const Candidate& candidate, std::string_view bytes) {
         return verdictOn(candidate, bytes, options, style);
       },
-      output, [&](const Answer& answer) { counts.add(answer); });
+      output,
+      [&](const Answer& answer) {
+        counts.add(answer);
+        if (options.json && answer.status == unreadable) {
+          output.write(unreadableJson(answer.path, answer.complaint));
+        }
+      });
   const bool bare = options.json || options.quiet || options.list;
   if (!bare) output.write(counts.summary(passage.passedOver));
   output.finish();

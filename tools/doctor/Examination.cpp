@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "base/EnumTable.h"
 #include "library/Wording.h"
 #include "terminal/Format.h"
+#include "terminal/Json.h"
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
 
@@ -72,15 +72,15 @@ std::string findingsText(const Findings& findings, const Paint& paint,
 }
 
 std::string findingsJson(const Findings& findings) {
-  using Json = nlohmann::ordered_json;
   std::string lines;
   for (const Finding& finding : findings) {
-    Json json = {{"level", levelNames[finding.level].text},
-                 {"check", finding.check},
-                 {"subject", finding.subject},
-                 {"message", finding.message}};
-    if (!finding.remedy.empty()) json["remedy"] = finding.remedy;
-    lines += json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    Json json = jsonObject("finding");
+    json["level"] = levelNames[finding.level].text;
+    json["check"] = finding.check;
+    put(json, "subject", std::string_view(finding.subject));
+    put(json, "message", std::string_view(finding.message));
+    putIfAny(json, "remedy", finding.remedy);
+    lines += jsonLine(json);
   }
   return lines;
 }

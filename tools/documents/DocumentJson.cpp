@@ -1,12 +1,10 @@
 #include "documents/DocumentJson.h"
 
 #include <array>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "base/Utf8.h"
 #include "documents/DocumentText.h"
-#include "documents/JsonText.h"
 #include "documents/Readable.h"
 
 namespace wenlolib::tools {
@@ -17,17 +15,15 @@ struct FieldNames {
   const char* key;
 };
 
-constexpr std::array<FieldNames, 11> keys = {{{"Version", "version"},
-                                              {"OSVersion", "os_version"},
-                                              {"Date", "date"},
-                                              {"Locale", "locale"},
-                                              {"ID", "id"},
-                                              {"DeviceID", "device_id"},
-                                              {"SN", "sn"},
-                                              {"ROMVER", "romver"},
-                                              {"Verdict", "verdict"},
-                                              {"Layout", "layout"},
-                                              {"Cipher", "cipher"}}};
+constexpr std::array<FieldNames, 9> keys = {{{"Version", "version"},
+                                             {"OSVersion", "os_version"},
+                                             {"Date", "date"},
+                                             {"Locale", "locale"},
+                                             {"ID", "id"},
+                                             {"DeviceID", "device_id"},
+                                             {"SN", "sn"},
+                                             {"ROMVER", "romver"},
+                                             {"Cipher", "cipher"}}};
 
 std::string keyOf(const std::string& name) {
   for (const FieldNames& names : keys) {
@@ -36,24 +32,21 @@ std::string keyOf(const std::string& name) {
   return name;
 }
 
-std::string line(const Json& object) {
-  return object.dump() + "\n";
-}
+}  // namespace
 
-Json verdictObject(std::string_view path, std::size_t bytes, const receiver::Verdict& verdict) {
-  Json object;
+void putVerdict(Json& object, std::string_view path, std::uint64_t bytes,
+                const receiver::Verdict& verdict) {
   put(object, "path", path);
   object["bytes"] = bytes;
   object["sound"] = verdict.sound();
   object["fault"] = code(verdict.fault);
   object["layer"] = code(verdict.layer);
   object["offset"] = verdict.sound() ? Json() : Json(verdict.offset);
-  object["field"] = nullptr;
-  object["explanation"] = nullptr;
-  if (!verdict.field.empty()) put(object, "field", std::string_view(verdict.field));
-  if (!verdict.sound()) put(object, "explanation", std::string_view(verdict.explanation));
-  return object;
+  putIfAny(object, "field", verdict.field);
+  putIfAny(object, "explanation", verdict.sound() ? "" : verdict.explanation);
 }
+
+namespace {
 
 Json fieldsObject(const receiver::Document& document, const Redaction& redaction) {
   Json fields = Json::object();
@@ -83,6 +76,33 @@ Json linesArray(const Lines& lines, std::size_t begin, std::size_t end) {
   return array;
 }
 
+void addEntry(Json& differences, const std::string& name, const std::optional<std::string>& a,
+              const std::optional<std::string>& b) {
+  if (a == b) return;
+  Json entry;
+  entry["name"] = name;
+  put(entry, "a", a);
+  put(entry, "b", b);
+  differences.push_back(std::move(entry));
+}
+
+template <class Value>
+void addCodes(Json& differences, const std::string& name, Value a, Value b) {
+  addEntry(differences, name, std::string(code(a)), std::string(code(b)));
+}
+
+/// A verdict and a layout are words for a person; a program gets their codes.
+void addDifference(Json& differences, const Difference& difference, const Side& a, const Side& b) {
+  if (difference.name == "Verdict") {
+    addCodes(differences, "fault", a.report.verdict.fault, b.report.verdict.fault);
+    addCodes(differences, "layer", a.report.verdict.layer, b.report.verdict.layer);
+  } else if (difference.name == "Layout") {
+    addCodes(differences, "layout", readable(a.report)->layout, readable(b.report)->layout);
+  } else {
+    addEntry(differences, keyOf(difference.name), difference.a, difference.b);
+  }
+}
+
 Json contentsObject(const Comparison& comparison) {
   Json contents;
   contents["same"] = comparison.sameContents;
@@ -102,12 +122,25 @@ Json contentsObject(const Comparison& comparison) {
 
 std::string verdictJson(std::string_view path, std::size_t bytes,
                         const receiver::Verdict& verdict) {
-  return line(verdictObject(path, bytes, verdict));
+  Json object = jsonObject("verdict");
+  putVerdict(object, path, bytes, verdict);
+  return jsonLine(object);
+}
+
+std::string unreadableJson(std::string_view path, std::string_view why) {
+  Json object = jsonObject("verdict");
+  putVerdict(object, path, 0, {});
+  object["bytes"] = nullptr;
+  object["sound"] = false;
+  object["fault"] = "unreadable";
+  put(object, "explanation", why);
+  return jsonLine(object);
 }
 
 std::string documentJson(std::string_view path, std::size_t bytes, const receiver::Report& report,
                          const std::optional<std::string>& contents, const Redaction& redaction) {
-  Json object = verdictObject(redaction(path), bytes, redaction(report.verdict));
+  Json object = jsonObject("document");
+  putVerdict(object, redaction(path), bytes, redaction(report.verdict));
   object["redacted"] = redaction.on();
   object["trusted"] = isTrusted(report);
   for (const char* name : {"layout", "fields", "cipher", "contents", "contents_bytes"}) {
@@ -122,11 +155,12 @@ std::string documentJson(std::string_view path, std::size_t bytes, const receive
     }
   }
   if (contents) put(object, "contents", std::string_view(redaction(*contents)));
-  return line(object);
+  return jsonLine(object);
 }
 
-std::string comparisonJson(std::string_view a, std::string_view b, const Comparison& comparison) {
-  Json object;
+std::string comparisonJson(std::string_view a, std::string_view b, const Side& aSide,
+                           const Side& bSide, const Comparison& comparison) {
+  Json object = jsonObject("comparison");
   put(object, "a", a);
   put(object, "b", b);
   object["same"] = comparison.same();
@@ -134,14 +168,10 @@ std::string comparisonJson(std::string_view a, std::string_view b, const Compari
   object["b_trusted"] = comparison.bTrusted;
   object["differences"] = Json::array();
   for (const Difference& difference : comparison.differences) {
-    Json entry;
-    entry["name"] = keyOf(difference.name);
-    put(entry, "a", difference.a);
-    put(entry, "b", difference.b);
-    object["differences"].push_back(std::move(entry));
+    addDifference(object["differences"], difference, aSide, bSide);
   }
   object["contents"] = contentsObject(comparison);
-  return line(object);
+  return jsonLine(object);
 }
 
 }  // namespace wenlolib::tools

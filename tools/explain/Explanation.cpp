@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <chrono>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "library/ToolPlatform.h"
 #include "library/Wording.h"
 #include "terminal/Format.h"
+#include "terminal/Json.h"
 #include "terminal/VisibleText.h"
 #include "toolkit/Folders.h"
 #include "toolkit/Preferences.h"
@@ -305,16 +305,14 @@ std::string explanationText(const Explanation& explanation, const Paint& paint,
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 Json afterwardsJson(const std::vector<Obstacle>& afterwards) {
   Json all = Json::array();
   for (const Obstacle& obstacle : afterwards) {
-    all.push_back({{"code", obstacle.code},
-                   {"stops", obstacle.stops},
-                   {"path", obstacle.path},
-                   {"found", obstacle.message},
-                   {"remedy", obstacle.remedy}});
+    Json one = {{"code", obstacle.code}, {"stops", obstacle.stops}};
+    putIfAny(one, "path", obstacle.path);
+    putIfAny(one, "found", obstacle.message);
+    putIfAny(one, "remedy", obstacle.remedy);
+    all.push_back(std::move(one));
   }
   return all;
 }
@@ -323,30 +321,26 @@ Json afterwardsJson(const std::vector<Obstacle>& afterwards) {
 
 std::string explanationJson(const Explanation& explanation) {
   const bool application = explanation.kind == RecordKind::application;
-  Json json = {{"record", application ? "application" : "printer"}};
-  if (application) {
-    json["option"] = explanation.option;
-    json["mode"] = optionMode(explanation.option);
-  }
+  Json json = jsonObject("decision");
+  json["record"] = recordCode(explanation.kind);
+  json["option"] = application ? Json(explanation.option) : Json();
+  json["mode"] = application ? Json(optionMode(explanation.option)) : Json();
   json["allowed"] = explanation.allowed();
   json["reason"] = reasonCode(explanation);
-  if (!explanation.unanswered.empty()) json["no_answer"] = explanation.unanswered;
+  putIfAny(json, "no_answer", explanation.unanswered);
   json["steps"] = Json::array();
   for (const Step& step : explanation.steps) {
     Json one = {{"gate", gateNames[step.gate].code}, {"state", stateNames[step.state].code}};
-    if (step.gate == Gate::preferences) one["reading"] = step.reading;
-    const std::pair<const char*, const std::string&> texts[] = {{"source", step.source},
-                                                                {"key", step.key},
-                                                                {"expected", step.expected},
-                                                                {"found", step.found},
-                                                                {"remedy", step.remedy}};
-    for (const auto& [name, value] : texts) {
-      if (!value.empty()) one[name] = value;
-    }
+    one["reading"] = step.gate == Gate::preferences ? Json(step.reading) : Json();
+    putIfAny(one, "source", step.source);
+    putIfAny(one, "key", step.key);
+    putIfAny(one, "expected", step.expected);
+    putIfAny(one, "found", step.found);
+    putIfAny(one, "remedy", step.remedy);
     json["steps"].push_back(std::move(one));
   }
-  if (explanation.afterwards) json["afterwards"] = afterwardsJson(*explanation.afterwards);
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  json["afterwards"] = explanation.afterwards ? afterwardsJson(*explanation.afterwards) : Json();
+  return jsonLine(json);
 }
 
 }  // namespace wenlolib::tools

@@ -37,6 +37,11 @@ constexpr EnumTable<platform::Step, std::string_view> stepNames({
     {platform::Step::nameFile, "giving the file its name"},
 });
 
+constexpr EnumTable<RecordKind, std::string_view> recordCodes({
+    {RecordKind::application, "application"},
+    {RecordKind::printerLog, "printer"},
+});
+
 /// What to do, if the error alone does not say so.
 std::string_view advice(const Reason& reason) {
   switch (reason.error) {
@@ -83,6 +88,10 @@ std::string largeText(const platform::ListFault& fault) {
 }
 
 }  // namespace
+
+std::string_view recordCode(RecordKind kind) {
+  return recordCodes[kind];
+}
 
 std::string reasonText(const Reason& reason) {
   const std::string step(stepNames[reason.step]);

@@ -5,14 +5,19 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/PropertyLists.h"
 #include "platform/Reason.h"
+#include "policy/RecordingGates.h"
 #include "wenlolib/Instant.h"
 #include "wenlolib/Text.h"
 #include "wenlolib/Value.h"
 
 namespace wenlolib::tools {
+
+/// A kind of record as JSON names it: "application" or "printer".
+[[nodiscard]] std::string_view recordCode(RecordKind kind);
 
 /// The step and the system's error, such as "making the file failed: No space left on device".
 [[nodiscard]] std::string reasonText(const platform::Reason& reason);

@@ -122,7 +122,7 @@ class Search {
   /// It may be one of those asked for, and the user should hear of it.
   bool isOfUnknownPrinter(const RecordReading& reading) const {
     return !choice_.printer.empty() && !reading.report.document &&
-           reading.facts.kind == RecordKind::printerLog;
+           reading.facts.kind == RecordKind::printerLog && reading.facts.printer().empty();
   }
 
   OwnRecords& found_;

@@ -10,6 +10,7 @@
 #include "base/Integer.h"
 #include "documents/DocumentFiles.h"
 #include "documents/InputFile.h"
+#include "documents/Readable.h"
 #include "terminal/Format.h"
 
 namespace wenlolib::tools {
@@ -118,8 +119,8 @@ RecordFacts factsOf(const std::string& place, const receiver::Report& report,
   facts.date = static_cast<std::time_t>(state.modified / 1'000'000'000);
   facts.name = hostName(place);
   facts.kind = place.ends_with(".PLM") ? RecordKind::printerLog : RecordKind::application;
-  if (!report.document) return facts;
-  const receiver::Document& document = *report.document;
+  if (readable(report) == nullptr) return facts;
+  const receiver::Document& document = *readable(report);
   const bool application = document.layout == receiver::Layout::application;
   facts.kind = application ? RecordKind::application : RecordKind::printerLog;
   facts.deviceId = document.value("DeviceID");

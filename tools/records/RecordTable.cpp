@@ -4,7 +4,8 @@
 #include <numeric>
 
 #include "base/EnumTable.h"
-#include "documents/JsonText.h"
+#include "documents/DocumentJson.h"
+#include "documents/Readable.h"
 #include "library/Wording.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
@@ -12,14 +13,9 @@
 namespace wenlolib::tools {
 namespace {
 
-struct KindNames {
-  std::string_view text;
-  std::string_view code;
-};
-
-constexpr EnumTable<RecordKind, KindNames> kinds({
-    {RecordKind::application, {"application", "app"}},
-    {RecordKind::printerLog, {"printer log", "printer"}},
+constexpr EnumTable<RecordKind, std::string_view> kinds({
+    {RecordKind::application, "application"},
+    {RecordKind::printerLog, "printer log"},
 });
 
 constexpr std::size_t gap = 2;
@@ -59,7 +55,7 @@ void trimEnd(std::string& text) {
 }  // namespace
 
 std::string_view kindText(RecordKind kind) {
-  return kinds[kind].text;
+  return kinds[kind];
 }
 
 std::string minuteText(std::time_t date) {
@@ -192,23 +188,19 @@ std::string isoText(std::time_t date) {
 std::string recordJson(const RecordReading& reading, const std::string& path, bool contents) {
   const RecordFacts& facts = reading.facts;
   const receiver::Verdict& verdict = reading.report.verdict;
-  Json record;
+  Json record = jsonObject("record");
+  putVerdict(record, path, reading.state.size, verdict);
   record["date"] = isoText(facts.date);
   record["date_of"] = facts.dated ? "document" : "file";
-  record["kind"] = kinds[facts.kind].code;
+  record["record"] = recordCode(facts.kind);
   put(record, "name", std::string_view(facts.name));
   put(record, "device_id", std::string_view(facts.deviceId));
   put(record, "sn", std::string_view(facts.serialNumber));
-  record["bytes"] = reading.state.size;
-  record["verdict"] = wordFor(conditionOf(verdict));
-  record["explanation"] = nullptr;
-  if (!verdict.sound()) put(record, "explanation", std::string_view(description(verdict)));
-  put(record, "path", std::string_view(path));
-  if (contents) {
-    const auto& document = reading.report.document;
-    put(record, "contents", document ? receiver::contentsOf(*document) : std::nullopt);
-  }
-  return record.dump() + "\n";
+  const receiver::Document* const document = readable(reading.report);
+  const bool asked = contents && document != nullptr;
+  record["trusted"] = isTrusted(reading.report);
+  put(record, "contents", asked ? receiver::contentsOf(*document) : std::nullopt);
+  return jsonLine(record);
 }
 
 }  // namespace wenlolib::tools

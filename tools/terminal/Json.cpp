@@ -1,4 +1,4 @@
-#include "documents/JsonText.h"
+#include "terminal/Json.h"
 
 #include "base/Utf8.h"
 
@@ -19,6 +19,13 @@ std::string digitsOf(std::string_view bytes) {
 
 }  // namespace
 
+Json jsonObject(std::string_view type) {
+  Json object;
+  object["schema"] = jsonSchema;
+  object["type"] = type;
+  return object;
+}
+
 void put(Json& object, const std::string& name, std::string_view text) {
   if (isUtf8(text)) {
     object[name] = text;
@@ -34,6 +41,14 @@ void put(Json& object, const std::string& name, const std::optional<std::string>
   } else {
     object[name] = nullptr;
   }
+}
+
+void putIfAny(Json& object, const std::string& name, std::string_view text) {
+  put(object, name, text.empty() ? std::nullopt : std::optional<std::string>(text));
+}
+
+std::string jsonLine(const Json& object) {
+  return object.dump() + "\n";
 }
 
 }  // namespace wenlolib::tools
