@@ -5,7 +5,7 @@ project=$PWD
 
 # What building the library needs, on Debian 12.
 build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev libcli11-dev
-  nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev)
+  nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev libarchive-dev libsqlite3-dev)
 
 # What the tests also need: GoogleTest, and other programs that check results.
 test_packages=(libgtest-dev python3 python3-jsonschema libxml2-utils libplist-utils tidy binutils git fish)

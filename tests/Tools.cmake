@@ -18,7 +18,7 @@ add_test(NAME tools.corpus_agreement
     $<TARGET_FILE:verdicts>)
 
 # What several threads do at once, by itself: for the thread sanitizer.
-set(threaded_tools documents/DocumentFiles documents/InputFile documents/Jobs documents/PathList
+set(threaded_tools documents/Archive documents/DocumentFiles documents/InputFile documents/Jobs documents/PathList
   terminal/Format terminal/Interrupt terminal/Output terminal/VisibleText)
 list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
 list(TRANSFORM threaded_tools APPEND .cpp)
@@ -28,4 +28,4 @@ add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}
 target_include_directories(thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
   ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static
-  fmt::fmt-header-only PkgConfig::UTF8PROC)
+  fmt::fmt-header-only PkgConfig::UTF8PROC PkgConfig::ARCHIVE)

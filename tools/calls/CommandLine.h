@@ -23,6 +23,8 @@ struct Session {
 // exit status.
 void addVerify(CLI::App& app, Session& session);
 void addDecode(CLI::App& app, Session& session);
+void addRows(CLI::App& app, Session& session);
+void addCollect(CLI::App& app, Session& session);
 void addDiff(CLI::App& app, Session& session);
 void addExplain(CLI::App& app, Session& session);
 void addPreview(CLI::App& app, Session& session);

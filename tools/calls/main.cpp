@@ -78,8 +78,8 @@ int run(int count, char** arguments) {
   app.require_subcommand(0, 1);
   app.fallthrough();  // these options may also follow the subcommand
   app.formatter(std::make_shared<HelpFormatter>());
-  for (const auto add : {addVerify, addDecode, addDiff, addExplain, addPreview, addRecord, addList,
-                         addReport, addForget, addPath, addDoctor, addInit}) {
+  for (const auto add : {addVerify, addDecode, addRows, addCollect, addDiff, addExplain, addPreview,
+                         addRecord, addList, addReport, addForget, addPath, addDoctor, addInit}) {
     add(app, session);
   }
   addHelp(app);

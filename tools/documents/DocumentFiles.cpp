@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/Integer.h"
 #include "documents/InputFile.h"
 #include "platform/posix/AtomicFile.h"
 #include "terminal/Format.h"
@@ -16,6 +17,22 @@ namespace wenlolib::tools {
 
 bool hasDocumentName(std::string_view name) {
   return name.ends_with(".PLM") || name.ends_with(".ALM");
+}
+
+std::string hostName(std::string_view place) {
+  constexpr std::string_view applicationPrefix = "Quillmere_Log_";
+  std::string_view name = place.substr(place.find('/') + 1);
+  const bool application = name.ends_with(".ALM");
+  if (hasDocumentName(name)) name.remove_suffix(4);
+  const std::size_t line = name.rfind('_');
+  if (line != std::string_view::npos && line + 1 < name.size() &&
+      std::ranges::all_of(name.substr(line + 1), isDigit)) {
+    name = name.substr(0, line);
+  }
+  if (application && name.starts_with(applicationPrefix)) {
+    name.remove_prefix(applicationPrefix.size());
+  }
+  return std::string(name);
 }
 
 namespace {
@@ -135,7 +152,7 @@ void DocumentWalk::consider(const dirent& entry, Folder& folder) {
   if (type == DT_UNKNOWN) type = typeOf(folder.path + entry.d_name);
   if (type == DT_LNK && leadsToFolder(folder.path + entry.d_name)) {
     ++passed_.links;
-  } else if (type == DT_DIR || hasDocumentName(name)) {
+  } else if (type == DT_DIR || hasDocumentName(name) || (counts_ != nullptr && counts_(name))) {
     folder.listing.add(name, type);
   } else {
     ++(platform::posix::isUnfinished(name) ? passed_.unfinished : passed_.otherEnding);
@@ -252,6 +269,7 @@ DocumentReading readStream(const InputFile& stream, std::string& buffer) {
 }  // namespace
 
 DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
+  if (candidate.bytes) return {*candidate.bytes, "", false};
   if (isStandardInput(candidate)) return readStream(InputFile::standardInput(), buffer);
   struct stat status {};
   // Just opening a device can do something to it, so the type is looked up first.

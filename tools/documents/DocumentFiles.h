@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,14 +21,22 @@ namespace wenlolib::tools {
 /// they do not have such a name.
 [[nodiscard]] bool hasDocumentName(std::string_view name);
 
+/// The name that a host gave, from where the file is, such as "PLM/QX200_1.PLM".
+[[nodiscard]] std::string hostName(std::string_view place);
+
 /// A file to examine, or why it cannot be examined.
 struct Candidate {
-  std::string path;       // "-", if named, is standard input
-  std::string complaint;  // why it cannot be examined; else ""
-  bool named = true;      // on the command line; else it was found in a folder
-  bool regular = false;   // its folder says that it is a regular file
-  bool nothing = false;   // it is a folder without documents, as the complaint says
+  std::string path;                     // "-", if named, is standard input
+  std::string complaint;                // why it cannot be examined; else ""
+  bool named = true;                    // on the command line; else it was found in a folder
+  bool regular = false;                 // its folder says that it is a regular file
+  bool nothing = false;                 // it is a folder without documents, as the complaint says
+  std::optional<std::string> member{};  // its name in the archive at `path`
+  std::optional<std::string> bytes{};   // if they have been read already
 };
+
+/// Whether a file that was found is left out.
+using Skip = std::function<bool(const Candidate&)>;
 
 /// Files in folders that are not examined, by reason.
 struct PassedOver {
@@ -38,6 +47,9 @@ struct PassedOver {
   /// "2 files with another ending, 1 link to a folder"; "" if there is none.
   [[nodiscard]] std::string text() const;
 
+  friend PassedOver operator+(const PassedOver& a, const PassedOver& b) {
+    return {a.otherEnding + b.otherEnding, a.links + b.links, a.unfinished + b.unfinished};
+  }
   friend PassedOver operator-(const PassedOver& a, const PassedOver& b) {
     return {a.otherEnding - b.otherEnding, a.links - b.links, a.unfinished - b.unfinished};
   }
@@ -71,7 +83,9 @@ class Listing {
 /// names of the folders that are open.
 class DocumentWalk {
  public:
-  explicit DocumentWalk(std::vector<std::string> paths) : named_(std::move(paths)) {}
+  /// `counts` says which other names count in folders.
+  explicit DocumentWalk(std::vector<std::string> paths, bool (*counts)(std::string_view) = nullptr)
+      : named_(std::move(paths)), counts_(counts) {}
 
   /// The next one; nothing at the end.
   [[nodiscard]] std::optional<Candidate> next();
@@ -94,6 +108,7 @@ class DocumentWalk {
   void consider(const dirent& entry, Folder& folder);
 
   std::vector<std::string> named_;
+  bool (*counts_)(std::string_view);
   std::size_t position_ = 0;
   std::vector<Folder> open_;  // from the outermost one to the one that is being read
   std::uint64_t found_ = 0;   // below the outermost one

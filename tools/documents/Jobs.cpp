@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "documents/Archive.h"
 #include "documents/PathList.h"
 
 namespace wenlolib::tools {
@@ -57,15 +58,25 @@ void DocumentJobs::run(const Source& source, const Listener& take) {
   }
 }
 
+namespace {
+
+std::size_t carriedBy(const Candidate& candidate) {
+  return candidate.bytes ? candidate.bytes->size() : 0;
+}
+
+}  // namespace
+
 /// False when the source has nothing left. Only the caller's thread adds and removes tasks, so it
 /// may look at their number without a lock.
 bool DocumentJobs::fill(const Source& source) {
   std::vector<Candidate> candidates;
   bool more = true;
-  while (more && tasks_.size() + candidates.size() < window_) {
+  while (more && tasks_.size() + candidates.size() < window_ && carried_ < mostHeldBytes) {
     std::optional<Candidate> candidate = source();
     more = candidate.has_value();
-    if (more) candidates.push_back(std::move(*candidate));
+    if (!more) break;
+    carried_ += carriedBy(*candidate);
+    candidates.push_back(std::move(*candidate));
   }
   {
     const std::lock_guard lock(mutex_);
@@ -85,6 +96,7 @@ std::vector<Answer> DocumentJobs::takeFinished() {
     while (!tasks_.empty() && tasks_.front().done) {
       answers.push_back(std::move(tasks_.front().answer));
       held_ -= answers.back().output.size();
+      carried_ -= carriedBy(tasks_.front().candidate);
       tasks_.pop_front();
       --given_;
     }
@@ -135,6 +147,7 @@ Answer complaintOf(const Candidate& candidate, std::string complaint) {
   Answer answer;
   answer.complaint = std::move(complaint);
   answer.path = candidate.path;
+  answer.member = candidate.member;
   answer.status = candidate.nothing ? notGood : unreadable;
   return answer;
 }
@@ -152,6 +165,10 @@ Answer readAndExamine(const Candidate& candidate, const Examiner& examine, std::
   Answer gone;
   gone.skipped = true;
   return gone;
+}
+
+std::string placeOf(const Answer& answer) {
+  return answer.member ? answer.path + ": " + *answer.member : answer.path;
 }
 
 /// The number of documents. Counting begins when it is first asked for: most runs end before that.
@@ -181,14 +198,15 @@ Passage goThrough(const DocumentOptions& options, const Examiner& examine, Outpu
     if (paths.empty()) output.complain(list, "there is no path in it");
     if (paths.empty()) return {notGood, {}};
   }
-  output.expect(countAhead(paths));
-  DocumentWalk walk(std::move(paths));
+  // How many documents are in an archive shows only at its end.
+  if (!options.archives) output.expect(countAhead(paths));
+  ArchiveWalk walk(std::move(paths), options.archives, options.skip);
   Passage passage;
   const auto take = [&](const Answer& answer) {
     output.endIfInterrupted();
     if (answer.skipped) return;
     output.write(answer.output);
-    if (!answer.complaint.empty()) output.complain(answer.path, answer.complaint);
+    if (!answer.complaint.empty()) output.complain(placeOf(answer), answer.complaint);
     passage.status = std::max(passage.status, answer.status);
     if (hear) hear(answer);
     output.advance();

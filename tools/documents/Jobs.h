@@ -2,6 +2,7 @@
 #ifndef WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
 #define WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
 
+#include <any>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -21,12 +22,14 @@ namespace wenlolib::tools {
 
 /// The result for one document.
 struct Answer {
-  std::string output;                  // for standard output
-  std::string complaint;               // for standard error, after the path; or ""
-  std::string path;                    // as complaints name it
+  std::string output;     // for standard output
+  std::string complaint;  // for standard error, after the path; or ""
+  std::string path;       // as complaints name it
+  std::optional<std::string> member{};
   int status = allGood;                // an `Exit`
   bool skipped = false;                // it is not there any more and does not count
   std::optional<Condition> condition;  // of a document that was read
+  std::any made{};                     // what else the examiner has for the listener
 };
 
 /// Examines the bytes of one document. Several threads call it at once.
@@ -45,6 +48,8 @@ struct DocumentOptions {
   std::string pathsFrom;  // a file with more paths, "-" for standard input; or ""
   bool nul = false;       // these paths end in NUL, not in a line break
   int jobs = defaultJobs;
+  bool archives = false;  // also the documents in archives
+  Skip skip{};            // files and archives that are left out; or null
 };
 
 /// The end of a run.
@@ -95,10 +100,11 @@ class DocumentJobs {
   std::mutex mutex_;
   std::condition_variable added_;
   std::condition_variable finished_;
-  std::deque<Task> tasks_;  // in order; in a deque the others stay where they are
-  std::size_t given_ = 0;   // how many of them threads have taken
-  std::size_t held_ = 0;    // bytes in answers that wait for their turn
-  bool ended_ = false;      // no more will come
+  std::deque<Task> tasks_;   // in order; in a deque the others stay where they are
+  std::size_t given_ = 0;    // how many of them threads have taken
+  std::size_t held_ = 0;     // bytes in answers that wait for their turn
+  std::size_t carried_ = 0;  // bytes that tasks in the queue carry; the caller's thread alone knows
+  bool ended_ = false;       // no more will come
   std::vector<std::thread> threads_;
 };
 

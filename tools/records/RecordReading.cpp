@@ -95,22 +95,6 @@ std::string RecordFacts::printer() const {
   return text + serialNumber;
 }
 
-std::string hostName(std::string_view place) {
-  constexpr std::string_view applicationPrefix = "Quillmere_Log_";
-  std::string_view name = place.substr(place.find('/') + 1);
-  const bool application = name.ends_with(".ALM");
-  if (hasDocumentName(name)) name.remove_suffix(4);
-  const std::size_t line = name.rfind('_');
-  if (line != std::string_view::npos && line + 1 < name.size() &&
-      std::ranges::all_of(name.substr(line + 1), isDigit)) {
-    name = name.substr(0, line);
-  }
-  if (application && name.starts_with(applicationPrefix)) {
-    name.remove_prefix(applicationPrefix.size());
-  }
-  return std::string(name);
-}
-
 namespace {
 
 RecordFacts factsOf(const std::string& place, const receiver::Report& report,

@@ -59,9 +59,6 @@ struct RecordReading {
 /// the wrappers, as far as its beginning or its end can tell.
 [[nodiscard]] bool isOurs(std::string_view bytes);
 
-/// The name that a host gave, from where the file is, such as "PLM/QX200_1.PLM".
-[[nodiscard]] std::string hostName(std::string_view place);
-
 }  // namespace wenlolib::tools
 
 #endif

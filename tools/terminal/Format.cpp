@@ -40,7 +40,22 @@ std::string localTime(std::time_t time) {
                      parts.tm_gmtoff < 0 ? '-' : '+', offset / 3600, offset / 60 % 60);
 }
 
+std::string utcText(std::time_t time) {
+  const std::chrono::sys_seconds moment{std::chrono::seconds(time)};
+  const auto day = std::chrono::floor<std::chrono::days>(moment);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss clock(moment - day);
+  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", static_cast<int>(date.year()),
+                     static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                     clock.hours().count(), clock.minutes().count(), clock.seconds().count());
+}
+
 std::optional<std::time_t> momentOf(std::string_view dateText) {
+  const std::optional<Moment> moment = zonedMomentOf(dateText);
+  return moment ? std::optional(moment->time) : std::nullopt;
+}
+
+std::optional<Moment> zonedMomentOf(std::string_view dateText) {
   Scanner scanner(dateText);
   const std::chrono::year year(scanner.number(0, 9999));
   const int month = scanner.expect('-').number(1, 12, 2);
@@ -54,7 +69,7 @@ std::optional<std::time_t> momentOf(std::string_view dateText) {
   const std::chrono::seconds time = std::chrono::sys_days(date).time_since_epoch() +
                                     std::chrono::hours(hours) + std::chrono::minutes(minutes) +
                                     std::chrono::seconds(seconds) - std::chrono::seconds(offset);
-  return static_cast<std::time_t>(time.count());
+  return Moment{static_cast<std::time_t>(time.count()), offset};
 }
 
 Scanner& Scanner::expect(char character) {

@@ -27,6 +27,16 @@ namespace wenlolib::tools {
 /// lack its colon. Nothing for another text.
 [[nodiscard]] std::optional<std::time_t> momentOf(std::string_view dateText);
 
+/// The same, with the text's offset from GMT in seconds.
+struct Moment {
+  std::time_t time = 0;
+  std::int32_t offset = 0;
+};
+[[nodiscard]] std::optional<Moment> zonedMomentOf(std::string_view dateText);
+
+/// "2024-03-15T00:05:07Z".
+[[nodiscard]] std::string utcText(std::time_t time);
+
 /// Reads a text from its front. Once something is not as expected, it has failed for good.
 class Scanner {
  public:

@@ -3,9 +3,8 @@
 #include "base/Utf8.h"
 
 namespace wenlolib::tools {
-namespace {
 
-std::string digitsOf(std::string_view bytes) {
+std::string hexadecimalText(std::string_view bytes) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   std::string text;
   text.reserve(2 * bytes.size());
@@ -16,8 +15,6 @@ std::string digitsOf(std::string_view bytes) {
   }
   return text;
 }
-
-}  // namespace
 
 Json jsonObject(std::string_view type) {
   Json object;
@@ -31,7 +28,7 @@ void put(Json& object, const std::string& name, std::string_view text) {
     object[name] = text;
   } else {
     object[name] = nullptr;
-    object[name + "_hex"] = digitsOf(text);
+    object[name + "_hex"] = hexadecimalText(text);
   }
 }
 

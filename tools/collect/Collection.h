@@ -1,0 +1,62 @@
+/// A fleet's documents in one database: a table of rows, the files that they came from, and views
+/// that answer the common questions.
+#ifndef WENLOLIB_TOOLS_COLLECT_COLLECTION_H
+#define WENLOLIB_TOOLS_COLLECT_COLLECTION_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "collect/Database.h"
+#include "records/RecordReading.h"
+#include "rows/Row.h"
+
+namespace wenlolib::tools {
+
+class Collection {
+ public:
+  /// Opens a database, or makes one. Throws DatabaseError, also for one of something else.
+  /// `waiting` is called while another process writes to it.
+  Collection(const std::string& path, bool make, Database::Waiting waiting);
+
+  /// Whether a file in this state has been read to its end before.
+  [[nodiscard]] bool hasRead(const std::string& path, const FileState& state);
+
+  /// Adds a row, unless there is one of a document with the same bytes.
+  void add(const Row& row);
+
+  /// A file or archive has been read to its end, together with the rows that were added.
+  void finish(const std::string& path, const FileState& state);
+
+  /// Keeps what has been added. After a crash nothing else is there.
+  void commit();
+
+  [[nodiscard]] std::int64_t documents() const;
+
+ private:
+  void prepare();
+  void begin();
+
+  Database database_;
+  std::optional<Statement> find_;
+  std::optional<Statement> insert_;
+  std::optional<Statement> finish_;
+  std::uint64_t pending_ = 0;  // changes that are not kept yet
+  bool begun_ = false;
+};
+
+/// A common question, and the view that answers it.
+struct Question {
+  std::string_view view;
+  std::string_view title;
+};
+[[nodiscard]] const std::vector<Question>& questions();
+
+/// All tables that answer the common questions, for a person.
+[[nodiscard]] std::string answersText(const std::string& path);
+
+}  // namespace wenlolib::tools
+
+#endif
