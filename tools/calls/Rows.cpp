@@ -1,19 +1,13 @@
-// `wenlolib rows`: one flat row for each document, for databases and other programs.
+#include "calls/Rows.h"
+
 #include <CLI/CLI.hpp>
 #include <memory>
 
 #include "calls/CommandLine.h"
-#include "documents/Jobs.h"
 #include "rows/RowText.h"
 
 namespace wenlolib::tools {
 namespace {
-
-struct RowsOptions {
-  DocumentOptions documents;
-  bool csv = false;
-  bool redact = false;
-};
 
 constexpr auto examples =
     "One row for each document, sound or not, always with the same columns and types;\n"
@@ -43,8 +37,9 @@ Answer rowAnswer(const Candidate& candidate, std::string_view bytes, const RowsO
   return answer;
 }
 
-int rows(const RowsOptions& options) {
-  Output output("rows");
+}  // namespace
+
+int rows(const RowsOptions& options, Output& output) {
   if (options.csv) output.write(csvHeading());
   const Passage passage = goThrough(
       options.documents,
@@ -60,8 +55,6 @@ int rows(const RowsOptions& options) {
   return passage.status;
 }
 
-}  // namespace
-
 void addRows(CLI::App& app, Session& session) {
   const auto options = std::make_shared<RowsOptions>();
   options->documents.archives = true;
@@ -76,7 +69,8 @@ void addRows(CLI::App& app, Session& session) {
     if (options->documents.nul && options->documents.pathsFrom.empty()) {
       throw CLI::ValidationError("--null", "is for --files-from");
     }
-    session.exitStatus = rows(*options);
+    Output output("rows");
+    session.exitStatus = rows(*options, output);
   });
 }
 
