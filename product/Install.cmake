@@ -74,7 +74,8 @@ if(TARGET wenlolib)
     install(FILES ${tools}/man/wenlolib.${section}
       DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT tools)
   endforeach()
-  install(FILES ${tools}/schema/wenlolib-1.json
+  install(FILES ${tools}/schema/wenlolib-1.json ${tools}/schema/rows-1.json
+    ${tools}/schema/rows-1.sql
     DESTINATION ${CMAKE_INSTALL_DATADIR}/wenlolib COMPONENT tools)
   install(FILES ${tools}/completion/wenlolib.bash RENAME wenlolib
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)

@@ -8,7 +8,8 @@ build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev li
   nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev libarchive-dev libsqlite3-dev)
 
 # What the tests also need: GoogleTest, and other programs that check results.
-test_packages=(libgtest-dev python3 python3-jsonschema libxml2-utils libplist-utils tidy binutils git fish)
+test_packages=(libgtest-dev python3 python3-jsonschema libxml2-utils libplist-utils tidy binutils git fish
+  sqlite3)
 
 # What the torture needs: addr2line, time zones, namespaces.
 torture_packages=(python3 binutils tzdata util-linux)

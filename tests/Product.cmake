@@ -4,6 +4,8 @@ set(product_tests ${CMAKE_CURRENT_SOURCE_DIR}/product)
 add_test(NAME verifier COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/verifier/verify_document_test.py)
 add_test(NAME docs.document_format
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/document_format_test.py)
+add_test(NAME docs.rows
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/rows_test.py $<TARGET_FILE:wenlolib>)
 add_test(NAME docs.pages
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/pages_test.py ${PROJECT_BINARY_DIR})
 set_tests_properties(docs.pages PROPERTIES TIMEOUT 1500)

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Does what README, host guide and the page for the people who are recorded tell a reader to do, as it stands there: saves the programs, types
-the commands, one after the other in one shell, in a home of its own with the folders and the
-preference file of a host.
+"""Does what README, host guide, the page for the people who are recorded and the page for receivers
+tell a reader to do, as it stands there: saves the programs, types the commands, one after the other
+in one shell, in a home of its own with the folders and the preference file of a host.
 
     pages_test.py BUILD_FOLDER
 """
+import contextlib
 import datetime
+import glob
 import os
 import pathlib
 import plistlib
@@ -27,10 +29,40 @@ support = "Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Sup
 saved_as = {"c": "host.c", "cpp": "host.cpp", "objc": "host.m"}
 
 
+def blocks_of(page):
+    """(language, text) of what is set off on a page."""
+    return re.findall(r"^```(\w*)\n(.*?)^```$", (project / page).read_text(),
+                      re.DOTALL | re.MULTILINE)
+
+
+@contextlib.contextmanager
+def postgresql(folder):
+    """A PostgreSQL server of this test's own, as variables of the environment; None without one."""
+    programs = sorted(glob.glob("/usr/lib/postgresql/*/bin/"))
+    user = "postgres" if os.geteuid() == 0 else None  # the server refuses to run as root
+    if not programs or not shutil.which("psql"):
+        yield None
+        return
+
+    def call(program, *arguments):
+        subprocess.run([programs[-1] + program, "-D", folder / "data", *arguments], user=user,
+                       check=True, cwd=folder, stdout=subprocess.DEVNULL, timeout=120)
+
+    folder.mkdir()
+    folder.chmod(0o755)
+    if user:
+        shutil.chown(folder, user)
+    call("initdb", "-A", "trust", "-U", "receiver", "-E", "UTF8", "--locale=C.UTF-8")
+    call("pg_ctl", "-w", "-l", "log", "-o", f"-k '{folder}' -c listen_addresses=''", "start")
+    try:
+        yield {"PGHOST": str(folder), "PGUSER": "receiver", "PGDATABASE": "postgres"}
+    finally:
+        call("pg_ctl", "-w", "-m", "immediate", "stop")
+
+
 def steps(page):
     """A shell script of what the page says: programs saved, commands typed."""
-    blocks = re.findall(r"^```(\w*)\n(.*?)^```$", (project / page).read_text(),
-                        re.DOTALL | re.MULTILINE)
+    blocks = blocks_of(page)
     script = ["set -euo pipefail", f"cd '{project}'"]
     for language, text in blocks:
         if language == "cmake" and "find_package" in text:
@@ -74,7 +106,7 @@ class Pages(unittest.TestCase):
         """The exit status of one of the calls that README names, with real files for its words."""
         document = sorted((self.home / support).glob("PLM/*"))[0]
         words = {"FOLDER": self.home, "FILE": document, "A": document, "B": document,
-                 "FILE.html": self.work / "page.html"}
+                 "FILE.html": self.work / "page.html", "fleet.db": self.work / "fleet.db"}
         command, *arguments = (str(words.get(word, word)) for word in line.split())
         if arguments[0] == "forget":
             arguments.append("--yes")  # there is no terminal to answer on
@@ -108,6 +140,33 @@ class Pages(unittest.TestCase):
         self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
         self.assertEqual(self.recorded(), [])
         self.assertTrue((self.work / "recorded.html").exists())
+
+    def test_receiving(self):
+        """Types the commands of the page in an empty folder, those for programs that are there."""
+        self.work.parent.chmod(0o755)
+        (self.work / "prefix/share").mkdir(parents=True)
+        (self.work / "prefix/share/wenlolib").symlink_to(project / "tools/schema")
+        with postgresql(self.work.parent / "server") as server:
+            missing = [] if server else ["psql"]
+            missing += [] if shutil.which("sqlite3") else ["sqlite3"]
+            script = ["set -euo pipefail", f"cd '{self.work}'", f"PATH='{build / 'tools'}':$PATH"]
+            script += [text for language, text in blocks_of("docs/receiving.md")
+                       if language == "sh" and not any(word in text for word in missing)]
+            run = subprocess.run(["bash", "-c", "\n".join(script)], capture_output=True, text=True,
+                                 env={"HOME": str(self.home), "PATH": os.environ["PATH"],
+                                      "PREFIX": str(self.work / "prefix"), **(server or {})})
+        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        self.assertIn("fleet.db: 5 documents, 5 new; 0 unchanged files not read again\n"
+                      "fleet.db: 5 documents, 0 new; 1 unchanged file not read again\n", run.stdout)
+        for name in ("rows.jsonl", "day.jsonl", "redacted.jsonl"):
+            self.assertEqual(len((self.work / name).read_text().splitlines()), 5, name)
+        self.assertEqual((self.work / "rows.csv").read_bytes().count(b"\r\n"), 6)
+        if "sqlite3" not in missing:
+            self.assertIn("segments/2026-11-22T14.tar.gz|./QX200_4.PLM|truncated|xml\n", run.stdout)
+        if server:
+            self.assertIn("INSERT 0 5\n", run.stdout)
+        if missing:
+            self.skipTest("without " + " and ".join(missing))
 
     def test_host_guide(self):
         for name in ("ALM", "PLM", "Config"):

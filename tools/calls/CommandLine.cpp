@@ -14,6 +14,9 @@ std::string firstScreen() {
 Receiving documents:
   wenlolib verify PATH...           are these documents sound? (folders too)
   wenlolib decode PATH...           what do they say?
+  wenlolib rows PATH...             the same as rows: JSON Lines or CSV
+  wenlolib collect PATH... --into DB
+                                    the rows in a database; --show asks it
   wenlolib diff A B                 what differs between two documents?
 
 Recording:

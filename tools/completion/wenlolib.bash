@@ -5,7 +5,7 @@ _wenlolib_parse() {
   local word
   for word in "$@"; do
     case $word in
-      verify | decode | diff | explain | preview | record | list | report | forget | path | doctor | init | help) call=${call:-$word} ;;
+      verify | decode | rows | collect | diff | explain | preview | record | list | report | forget | path | doctor | init | help) call=${call:-$word} ;;
       app | printer) kind=${kind:-$word} ;;
     esac
   done
@@ -16,11 +16,13 @@ _wenlolib_options() {
   local record='--name --option' printer='--device-id --sn --romver --new-tag-type'
   local replay='--os --date --library-version --preferences --support-list --json'
   local choice='--since --until --kind --printer'
-  local calls='verify decode diff explain preview record list report forget path doctor init'
+  local calls='verify decode rows collect diff explain preview record list report forget path doctor init'
   case "$call $kind" in
     ' '*) echo "$calls help --version" ;;
     'verify '*) echo '--json --quiet --list --files-from --null --jobs' ;;
     'decode '*) echo '--json --contents --redact --files-from --null --jobs' ;;
+    'rows '*) echo '--csv --redact --files-from --null --jobs' ;;
+    'collect '*) echo '--into --show --redact --files-from --null --jobs' ;;
     'diff '*) echo '--json' ;;
     'list '*) echo "$choice --json --contents" ;;
     'report '*) echo '--redact --force' ;;
@@ -46,7 +48,7 @@ _wenlolib() {
   case $previous in
     --root) mapfile -t COMPREPLY < <(compgen -d -- "$current"); return ;;
     --color) mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current"); return ;;
-    --preferences | --support-list | --plugin | --files-from)
+    --preferences | --support-list | --plugin | --files-from | --into)
       mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
     --kind) mapfile -t COMPREPLY < <(compgen -W 'app printer' -- "$current"); return ;;
     --since | --until | --printer | --name | --option | --os | --date | --library-version | --jobs | --device-id | --sn | --romver)
@@ -56,7 +58,7 @@ _wenlolib() {
   # Files only where the call takes some: documents, or the contents of a record.
   case "$current:$call $kind" in
     -*) ;;
-    *':verify '* | *':decode '* | *':diff '* | *':preview '[ap]* | *':record '[ap]* | *':report '*)
+    *':verify '* | *':decode '* | *':rows '* | *':collect '* | *':diff '* | *':preview '[ap]* | *':record '[ap]* | *':report '*)
       mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
   esac
   mapfile -t COMPREPLY < <(compgen -W "$(_wenlolib_options)" -- "$current")
