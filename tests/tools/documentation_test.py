@@ -21,7 +21,7 @@ TOOLS = os.path.join(ROOT, "tools")
 
 import skips
 
-SIMPLE = ["verify", "decode", "diff", "list", "report", "forget", "path", "doctor", "init", "help"]
+SIMPLE = ["verify", "decode", "rows", "collect", "diff", "list", "report", "forget", "path", "doctor", "init", "help"]
 WITH_KINDS = ["explain", "preview", "record"]
 CALLS = SIMPLE + [f"{call} {kind}" for call in WITH_KINDS for kind in ["app", "printer"]]
 EVERYWHERE = {"--root", "--color", "--exit-zero", "--help"}
