@@ -2,6 +2,7 @@
 """Tests of `wenlolib rows`. Argument: the path of the wenlolib command."""
 
 import collections
+import contextlib
 import csv
 import fcntl
 import gzip
@@ -12,6 +13,7 @@ import os
 import random
 import re
 import signal
+import sqlite3
 import subprocess
 import sys
 import tarfile
@@ -25,7 +27,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
 import skips
 from rows_corpus import COLUMNS, TRUTH, files, row_of, shown
-from survey_documents import IDENTIFIER, application_document, printer_document
+from survey_documents import IDENTIFIER, application_document, printer_document, wrapped
 
 COMMAND = ""
 FORMATS = {"ustar": tarfile.USTAR_FORMAT, "pax": tarfile.PAX_FORMAT, "gnu": tarfile.GNU_FORMAT}
@@ -159,6 +161,17 @@ class RowsTest(unittest.TestCase):
         (row,) = self.rows(*call, **options)
         return row
 
+    def tree(self):
+        """Every file below the folder, its mode, digest and time of change."""
+        found = {}
+        for parent, folders, names in os.walk(self.folder):
+            for path in (os.path.join(parent, name) for name in names + folders):
+                status = os.stat(path)
+                with contextlib.nullcontext() if os.path.isdir(path) else open(path, "rb") as file:
+                    digest = file and hashlib.sha256(file.read()).hexdigest()
+                found[path] = (status.st_mode, digest, status.st_mtime_ns)
+        return found
+
     def check_types(self, rows):
         for row in rows:
             for name, kind in COLUMNS.items():
@@ -289,6 +302,26 @@ class GoldenTest(RowsTest):
             self.assertEqual((row["member"], row["name"], row["number"]),
                              (name.decode(), "長い名前" * 20, 12))  # fmt: skip
 
+    def test_the_table_of_collect(self):
+        rows = self.rows(self.golden, status=1)
+        first = {}
+        for row in rows:
+            first.setdefault(row["sha256"], row)
+        self.assertGreater(len(first), 900)
+        for jobs in ("1", "3"):
+            database = self.path(f"{jobs}.db")
+            result = run("collect", "--jobs", jobs, self.golden, "--into", database)
+            self.assertEqual((result.returncode, result.stderr), (1, b""))
+            connection = sqlite3.connect(os.fsdecode(database))
+            self.assertEqual([name for _, name, *_ in connection.execute("PRAGMA table_info(documents)")],
+                             list(COLUMNS))  # fmt: skip
+            stored = connection.execute("SELECT * FROM documents ORDER BY rowid").fetchall()
+            self.assertEqual([dict(zip(COLUMNS, values)) for values in stored], list(first.values()))
+            for name, kind in COLUMNS.items():
+                types = {type_ for (type_,) in connection.execute(f"SELECT DISTINCT typeof({name}) FROM documents")}
+                self.assertLessEqual(types, {"null", "text" if kind is str else "integer"}, name)
+            connection.close()
+
     def test_csv(self):
         for call in ([self.golden], ["--jobs", "3", self.golden]):
             result = run("rows", "--csv", *call)
@@ -399,6 +432,421 @@ class MeaningTest(RowsTest):
         path = self.write("a.ALM", whole.replace(IDENTIFIER.encode(), b"\xa9abc"))
         row = self.row("--redact", path, status=1)
         self.assertEqual((row["contents"], row["contents_hex"]), (None, (b"\xc3[redacted] def").hex().upper()))
+
+
+VIEWS = ["jobs_by_printer_and_month", "applications_by_month", "versions", "faults", "broken_by_printer"]
+
+
+class CollectTest(RowsTest):
+    def setUp(self):
+        super().setUp()
+        self.database = self.path("fleet.db")
+
+    def collect(self, *call, status=0, message=b"", into=None, **options):
+        result = run("collect", *call, "--into", into or self.database, **options)
+        self.assertEqual(result.returncode, status, result.stderr)
+        self.assertRegex(result.stderr, message or b"^$")
+        return result.stdout.decode()
+
+    def told(self, *call, **options):
+        """The numbers of documents, of new ones and of files not read again."""
+        match = re.fullmatch(r".*fleet.db: ([\d,]+) documents?, ([\d,]+) new; ([\d,]+) unchanged files? "
+                             "not read again\n", self.collect(*call, **options))  # fmt: skip
+        return tuple(int(number.replace(",", "")) for number in match.groups())
+
+    def asked(self, sql, database=None):
+        connection = sqlite3.connect(os.fsdecode(database or self.database))
+        try:
+            return connection.execute(sql).fetchall()
+        finally:
+            connection.close()
+
+    def stored(self):
+        """The rows of the table, as `rows` would write them."""
+        rows = [dict(zip(COLUMNS, values)) for values in self.asked("SELECT * FROM documents ORDER BY rowid")]
+        for row in rows:
+            self.assertIn(row["trusted"], (0, 1))
+            row["trusted"] = bool(row["trusted"])
+        self.check_types(rows)
+        return rows
+
+    def document(self, number, serial="QX200-1"):
+        return printer_document("2026-11-02T10:00:00+09:00", f"n={number}", serial=serial)
+
+    def several(self, count=40, folder="in"):
+        """Documents as files and in two archives; answers how many distinct ones there are."""
+        for i in range(count // 4):
+            self.write(f"{folder}/a{i:05}_1.PLM", self.document(i))
+        for name, start in (("b.tar", count // 4), ("c.tar.gz", count // 2)):
+            data = tar_of([(b"%05d_1.PLM" % i, self.document(i)) for i in range(start, start + count // 2)], "ustar")
+            self.write(f"{folder}/{name}", gzip.compress(data, 1) if name.endswith("gz") else data)
+        return count
+
+    def check_whole(self, count):
+        """The database holds these documents, each once, and every view agrees."""
+        self.assertEqual(self.asked("PRAGMA integrity_check"), [("ok",)])
+        self.assertEqual(sorted(contents for (contents,) in self.asked("SELECT contents FROM documents")),
+                         sorted(f"n={i}" for i in range(count)))  # fmt: skip
+        self.assertEqual(self.asked("SELECT printer, month, documents FROM jobs_by_printer_and_month"),
+                         [("QX200-1", "2026-11", count)])  # fmt: skip
+        self.assertEqual(self.asked("SELECT * FROM faults"), [("none", "none", count)])
+        self.assertEqual(self.asked("SELECT * FROM broken_by_printer"), [])
+
+    # --- What is read ---
+
+    def test_an_unchanged_file_is_not_read_again(self):
+        path, other = self.write("in/a.PLM", self.document(1)), self.write("in/b.PLM", self.document(2))
+        tar = self.write("in/c.tar", tar_of([(b"c.PLM", self.document(3))], "ustar"))
+        folder = self.path("in")
+        self.assertEqual(self.told(folder), (3, 3, 0))
+        self.assertEqual(self.told(folder), (3, 0, 3))
+        self.assertEqual(self.told(path, tar, "--jobs", "3"), (3, 0, 2))
+        for place, data in ((path, self.document(8)), (tar, tar_of([(b"c.PLM", self.document(9))], "ustar"))):
+            status = os.stat(place)
+            with open(place, "r+b") as file:  # in place, so that it stays the same file
+                file.write(data)
+            os.utime(place, ns=(status.st_atime_ns, status.st_mtime_ns))
+        self.assertEqual(self.told(folder), (3, 0, 3))
+        for place in (path, tar):
+            os.utime(place, ns=(0, os.stat(place).st_mtime_ns + 1))
+        self.assertEqual(self.told(folder), (5, 2, 1))
+        with open(other, "ab") as file:
+            file.write(b" ")
+        self.assertEqual(self.told(folder, status=1), (6, 1, 2))
+        moved = self.path("in/z.PLM")
+        os.rename(other, moved)
+        self.write("in/b.PLM", self.document(2))
+        self.assertEqual(self.told(folder, status=1), (6, 0, 2))
+
+    def test_what_arrives_is_added(self):
+        for i in range(4):
+            self.write(f"in/{i}.PLM", self.document(i))
+            self.assertEqual(self.told(self.path("in")), (i + 1, 1, i))
+        self.assertEqual(self.told("-", input=tar_of([(b"9.PLM", self.document(9))])), (5, 1, 0))
+        self.assertEqual(self.told("-", input=tar_of([(b"9.PLM", self.document(9))])), (5, 0, 0))
+
+    def test_the_same_bytes_count_once(self):
+        for name in ("a_1.PLM", "b_2.PLM", "sub/c_3.PLM"):
+            self.write("in/" + name, self.document(1))
+        self.write("in/d.tar", tar_of([(b"x.PLM", self.document(1)), (b"y.PLM", self.document(1))]))
+        self.assertEqual(len(self.rows(self.path("in"))), 5)
+        for jobs in ("1", "3"):
+            self.assertEqual(self.told(self.path("in"), "--jobs", jobs)[0], 1)
+        (row,) = self.stored()
+        self.assertEqual((row["name"], row["number"]), ("a", 1))
+
+    def test_what_could_not_be_read_is_tried_again(self):
+        self.write("in/a.PLM", self.document(1))
+        pipe = self.path("in/b.PLM")
+        os.mkfifo(pipe)
+        for read_before in (0, 1):
+            self.assertEqual(self.told(self.path("in"), status=3, message=b"b.PLM: skipped: it is a pipe"),
+                             (1, 1 - read_before, read_before))  # fmt: skip
+        os.unlink(pipe)
+        self.write("in/b.PLM", self.document(2))
+        self.assertEqual(self.told(self.path("in")), (2, 1, 1))
+
+    def test_a_broken_archive_keeps_what_it_gave(self):
+        whole = tar_of([(b"%d.PLM" % i, self.document(i)) for i in range(5)], "ustar")
+        tar = self.write("a.tar", whole[: 3 * 1024 + 700])
+        self.assertEqual(self.told(tar, status=3, message=b"3.PLM: the archive is broken or cut off here"), (3, 3, 0))
+        self.write("a.tar", whole)
+        self.assertEqual(self.told(tar), (5, 2, 0))
+
+    def test_redaction_in_the_database(self):
+        data = printer_document("2026-11-02T10:00:00+09:00", f"QX200-0004711 {IDENTIFIER}", device="SERN:QX200-0004711")
+        tar = self.write("QX200-0004711.tar", tar_of([(b"QX200-0004711_1.PLM", data)]))
+        path = self.write("QX200-0004711_2.PLM", data.replace(b"1.0", b"1.1"))
+        self.collect("--redact", tar, path, status=1)
+        for row in self.stored():
+            self.assertIn("[redacted]", row["name"])
+            self.assertNotIn("4711", json.dumps(row))
+            self.assertNotIn(IDENTIFIER[1:-1], json.dumps(row))
+
+    # --- Counting ---
+
+    def test_the_views_count_twenty_thousand_documents_right(self):
+        made = random.Random(2)
+        members, expected = [], {view: collections.Counter() for view in VIEWS}
+        for i in range(20000):
+            month, version = f"2026-{made.randrange(1, 13):02}", made.choice(["1.0", "1.1", "2.0"])
+            date = f"{month}-{made.randrange(2, 28):02}T10:00:00+0{made.randrange(10)}:00"
+            identifier = f"{{{made.randrange(500):08}}}"
+            printer, fault = made.random() < 0.6, made.choices(["none", "truncated", "altered", "damaged", "foreign"],
+                                                              [90, 4, 3, 2, 1])[0]  # fmt: skip
+            name, serial = f"N{made.randrange(40)}", made.choice(["", f"S{made.randrange(99):04}"])
+            data = (printer_document(date, f"n={i}", "MDL:QX;", serial, identifier=identifier) if printer else
+                    application_document(date, f"n={i}", identifier=identifier))  # fmt: skip
+            body = data[data.index(b">") + 1 : data.rindex(b"<")].replace(b"1.0", version.encode(), 1).decode()
+            data = wrapped("OrvanQXPrinter" if printer else "OrvanQXApplication", body)
+            layout, layer = "printer_older_tag" if printer else "application", "none"
+            if fault == "truncated":
+                data, layer = data[:-8], "xml"
+            elif fault == "altered":
+                data, layer = data.replace(b"M.6", b"M.7"), "checksum"
+            elif fault == "damaged":
+                data, layer = data.replace(b"<Locale>", b" <Locale>"), "white_space"
+            elif fault == "foreign":
+                data, layer, serial = b"text %d" % i, "xml", ""
+            file = f"{name}_{i}.PLM" if printer else f"Quillmere_Log_{name}_{i}.ALM"
+            members.append((file.encode(), data))
+            serial = serial if printer else ""
+            expected["faults"][fault, layer] += 1
+            if fault != "none":
+                expected["broken_by_printer"][serial or name, fault, layer] += 1
+                continue
+            expected["versions"][layout, version, "M.6.1.55"] += 1
+            expected["jobs_by_printer_and_month" if printer else "applications_by_month"][serial or name, month] += 1
+        chosen = made.sample(members, 2000)  # some come twice
+        tars = [self.write("a.tar", tar_of(members[:12000], "ustar")),
+                self.write("b.tgz", gzip.compress(tar_of(members[12000:] + chosen, "ustar"), 1))]
+        self.assertEqual(self.told(*tars, "--jobs", "2", status=1), (20000, 20000, 0))
+        columns = {"jobs_by_printer_and_month": "printer, month", "applications_by_month": "application, month",
+                   "versions": "layout, version, os_version", "faults": "fault, layer",
+                   "broken_by_printer": "printer, fault, layer"}  # fmt: skip
+        for view, keys in columns.items():
+            rows = self.asked(f"SELECT {keys}, documents FROM {view}")
+            self.assertEqual({tuple(key): count for *key, count in rows}, dict(expected[view]), view)
+            self.assertEqual(len(rows), len(expected[view]))
+        self.assertEqual(self.told(*tars), (20000, 0, 2))
+        shown_ = run("collect", "--show", "--into", self.database).stdout.decode()
+        for view in VIEWS:
+            self.assertIn(f"({view})\n", shown_)
+        for (fault, layer), count in expected["faults"].items():
+            self.assertRegex(shown_, rf"(?m)^  {fault} +{layer} +{count}$")
+
+    def test_what_no_key_opens_is_not_sound(self):
+        undated = printer_document("", "x")
+        self.collect(self.write("a_1.PLM", undated), self.write("b_1.PLM"), status=1)
+        self.assertEqual(self.asked("SELECT fault, layer, documents FROM broken_by_printer"), [("none", "contents", 1)])
+
+    # --- Ends of all kinds ---
+
+    def check_after_a_crash(self, count, folder):
+        """After the next run all is there."""
+        self.assertEqual(self.told(folder)[0], count)
+        self.check_whole(count)
+        self.assertEqual(self.told(folder), (count, 0, count // 4 + 2))
+
+    def remove_database(self):
+        for ending in ("", "-wal", "-shm", "-journal"):
+            if os.path.exists(self.database + ending.encode()):
+                os.unlink(self.database + ending.encode())
+
+    def test_killed_at_any_call(self):
+        count, folder = self.several(), self.path("in")
+        base = ["strace", "-f", "-o", self.path("trace")]
+        collect = [COMMAND, "collect", folder, "--into", self.database]
+        try:
+            traced = subprocess.run([*base, *collect], capture_output=True, timeout=120)
+        except FileNotFoundError:
+            self.skipTest("there is no strace here to end the command at a call")
+        if traced.returncode != 0:
+            self.skipTest(f"strace is not allowed here: {traced.stderr.decode()[:100]}")
+        with open(self.path("trace")) as trace:
+            made = collections.Counter(re.findall(r"(?m)^\d+ +(\w+)\(", trace.read()))
+        killed = 0
+        for call in ("openat", "read", "pread64", "write", "pwrite64", "fdatasync", "fsync", "fcntl", "ftruncate",
+                     "unlink", "mmap", "munmap", "close"):  # fmt: skip
+            for when in sorted({*range(1, 4), *range(1, made[call] + 1, 1 + made[call] // 8)}):
+                if when > made[call]:
+                    continue
+                self.remove_database()
+                inject = f"inject={call}:signal=KILL:when={when}"
+                ended = subprocess.run([*base, "-e", inject, *collect], capture_output=True, timeout=120)
+                killed += ended.returncode == -signal.SIGKILL  # strace ends as the command does
+                with self.subTest(call=call, when=when):
+                    self.check_after_a_crash(count, folder)
+        self.assertGreater(killed, 60)
+
+    def test_killed_at_any_time(self):
+        count, folder = self.several(24000), self.path("in")
+        made = random.Random()
+        began = time.monotonic()
+        self.told(folder)
+        taken = time.monotonic() - began
+        self.remove_database()
+        for kill in range(12):
+            with subprocess.Popen([COMMAND, "collect", folder, "--into", self.database],
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as child:  # fmt: skip
+                time.sleep(made.random() * taken)
+                child.kill()
+            if kill % 6 == 5:
+                self.check_after_a_crash(count, folder)
+                self.remove_database()
+
+    def test_an_interrupt_and_again(self):
+        count, folder = self.several(4000), self.path("in")
+        with subprocess.Popen([COMMAND, "collect", folder, "-", "--into", self.database], stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE) as child:  # fmt: skip
+            time.sleep(1)
+            child.send_signal(signal.SIGINT)
+            errors = child.communicate(timeout=60)[1]
+        self.assertEqual(child.returncode, -signal.SIGINT)
+        self.assertRegex(errors, rb"^wenlolib collect: interrupted after [\d,]+ documents\n$")
+        self.check_after_a_crash(count, folder)
+
+    def test_two_at_once(self):
+        count, folder = self.several(8000), self.path("in")
+        for attempt in range(6):
+            children = [subprocess.Popen([COMMAND, "collect", folder, "--jobs", str(1 + i), "--into", self.database],
+                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE) for i in range(2)]  # fmt: skip
+            new = 0
+            for child in children:
+                output, errors = child.communicate(timeout=120)
+                self.assertEqual(child.returncode, 0, errors)
+                self.assertRegex(errors, b"^(|wenlolib collect: .*: another process is writing to it; waiting\n)$")
+                new += int(re.search(r" ([\d,]+) new;", output.decode())[1].replace(",", ""))
+            self.assertEqual(new, count)
+            self.check_whole(count)
+            self.remove_database()
+
+    def test_one_that_waits_says_so_once(self):
+        self.told(self.write("a.PLM", self.document(0)))
+        writer = sqlite3.connect(os.fsdecode(self.database), isolation_level=None)
+        writer.execute("BEGIN IMMEDIATE")
+        with subprocess.Popen([COMMAND, "collect", self.write("b.PLM", self.document(1)), "--into", self.database],
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE) as child:  # fmt: skip
+            time.sleep(1)
+            self.assertIsNone(child.poll())
+            writer.execute("COMMIT")
+            writer.close()
+            output, errors = child.communicate(timeout=60)
+        self.assertEqual(child.returncode, 0)
+        self.assertEqual(errors.decode().count("fleet.db: another process is writing to it; waiting\n"), 1)
+        self.check_whole(2)
+
+    # --- What is not a database of collect ---
+
+    def refused(self, message, database=None, **options):
+        """Nothing changes, and the message says what and where, for collecting and for --show."""
+        database = database or self.database
+        document = self.write("a.PLM", self.document(0))
+        before = self.tree()
+        for call in ([document], ["--show"]):
+            result = run("collect", *call, "--into", database, **options)
+            self.assertEqual((result.returncode, result.stdout), (3, b""), result.stderr)
+            self.assertRegex(result.stderr, b"^wenlolib collect: %s: .*%s.*\n$" % (re.escape(database), message))
+            self.assertEqual(self.tree(), before)
+
+    def test_a_database_of_something_else(self):
+        for journal in ("delete", "wal"):
+            self.remove_database()
+            for sql in (f"PRAGMA journal_mode={journal}", "CREATE TABLE documents (x)", "INSERT INTO documents VALUES (1)"):
+                self.asked_to(sql)
+            self.refused(b"not a database of wenlolib collect; name another file")
+        self.remove_database()
+        self.asked_to("PRAGMA application_id = 5")
+        self.refused(b"not a database of wenlolib collect; name another file")
+
+    def asked_to(self, sql):
+        connection = sqlite3.connect(os.fsdecode(self.database))
+        with connection:
+            connection.execute(sql)
+        connection.close()
+
+    def test_a_database_of_another_version(self):
+        for journal in ("wal", "delete"):
+            self.remove_database()
+            self.told(self.write("a.PLM", self.document(0)))
+            self.asked_to(f"PRAGMA journal_mode={journal}")
+            self.asked_to("PRAGMA user_version = 2")
+            self.refused(b"made by another version of wenlolib; collect into a new file")
+
+    def test_what_is_not_a_database(self):
+        self.write("fleet.db", b"These are notes, not a database, and longer than a page's header is.\n" * 99)
+        self.refused(b"file is not a database")
+        os.unlink(self.database)
+        os.mkdir(self.database)
+        self.refused(b"[Ii]s a directory|unable to open")
+        os.rmdir(self.database)
+        self.refused(b"No such file or directory|unable to open", self.path("missing/fleet.db"))
+
+    def test_a_database_cut_short(self):
+        self.told(self.write("a.PLM", self.document(0)))
+        os.truncate(self.database, 5000)
+        result = run("collect", self.path("a.PLM"), "--into", self.database)
+        self.assertEqual(result.returncode, 3)
+        self.assertRegex(result.stderr, b"fleet.db: database disk image is malformed")
+
+    def unprivileged(self):
+        if os.geteuid() != 0:
+            return {}
+        try:
+            probe = subprocess.run([COMMAND, "--version"], user=65534, group=65534, capture_output=True)
+        except PermissionError:
+            self.skipTest("the command lies where an unprivileged user cannot run it")
+        self.assertEqual(probe.returncode, 0)
+        return {"user": 65534, "group": 65534, "extra_groups": []}
+
+    def test_a_folder_that_cannot_be_written_to(self):
+        user = self.unprivileged()
+        os.chmod(self.folder, 0o755)
+        self.refused(b"Permission denied|unable to open", **user)
+        self.told(self.path("a.PLM"))
+        os.chmod(self.database, 0o644)
+        path = self.write("b.PLM", self.document(1))
+        before = self.tree()
+        result = run("collect", path, "--into", self.database, **user)
+        self.assertEqual((result.returncode, result.stdout), (3, b""))
+        self.assertRegex(result.stderr, b"fleet.db: Permission denied")
+        self.assertEqual(self.tree(), before)
+
+    def test_a_database_is_for_its_owner_alone(self):
+        self.told(self.write("a.PLM", self.document(0)))
+        self.assertEqual(os.stat(self.database).st_mode & 0o777, 0o600)
+
+    def test_a_full_disk(self):
+        count, folder = self.several(8000), self.path("in")
+        os.mkdir(self.path("disk"))
+        kept = self.path("fleet.db")
+        script = 'mount -t tmpfs -o size=$1 none "$2" || exit 99; "$3" collect "$4" --into "$2/fleet.db"; status=$?; ' \
+                 'cp "$2/fleet.db"* "$5"; exit $status'
+        for size in ("16k", "64k", "300k", "1m", "2m"):
+            self.remove_database()
+            try:
+                result = subprocess.run(["unshare", "-Urm", "sh", "-c", script, "sh", size, self.path("disk"), COMMAND,
+                                         folder, self.folder], capture_output=True, timeout=120)  # fmt: skip
+            except FileNotFoundError:
+                self.skipTest("there is no unshare here to make a small disk")
+            if result.returncode in (1, 99) and b"collect" not in result.stderr:
+                self.skipTest(f"a small disk cannot be made here: {result.stderr.decode()[:100]}")
+            self.assertEqual(result.returncode, 3, (size, result))
+            self.assertRegex(result.stderr, b"^wenlolib collect: .*fleet.db: (database or disk is full|disk I/O error)\n$")
+            self.assertEqual(os.listdir(self.path("disk")), [])
+            self.check_after_a_crash(count, folder)  # with room
+
+    def test_large_documents_are_not_all_in_memory(self):
+        if is_instrumented():
+            self.skipTest("the address sanitizer keeps what was freed")
+        self.write("in/0.ALM", application_document("2026-11-02T10:00:00+09:00", "x" * (4 << 20)))
+        large = self.write("in/1.ALM", application_document("2026-11-02T10:00:00+09:00", "x" * (1 << 20)))
+        for i in range(300):
+            os.link(large, self.path(f"in/2-{i:03}.ALM"))
+        with open(self.path("list"), "wb") as paths:  # the pipe, read last, keeps the command waiting
+            paths.write(self.path("in") + b"\n" + self.path("pipe") + b"\n")
+        os.mkfifo(self.path("pipe"))
+        for jobs in ("1", "4"):
+            self.remove_database()
+            with subprocess.Popen([COMMAND, "collect", "--jobs", jobs, "--files-from", self.path("list"),
+                                   "--into", self.database], stdout=subprocess.PIPE) as child:  # fmt: skip
+                with open(self.path("pipe"), "wb") as pipe:
+                    time.sleep(1)
+                    with open(f"/proc/{child.pid}/status") as status:
+                        (peak,) = [int(line.split()[1]) for line in status if line.startswith("VmHWM:")]
+                    pipe.write(self.document(1))
+                self.assertIn(b": 3 documents, 3 new;", child.communicate(timeout=60)[0])
+            self.assertLess(peak, 150 << 10, jobs)
+
+    def test_wrong_usage(self):
+        path = self.write("a.PLM")
+        for call, message in (([path], b"--into is required"), (["--into", self.database], b"PATH is required"),
+                              (["--show", path, "--into", self.database], b"--show: takes no documents"),
+                              ([path, "-0", "--into", self.database], b"--null: is for --files-from")):  # fmt: skip
+            result = run("collect", *call)
+            self.assertEqual(result.returncode, 2)
+            self.assertIn(message, result.stderr)
+        self.assertFalse(os.path.exists(self.database))
 
 
 class BadInputTest(RowsTest):
