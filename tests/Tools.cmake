@@ -5,7 +5,7 @@ target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
 set_source_files_properties(receiver/SoundTest.cpp PROPERTIES
   COMPILE_DEFINITIONS WENLOLIB_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
 
-foreach(script IN ITEMS receiving recording examining plugin usage own_records report documentation
+foreach(script IN ITEMS receiving rows recording examining plugin usage own_records report documentation
     mutate)
   add_test(NAME tools.${script}
     COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tools/${script}_test.py $<TARGET_FILE:wenlolib>)

@@ -90,6 +90,7 @@ Answer collectedAnswer(const Candidate& candidate, std::string_view bytes, bool 
   answer.member = candidate.member;
   answer.condition = conditionOf(report.verdict);
   answer.status = canBeReliedOn(*answer.condition) ? allGood : notGood;
+  answer.madeBytes = bytes.size();
   answer.made = rowOf(candidate, bytes, report, redact ? Redaction(report) : Redaction());
   return answer;
 }
@@ -106,7 +107,6 @@ Database::Waiting patience(const std::string& path, Output& output) {
 
 int collectInto(CollectOptions& options, Output& output) {
   Collection collection(options.into, true, patience(options.into, output));
-  const std::int64_t before = collection.documents();
   Collector collector(collection);
   options.documents.skip = [&](const Candidate& candidate) { return collector.skips(candidate); };
   const Passage passage = goThrough(
@@ -117,9 +117,8 @@ int collectInto(CollectOptions& options, Output& output) {
       output, [&](const Answer& answer) { collector.hear(answer); });
   collector.finish();
   collection.commit();
-  const std::int64_t after = collection.documents();
-  output.write(options.into + ": " + countText(static_cast<std::uint64_t>(after), "document") +
-               ", " + groupDigits(static_cast<std::uint64_t>(after - before)) + " new; " +
+  output.write(options.into + ": " + countText(collection.documents(), "document") + ", " +
+               groupDigits(collection.added()) + " new; " +
                countText(collector.unchanged(), "unchanged file") + " not read again\n");
   return passage.status;
 }

@@ -32,7 +32,7 @@ CREATE VIEW jobs_by_printer_and_month AS
 CREATE VIEW broken_by_printer AS
   SELECT coalesce(nullif(sn, ''), name, source) AS printer, fault, layer, count(*) AS documents,
     max(source) AS example
-  FROM documents WHERE NOT (fault IN ('none', 'repaired') AND trusted)
+  FROM documents WHERE NOT (layer = 'none' OR fault = 'repaired')
   GROUP BY 1, 2, 3 ORDER BY documents DESC, 1;
 CREATE VIEW versions AS
   SELECT layout, version, os_version, count(*) AS documents, count(DISTINCT id) AS installations
@@ -73,6 +73,8 @@ void bindCell(Statement& statement, int parameter, const Cell& cell) {
   }
 }
 
+/// Without the device, whose number can differ each time that it is mounted, and without the time
+/// of the last change of owner, links or name.
 void bindState(Statement& statement, int first, const FileState& state) {
   statement.bind(first, static_cast<std::int64_t>(state.size));
   statement.bind(first + 1, state.modified);
@@ -93,6 +95,7 @@ Collection::Collection(const std::string& path, bool make, Database::Waiting wai
   if (database_.number("PRAGMA user_version") != ourVersion) {
     throw DatabaseError("made by another version of wenlolib; collect into a new file");
   }
+  if (make) database_.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
   find_.emplace(database_,
                 "SELECT 1 FROM sources WHERE path = ? AND size = ? AND modified = ? AND inode = ?");
   insert_.emplace(database_, insertSql());
@@ -110,8 +113,6 @@ void Collection::prepare() {
         fmt::format("PRAGMA application_id = {}; PRAGMA user_version = {}", ourMark, ourVersion));
   }
   database_.run("COMMIT");
-  if (database_.number("PRAGMA application_id") != ourMark) return;
-  database_.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
 }
 
 void Collection::begin() {
@@ -142,6 +143,7 @@ void Collection::add(const Row& row) {
     bindCell(*insert_, static_cast<int>(column), row[column]);
   }
   insert_->run();
+  added_ += static_cast<std::uint64_t>(database_.changes());
 }
 
 void Collection::finish(const std::string& path, const FileState& state) {
@@ -151,8 +153,8 @@ void Collection::finish(const std::string& path, const FileState& state) {
   finish_->run();
 }
 
-std::int64_t Collection::documents() const {
-  return database_.number("SELECT count(*) FROM documents");
+std::uint64_t Collection::documents() const {
+  return static_cast<std::uint64_t>(database_.number("SELECT count(*) FROM documents"));
 }
 
 // --- Questions ---

@@ -33,7 +33,10 @@ class Collection {
   /// Keeps what has been added. After a crash nothing else is there.
   void commit();
 
-  [[nodiscard]] std::int64_t documents() const;
+  [[nodiscard]] std::uint64_t documents() const;
+
+  /// How many rows were added that were not there before.
+  [[nodiscard]] std::uint64_t added() const { return added_; }
 
  private:
   void prepare();
@@ -43,6 +46,7 @@ class Collection {
   std::optional<Statement> find_;
   std::optional<Statement> insert_;
   std::optional<Statement> finish_;
+  std::uint64_t added_ = 0;
   std::uint64_t pending_ = 0;  // changes that are not kept yet
   bool begun_ = false;
 };

@@ -68,6 +68,8 @@ class Database {
 
   void run(const std::string& sql);
   [[nodiscard]] std::int64_t number(std::string_view sql) const;
+  /// How many rows the last statement changed.
+  [[nodiscard]] int changes() const { return sqlite3_changes(connection_.get()); }
   [[nodiscard]] sqlite3* connection() const { return connection_.get(); }
 
  private:
@@ -77,8 +79,8 @@ class Database {
 
   static int callWaiting(void* database, int times);
 
-  std::unique_ptr<sqlite3, Close> connection_;
   Waiting waiting_;
+  std::unique_ptr<sqlite3, Close> connection_;  // may wait while it is closed
 };
 
 }  // namespace wenlolib::tools

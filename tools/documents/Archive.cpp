@@ -4,12 +4,14 @@
 #include <archive_entry.h>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <locale.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -21,7 +23,27 @@ namespace {
 constexpr std::size_t pieceSize = std::size_t{64} << 10;
 constexpr std::size_t beginningSize = 512;
 
-/// As the archive has it, whatever the locale.
+/// Names in archives are UTF-8 or bytes, whatever the user's locale. libarchive converts them to
+/// that of the thread, so this sets one that keeps both, for as long as it lives.
+class Utf8Names {
+ public:
+  Utf8Names() : before_(uselocale(utf8())) {}
+  ~Utf8Names() { uselocale(before_); }
+  Utf8Names(const Utf8Names&) = delete;
+  Utf8Names& operator=(const Utf8Names&) = delete;
+
+ private:
+  /// Null, which changes nothing, if the system has neither.
+  static locale_t utf8() {
+    static const locale_t plain = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    static const locale_t english =
+        plain != nullptr ? plain : newlocale(LC_CTYPE_MASK, "en_US.UTF-8", nullptr);
+    return english;
+  }
+
+  locale_t before_;
+};
+
 std::string nameOf(archive_entry* entry) {
   const char* const text = archive_entry_pathname_utf8(entry);
   const char* const bytes = text == nullptr ? archive_entry_pathname(entry) : text;
@@ -56,7 +78,8 @@ class ArchiveWalk::Members {
   static la_ssize_t readPiece(archive* opened, void* members, const void** bytes);
   bool open();
   std::optional<Candidate> ending();
-  Candidate member(std::string name);
+  Candidate member(std::string name, archive_entry* entry);
+  std::optional<std::string> readMember(std::uint64_t size);
   std::optional<Candidate> failure(std::string complaint);
   [[nodiscard]] bool swells() const;
   [[nodiscard]] std::string reason() const;
@@ -66,6 +89,7 @@ class ArchiveWalk::Members {
   std::string piece_;
   bool begun_ = false;
   bool ended_ = false;
+  std::string trouble_;  // why no more is read; libarchive does not pass it on
   std::uint64_t found_ = 0;
   std::unique_ptr<archive, Free> archive_;
 };
@@ -79,13 +103,15 @@ la_ssize_t ArchiveWalk::Members::readPiece(archive* opened, void* members, const
   }
   self.piece_.resize(pieceSize);
   *bytes = self.piece_.data();
-  for (;;) {
-    const ssize_t count = read(self.file_->number(), self.piece_.data(), self.piece_.size());
-    if (count >= 0) return count;
-    if (errno == EINTR && !interrupted()) continue;
-    archive_set_error(opened, errno, "%s", systemMessage(errno).c_str());
-    return -1;
-  }
+  ssize_t count = -1;
+  do {
+    count = read(self.file_->number(), self.piece_.data(), self.piece_.size());
+  } while (count < 0 && errno == EINTR && !interrupted());
+  if (count < 0) self.trouble_ = systemMessage(errno);
+  if (self.swells()) self.trouble_ = "it unpacks to more than 200 times its size";
+  if (self.trouble_.empty()) return count;
+  archive_set_error(opened, EIO, "%s", self.trouble_.c_str());
+  return -1;
 }
 
 bool ArchiveWalk::Members::open() {
@@ -99,6 +125,7 @@ bool ArchiveWalk::Members::open() {
 }
 
 std::string ArchiveWalk::Members::reason() const {
+  if (!trouble_.empty()) return trouble_;
   const char* const text = archive_error_string(archive_.get());
   return text == nullptr ? "not a tar archive" : text;
 }
@@ -119,11 +146,11 @@ bool ArchiveWalk::Members::swells() const {
 
 std::optional<Candidate> ArchiveWalk::Members::next(PassedOver& passed) {
   if (ended_) return std::nullopt;
+  const Utf8Names names;
   if (!archive_ && !open()) return failure("the archive cannot be read: " + reason());
   for (;;) {
     archive_entry* entry = nullptr;
     const int status = archive_read_next_header(archive_.get(), &entry);
-    if (swells()) return failure("the archive unpacks to more than 200 times its size");
     if (status == ARCHIVE_EOF) return ending();
     if (status != ARCHIVE_OK && status != ARCHIVE_WARN) {
       return failure("the archive is broken or cut off: " + reason());
@@ -135,7 +162,7 @@ std::optional<Candidate> ArchiveWalk::Members::next(PassedOver& passed) {
     } else if (!hasDocumentName(name)) {
       ++passed.otherEnding;
     } else {
-      return member(std::move(name));
+      return member(std::move(name), entry);
     }
   }
 }
@@ -148,28 +175,41 @@ std::optional<Candidate> ArchiveWalk::Members::ending() {
   return empty;
 }
 
-/// Reads the member that the archive has come to.
-Candidate ArchiveWalk::Members::member(std::string name) {
+/// The member that the archive has come to.
+Candidate ArchiveWalk::Members::member(std::string name, archive_entry* entry) {
   ++found_;
   Candidate found{path_, ""};
   found.member = std::move(name);
-  std::string bytes;
-  std::size_t length = 0;  // also of what is too large to be kept
-  for (;;) {
-    std::array<char, pieceSize> piece;
-    const la_ssize_t count = archive_read_data(archive_.get(), piece.data(), piece.size());
-    ended_ = count < 0 || swells();
-    if (count < 0) found.complaint = "the archive is broken or cut off here: " + reason();
-    if (ended_ && count >= 0) found.complaint = "unpacks to more than 200 times its size";
-    if (count <= 0 || ended_) break;
-    length += static_cast<std::size_t>(count);
-    if (length <= largestMember) bytes.append(piece.data(), static_cast<std::size_t>(count));
-  }
-  if (found.complaint.empty() && length > largestMember) {
+  found.bytes = readMember(static_cast<std::uint64_t>(archive_entry_size(entry)));
+  if (ended_) {
+    found.complaint = "the archive is broken or cut off here: " + reason();
+  } else if (!found.bytes) {
     found.complaint = "larger than 64 MiB, too large for an archive's member; unpack it first";
   }
-  if (found.complaint.empty()) found.bytes = std::move(bytes);
   return found;
+}
+
+/// Its bytes, with zeros for its holes; nothing if it is too large, or if the archive ends here.
+/// A large one is read to its end without being kept.
+std::optional<std::string> ArchiveWalk::Members::readMember(std::uint64_t size) {
+  std::optional<std::string> bytes;
+  if (size <= largestMember) bytes.emplace();
+  for (;;) {
+    const void* piece = nullptr;
+    std::size_t length = 0;
+    la_int64_t offset = 0;
+    const int status = archive_read_data_block(archive_.get(), &piece, &length, &offset);
+    if (status == ARCHIVE_EOF) break;
+    ended_ = status != ARCHIVE_OK && status != ARCHIVE_WARN;
+    if (ended_) return std::nullopt;
+    const auto start = static_cast<std::uint64_t>(offset);
+    if (start > largestMember || length > largestMember - start) bytes.reset();
+    if (!bytes) continue;
+    bytes->resize(start);
+    bytes->append(static_cast<const char*>(piece), length);
+  }
+  if (bytes && bytes->size() < size) bytes->resize(size);
+  return bytes;
 }
 
 // --- The walk ---
@@ -243,8 +283,9 @@ std::optional<Candidate> ArchiveWalk::next() {
     std::optional<Candidate> candidate = walk_.next();
     if (!candidate || !candidate->complaint.empty()) return candidate;
     if (skip_ && skip_(*candidate)) continue;
-    if (!archives_) return candidate;
-    if (!candidate->named && !hasArchiveName(candidate->path)) return candidate;
+    const bool mayBeArchive =
+        candidate->named ? !hasDocumentName(candidate->path) : hasArchiveName(candidate->path);
+    if (!archives_ || !mayBeArchive) return candidate;
     if ((candidate = opened(*std::move(candidate)))) return candidate;
   }
 }
@@ -254,7 +295,8 @@ std::optional<Candidate> ArchiveWalk::opened(Candidate candidate) {
   std::unique_ptr<InputFile> file = openInput(candidate);
   if (!file) return candidate;
   std::string beginning = beginningOf(*file);
-  if (looksLikeArchive(beginning)) {
+  // One that is empty or cut off early does not begin like one.
+  if (looksLikeArchive(beginning) || hasArchiveName(candidate.path)) {
     members_ = std::make_unique<Members>(candidate.path, std::move(file), std::move(beginning));
     return std::nullopt;
   }

@@ -22,8 +22,9 @@ inline constexpr std::size_t largestMember = std::size_t{64} << 20;
 [[nodiscard]] bool looksLikeArchive(std::string_view beginning);
 
 /// Walks through files and folders like `DocumentWalk`. With `archives` also through the archives
-/// among them: those named that begin like one, and *.tar, *.tar.gz, *.tgz, *.tar.zst in folders.
-/// What comes from an archive carries its bytes, and so does what had to be read to tell.
+/// among them: *.tar, *.tar.gz, *.tgz, *.tar.zst, and what is named and begins like one, unless its
+/// name is that of a document. What comes from an archive carries its bytes, and so does what had
+/// to be read to tell.
 class ArchiveWalk {
  public:
   ArchiveWalk(std::vector<std::string> paths, bool archives, Skip skip = nullptr);

@@ -64,6 +64,10 @@ std::size_t carriedBy(const Candidate& candidate) {
   return candidate.bytes ? candidate.bytes->size() : 0;
 }
 
+std::size_t heldBy(const Answer& answer) {
+  return answer.output.size() + answer.madeBytes;
+}
+
 }  // namespace
 
 /// False when the source has nothing left. Only the caller's thread adds and removes tasks, so it
@@ -95,7 +99,7 @@ std::vector<Answer> DocumentJobs::takeFinished() {
     finished_.wait(lock, [this] { return tasks_.front().done; });
     while (!tasks_.empty() && tasks_.front().done) {
       answers.push_back(std::move(tasks_.front().answer));
-      held_ -= answers.back().output.size();
+      held_ -= heldBy(answers.back());
       carried_ -= carriedBy(tasks_.front().candidate);
       tasks_.pop_front();
       --given_;
@@ -134,7 +138,7 @@ std::size_t DocumentJobs::takeTasks(std::vector<Task*>& taken, std::size_t most)
 void DocumentJobs::finish(const std::vector<Task*>& done, std::vector<Answer>& answers) {
   const std::lock_guard lock(mutex_);
   for (std::size_t i = 0; i < done.size(); ++i) {
-    held_ += answers[i].output.size();
+    held_ += heldBy(answers[i]);
     done[i]->answer = std::move(answers[i]);
     done[i]->done = true;
   }

@@ -30,6 +30,7 @@ struct Answer {
   bool skipped = false;                // it is not there any more and does not count
   std::optional<Condition> condition;  // of a document that was read
   std::any made{};                     // what else the examiner has for the listener
+  std::size_t madeBytes = 0;           // about as many as that takes
 };
 
 /// Examines the bytes of one document. Several threads call it at once.

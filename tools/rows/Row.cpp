@@ -123,18 +123,20 @@ void putName(Row& row, const std::string& path, const std::optional<std::string>
   if (numbered) row[Column::number] = number;
 }
 
+/// The verdict without what must not be shown: a field's name can come from the document.
 void putVerdict(Row& row, const receiver::Verdict& verdict) {
   row[Column::fault] = std::string(code(verdict.fault));
   row[Column::layer] = std::string(code(verdict.layer));
   if (verdict.sound()) return;
   row[Column::offset] = static_cast<std::int64_t>(verdict.offset);
-  if (!verdict.field.empty()) row[Column::field] = verdict.field;
+  if (!verdict.field.empty()) row[Column::field] = cellText(verdict.field);
 }
 
 void putDate(Row& row, std::string_view date) {
   const std::optional<Moment> moment = zonedMomentOf(date);
-  if (!moment) return;
-  row[Column::dateUtc] = utcText(moment->time);
+  const std::optional<std::string> utc = moment ? utcText(moment->time) : std::nullopt;
+  if (!utc) return;
+  row[Column::dateUtc] = *utc;
   row[Column::offsetMinutes] = std::int64_t{moment->offset / 60};
 }
 
@@ -159,10 +161,12 @@ void putContents(Row& row, const receiver::Document& document, const Redaction& 
   row[Column::contentsBytes] = static_cast<std::int64_t>(document.digits.size() / 2);
   const std::optional<std::string> contents = receiver::contentsOf(document);
   if (!contents) return;
-  if (isShowable(*contents)) {
-    row[Column::contents] = redaction(*contents);
+  // A value that is not UTF-8 can be a part of a character, which redaction then breaks.
+  std::string text = redaction(*contents);
+  if (isShowable(text)) {
+    row[Column::contents] = std::move(text);
   } else {
-    row[Column::contentsHex] = hexadecimalText(redaction(*contents));
+    row[Column::contentsHex] = hexadecimalText(text);
   }
 }
 
@@ -179,7 +183,7 @@ Row rowOf(const Candidate& candidate, std::string_view bytes, const receiver::Re
   putName(row, candidate.path, candidate.member, redaction);
   row[Column::sha256] = sha256Of(bytes);
   row[Column::bytes] = static_cast<std::int64_t>(bytes.size());
-  putVerdict(row, report.verdict);
+  putVerdict(row, redaction(report.verdict));
   bool trusted = isTrusted(report);
   if (const receiver::Document* const document = redaction.shown(report)) {
     row[Column::layout] = std::string(code(document->layout));

@@ -40,11 +40,14 @@ std::string localTime(std::time_t time) {
                      parts.tm_gmtoff < 0 ? '-' : '+', offset / 3600, offset / 60 % 60);
 }
 
-std::string utcText(std::time_t time) {
+std::optional<std::string> utcText(std::time_t time) {
   const std::chrono::sys_seconds moment{std::chrono::seconds(time)};
   const auto day = std::chrono::floor<std::chrono::days>(moment);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(moment - day);
+  if (date.year() < std::chrono::year(0) || date.year() > std::chrono::year(9999)) {
+    return std::nullopt;
+  }
   return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", static_cast<int>(date.year()),
                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
                      clock.hours().count(), clock.minutes().count(), clock.seconds().count());

@@ -1,4 +1,4 @@
-// A thread of its own counts the documents.
+// Names of documents, and finding and counting them.
 #include "documents/DocumentFiles.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +16,17 @@
 
 namespace wenlolib::tools {
 namespace {
+
+TEST(HostName, IsTheOneThatTheHostGave) {
+  EXPECT_EQ(hostName("PLM/QX200_1.PLM"), "QX200");
+  EXPECT_EQ(hostName("PLM/QX_200_17.PLM"), "QX_200");
+  EXPECT_EQ(hostName("PLM/a/b_1.PLM"), "a/b");
+  EXPECT_EQ(hostName("PLM/QX200.PLM"), "QX200");
+  EXPECT_EQ(hostName("PLM/_.PLM"), "_");
+  EXPECT_EQ(hostName("ALM/Quillmere_Log_Photo_Album_2611.ALM"), "Photo_Album");
+  EXPECT_EQ(hostName("ALM/Quillmere_Log_a/b_10001.ALM"), "a/b");
+  EXPECT_EQ(hostName("PLM/Quillmere_Log_x_1.PLM"), "Quillmere_Log_x");
+}
 
 TEST(DocumentCount, CountsWhatIsFoundAndWhatIsNamed) {
   std::string folder = testing::TempDir() + "wenlolib-count-XXXXXX";

@@ -21,17 +21,6 @@ TEST(IsOurs, TellsDocumentsFromForeignFiles) {
   }
 }
 
-TEST(HostName, IsTheOneThatTheHostGave) {
-  EXPECT_EQ(hostName("PLM/QX200_1.PLM"), "QX200");
-  EXPECT_EQ(hostName("PLM/QX_200_17.PLM"), "QX_200");
-  EXPECT_EQ(hostName("PLM/a/b_1.PLM"), "a/b");
-  EXPECT_EQ(hostName("PLM/QX200.PLM"), "QX200");
-  EXPECT_EQ(hostName("PLM/_.PLM"), "_");
-  EXPECT_EQ(hostName("ALM/Quillmere_Log_Photo_Album_2611.ALM"), "Photo_Album");
-  EXPECT_EQ(hostName("ALM/Quillmere_Log_a/b_10001.ALM"), "a/b");
-  EXPECT_EQ(hostName("PLM/Quillmere_Log_x_1.PLM"), "Quillmere_Log_x");
-}
-
 TEST(Printer, IsModelAndSerialNumber) {
   RecordFacts facts;
   EXPECT_EQ(facts.printer(), "");
