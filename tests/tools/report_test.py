@@ -141,6 +141,22 @@ class Page(Report):
         self.assertLessEqual({link[1:] for link in elements.links}, set(elements.ids))
         self.assertEqual(page.count('class="record bad"'), 1)
 
+    def test_what_is_found_of_a_record_that_is_not_sound_is_shown_with_a_warning(self):
+        date = "2026-11-02T00:00:00+09:00"
+        sound = printer_document(date, "jobs=2")
+        for data, warned, seen in [
+                (sound, False, "jobs=2"), (sound[:-9], True, "jobs=2"),
+                (sound.replace(b"<Locale>", b"<Lokale>"), True, "jobs=2"),
+                (sound.replace(b"2.14", b"2.15"), True, "jobs=2"),
+                (sound.replace(date.encode(), b""), True, "The contents cannot be decrypted."),
+                (sound[:sound.index(b"<PLI")], True, "The contents cannot be read."),
+                (sound[:15] + b" ", False, "The contents cannot be read.")]:
+            self.write("PLM/QX200_1.PLM", data)
+            text = Elements(self.report()).text
+            self.assertEqual("Nothing vouches for these values" in text, warned, data)
+            self.assertIn(seen, text)
+            self.assertEqual("ROMVER2.1" in text, b"<ROMVER>" in data, data)
+
     def test_a_refusal_is_told_with_its_step(self):
         self.install(agreement=False)
         text = " ".join(Elements(self.report()).text.split())
