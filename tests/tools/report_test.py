@@ -157,6 +157,15 @@ class Page(Report):
             self.assertIn(seen, text)
             self.assertEqual("ROMVER2.1" in text, b"<ROMVER>" in data, data)
 
+    def test_redacted_it_shows_nothing_of_a_record_in_which_a_secret_was_not_found(self):
+        sound = printer_document("2026-11-02T00:00:00+09:00", f"{SERIAL} {IDENTIFIER} jobs=2")
+        for lost in [b"<ID>", b"<SN>"]:
+            self.write("PLM/QX200_1.PLM", sound.replace(lost, b"<Q>"))
+            page = self.report("--redact")
+            self.assertIn("All of it is left out: an identifier or serial number may be", page)
+            for secret in [IDENTIFIER[1:-1], SERIAL, "jobs=2"]:
+                self.assertNotIn(secret, page)
+
     def test_a_refusal_is_told_with_its_step(self):
         self.install(agreement=False)
         text = " ".join(Elements(self.report()).text.split())
