@@ -139,6 +139,10 @@ class Recording(ToolTest):
                                      "month", "record", *app, "--keep", stdin=b"second")
         told = self.expect(0, "preview", *app, stdin=b"second").stdout
         self.assertIn(b"\nreplaces    the older record of this month\n", told)
+        told = self.expect(0, "preview", *app, "--bytes", stdin=b"second")
+        self.assertEqual(verify(told.stdout).contents, b"second")
+        self.assertRegex(told.stderr, rb"^wenlolib preview: /.*/Quillmere_Log_A_\d{4}\.ALM: record "
+                                      rb"would replace the older record of this month\n$")
         self.assertEqual(tree(self.root), before)
         told = self.expect(0, "record", *app, stdin=b"second")
         self.assertIn(b"\n  replaced the older record of this month\n", told.stdout)

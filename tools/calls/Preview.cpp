@@ -83,19 +83,21 @@ ContentsInput contentsOf(const RecordArguments& record) {
 
 void show(Output& output, const ToolPlatform& platform, const Arguments& arguments,
           const PreviewedDocument& document, std::string_view contents) {
+  const RecordArguments& record = arguments.record;
+  const std::string path = platform.real(document.path);
   if (arguments.bytes) {
     output.write(document.bytes);
     output.finish();
+    if (document.replacing) {
+      output.complain(path, fmt::format("record would replace {}", replacedText(record.kind)));
+    }
     if (document.exampleIdentifier) {
-      output.complain(platform.real(document.path),
-                      "its identifier is an example: none is stored yet");
+      output.complain(path, "its identifier is an example: none is stored yet");
     }
     return;
   }
   const platform::Substitute substitute(platform.services());
-  const RecordArguments& record = arguments.record;
   const Explanation decision = explain(record.kind, requestOf(record).option);
-  const std::string path = platform.real(document.path);
   output.write(previewText(document, record.kind, path, decision, output.paint()));
   output.write(contentsText(contents, output.paint()));
 }
