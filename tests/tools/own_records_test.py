@@ -178,6 +178,21 @@ class List(OwnRecords):
         self.environment["PAGER"] = ""
         self.assertNotIn(b"paged:", self.on_terminal("list")[1])
 
+    def test_without_a_pager_that_runs_the_list_is_on_the_terminal(self):
+        self.install()
+        for number in range(1, 600):
+            self.write(f"PLM/QX200_{number}.PLM", printer_document("2026-11-02T00:00:00Z", "x"))
+        self.environment["PAGER"] = ""
+        _, whole = self.on_terminal("list")
+        for pager in ["/none/pager -R", "exit 127", f"'{self.path(CONFIGURATION)}'"]:
+            self.environment["PAGER"] = pager
+            status, output = self.on_terminal("list")
+            self.assertEqual(status, 0, output)
+            told, shown = output.split(b"wenlolib list: PAGER: it could not be run; the list is "
+                                       b"shown without it\r\n")
+            self.assertLessEqual(told.count(b"\n"), 1, told)  # of the shell
+            self.assertEqual(shown, whole)
+
     def test_leaving_the_pager_is_no_error(self):
         self.install()
         for number in range(1, 600):

@@ -69,13 +69,17 @@ void writeAll(const OwnRecords& found, const RecordTable& table, const ListOptio
 /// A user who leaves the pager has seen enough.
 void writePaged(const OwnRecords& found, const RecordTable& table, const ListOptions& options,
                 const Style& style, Output& output) {
-  const Pager pager;
+  Pager pager;
   try {
     writeAll(found, table, options, style, output);
     output.finish();
   } catch (const std::system_error& failure) {
     if (!pager.active() || failure.code() != std::errc::broken_pipe) throw;
   }
+  if (pager.close()) return;
+  output.complain("PAGER", "it could not be run; the list is shown without it");
+  writeAll(found, table, options, style, output);
+  output.finish();
 }
 
 int list(const ToolPlatform& platform, const ListOptions& options) {
