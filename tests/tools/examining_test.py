@@ -179,13 +179,51 @@ class Explain(ToolTest):
         self.write(VERSION_LIST, {"1001.0": "10.16.0"})
         self.assertIn("must list 10.17.0 or later under this key", self.remedy(*new))
         self.write(PREFERENCES, b"broken")
-        self.assertIn("Move this file away", self.remedy("app"))
+        self.assertIn("Move it away and let the host write", self.remedy("app"))
         file = self.write("/Pref.plist", b"broken")
         self.assertIn("with --preferences", self.remedy("app", "--preferences", file))
         os.remove(self.path(PREFERENCES))
         self.assertIn("To make a sample, run wenlolib init", self.remedy("app"))
         os.mkdir(self.path(PREFERENCES))
-        self.assertIn("Move this folder away", self.remedy("app"))
+        self.assertIn("Move it away and let the host write", self.remedy("app"))
+
+    def told_about(self, gate, check, *call):
+        """What explain found at a gate, and its remedy, which must be that of doctor's check."""
+        who = self.unprivileged()
+        steps = object_in(self.expect(1, "explain", *call, "--json", **who).stdout)["steps"]
+        (step,) = [step for step in steps if step["gate"] == gate and step["state"] == "refused"]
+        findings = objects_in(self.call("doctor", "--json", **who).stdout)
+        (finding,) = [finding for finding in findings if finding["check"] == check]
+        if check == "preferences":
+            self.assertTrue(finding["message"].startswith(step["found"] + ", so"), finding)
+        if finding["level"] != "ok":  # without the list nothing is amiss on the OS at hand
+            self.assertEqual(finding["remedy"], step["remedy"])
+        return step["found"], step["remedy"]
+
+    def test_missing_unreadable_and_broken_files_are_told_apart_with_doctors_remedies(self):
+        denied = "not readable: opening the file failed: Permission denied"
+        access = "Let this user read it and enter the folders above it."
+        self.install()
+        for folder, _, _ in os.walk(self.root):
+            os.chmod(folder, 0o755)
+        for name, preface, call in [
+                (PREFERENCES, "", ["preferences", "preferences", "app"]),
+                (VERSION_LIST, "no list: the file is ",
+                 ["support_list", "support_list", "app", "--os", "10.17.0"])]:
+            if name == VERSION_LIST:
+                self.write(PREFERENCES, {})
+            os.chmod(self.write(name, b""), 0)
+            self.assertEqual(self.told_about(*call), (preface + denied, access))
+            os.chmod(self.path(name), 0o644)
+            broken = self.told_about(*call)
+            self.assertEqual(broken[0], preface + "empty")
+            os.remove(self.path(name))
+            missing = self.told_about(*call)
+            self.assertEqual(missing[0], preface + "missing")
+            self.assertEqual(len({broken[1], access, missing[1]}), 3)
+            os.chmod(self.path(), 0)
+            self.assertEqual(self.told_about(*call), (preface + denied, access))
+            os.chmod(self.path(), 0o755)
 
     def test_the_remedy_of_a_broken_preference_file_works(self):
         self.install()

@@ -48,9 +48,12 @@ std::string preferencesText(const PreferenceReading& reading) {
     const std::string keys = "a dictionary of " + countText(reading.preferences->size(), "key");
     return reading.trouble.empty() ? keys : keys + "; " + reading.trouble;
   }
-  if (reading.kind == platform::Kind::nothing) return "no file";
-  if (reading.kind == platform::Kind::folder) return "a folder";
-  return "a file that is " + reading.trouble;
+  return reading.trouble.empty() ? "no file" : reading.trouble;
+}
+
+/// A file has no place only if the home folder is not known.
+std::string remedyText(const std::string& remedy) {
+  return remedy.empty() ? "Set HOME to an absolute path." : remedy;
 }
 
 void describeOS(Step& step, const Context& context) {
@@ -85,13 +88,9 @@ void describeList(Step& step, const Context& context) {
   if (list.readable) {
     step.found = valueText(list.entry ? &*list.entry : nullptr);
     step.remedy = "Whoever installs the library must list " + least + " or later under this key.";
-  } else if (list.missing) {
-    step.found = "no list: the file is missing";
-    step.remedy = "Whoever installs the library must provide this file, with " + least +
-                  " or later under this key.";
   } else {
     step.found = list.trouble.empty() ? "no list" : "no list: the file is " + list.trouble;
-    step.remedy = "Whoever installs the library must replace this file by one that can be read.";
+    step.remedy = remedyText(list.remedy);
   }
 }
 
@@ -102,24 +101,14 @@ void describeMode(Step& step, const Context& context) {
   step.remedy = "The host must pass an option word of mode 0, 1 or 2.";
 }
 
-std::string preferencesRemedy(const PreferenceReading& reading, bool isReplayed) {
-  if (isReplayed) return "Give a preference file that can be read with --preferences.";
-  if (!reading.path) return "Set HOME to an absolute path.";
-  if (reading.kind == platform::Kind::nothing) {
-    return "The host writes this file. To make a sample, run wenlolib init --sample-preferences.";
-  }
-  const std::string what = reading.kind == platform::Kind::folder ? "folder" : "file";
-  return "Move this " + what +
-         " away and let the host write the file again. To make a sample after that, run wenlolib "
-         "init --sample-preferences.";
-}
-
 void describePreferences(Step& step, const Context& context) {
   const PreferenceReading& reading = readingFor(step, context);
   step.source = preferenceSource(context);
   step.expected = "a property list with a dictionary at its root";
   step.found = preferencesText(reading);
-  step.remedy = preferencesRemedy(reading, context.sources.preferences.has_value());
+  step.remedy = context.sources.preferences
+                    ? "Give a preference file that can be read with --preferences."
+                    : remedyText(reading.remedy);
 }
 
 void describeDate(Step& step, const Context& context) {
