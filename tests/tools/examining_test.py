@@ -3,6 +3,7 @@
 
 import os
 import plistlib
+import shutil
 import subprocess
 import sys
 import time
@@ -341,9 +342,14 @@ class Doctor(ToolTest):
         self.install()
         for folder, _, _ in os.walk(self.root):
             os.chmod(folder, 0o755)
-        os.chmod(self.path("PLM"), 0o500)
         self.addCleanup(os.chmod, self.path("PLM"), 0o700)
-        self.assertIn(("error", "folder"), self.faults(1, **self.unprivileged()))
+        for mode, cause in [(0o555, "nothing can be written in it: making the file failed: "
+                                    "Permission denied, mode 0555"),
+                            (0o333, "this user may not look into it, mode 0333")]:
+            os.chmod(self.path("PLM"), mode)
+            self.assertIn((self.path("PLM"), cause),
+                          [(f["subject"], f["message"])
+                           for f in self.examined(1, **self.unprivileged())])
 
     def test_files_in_a_folder_that_cannot_be_searched(self):
         self.install()
@@ -640,6 +646,29 @@ class Doctor(ToolTest):
         finding = self.one("disk", 1)
         self.assertEqual((finding["level"], finding["message"]),
                          ("error", "on a read-only file system"))
+
+    def test_the_cause_of_a_folder_that_is_read_only_is_that_of_a_record(self):
+        self.install()
+
+        def read_only(command):
+            return subprocess.run(
+                ["unshare", "-Urm", "sh", "-c", 'mount --bind -o ro "$0" "$0" && exec "$@"',
+                 self.path(), *command], input=b"x", capture_output=True, timeout=60,
+                cwd=self.outside, env={**os.environ, **self.environment}, check=False)
+
+        if not shutil.which("unshare") or read_only(["true"]).returncode != 0:
+            self.skipTest("no folder may be mounted read-only here")
+        told = read_only(self.arguments(["record", "app", "--name", "A", "--option", "2"]))
+        cause = "making the file failed: Read-only file system"
+        remedy = "Remount the disk read-write."
+        self.assertTrue(told.stderr.decode().endswith(f": not written: {cause}. {remedy}\n"), told)
+        findings = objects_in(read_only(self.arguments(["doctor", "--json"])).stdout)
+        self.assertEqual([(f["message"].split(", mode")[0], f["remedy"]) for f in findings
+                          if f["check"] == "folder"],
+                         [("nothing can be written in it: " + cause, remedy)] * 3)
+        told = object_in(read_only(self.arguments(["explain", "printer", "--json"])).stdout)
+        self.assertEqual([(each["found"], each["remedy"]) for each in told["afterwards"]],
+                         [("nothing can be written in it: " + cause, remedy)])
 
     def test_wrong_usage(self):
         self.expect_usage_error("more", "doctor", "more")

@@ -35,10 +35,15 @@ Finding folderFinding(const std::string& path, const struct stat& status) {
   if (!S_ISDIR(status.st_mode)) {
     return {Level::error, "folder", path, "not a folder", "Move it away, then run wenlolib init."};
   }
-  if (::faccessat(AT_FDCWD, path.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) != 0) {
+  if (::faccessat(AT_FDCWD, path.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+    const int error = errno;
+    return {Level::error, "folder", path, lockedFolderText(error) + ", " + modeText(status.st_mode),
+            lockedFolderRemedy(error)};
+  }
+  if (::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) {
     return {Level::error, "folder", path,
-            "this user does not have full access to it, " + modeText(status.st_mode),
-            "Make the user who records its owner and set mode 0700."};
+            "this user may not look into it, " + modeText(status.st_mode),
+            lockedFolderRemedy(errno)};
   }
   if (status.st_uid != ::geteuid()) {
     return {Level::warning, "folder", path, "belongs to another user",
@@ -128,7 +133,7 @@ Finding roomFinding(const std::string& folder, const struct statvfs& disk) {
   if ((disk.f_flag & ST_RDONLY) != 0) {
     finding.level = Level::error;
     finding.message = "on a read-only file system";
-    finding.remedy = "Remount it read-write.";
+    finding.remedy = lockedFolderRemedy(EROFS);
   } else if (room < mebibyte || noFiles) {
     finding.level = Level::error;
     finding.message += noFiles ? ", but no inodes for another file" : "";
