@@ -65,8 +65,10 @@ class Usage(ToolTest):
                 ("--clean takes no value", " doctor", "doctor --clean=maybe"),
                 ("--force can be used only with --agree", " init", "init --force"),
                 ("--root: /none is not a folder", " init", "init --root /none"),
-                ("--option: -1 is not an option word; give a number from 0 to 4294967295",
+                ("--option: -1 is not an option word; give a decimal number from 0 to 4294967295",
                  " explain app", "explain app --option -1"),
+                ("--option: 0x11 is not an option word; give a decimal number from 0 to 4294967295",
+                 " preview printer", "preview printer --name A --option 0x11"),
                 ("--os: ten is not an OS version: give two or three numbers, such as 10.17.0, or "
                  "unknown", " explain printer", "explain printer --os ten")]:
             self.assertEqual(self.said(*call.split()),
