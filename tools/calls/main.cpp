@@ -83,6 +83,7 @@ int run(int count, char** arguments) {
     add(app, session);
   }
   addHelp(app);
+  refuseFlagValues(app, {arguments + 1, arguments + count});
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
