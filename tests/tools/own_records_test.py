@@ -4,6 +4,7 @@
 import os
 import plistlib
 import re
+import subprocess
 import sys
 import unittest
 
@@ -211,14 +212,58 @@ class Forget(OwnRecords):
         self.install_records()
         self.write("PLM/below/QX300_1.PLM", printer_document("2026-11-03T00:00:00Z", "x")[:-9])
         left = self.install_others()
-        told = self.expect(0, "forget", "--all", "--yes").stdout.decode()
+        told = self.expect(1, "forget", "--all", "--yes").stdout.decode()
         self.assertEqual(self.there(), [place for place in left if place != "PLM/linked"])
         self.assertTrue(os.path.islink(self.path("PLM/linked")))
         self.assertEqual(os.listdir(self.root + "/elsewhere"), ["QX300_1.PLM"])
         self.assertIn("deleted: 4 records\n", told)
         for place in left:
-            self.assertIn(f"left: {self.path(place)}: ", told)
+            word = "left" if place.endswith(".tmp") else "not a record"
+            self.assertIn(f"{word}: {self.path(place)}: ", told)
+        self.assertIn("Nothing was deleted.", self.expect(1, "forget", "--all").stdout.decode())
+        os.remove(self.path("ALM/.wenlolib-1.tmp"))
         self.assertIn("There is nothing to delete.", self.expect(0, "forget", "--all").stdout.decode())
+
+    def test_a_choice_is_told_only_of_what_may_have_been_meant(self):
+        self.install_records()
+        self.install_others()
+        told = self.expect(0, "forget", "--kind", "app", "--yes").stdout.decode()
+        self.assertNotIn("left: ", told)
+        self.assertNotIn("not a record: ", told)
+        damaged = self.write("PLM/QX300_1.PLM",
+                             printer_document("2026-11-03T00:00:00+09:00", "x")[:90])
+        told = self.expect(1, "forget", "--printer", "4711", "--yes").stdout.decode()
+        self.assertIn(f"left: {damaged}: damaged", told)
+        self.assertIn("deleted: 1 record\n", told)
+        self.assertEqual(told.count("left: "), 1)
+
+    def test_what_could_not_be_looked_at_is_not_nothing(self):
+        self.install_records()
+        for folder, _, _ in os.walk(self.root):
+            os.chmod(folder, 0o755)
+        others = self.unprivileged()
+        for locked, call in [("PLM", ["--kind", "printer"]), ("", ["--all"]),
+                             ("Config", ["--identifier"])]:
+            os.chmod(self.path(locked), 0)
+            finished = self.expect(3, "forget", *call, "--yes", **others)
+            os.chmod(self.path(locked), 0o755)
+            self.assertIn(b"Permission denied", finished.stderr)
+            self.assertEqual(finished.stdout, b"Nothing was deleted; something could not be read.\n")
+        os.chmod(self.path(CONFIGURATION), 0)
+        self.expect(3, "forget", "--identifier", "--yes", **others)
+
+    def test_what_was_deleted_is_told_even_if_it_cannot_be_printed(self):
+        self.install_records()
+        for call, what in [(["--kind", "app"], b"deleted 1 record"),
+                           (["--all", "--identifier"], b"deleted 2 records and the identifier")]:
+            with open("/dev/full", "wb") as full:
+                finished = subprocess.run(
+                    self.arguments(["forget", *call, "--yes"]), stdout=full,
+                    stderr=subprocess.PIPE, timeout=60, cwd=self.outside, env=self.environment)
+            self.assertEqual(finished.returncode, 3)
+            self.assertIn(what + b", but not reported: standard output: No space left",
+                          finished.stderr)
+        self.assertEqual(self.there(), [])
 
     def test_choices_take_what_list_shows(self):
         for call in [["--kind", "app"], ["--printer", "4711"], ["--until", "2026-11-01"],
@@ -246,6 +291,14 @@ class Forget(OwnRecords):
             finished, output = self.on_terminal("forget", "--all", typed=answer)
             self.assertIn(b"Delete 3 records (", output)
             self.assertEqual((finished, len(self.there())), (status, left), (answer, output))
+
+    def test_every_answer_ends_its_line(self):
+        self.install_records()
+        for answer, status in [(b"n\n", 1), (b"\x04", 1), (b"n\x04\x04", 1), (b"\x03", -2)]:
+            finished, output = self.on_terminal("forget", "--all", typed=answer)
+            self.assertEqual(finished, status, output)
+            self.assertRegex(output.decode(), r"\[y/N\] (n|\^C|\^D|\x08)*\r\nNothing was deleted.\r\n$")
+        self.assertEqual(len(self.there()), 3)
 
     def test_a_folder_that_is_a_link_keeps_its_records(self):
         self.install_records()
