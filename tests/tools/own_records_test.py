@@ -124,16 +124,33 @@ class List(OwnRecords):
         self.assertRegex(lines[4], r"^2001-09-09 10:46~  printer log  QX300  - +\d+ B  truncated ")
         self.assertIn("~ The document's date cannot be read", text)
         told = " ".join(text.split())
-        self.assertIn("4 records.", told)
-        for other in ["2 files (a link)", "1 file (empty)", "1 file (not a regular file)",
-                      "1 file (not a document of this library)",
-                      "1 file (not named *.PLM or *.ALM)", "1 file (unfinished;"]:
-            self.assertIn("Not shown: " + other, told)
+        self.assertIn("4 records. Not shown: 2 files (a link), 1 file (empty), "
+                      "1 file (not a document of this library), "
+                      "1 file (not a regular file), 1 file (not named *.PLM or *.ALM), "
+                      "1 file (unfinished; wenlolib doctor --clean removes it once it is a day "
+                      "old).", told)
+
+    def test_only_a_terminal_cuts_long_names(self):
+        self.install()
+        name, serial = "N" * 60, "S" * 60
+        self.write(f"PLM/{name}_1.PLM",
+                   printer_document("2026-11-02T00:00:00+09:00", "x", serial=serial))
+        text = self.expect(0, "list").stdout.decode()
+        self.assertIn(f"  {name}  QX 200 {serial}  ", text)
+        self.environment["PAGER"] = ""
+        shown = self.on_terminal("list")[1].decode()
+        self.assertNotIn(f" {name} ", shown)
+        self.assertIn("... ", shown)
+
+    def test_the_number_of_those_that_match(self):
+        self.install_records()
+        for told, kind in [(b"1 record matches.\n", "app"), (b"2 records match.\n", "printer")]:
+            self.assertTrue(self.expect(0, "list", "--kind", kind).stdout.endswith(told))
 
     def test_a_damaged_log_whose_printer_is_not_known_is_told(self):
         self.install_records()
         self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:90])
-        told = b"Not shown: 1 file (damaged, so its printer is not known)."
+        told = b"1 file (damaged, so its printer is not known)."
         for call, expected in [(["--printer", "4711"], True), (["--printer", "QX300"], False),
                                (["--kind", "app"], False)]:
             listed = b" ".join(self.expect(0, "list", *call).stdout.split())
@@ -149,10 +166,10 @@ class List(OwnRecords):
     def test_nothing_recorded(self):
         for install in [lambda: None, self.install]:
             install()
-            self.assertEqual(self.expect(0, "list").stdout, b"No record.\n")
+            self.assertEqual(self.expect(0, "list").stdout, b"No records.\n")
             self.assertEqual(self.listed(), [])
         self.assertEqual(self.expect(0, "list", "--kind", "app").stdout,
-                         b"No record of those asked for.\n")
+                         b"No records match.\n")
 
     def test_what_cannot_be_read_is_told_and_the_rest_is_listed(self):
         self.install_records()
@@ -166,6 +183,8 @@ class List(OwnRecords):
         told = finished.stderr.decode()
         self.assertIn(self.path(OLDER) + ": Permission denied", told)
         self.assertIn(self.path("ALM/locked") + ": Permission denied", told)
+        self.assertIn(b"Not shown: 1 file (Permission denied), 1 folder (Permission denied).",
+                      b" ".join(finished.stdout.split()))
         self.assertIn(self.path(NEWER), finished.stdout.decode())
 
     def test_it_is_paged_on_a_terminal_only(self):
@@ -198,9 +217,16 @@ class List(OwnRecords):
     def test_wrong_usage(self):
         for word, call in [("not a date", ["--since", "yesterday"]),
                            ("not a date", ["--until", "2026-02-30"]),
+                           ("wrong way round", ["--since", "2026-11-02", "--until", "2026-11-01"]),
+                           ("wrong way round", ["--until", "2026-11-01", "--since", "2026-11-02"]),
                            ("app or printer", ["--kind", "all"]),
                            ("empty", ["--printer", ""])]:
             self.expect_usage_error(word, "list", *call)
+
+    def test_a_single_day_is_not_the_wrong_way_round(self):
+        self.install_records()
+        self.assertEqual(self.places("--since", "2026-11-01", "--until", "2026-11-01"),
+                         [ALBUM, OLDER])
 
     def test_path_prints_both_folders(self):
         told = self.expect(0, "path").stdout.decode()
