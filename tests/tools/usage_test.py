@@ -3,6 +3,7 @@
 Argument: the path of the wenlolib command."""
 
 import os
+import subprocess
 import sys
 import unittest
 
@@ -33,6 +34,15 @@ class Usage(ToolTest):
         told = self.expect(0, "--version").stdout
         self.assertTrue(told.startswith(b"wenlolib "), told)
         self.assertEqual(self.expect(0, "-V").stdout, told)
+
+    def test_help_and_version_that_cannot_be_written_are_told(self):
+        for call in ["--version", "--help", "help", "help verify", "verify --help"]:
+            with open("/dev/full", "wb") as full:
+                finished = subprocess.run(self.arguments(call.split()), stdout=full, timeout=60,
+                                          stderr=subprocess.PIPE, cwd=self.outside,
+                                          env=self.environment)
+            self.assertEqual((finished.returncode, finished.stderr),
+                             (3, b"wenlolib: standard output: No space left on device\n"), call)
 
     def said(self, *call):
         """The two lines about a wrong command line."""
