@@ -300,6 +300,12 @@ class Doctor(ToolTest):
         self.assertIn("error    QMR/PLM: missing\n"
                       "         remedy: Run wenlolib init to make it.\n", text)
         self.assertRegex(text, r"\n3 errors, \d warnings\.\n$")
+        self.install()
+        os.rmdir(self.path("ALM"))
+        self.assertTrue(self.expect(1, "doctor").stdout.endswith(b"\n1 error.\n"))
+        os.mkdir(self.path("ALM"))
+        os.chmod(self.path("ALM"), 0o755)
+        self.assertTrue(self.expect(0, "doctor").stdout.endswith(b"\n1 warning.\n"))
         long = [line for line in text.splitlines()[1:] if len(line) > 80 and self.root not in line]
         self.assertEqual(long, [])
 
@@ -312,6 +318,10 @@ class Doctor(ToolTest):
             self.assertEqual(finding["level"], "warning")
             self.assertIn(word, finding["message"])
             self.assertIn(f"mode 0{mode:o}", finding["message"])
+        os.chmod(self.path("PLM"), 0)
+        told = self.call("doctor").stdout.decode()
+        os.chmod(self.path("PLM"), 0o700)
+        self.assertIn("mode 0000", told)
 
     def test_folders_that_are_none(self):
         self.install()
