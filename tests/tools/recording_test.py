@@ -218,7 +218,7 @@ class Recording(ToolTest):
                 ("not UTF-8 at byte 2", [], b"ab\xff"),
                 ("not UTF-8 at byte 0", ["-"], b"\xed\xa0\x80"),
                 ("No such file", [self.root + "/none"], b""),
-                ("Is a directory", [self.root], b""),
+                ("it is a folder", [self.root], b""),
                 ("smaller than 2.0 GiB", [large], b"")]:
             for kind in ["app", "printer"]:
                 for call_name in ["record", "preview"]:

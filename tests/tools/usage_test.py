@@ -70,11 +70,12 @@ class Usage(ToolTest):
                 ("--jobs: 0 is not a number from 1 to 256", " decode", "decode . --jobs 0"),
                 ("--jobs: x is not a number from 1 to 256", " decode", "decode . -j x"),
                 ("explain: name the kind of record, app or printer", " explain", "explain"),
-                ("ap: not a kind of record. Did you mean app?", " explain", "explain ap"),
+                ("ap: not a kind of record; give app or printer. Did you mean app?", " explain", "explain ap"),
                 ("more: one argument too many", " explain app", "explain app more"),
                 ("--clean takes no value", " doctor", "doctor --clean=maybe"),
                 ("--force can be used only with --agree", " init", "init --force"),
                 ("--root: /none is not a folder", " init", "init --root /none"),
+                ("--color: sometimes is not auto, always or never", " init", "init --color sometimes"),
                 ("--option: -1 is not an option word; give a number from 0 to 4294967295",
                  " explain app", "explain app --option -1"),
                 ("--os: ten is not an OS version: give two or three numbers, such as 10.17.0, or "

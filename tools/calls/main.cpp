@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -58,7 +57,12 @@ void addColour(CLI::App& app) {
          },
          "Use colours: auto (default), always or never")
       ->type_name("WHEN")
-      ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+      ->check(CLI::Validator(
+          [](const std::string& when) {
+            const bool known = when == "auto" || when == "always" || when == "never";
+            return known ? "" : when + " is not auto, always or never";
+          },
+          ""));
 }
 
 /// Without the last line break, which the parser prints.
