@@ -398,6 +398,19 @@ class VerifyTest(ReceivingTest):
         self.write("f/g/c.ALM")
         self.assertEqual(self.lines("verify", folder)[-1], f"1 document: 1 sound; {passed}")
 
+    def test_an_empty_path_is_told(self):
+        for call in (["verify", ""], ["decode", ""], ["diff", "", ""]):
+            result = run(*call)
+            self.assertEqual(result.returncode, 3)
+            self.assertIn(f"wenlolib {call[0]}: '': the path is empty\n", result.stderr.decode())
+
+    def test_json_steers_no_terminal(self):
+        odd = "a\x7fb\u0080c\u009bd\u009fe\u00a0f\u00bfg"
+        path = self.write("a.ALM", document(odd.encode()))
+        result = run("decode", "--json", path)
+        self.assertIn(rb"a\u007fb\u0080c\u009bd\u009fe" + "\u00a0f\u00bfg".encode(), result.stdout)
+        self.assertEqual(object_in(result.stdout)["contents"], odd)
+
     def test_folders_are_read_in_the_order_of_the_bytes_of_names(self):
         names = ["B.PLM", "a.PLM", "a/x.PLM", "a/\u00e9.PLM", "a-b.PLM", "b/c/d.ALM", "b.ALM", "\u00e9.ALM",
                  "10.ALM", "9.ALM"]  # fmt: skip
