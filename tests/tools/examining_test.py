@@ -164,8 +164,28 @@ class Explain(ToolTest):
 
     def test_a_file_that_cannot_be_read_is_no_replayed_case(self):
         self.install()
-        for call in [["--preferences", "/none"], ["--support-list", self.root]]:
-            self.expect_unreadable("not a file that can be read", "explain", "app", *call)
+        for call, word in [(["--preferences", "/none"], "No such file or directory"),
+                           (["--support-list", self.root], "not a file that can be read")]:
+            self.expect_unreadable(word, "explain", "app", *call)
+
+    def test_a_replayed_value_is_named_as_the_source(self):
+        self.install()
+        self.write(VERSION_LIST, {"1001.0": "10.17.0"})
+        steps = self.explained(0, "app", "--os", "10.17.0", "--library-version", "1.0.0",
+                               "--date", days_ago(0).isoformat() + "Z")["steps"]
+        sources = {step["gate"]: (step["source"], step["key"]) for step in steps}
+        self.assertEqual(sources["os_version"], ("--os", None))
+        self.assertEqual(sources["library_version"], ("--library-version", None))
+        self.assertEqual(sources["period"], ("--date and InstalledDate", None))
+        self.assertIn("with --os", self.remedy("app", "--os", "unknown"))
+        self.assertIn("with --library-version",
+                      self.remedy("app", "--os", "10.17.0", "--library-version", "unknown"))
+
+    def test_a_refusal_says_nothing_of_writing_unless_something_is_in_the_way(self):
+        self.install(agreement=False)
+        self.assertNotIn(b"Writing the record", self.expect(1, "explain", "app").stdout)
+        os.rmdir(self.path("ALM"))
+        self.assertIn(b"Writing the record", self.expect(1, "explain", "app").stdout)
 
     def remedy(self, *call):
         steps = self.explained(1, *call)["steps"]
@@ -319,6 +339,12 @@ class Doctor(ToolTest):
         self.assertIn("error    QMR/PLM: missing\n"
                       "         remedy: Run wenlolib init to make it.\n", text)
         self.assertRegex(text, r"\n3 errors, \d warnings\.\n$")
+        self.install()
+        os.rmdir(self.path("ALM"))
+        self.assertTrue(self.expect(1, "doctor").stdout.endswith(b"\n1 error.\n"))
+        os.mkdir(self.path("ALM"))
+        os.chmod(self.path("ALM"), 0o755)
+        self.assertTrue(self.expect(0, "doctor").stdout.endswith(b"\n1 warning.\n"))
         long = [line for line in text.splitlines()[1:] if len(line) > 80 and self.root not in line]
         self.assertEqual(long, [])
 
@@ -331,6 +357,10 @@ class Doctor(ToolTest):
             self.assertEqual(finding["level"], "warning")
             self.assertIn(word, finding["message"])
             self.assertIn(f"mode 0{mode:o}", finding["message"])
+        os.chmod(self.path("PLM"), 0)
+        told = self.call("doctor").stdout.decode()
+        os.chmod(self.path("PLM"), 0o700)
+        self.assertIn("mode 0000", told)
 
     def test_folders_that_are_none(self):
         self.install()

@@ -224,7 +224,7 @@ class Page(Report):
         self.install_three()
 
         def no_room():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            signal.signal(signal.SIGXFSZ, signal.SIG_DFL)  # ends a process that does not mind
             resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
 
         finished = self.expect(3, "report", self.page, preexec_fn=no_room)
@@ -234,6 +234,7 @@ class Page(Report):
 
     def test_wrong_usage(self):
         self.expect_usage_error("FILE", "report")
+        self.expect_usage_error("the page needs the name of a file", "report", "-")
 
 
 @unittest.skipUnless(CHROMIUM, "chromium is not installed")

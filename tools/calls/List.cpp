@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "calls/CommandLine.h"
 #include "calls/RecordChoice.h"
@@ -34,13 +35,18 @@ std::string wholeText(const RecordReading& reading, const std::string& path, con
 
 std::string countsText(const OwnRecords& found, const Choice& choice, std::size_t columns) {
   std::string text =
-      found.records.empty() ? "No record" : countText(found.records.size(), "record");
-  text += choice.everything() ? "." : " of those asked for.";
-  std::map<std::string, std::uint64_t> others;
-  for (const LeftAlone& other : found.others) ++others[other.why];
-  for (const auto& [why, count] : others) {
-    text += " Not shown: " + countText(count, "file") + " (" + why + ").";
+      found.records.empty() ? "No records" : countText(found.records.size(), "record");
+  if (!choice.everything()) text += found.records.size() == 1 ? " matches" : " match";
+  text += ".";
+  std::map<std::pair<std::string, bool>, std::uint64_t> others;
+  for (const LeftAlone& other : found.others) ++others[{other.why, other.folder}];
+  const char* before = " Not shown: ";
+  for (const auto& [other, count] : others) {
+    const auto& [why, folder] = other;
+    text += before + countText(count, folder ? "folder" : "file") + " (" + why + ")";
+    before = ", ";
   }
+  if (!others.empty()) text += ".";
   return wrap(text, columns == 0 ? 80 : columns, 0) + "\n";
 }
 

@@ -97,7 +97,7 @@ void show(Output& output, const ToolPlatform& platform, const Arguments& argumen
     return;
   }
   const platform::Substitute substitute(platform.services());
-  const Explanation decision = explain(record.kind, requestOf(record).option);
+  const Explanation decision = explain(record.kind, optionWord(record.option));
   output.write(previewText(document, record.kind, path, decision, output.paint()));
   output.write(contentsText(contents, output.paint()));
 }
@@ -111,18 +111,17 @@ void previewTo(Session& session, const Arguments& arguments) {
     session.exitStatus = unreadable;
     return;
   }
-  RecordRequest request = requestOf(arguments.record);
+  RecordRequest request = requestOf(arguments.record, output);
   request.contents = std::move(input.contents);
   const Preview previewed = preview(platform.services(), request);
   if (previewed.document) {
     show(output, platform, arguments, *previewed.document, request.contents);
+  } else if (previewed.unanswered) {
+    output.complain(arguments.record.name, "no document: " + unansweredText(*previewed.unanswered));
+    session.exitStatus = unreadable;
   } else {
-    output.complain(arguments.record.name,
-                    previewed.unanswered
-                        ? "no document: " + unansweredText(*previewed.unanswered)
-                        : "no document: a value contains markup that cannot be repaired, or a "
-                          "character that XML does not allow");
-    session.exitStatus = previewed.unanswered ? unreadable : notGood;
+    complainOfValues(arguments.record, "no document", output);
+    session.exitStatus = notGood;
   }
   output.finish();
 }

@@ -111,7 +111,8 @@ std::string extraWordText(const CLI::App& call, const Words& words) {
   const std::string word = words.empty() ? "" : words.front();
   const Words names = subcommandsOf(call);
   if (names.empty()) return visibleLine(word) + ": one argument too many";
-  const char* what = call.get_parent() == nullptr ? "no such subcommand" : "not a kind of record";
+  const char* what = call.get_parent() == nullptr ? "no such subcommand"
+                                                  : "not a kind of record; give app or printer";
   return withSuggestion(fmt::format("{}: {}", visibleLine(word), what), nearestWord(word, names));
 }
 

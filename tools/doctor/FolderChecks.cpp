@@ -1,12 +1,12 @@
 // Folders: whether they are there, who owns them, which numbers of printer logs are taken, and how
 // much room is left.
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <filesystem>
 #include <system_error>
@@ -22,9 +22,7 @@ namespace wenlolib::tools {
 namespace {
 
 std::string modeText(mode_t mode) {
-  char digits[8];
-  const auto result = std::to_chars(digits, digits + sizeof digits, mode & 07777U, 8);
-  return "mode 0" + std::string(digits, result.ptr);
+  return fmt::format("mode {:04o}", mode & 07777U);
 }
 
 Finding missingFolderFinding(const std::string& path, int error) {

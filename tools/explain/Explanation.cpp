@@ -58,23 +58,34 @@ std::string remedyText(const std::string& remedy) {
 
 void describeOS(Step& step, const Context& context) {
   const FoundVersion& os = *context.notes.os;
-  step.source = "the system's version";
+  step.source = context.sources.os ? "--os" : "the system's version";
   step.expected = "a known version";
   step.found = os.number == -1 ? "none" : versionText(os.text, os.number);
-  step.remedy = "The kernel release (uname -r) must begin with two numbers.";
+  step.remedy = context.sources.os ? "Give a version such as 10.17.0 with --os."
+                                   : "The kernel release (uname -r) must begin with two numbers.";
+}
+
+/// Where the library's version was read, and what would help.
+void describeLibrarySource(Step& step, const Context& context, const FoundVersion& library) {
+  if (context.sources.library) {
+    step.source = "--library-version";
+    step.remedy = "Give a version such as 1.0.0 with --library-version.";
+    return;
+  }
+  step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
+                                  : "the running library's bundle";
+  step.key = library.installed ? bundleVersionKey : shortVersionKey;
+  step.remedy = library.installed
+                    ? "Install the library's bundle at this path."
+                    : "Load the library from its bundle, with Contents/Info.plist in it.";
 }
 
 void describeLibrary(Step& step, const Context& context) {
   const FoundVersion& library = *context.notes.library;
-  step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
-                                  : "the running library's bundle";
-  step.key = library.installed ? bundleVersionKey : shortVersionKey;
+  describeLibrarySource(step, context, library);
   step.expected = fmt::format("a version such as 1.0.0, because the OS is {} or later",
                               versionText(context.notes.upperBound.value_or(-1)));
   step.found = versionText(library.text, library.number);
-  step.remedy = library.installed
-                    ? "Install the library's bundle at this path."
-                    : "Load the library from its bundle, with Contents/Info.plist in it.";
 }
 
 void describeList(Step& step, const Context& context) {
@@ -123,7 +134,7 @@ void describePeriod(Step& step, const Context& context) {
   const Value* installed = entry(readingFor(step, context).preferences, installedDateKey);
   const std::chrono::days period = periods[context.kind];
   const std::string days = fmt::format("{} days", period.count());
-  step.source = "the clock and InstalledDate";
+  step.source = std::string(context.sources.date ? "--date" : "the clock") + " and InstalledDate";
   const Instant* date = installed == nullptr ? nullptr : installed->date();
   if (date != nullptr) {
     step.expected =
@@ -288,7 +299,10 @@ std::string explanationText(const Explanation& explanation, const Paint& paint,
   for (const Step& step : explanation.steps) {
     text += stepText(++number, step, paint, supportFolder);
   }
-  if (explanation.afterwards) text += afterwardsText(*explanation.afterwards, paint, supportFolder);
+  const auto& afterwards = explanation.afterwards;
+  if (afterwards && (explanation.allowed() || !afterwards->empty())) {
+    text += afterwardsText(*afterwards, paint, supportFolder);
+  }
   return text;
 }
 
