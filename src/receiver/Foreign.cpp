@@ -119,7 +119,7 @@ std::string kindOf(std::string_view bytes) {
       std::ranges::find_if(kinds, [&](const Kind& kind) { return bytes.starts_with(kind.start); });
   if (known != kinds.end()) return std::string(known->name);
   if (isWebPage(bytes)) return "a web page (HTML)";
-  if (bytes.find_first_not_of('\0') == std::string_view::npos) return "zero bytes and nothing else";
+  if (bytes.find_first_not_of('\0') == std::string_view::npos) return "NUL bytes only";
   if (afterPreface(bytes).empty()) return "white space and nothing else";
   if (beginsLikeXml(bytes)) return xmlKind(bytes);
   return isText(bytes) ? "text" : "binary data";

@@ -36,7 +36,7 @@ std::vector<File> files() {
       {inUtf16("<a/>", "\xFF\xFE"), "text in UTF-16"},
       {inUtf16(sample(Layout::application).text(), "\xFF\xFE"), "text in UTF-16"},
       {inUtf16(sample(Layout::application).text(), ""), "text in UTF-16"},
-      {std::string(4096, '\0'), "zero bytes and nothing else"},
+      {std::string(4096, '\0'), "NUL bytes only"},
       {" \t\r\n", "white space and nothing else"},
       {"\xEF\xBB\xBF\n", "white space and nothing else"},
       {"<!DOCTYPE HTML><p>x", "a web page (HTML)", Layer::layout},

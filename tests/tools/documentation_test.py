@@ -151,6 +151,12 @@ def table_on_the_man_page(head):
 class Documentation(unittest.TestCase):
     maxDiff = None
 
+    def test_the_man_page_has_the_default_of_the_option_word(self):
+        told = subprocess.run([COMMAND, "record", "app", "--help"], capture_output=True, text=True,
+                              check=True).stdout
+        (default,) = re.findall(r"--option N=(\d+) ", told)
+        self.assertIn(f"as a decimal number; {default} is the default.\n", text_of("man/wenlolib.1"))
+
     def test_the_man_page_has_every_option_and_no_other(self):
         found = on_the_man_page()
         self.assertEqual(sorted(found), sorted(CALLS))

@@ -3,6 +3,7 @@
 
 import os
 import plistlib
+import shutil
 import subprocess
 import sys
 import time
@@ -163,8 +164,28 @@ class Explain(ToolTest):
 
     def test_a_file_that_cannot_be_read_is_no_replayed_case(self):
         self.install()
-        for call in [["--preferences", "/none"], ["--support-list", self.root]]:
-            self.expect_unreadable("not a file that can be read", "explain", "app", *call)
+        for call, word in [(["--preferences", "/none"], "No such file or directory"),
+                           (["--support-list", self.root], "not a file that can be read")]:
+            self.expect_unreadable(word, "explain", "app", *call)
+
+    def test_a_replayed_value_is_named_as_the_source(self):
+        self.install()
+        self.write(VERSION_LIST, {"1001.0": "10.17.0"})
+        steps = self.explained(0, "app", "--os", "10.17.0", "--library-version", "1.0.0",
+                               "--date", days_ago(0).isoformat() + "Z")["steps"]
+        sources = {step["gate"]: (step["source"], step["key"]) for step in steps}
+        self.assertEqual(sources["os_version"], ("--os", None))
+        self.assertEqual(sources["library_version"], ("--library-version", None))
+        self.assertEqual(sources["period"], ("--date and InstalledDate", None))
+        self.assertIn("with --os", self.remedy("app", "--os", "unknown"))
+        self.assertIn("with --library-version",
+                      self.remedy("app", "--os", "10.17.0", "--library-version", "unknown"))
+
+    def test_a_refusal_says_nothing_of_writing_unless_something_is_in_the_way(self):
+        self.install(agreement=False)
+        self.assertNotIn(b"Writing the record", self.expect(1, "explain", "app").stdout)
+        os.rmdir(self.path("ALM"))
+        self.assertIn(b"Writing the record", self.expect(1, "explain", "app").stdout)
 
     def remedy(self, *call):
         steps = self.explained(1, *call)["steps"]
@@ -179,13 +200,51 @@ class Explain(ToolTest):
         self.write(VERSION_LIST, {"1001.0": "10.16.0"})
         self.assertIn("must list 10.17.0 or later under this key", self.remedy(*new))
         self.write(PREFERENCES, b"broken")
-        self.assertIn("Move this file away", self.remedy("app"))
+        self.assertIn("Move it away and let the host write", self.remedy("app"))
         file = self.write("/Pref.plist", b"broken")
         self.assertIn("with --preferences", self.remedy("app", "--preferences", file))
         os.remove(self.path(PREFERENCES))
         self.assertIn("To make a sample, run wenlolib init", self.remedy("app"))
         os.mkdir(self.path(PREFERENCES))
-        self.assertIn("Move this folder away", self.remedy("app"))
+        self.assertIn("Move it away and let the host write", self.remedy("app"))
+
+    def told_about(self, gate, check, *call):
+        """What explain found at a gate, and its remedy, which must be that of doctor's check."""
+        who = self.unprivileged()
+        steps = object_in(self.expect(1, "explain", *call, "--json", **who).stdout)["steps"]
+        (step,) = [step for step in steps if step["gate"] == gate and step["state"] == "refused"]
+        findings = objects_in(self.call("doctor", "--json", **who).stdout)
+        (finding,) = [finding for finding in findings if finding["check"] == check]
+        if check == "preferences":
+            self.assertTrue(finding["message"].startswith(step["found"] + ", so"), finding)
+        if finding["level"] != "ok":  # without the list nothing is amiss on the OS at hand
+            self.assertEqual(finding["remedy"], step["remedy"])
+        return step["found"], step["remedy"]
+
+    def test_missing_unreadable_and_broken_files_are_told_apart_with_doctors_remedies(self):
+        denied = "not readable: opening the file failed: Permission denied"
+        access = "Let this user read it and enter the folders above it."
+        self.install()
+        for folder, _, _ in os.walk(self.root):
+            os.chmod(folder, 0o755)
+        for name, preface, call in [
+                (PREFERENCES, "", ["preferences", "preferences", "app"]),
+                (VERSION_LIST, "no list: the file is ",
+                 ["support_list", "support_list", "app", "--os", "10.17.0"])]:
+            if name == VERSION_LIST:
+                self.write(PREFERENCES, {})
+            os.chmod(self.write(name, b""), 0)
+            self.assertEqual(self.told_about(*call), (preface + denied, access))
+            os.chmod(self.path(name), 0o644)
+            broken = self.told_about(*call)
+            self.assertEqual(broken[0], preface + "empty")
+            os.remove(self.path(name))
+            missing = self.told_about(*call)
+            self.assertEqual(missing[0], preface + "missing")
+            self.assertEqual(len({broken[1], access, missing[1]}), 3)
+            os.chmod(self.path(), 0)
+            self.assertEqual(self.told_about(*call), (preface + denied, access))
+            os.chmod(self.path(), 0o755)
 
     def test_the_remedy_of_a_broken_preference_file_works(self):
         self.install()
@@ -280,6 +339,12 @@ class Doctor(ToolTest):
         self.assertIn("error    QMR/PLM: missing\n"
                       "         remedy: Run wenlolib init to make it.\n", text)
         self.assertRegex(text, r"\n3 errors, \d warnings\.\n$")
+        self.install()
+        os.rmdir(self.path("ALM"))
+        self.assertTrue(self.expect(1, "doctor").stdout.endswith(b"\n1 error.\n"))
+        os.mkdir(self.path("ALM"))
+        os.chmod(self.path("ALM"), 0o755)
+        self.assertTrue(self.expect(0, "doctor").stdout.endswith(b"\n1 warning.\n"))
         long = [line for line in text.splitlines()[1:] if len(line) > 80 and self.root not in line]
         self.assertEqual(long, [])
 
@@ -292,6 +357,10 @@ class Doctor(ToolTest):
             self.assertEqual(finding["level"], "warning")
             self.assertIn(word, finding["message"])
             self.assertIn(f"mode 0{mode:o}", finding["message"])
+        os.chmod(self.path("PLM"), 0)
+        told = self.call("doctor").stdout.decode()
+        os.chmod(self.path("PLM"), 0o700)
+        self.assertIn("mode 0000", told)
 
     def test_folders_that_are_none(self):
         self.install()
@@ -303,9 +372,14 @@ class Doctor(ToolTest):
         self.install()
         for folder, _, _ in os.walk(self.root):
             os.chmod(folder, 0o755)
-        os.chmod(self.path("PLM"), 0o500)
         self.addCleanup(os.chmod, self.path("PLM"), 0o700)
-        self.assertIn(("error", "folder"), self.faults(1, **self.unprivileged()))
+        for mode, cause in [(0o555, "nothing can be written in it: making the file failed: "
+                                    "Permission denied, mode 0555"),
+                            (0o333, "this user may not look into it, mode 0333")]:
+            os.chmod(self.path("PLM"), mode)
+            self.assertIn((self.path("PLM"), cause),
+                          [(f["subject"], f["message"])
+                           for f in self.examined(1, **self.unprivileged())])
 
     def test_files_in_a_folder_that_cannot_be_searched(self):
         self.install()
@@ -602,6 +676,29 @@ class Doctor(ToolTest):
         finding = self.one("disk", 1)
         self.assertEqual((finding["level"], finding["message"]),
                          ("error", "on a read-only file system"))
+
+    def test_the_cause_of_a_folder_that_is_read_only_is_that_of_a_record(self):
+        self.install()
+
+        def read_only(command):
+            return subprocess.run(
+                ["unshare", "-Urm", "sh", "-c", 'mount --bind -o ro "$0" "$0" && exec "$@"',
+                 self.path(), *command], input=b"x", capture_output=True, timeout=60,
+                cwd=self.outside, env={**os.environ, **self.environment}, check=False)
+
+        if not shutil.which("unshare") or read_only(["true"]).returncode != 0:
+            self.skipTest("no folder may be mounted read-only here")
+        told = read_only(self.arguments(["record", "app", "--name", "A", "--option", "2"]))
+        cause = "making the file failed: Read-only file system"
+        remedy = "Remount the disk read-write."
+        self.assertTrue(told.stderr.decode().endswith(f": not written: {cause}. {remedy}\n"), told)
+        findings = objects_in(read_only(self.arguments(["doctor", "--json"])).stdout)
+        self.assertEqual([(f["message"].split(", mode")[0], f["remedy"]) for f in findings
+                          if f["check"] == "folder"],
+                         [("nothing can be written in it: " + cause, remedy)] * 3)
+        told = object_in(read_only(self.arguments(["explain", "printer", "--json"])).stdout)
+        self.assertEqual([(each["found"], each["remedy"]) for each in told["afterwards"]],
+                         [("nothing can be written in it: " + cause, remedy)])
 
     def test_wrong_usage(self):
         self.expect_usage_error("more", "doctor", "more")

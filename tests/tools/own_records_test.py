@@ -4,6 +4,7 @@
 import os
 import plistlib
 import re
+import subprocess
 import sys
 import unittest
 
@@ -123,16 +124,33 @@ class List(OwnRecords):
         self.assertRegex(lines[4], r"^2001-09-09 10:46~  printer log  QX300  - +\d+ B  truncated ")
         self.assertIn("~ The document's date cannot be read", text)
         told = " ".join(text.split())
-        self.assertIn("4 records.", told)
-        for other in ["2 files (a link)", "1 file (empty)", "1 file (not a regular file)",
-                      "1 file (not a document of this library)",
-                      "1 file (not named *.PLM or *.ALM)", "1 file (unfinished;"]:
-            self.assertIn("Not shown: " + other, told)
+        self.assertIn("4 records. Not shown: 2 files (a link), 1 file (empty), "
+                      "1 file (not a document of this library), "
+                      "1 file (not a regular file), 1 file (not named *.PLM or *.ALM), "
+                      "1 file (unfinished; wenlolib doctor --clean removes it once it is a day "
+                      "old).", told)
+
+    def test_only_a_terminal_cuts_long_names(self):
+        self.install()
+        name, serial = "N" * 60, "S" * 60
+        self.write(f"PLM/{name}_1.PLM",
+                   printer_document("2026-11-02T00:00:00+09:00", "x", serial=serial))
+        text = self.expect(0, "list").stdout.decode()
+        self.assertIn(f"  {name}  QX 200 {serial}  ", text)
+        self.environment["PAGER"] = ""
+        shown = self.on_terminal("list")[1].decode()
+        self.assertNotIn(f" {name} ", shown)
+        self.assertIn("... ", shown)
+
+    def test_the_number_of_those_that_match(self):
+        self.install_records()
+        for told, kind in [(b"1 record matches.\n", "app"), (b"2 records match.\n", "printer")]:
+            self.assertTrue(self.expect(0, "list", "--kind", kind).stdout.endswith(told))
 
     def test_a_damaged_log_whose_printer_is_not_known_is_told(self):
         self.install_records()
         self.write("PLM/QX300_1.PLM", printer_document("2026-11-03T00:00:00+09:00", "x")[:90])
-        told = b"Not shown: 1 file (damaged, so its printer is not known)."
+        told = b"1 file (damaged, so its printer is not known)."
         for call, expected in [(["--printer", "4711"], True), (["--printer", "QX300"], False),
                                (["--kind", "app"], False)]:
             listed = b" ".join(self.expect(0, "list", *call).stdout.split())
@@ -148,10 +166,10 @@ class List(OwnRecords):
     def test_nothing_recorded(self):
         for install in [lambda: None, self.install]:
             install()
-            self.assertEqual(self.expect(0, "list").stdout, b"No record.\n")
+            self.assertEqual(self.expect(0, "list").stdout, b"No records.\n")
             self.assertEqual(self.listed(), [])
         self.assertEqual(self.expect(0, "list", "--kind", "app").stdout,
-                         b"No record of those asked for.\n")
+                         b"No records match.\n")
 
     def test_what_cannot_be_read_is_told_and_the_rest_is_listed(self):
         self.install_records()
@@ -165,6 +183,8 @@ class List(OwnRecords):
         told = finished.stderr.decode()
         self.assertIn(self.path(OLDER) + ": Permission denied", told)
         self.assertIn(self.path("ALM/locked") + ": Permission denied", told)
+        self.assertIn(b"Not shown: 1 file (Permission denied), 1 folder (Permission denied).",
+                      b" ".join(finished.stdout.split()))
         self.assertIn(self.path(NEWER), finished.stdout.decode())
 
     def test_it_is_paged_on_a_terminal_only(self):
@@ -177,6 +197,21 @@ class List(OwnRecords):
         self.assertNotIn(b"paged:", self.expect(0, "list").stdout)
         self.environment["PAGER"] = ""
         self.assertNotIn(b"paged:", self.on_terminal("list")[1])
+
+    def test_without_a_pager_that_runs_the_list_is_on_the_terminal(self):
+        self.install()
+        for number in range(1, 600):
+            self.write(f"PLM/QX200_{number}.PLM", printer_document("2026-11-02T00:00:00Z", "x"))
+        self.environment["PAGER"] = ""
+        _, whole = self.on_terminal("list")
+        for pager in ["/none/pager -R", "exit 127", f"'{self.path(CONFIGURATION)}'"]:
+            self.environment["PAGER"] = pager
+            status, output = self.on_terminal("list")
+            self.assertEqual(status, 0, output)
+            told, shown = output.split(b"wenlolib list: PAGER: it could not be run; the list is "
+                                       b"shown without it\r\n")
+            self.assertLessEqual(told.count(b"\n"), 1, told)  # of the shell
+            self.assertEqual(shown, whole)
 
     def test_leaving_the_pager_is_no_error(self):
         self.install()
@@ -197,9 +232,16 @@ class List(OwnRecords):
     def test_wrong_usage(self):
         for word, call in [("not a date", ["--since", "yesterday"]),
                            ("not a date", ["--until", "2026-02-30"]),
+                           ("wrong way round", ["--since", "2026-11-02", "--until", "2026-11-01"]),
+                           ("wrong way round", ["--until", "2026-11-01", "--since", "2026-11-02"]),
                            ("app or printer", ["--kind", "all"]),
                            ("empty", ["--printer", ""])]:
             self.expect_usage_error(word, "list", *call)
+
+    def test_a_single_day_is_not_the_wrong_way_round(self):
+        self.install_records()
+        self.assertEqual(self.places("--since", "2026-11-01", "--until", "2026-11-01"),
+                         [ALBUM, OLDER])
 
     def test_path_prints_both_folders(self):
         told = self.expect(0, "path").stdout.decode()
@@ -211,14 +253,58 @@ class Forget(OwnRecords):
         self.install_records()
         self.write("PLM/below/QX300_1.PLM", printer_document("2026-11-03T00:00:00Z", "x")[:-9])
         left = self.install_others()
-        told = self.expect(0, "forget", "--all", "--yes").stdout.decode()
+        told = self.expect(1, "forget", "--all", "--yes").stdout.decode()
         self.assertEqual(self.there(), [place for place in left if place != "PLM/linked"])
         self.assertTrue(os.path.islink(self.path("PLM/linked")))
         self.assertEqual(os.listdir(self.root + "/elsewhere"), ["QX300_1.PLM"])
         self.assertIn("deleted: 4 records\n", told)
         for place in left:
-            self.assertIn(f"left: {self.path(place)}: ", told)
+            word = "left" if place.endswith(".tmp") else "not a record"
+            self.assertIn(f"{word}: {self.path(place)}: ", told)
+        self.assertIn("Nothing was deleted.", self.expect(1, "forget", "--all").stdout.decode())
+        os.remove(self.path("ALM/.wenlolib-1.tmp"))
         self.assertIn("There is nothing to delete.", self.expect(0, "forget", "--all").stdout.decode())
+
+    def test_a_choice_is_told_only_of_what_may_have_been_meant(self):
+        self.install_records()
+        self.install_others()
+        told = self.expect(0, "forget", "--kind", "app", "--yes").stdout.decode()
+        self.assertNotIn("left: ", told)
+        self.assertNotIn("not a record: ", told)
+        damaged = self.write("PLM/QX300_1.PLM",
+                             printer_document("2026-11-03T00:00:00+09:00", "x")[:90])
+        told = self.expect(1, "forget", "--printer", "4711", "--yes").stdout.decode()
+        self.assertIn(f"left: {damaged}: damaged", told)
+        self.assertIn("deleted: 1 record\n", told)
+        self.assertEqual(told.count("left: "), 1)
+
+    def test_what_could_not_be_looked_at_is_not_nothing(self):
+        self.install_records()
+        for folder, _, _ in os.walk(self.root):
+            os.chmod(folder, 0o755)
+        others = self.unprivileged()
+        for locked, call in [("PLM", ["--kind", "printer"]), ("", ["--all"]),
+                             ("Config", ["--identifier"])]:
+            os.chmod(self.path(locked), 0)
+            finished = self.expect(3, "forget", *call, "--yes", **others)
+            os.chmod(self.path(locked), 0o755)
+            self.assertIn(b"Permission denied", finished.stderr)
+            self.assertEqual(finished.stdout, b"Nothing was deleted; something could not be read.\n")
+        os.chmod(self.path(CONFIGURATION), 0)
+        self.expect(3, "forget", "--identifier", "--yes", **others)
+
+    def test_what_was_deleted_is_told_even_if_it_cannot_be_printed(self):
+        self.install_records()
+        for call, what in [(["--kind", "app"], b"deleted 1 record"),
+                           (["--all", "--identifier"], b"deleted 2 records and the identifier")]:
+            with open("/dev/full", "wb") as full:
+                finished = subprocess.run(
+                    self.arguments(["forget", *call, "--yes"]), stdout=full,
+                    stderr=subprocess.PIPE, timeout=60, cwd=self.outside, env=self.environment)
+            self.assertEqual(finished.returncode, 3)
+            self.assertIn(what + b", but not reported: standard output: No space left",
+                          finished.stderr)
+        self.assertEqual(self.there(), [])
 
     def test_choices_take_what_list_shows(self):
         for call in [["--kind", "app"], ["--printer", "4711"], ["--until", "2026-11-01"],
@@ -246,6 +332,14 @@ class Forget(OwnRecords):
             finished, output = self.on_terminal("forget", "--all", typed=answer)
             self.assertIn(b"Delete 3 records (", output)
             self.assertEqual((finished, len(self.there())), (status, left), (answer, output))
+
+    def test_every_answer_ends_its_line(self):
+        self.install_records()
+        for answer, status in [(b"n\n", 1), (b"\x04", 1), (b"n\x04\x04", 1), (b"\x03", -2)]:
+            finished, output = self.on_terminal("forget", "--all", typed=answer)
+            self.assertEqual(finished, status, output)
+            self.assertRegex(output.decode(), r"\[y/N\] (n|\^C|\^D|\x08)*\r\nNothing was deleted.\r\n$")
+        self.assertEqual(len(self.there()), 3)
 
     def test_a_folder_that_is_a_link_keeps_its_records(self):
         self.install_records()

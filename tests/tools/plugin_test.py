@@ -95,7 +95,8 @@ class Plugin(ToolTest):
 
     def test_a_plugin_that_is_missing_is_an_error(self):
         self.assertEqual(self.findings(1, "--plugin", self.root + "/none"),
-                         {"plugin": ("error", "missing")})
+                         {"plugin": ("error", "there is nothing at this path")})
+        self.assertIn(b"Name a bundle", self.expect(1, "doctor", "--plugin", "none").stdout)
         self.assertEqual(self.findings(1, "--plugin", self.root)["plugin"], ("error", "missing"))
 
     def test_without_an_installation_there_is_nothing_to_examine(self):

@@ -394,9 +394,22 @@ class VerifyTest(ReceivingTest):
         folder = self.path("f")
         for call in ("verify", "decode"):
             output = self.nothing_in(folder, call, folder, passed=f"; {passed}")
-        self.assertEqual(output, "")
+            self.assertEqual(output, "0 documents\n" if call == "verify" else "")
         self.write("f/g/c.ALM")
         self.assertEqual(self.lines("verify", folder)[-1], f"1 document: 1 sound; {passed}")
+
+    def test_an_empty_path_is_told(self):
+        for call in (["verify", ""], ["decode", ""], ["diff", "", ""]):
+            result = run(*call)
+            self.assertEqual(result.returncode, 3)
+            self.assertIn(f"wenlolib {call[0]}: '': the path is empty\n", result.stderr.decode())
+
+    def test_json_steers_no_terminal(self):
+        odd = "a\x7fb\u0080c\u009bd\u009fe\u00a0f\u00bfg"
+        path = self.write("a.ALM", document(odd.encode()))
+        result = run("decode", "--json", path)
+        self.assertIn(rb"a\u007fb\u0080c\u009bd\u009fe" + "\u00a0f\u00bfg".encode(), result.stdout)
+        self.assertEqual(object_in(result.stdout)["contents"], odd)
 
     def test_folders_are_read_in_the_order_of_the_bytes_of_names(self):
         names = ["B.PLM", "a.PLM", "a/x.PLM", "a/\u00e9.PLM", "a-b.PLM", "b/c/d.ALM", "b.ALM", "\u00e9.ALM",
@@ -658,7 +671,7 @@ class TerminalTest(ReceivingTest):
     def test_progress_with_count_and_rate(self):
         folder = self.many(20000, data=SOUND[:-1])
         for call in (["verify", "--quiet"], ["decode", "--json"], ["verify", "--jobs", "2"]):
-            bar = r"\r\x1b\[K\[#* *\] +\d+ %  [\d,]+ of 20,000 documents, "
+            bar = r"\r\x1b\[K\[#* *\] +\d+%  [\d,]+ of 20,000 documents, "
             status, sent = on_terminal_into_slow_pipe(*call, folder, until=bar)
             self.assertEqual(status, 1)
             self.assertRegex(sent, bar)

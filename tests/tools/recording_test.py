@@ -139,6 +139,10 @@ class Recording(ToolTest):
                                      "month", "record", *app, "--keep", stdin=b"second")
         told = self.expect(0, "preview", *app, stdin=b"second").stdout
         self.assertIn(b"\nreplaces    the older record of this month\n", told)
+        told = self.expect(0, "preview", *app, "--bytes", stdin=b"second")
+        self.assertEqual(verify(told.stdout).contents, b"second")
+        self.assertRegex(told.stderr, rb"^wenlolib preview: /.*/Quillmere_Log_A_\d{4}\.ALM: record "
+                                      rb"would replace the older record of this month\n$")
         self.assertEqual(tree(self.root), before)
         told = self.expect(0, "record", *app, stdin=b"second")
         self.assertIn(b"\n  replaced the older record of this month\n", told.stdout)
@@ -179,9 +183,24 @@ class Recording(ToolTest):
         before = tree(self.root)
         for call in ["record", "preview"]:
             finished = self.expect(1, call, "printer", "--name", "A", "--sn", "<b>", stdin=b"x")
-            self.assertIn(b"cannot be repaired", finished.stderr)
+            self.assertTrue(finished.stderr.startswith(f"wenlolib {call}: --sn: ".encode()))
+            self.assertIn(b"the library could not write this value. Leave out", finished.stderr)
+            self.assertEqual(finished.stderr.count(b"\n"), 1)
             self.assertEqual(finished.stdout, b"")
+        finished = self.expect(1, "record", "printer", "--name", "A", "--device-id", "a\x01",
+                               "--sn", "4711", "--romver", "<b>", stdin=b"x")
+        self.assertEqual([line.split(b": ")[1] for line in finished.stderr.splitlines()],
+                         [b"--device-id", b"--romver"])
         self.assertEqual(tree(self.root), before)
+
+    def test_values_that_the_layout_has_no_place_for_are_told(self):
+        self.install()
+        for call in ["record", "preview"]:
+            finished = self.expect(0, call, "printer", "--name", "A", "--new-tag-type", "--sn",
+                                   "4711", stdin=b"x")
+            self.assertEqual(finished.stderr.decode(),
+                             f"wenlolib {call}: --sn: left out: the layout of --new-tag-type has no "
+                             "place for it\n")
 
     def test_a_value_that_can_be_mended_is_and_reads_as_it_was(self):
         self.install()
@@ -203,7 +222,7 @@ class Recording(ToolTest):
                 ("not UTF-8 at byte 2", [], b"ab\xff"),
                 ("not UTF-8 at byte 0", ["-"], b"\xed\xa0\x80"),
                 ("No such file", [self.root + "/none"], b""),
-                ("Is a directory", [self.root], b""),
+                ("it is a folder", [self.root], b""),
                 ("smaller than 2.0 GiB", [large], b"")]:
             for kind in ["app", "printer"]:
                 for call_name in ["record", "preview"]:

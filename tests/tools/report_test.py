@@ -141,6 +141,31 @@ class Page(Report):
         self.assertLessEqual({link[1:] for link in elements.links}, set(elements.ids))
         self.assertEqual(page.count('class="record bad"'), 1)
 
+    def test_what_is_found_of_a_record_that_is_not_sound_is_shown_with_a_warning(self):
+        date = "2026-11-02T00:00:00+09:00"
+        sound = printer_document(date, "jobs=2")
+        for data, warned, seen in [
+                (sound, False, "jobs=2"), (sound[:-9], True, "jobs=2"),
+                (sound.replace(b"<Locale>", b"<Lokale>"), True, "jobs=2"),
+                (sound.replace(b"2.14", b"2.15"), True, "jobs=2"),
+                (sound.replace(date.encode(), b""), True, "The contents cannot be decrypted."),
+                (sound[:sound.index(b"<PLI")], True, "The contents cannot be read."),
+                (sound[:15] + b" ", False, "The contents cannot be read.")]:
+            self.write("PLM/QX200_1.PLM", data)
+            text = Elements(self.report()).text
+            self.assertEqual("Nothing vouches for these values" in text, warned, data)
+            self.assertIn(seen, text)
+            self.assertEqual("ROMVER2.1" in text, b"<ROMVER>" in data, data)
+
+    def test_redacted_it_shows_nothing_of_a_record_in_which_a_secret_was_not_found(self):
+        sound = printer_document("2026-11-02T00:00:00+09:00", f"{SERIAL} {IDENTIFIER} jobs=2")
+        for lost in [b"<ID>", b"<SN>"]:
+            self.write("PLM/QX200_1.PLM", sound.replace(lost, b"<Q>"))
+            page = self.report("--redact")
+            self.assertIn("All of it is left out: an identifier or serial number may be", page)
+            for secret in [IDENTIFIER[1:-1], SERIAL, "jobs=2"]:
+                self.assertNotIn(secret, page)
+
     def test_a_refusal_is_told_with_its_step(self):
         self.install(agreement=False)
         text = " ".join(Elements(self.report()).text.split())
@@ -199,7 +224,7 @@ class Page(Report):
         self.install_three()
 
         def no_room():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            signal.signal(signal.SIGXFSZ, signal.SIG_DFL)  # ends a process that does not mind
             resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
 
         finished = self.expect(3, "report", self.page, preexec_fn=no_room)
@@ -209,6 +234,7 @@ class Page(Report):
 
     def test_wrong_usage(self):
         self.expect_usage_error("FILE", "report")
+        self.expect_usage_error("the page needs the name of a file", "report", "-")
 
 
 @unittest.skipUnless(CHROMIUM, "chromium is not installed")

@@ -2,6 +2,7 @@
 
 import datetime
 import errno
+import fcntl
 import os
 import plistlib
 import select
@@ -9,6 +10,7 @@ import stat
 import subprocess
 import sys
 import tempfile
+import termios
 import unittest
 
 sys.dont_write_bytecode = True  # the folder of the tests stays as it is
@@ -141,11 +143,16 @@ class ToolTest(unittest.TestCase):
         self.write(CONFIGURATION, {"WENLIBUUID": IDENTIFIER})
 
     def on_terminal(self, *call, typed=None, before_typing=lambda: None):
-        """Exit status and output of a call whose three streams are a terminal. `typed` answers a
+        """Exit status and output of a call whose three streams are its terminal. `typed` answers a
         question."""
         ours, theirs = skips.pseudo_terminal()
+
+        def take_terminal():
+            os.setsid()
+            fcntl.ioctl(0, termios.TIOCSCTTY, 0)
+
         child = subprocess.Popen(self.arguments(call), stdin=theirs, stdout=theirs, stderr=theirs,
-                                 cwd=self.outside, env=self.environment)
+                                 cwd=self.outside, env=self.environment, preexec_fn=take_terminal)
         os.close(theirs)
         output = b""
         while select.select([ours], [], [], 30)[0]:

@@ -3,6 +3,7 @@
 Argument: the path of the wenlolib command."""
 
 import os
+import subprocess
 import sys
 import unittest
 
@@ -34,6 +35,15 @@ class Usage(ToolTest):
         self.assertTrue(told.startswith(b"wenlolib "), told)
         self.assertEqual(self.expect(0, "-V").stdout, told)
 
+    def test_help_and_version_that_cannot_be_written_are_told(self):
+        for call in ["--version", "--help", "help", "help verify", "verify --help"]:
+            with open("/dev/full", "wb") as full:
+                finished = subprocess.run(self.arguments(call.split()), stdout=full, timeout=60,
+                                          stderr=subprocess.PIPE, cwd=self.outside,
+                                          env=self.environment)
+            self.assertEqual((finished.returncode, finished.stderr),
+                             (3, b"wenlolib: standard output: No space left on device\n"), call)
+
     def said(self, *call):
         """The two lines about a wrong command line."""
         finished = self.expect(2, *call)
@@ -60,13 +70,20 @@ class Usage(ToolTest):
                 ("--jobs: 0 is not a number from 1 to 256", " decode", "decode . --jobs 0"),
                 ("--jobs: x is not a number from 1 to 256", " decode", "decode . -j x"),
                 ("explain: name the kind of record, app or printer", " explain", "explain"),
-                ("ap: not a kind of record. Did you mean app?", " explain", "explain ap"),
+                ("ap: not a kind of record; give app or printer. Did you mean app?", " explain", "explain ap"),
                 ("more: one argument too many", " explain app", "explain app more"),
                 ("--clean takes no value", " doctor", "doctor --clean=maybe"),
+                ("--clean takes no value", " doctor", "doctor --clean=true"),
+                ("--keep takes no value", " record app", "record app --keep=false --name=A=B -"),
+                ("--exit-zero takes no value", " path", "path --exit-zero=1"),
+                ("--json takes no value", " list", "list --json="),
                 ("--force can be used only with --agree", " init", "init --force"),
                 ("--root: /none is not a folder", " init", "init --root /none"),
-                ("--option: -1 is not an option word; give a number from 0 to 4294967295",
+                ("--color: sometimes is not auto, always or never", " init", "init --color sometimes"),
+                ("--option: -1 is not an option word; give a decimal number from 0 to 4294967295",
                  " explain app", "explain app --option -1"),
+                ("--option: 0x11 is not an option word; give a decimal number from 0 to 4294967295",
+                 " preview printer", "preview printer --name A --option 0x11"),
                 ("--os: ten is not an OS version: give two or three numbers, such as 10.17.0, or "
                  "unknown", " explain printer", "explain printer --os ten")]:
             self.assertEqual(self.said(*call.split()),

@@ -100,7 +100,9 @@ std::optional<std::uint32_t> numberIn(const std::string& text) {
 }
 
 std::string complaint(const std::string& text) {
-  return numberIn(text) ? "" : text + " is not an option word; give a number from 0 to 4294967295";
+  return numberIn(text)
+             ? ""
+             : text + " is not an option word; give a decimal number from 0 to 4294967295";
 }
 
 }  // namespace

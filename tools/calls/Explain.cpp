@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 #include <system_error>
 
 #include "calls/CommandLine.h"
+#include "documents/InputFile.h"
 #include "explain/Explanation.h"
 #include "explain/Replay.h"
 #include "library/RecordFolder.h"
@@ -25,13 +27,13 @@ struct Arguments {
   bool json = false;
 };
 
-/// What cannot be read among the files of the replayed case; "" if all can. A mistyped path is an
-/// error, not a case with a missing file.
+/// Why a file of the replayed case cannot be read; "" if it can. A mistyped path is an error, not a
+/// case with a missing file.
 std::string fileComplaint(const Text& path) {
   std::error_code error;
   if (!path) return "";
-  const bool file = std::filesystem::is_regular_file(*path, error);
-  return file && ::access(path->c_str(), R_OK) == 0 ? "" : "not a file that can be read";
+  if (::access(path->c_str(), R_OK) != 0) return systemMessage(errno);
+  return std::filesystem::is_regular_file(*path, error) ? "" : "not a file that can be read";
 }
 
 bool canRead(Output& output, const ReplayedCase& replayed) {
@@ -53,11 +55,13 @@ void explainTo(Session& session, const Arguments& arguments) {
   const ToolPlatform platform(session.root);
   const Replay replay(platform.services(), arguments.replayed);
   const platform::Substitute substitute(replay.services());
-  const Sources sources{platform.root(), arguments.replayed.preferences,
-                        arguments.replayed.supportList};
+  const ReplayedCase& replayed = arguments.replayed;
+  const Sources sources{platform.root(),           replayed.preferences,
+                        replayed.supportList,      replayed.os.has_value(),
+                        replayed.date.has_value(), replayed.library.has_value()};
   Explanation explanation = explain(arguments.kind, optionWord(arguments.option), sources);
   // The folders of a case from elsewhere are not here.
-  if (arguments.replayed.empty()) explanation.afterwards = obstacles(platform, arguments.kind);
+  if (replayed.empty()) explanation.afterwards = obstacles(platform, arguments.kind);
   if (arguments.json) {
     output.write(explanationJson(explanation));
   } else {

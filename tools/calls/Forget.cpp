@@ -3,8 +3,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <atomic>
+#include <csignal>
 #include <iostream>
 #include <memory>
+#include <system_error>
 
 #include "calls/CommandLine.h"
 #include "calls/RecordChoice.h"
@@ -12,6 +15,7 @@
 #include "records/RecordTable.h"
 #include "records/Removal.h"
 #include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 #include "terminal/VisibleText.h"
 
 namespace wenlolib::tools {
@@ -30,10 +34,12 @@ constexpr auto footer =
     "Shows what would be deleted and asks first; without a terminal it wants --yes.\n"
     "Deletes only documents of this library, sound or not, in the folders that\n"
     "wenlolib path prints and their sub-folders. Follows no link. Says what it left,\n"
-    "and why. A record that changes after it was shown is left. --identifier removes\n"
-    "the identifier from the configuration file and keeps its other entries; the next\n"
-    "record makes another one. Exit status: 0 all of it is deleted, 1 something was\n"
-    "left or the answer was no, 2 wrong usage, 3 something could not be read.\n"
+    "and why: a record that changes after it was shown, and what may be one of those\n"
+    "meant, such as an unfinished file. --all also names the files that are not\n"
+    "records. --identifier removes the identifier from the configuration file and\n"
+    "keeps its other entries; the next record makes another one. Exit status: 0 all\n"
+    "of it is deleted, 1 something was left or the answer was no, 2 wrong usage,\n"
+    "3 something could not be read.\n"
     "\n"
     "Examples:\n"
     "  wenlolib forget --all\n"
@@ -61,23 +67,45 @@ struct Plan {
   }
 };
 
-void show(const Plan& plan, const RecordTable& table, Output& output) {
+/// Other files in the folders: all of them, or only those that may have been meant.
+void showOthers(const Plan& plan, bool all, Output& output, int& status) {
+  for (const LeftAlone& other : plan.found.others) {
+    if (other.unreadable || (!all && !other.perhapsChosen)) continue;
+    if (other.perhapsChosen) status = std::max(status, int{notGood});
+    output.write(fmt::format("{}: {}: {}\n", other.perhapsChosen ? "left" : "not a record",
+                             visibleLine(plan.found.folder + other.place), visibleLine(other.why)));
+  }
+}
+
+void show(const Plan& plan, const RecordTable& table, bool all, Output& output, int& status) {
   if (!plan.found.records.empty()) output.write(table.heading());
   readAgain(plan.found, [&](const RecordReading& reading, const OwnRecord& record) {
     output.write(table.row(reading, record.place));
   });
   output.write(table.footing());
-  for (const LeftAlone& other : plan.found.others) {
-    if (other.unreadable) continue;
-    output.write(fmt::format("left: {}: {}\n", visibleLine(plan.found.folder + other.place),
-                             visibleLine(other.why)));
-  }
+  showOthers(plan, all, output, status);
   if (plan.withIdentifier()) {
     output.write("The identifier in " + visibleLine(plan.identifier.path) + "\n");
   }
 }
 
 // --- Asking ---
+
+/// A line from the terminal. An interrupt ends the run.
+std::string answerTo(const std::string& question, Output& output) {
+  static const std::string call = "forget";
+  static const std::atomic<std::uint64_t> documents = 0;
+  const InterruptHandling interrupts(call, documents);
+  output.write(question);
+  output.finish();
+  std::string answer;
+  // Without a line break after the answer, what follows would stand on its line.
+  if (!std::getline(std::cin, answer) || std::cin.eof()) output.write("\n");
+  if (!interrupted()) return answer;
+  output.write("Nothing was deleted.\n");
+  output.finish();
+  dieOfInterrupt();
+}
 
 /// Whether the user agrees. Says what is missing if nobody can be asked.
 bool isConfirmed(const Plan& plan, const ForgetOptions& options, Output& output, int& status) {
@@ -87,10 +115,7 @@ bool isConfirmed(const Plan& plan, const ForgetOptions& options, Output& output,
     status = wrongUsage;
     return false;
   }
-  output.write("Delete " + plan.text() + "? [y/N] ");
-  output.finish();
-  std::string answer;
-  std::getline(std::cin, answer);
+  const std::string answer = answerTo("Delete " + plan.text() + "? [y/N] ", output);
   if (answer == "y" || answer == "Y" || answer == "yes") return true;
   output.write("Nothing was deleted.\n");
   status = std::max(status, int{notGood});
@@ -99,33 +124,61 @@ bool isConfirmed(const Plan& plan, const ForgetOptions& options, Output& output,
 
 // --- Deleting ---
 
-/// Deletes what was shown. Says what is left, and returns whether nothing is.
-bool carryOut(const ToolPlatform& platform, const Plan& plan, Output& output) {
-  std::uint64_t deleted = 0;
+struct Deleted {
+  std::uint64_t records = 0;
+  bool identifier = false;
+
+  [[nodiscard]] std::string text() const {
+    return countText(records, "record") + (identifier ? " and the identifier" : "");
+  }
+};
+
+/// Deletes what was shown and counts it. Says what is left, and returns whether nothing is.
+bool carryOut(const ToolPlatform& platform, const Plan& plan, Output& output, Deleted& deleted) {
   const auto tell = [&](const std::string& path, const std::string& why) {
     if (!why.empty()) output.complain(path, "left: " + why);
     return why.empty();
   };
   for (const OwnRecord& record : plan.found.records) {
     const std::string why = removeRecord(plan.found.folder, record);
-    if (tell(plan.found.folder + record.place, why)) ++deleted;
+    if (tell(plan.found.folder + record.place, why)) ++deleted.records;
   }
-  bool good = deleted == plan.found.records.size();
-  if (!plan.found.records.empty()) {
-    output.write("deleted: " + countText(deleted, "record") + "\n");
-  }
+  const bool good = deleted.records == plan.found.records.size();
+  if (!plan.found.records.empty()) output.write("deleted: " + deleted.text() + "\n");
   if (!plan.withIdentifier()) return good;
-  const bool gone = tell(plan.identifier.path, removeIdentifier(platform));
-  if (gone) output.write("deleted: the identifier; the next record makes another one\n");
-  return good && gone;
+  deleted.identifier = tell(plan.identifier.path, removeIdentifier(platform));
+  if (deleted.identifier)
+    output.write("deleted: the identifier; the next record makes another one\n");
+  return good && deleted.identifier;
 }
 
-/// Returns whether the identifier can be removed, if that was asked for.
-bool planIdentifier(const ToolPlatform& platform, Plan& plan, Output& output) {
+/// Deletes, and returns the exit status. Says what is gone even if that cannot be printed.
+int carryOutAndTell(const ToolPlatform& platform, const Plan& plan, Output& output) {
+  Deleted deleted;
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    const bool good = carryOut(platform, plan, output, deleted);
+    output.finish();
+    return good ? allGood : notGood;
+  } catch (const std::system_error& failure) {
+    Output("forget").complain(
+        platform.realSupportFolder(),
+        "deleted " + deleted.text() + ", but not reported: " + failure.what());
+    return unreadable;
+  }
+}
+
+/// Returns the exit status that goes with an identifier that cannot be removed.
+int planIdentifier(const ToolPlatform& platform, Plan& plan, Output& output) {
   plan.identifier = findIdentifier(platform);
-  if (plan.identifier.state != IdentifierState::kept) return true;
+  if (plan.identifier.state != IdentifierState::kept) return allGood;
   output.complain(plan.identifier.path, "left: " + plan.identifier.why);
-  return false;
+  return plan.identifier.unreadable ? unreadable : notGood;
+}
+
+std::string_view nothingDeletedText(int status) {
+  if (status == unreadable) return "Nothing was deleted; something could not be read.\n";
+  return status == allGood ? "There is nothing to delete.\n" : "Nothing was deleted.\n";
 }
 
 int forget(const ToolPlatform& platform, const ForgetOptions& options) {
@@ -141,14 +194,12 @@ int forget(const ToolPlatform& platform, const ForgetOptions& options) {
                              });
     status = complainOfUnreadable(plan.found, output);
   }
-  if (options.identifier && !planIdentifier(platform, plan, output)) {
-    status = std::max(status, int{notGood});
-  }
-  show(plan, table, output);
+  if (options.identifier) status = std::max(status, planIdentifier(platform, plan, output));
+  show(plan, table, options.all, output, status);
   if (plan.empty()) {
-    output.write("There is nothing to delete.\n");
-  } else if (isConfirmed(plan, options, output, status) && !carryOut(platform, plan, output)) {
-    status = std::max(status, int{notGood});
+    output.write(nothingDeletedText(status));
+  } else if (isConfirmed(plan, options, output, status)) {
+    status = std::max(status, carryOutAndTell(platform, plan, output));
   }
   output.finish();
   return status;

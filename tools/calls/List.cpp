@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "calls/CommandLine.h"
 #include "calls/RecordChoice.h"
@@ -34,13 +35,18 @@ std::string wholeText(const RecordReading& reading, const std::string& path, con
 
 std::string countsText(const OwnRecords& found, const Choice& choice, std::size_t columns) {
   std::string text =
-      found.records.empty() ? "No record" : countText(found.records.size(), "record");
-  text += choice.everything() ? "." : " of those asked for.";
-  std::map<std::string, std::uint64_t> others;
-  for (const LeftAlone& other : found.others) ++others[other.why];
-  for (const auto& [why, count] : others) {
-    text += " Not shown: " + countText(count, "file") + " (" + why + ").";
+      found.records.empty() ? "No records" : countText(found.records.size(), "record");
+  if (!choice.everything()) text += found.records.size() == 1 ? " matches" : " match";
+  text += ".";
+  std::map<std::pair<std::string, bool>, std::uint64_t> others;
+  for (const LeftAlone& other : found.others) ++others[{other.why, other.folder}];
+  const char* before = " Not shown: ";
+  for (const auto& [other, count] : others) {
+    const auto& [why, folder] = other;
+    text += before + countText(count, folder ? "folder" : "file") + " (" + why + ")";
+    before = ", ";
   }
+  if (!others.empty()) text += ".";
   return wrap(text, columns == 0 ? 80 : columns, 0) + "\n";
 }
 
@@ -69,13 +75,17 @@ void writeAll(const OwnRecords& found, const RecordTable& table, const ListOptio
 /// A user who leaves the pager has seen enough.
 void writePaged(const OwnRecords& found, const RecordTable& table, const ListOptions& options,
                 const Style& style, Output& output) {
-  const Pager pager;
+  Pager pager;
   try {
     writeAll(found, table, options, style, output);
     output.finish();
   } catch (const std::system_error& failure) {
     if (!pager.active() || failure.code() != std::errc::broken_pipe) throw;
   }
+  if (pager.close()) return;
+  output.complain("PAGER", "it could not be run; the list is shown without it");
+  writeAll(found, table, options, style, output);
+  output.finish();
 }
 
 int list(const ToolPlatform& platform, const ListOptions& options) {

@@ -83,19 +83,21 @@ ContentsInput contentsOf(const RecordArguments& record) {
 
 void show(Output& output, const ToolPlatform& platform, const Arguments& arguments,
           const PreviewedDocument& document, std::string_view contents) {
+  const RecordArguments& record = arguments.record;
+  const std::string path = platform.real(document.path);
   if (arguments.bytes) {
     output.write(document.bytes);
     output.finish();
+    if (document.replacing) {
+      output.complain(path, fmt::format("record would replace {}", replacedText(record.kind)));
+    }
     if (document.exampleIdentifier) {
-      output.complain(platform.real(document.path),
-                      "its identifier is an example: none is stored yet");
+      output.complain(path, "its identifier is an example: none is stored yet");
     }
     return;
   }
   const platform::Substitute substitute(platform.services());
-  const RecordArguments& record = arguments.record;
-  const Explanation decision = explain(record.kind, requestOf(record).option);
-  const std::string path = platform.real(document.path);
+  const Explanation decision = explain(record.kind, optionWord(record.option));
   output.write(previewText(document, record.kind, path, decision, output.paint()));
   output.write(contentsText(contents, output.paint()));
 }
@@ -109,18 +111,17 @@ void previewTo(Session& session, const Arguments& arguments) {
     session.exitStatus = unreadable;
     return;
   }
-  RecordRequest request = requestOf(arguments.record);
+  RecordRequest request = requestOf(arguments.record, output);
   request.contents = std::move(input.contents);
   const Preview previewed = preview(platform.services(), request);
   if (previewed.document) {
     show(output, platform, arguments, *previewed.document, request.contents);
+  } else if (previewed.unanswered) {
+    output.complain(arguments.record.name, "no document: " + unansweredText(*previewed.unanswered));
+    session.exitStatus = unreadable;
   } else {
-    output.complain(arguments.record.name,
-                    previewed.unanswered
-                        ? "no document: " + unansweredText(*previewed.unanswered)
-                        : "no document: a value contains markup that cannot be repaired, or a "
-                          "character that XML does not allow");
-    session.exitStatus = previewed.unanswered ? unreadable : notGood;
+    complainOfValues(arguments.record, "no document", output);
+    session.exitStatus = notGood;
   }
   output.finish();
 }

@@ -43,12 +43,10 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   explanation.finish();
 }
 
-void tellNothing(Output& output, const ToolPlatform& platform, const RecordRequest& request,
-                 const RecordOutcome& outcome) {
+void tellNothing(Output& output, const ToolPlatform& platform, const RecordArguments& arguments,
+                 const RecordRequest& request, const RecordOutcome& outcome) {
   if (!outcome.document && outcome.answer) {
-    output.complain(request.name,
-                    "not written, although the library answered true: a value contains markup "
-                    "that cannot be repaired, or a character that XML does not allow");
+    complainOfValues(arguments, "not written, although the library answered true", output);
     return;
   }
   if (!outcome.document) return tellRefusal(output, platform, request, outcome.unanswered);
@@ -97,13 +95,13 @@ void recordTo(Session& session, const RecordArguments& arguments) {
     session.exitStatus = unreadable;
     return;
   }
-  RecordRequest request = requestOf(arguments);
+  RecordRequest request = requestOf(arguments, output);
   request.contents = std::move(input.contents);
   const RecordOutcome outcome = record(platform.services(), request);
   if (outcome.written()) {
     tellWritten(session, output, platform, request, *outcome.document);
   } else {
-    tellNothing(output, platform, request, outcome);
+    tellNothing(output, platform, arguments, request, outcome);
     output.finish();
     session.exitStatus = notGood;
   }

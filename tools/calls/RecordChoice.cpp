@@ -27,6 +27,12 @@ std::time_t momentAfter(const char* option, const std::string& text) {
   return std::mktime(&day);
 }
 
+void checkOrder(const Choice& choice) {
+  if (choice.since && choice.before && *choice.since >= *choice.before) {
+    throw CLI::ValidationError("--since", "later than --until: they are the wrong way round");
+  }
+}
+
 RecordKind kindIn(const std::string& text) {
   if (text == "app") return RecordKind::application;
   if (text == "printer") return RecordKind::printerLog;
@@ -41,9 +47,15 @@ void addRecordChoice(CLI::App& call, Choice& choice) {
     call.add_option_function<std::string>(option, set, description)->type_name(type);
   };
   add("--since", "DATE", "Only records from this date on, such as 2026-11-21",
-      [&choice](const std::string& text) { choice.since = momentIn("--since", text); });
+      [&choice](const std::string& text) {
+        choice.since = momentIn("--since", text);
+        checkOrder(choice);
+      });
   add("--until", "DATE", "Only records up to this date, all of the day included",
-      [&choice](const std::string& text) { choice.before = momentAfter("--until", text); });
+      [&choice](const std::string& text) {
+        choice.before = momentAfter("--until", text);
+        checkOrder(choice);
+      });
   add("--kind", "KIND", "Only application usage (app) or printer logs (printer)",
       [&choice](const std::string& text) { choice.kind = kindIn(text); });
   add("--printer", "TEXT",

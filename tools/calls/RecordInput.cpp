@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
 #include <string_view>
 
@@ -10,6 +11,7 @@
 #include "documents/InputFile.h"
 #include "record/HeaderValues.h"
 #include "terminal/Format.h"
+#include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -44,20 +46,53 @@ void addRecordArguments(CLI::App& call, RecordArguments& arguments) {
       ->type_name("");
 }
 
-RecordRequest requestOf(const RecordArguments& arguments) {
+namespace {
+
+/// An option that describes the printer, and the library's key for it.
+struct Identity {
+  const char* option;
+  std::string_view key;
+  const Text& value;
+};
+
+std::array<Identity, 3> identityOf(const RecordArguments& arguments) {
+  return {{{"--device-id", deviceIdKey, arguments.deviceId},
+           {"--sn", serialNumberKey, arguments.serialNumber},
+           {"--romver", romVersionKey, arguments.romVersion}}};
+}
+
+}  // namespace
+
+RecordRequest requestOf(const RecordArguments& arguments, Output& output) {
   RecordRequest request;
   request.kind = arguments.kind;
   request.name = arguments.name;
   request.option = optionWord(arguments.option);
   request.keep = arguments.keep;
-  const auto add = [&](std::string_view key, const Text& value) {
+  for (const auto& [option, key, value] : identityOf(arguments)) {
     if (value) request.printer.emplace(key, *value);
-  };
-  add(deviceIdKey, arguments.deviceId);
-  add(serialNumberKey, arguments.serialNumber);
-  add(romVersionKey, arguments.romVersion);
+    if (value && arguments.newTagType) {
+      output.complain(option, "left out: the layout of --new-tag-type has no place for it");
+    }
+  }
   if (arguments.newTagType) request.printer.emplace(newTagTypeKey, true);
   return request;
+}
+
+void complainOfValues(const RecordArguments& arguments, const std::string& what, Output& output) {
+  bool told = false;
+  for (const auto& [option, key, value] : identityOf(arguments)) {
+    const Text fit = CommonTooWenlolib::convertStrToHeaderStr(value);
+    if (!fit || value->starts_with(*fit)) continue;
+    output.complain(option, what +
+                                ": the library could not write this value. Leave out <, > and &, "
+                                "and characters that XML does not allow.");
+    told = true;
+  }
+  if (told) return;
+  output.complain(arguments.name, what +
+                                      ": a value contains markup that cannot be repaired, or a "
+                                      "character that XML does not allow");
 }
 
 namespace {

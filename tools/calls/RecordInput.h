@@ -7,6 +7,7 @@
 #include <string>
 
 #include "library/Recording.h"
+#include "terminal/Output.h"
 #include "wenlolib/Text.h"
 
 namespace wenlolib::tools {
@@ -24,8 +25,11 @@ struct RecordArguments {
 /// Adds the options of a record of this kind; `arguments` must outlive the command line.
 void addRecordArguments(CLI::App& call, RecordArguments& arguments);
 
-/// The record without its contents.
-[[nodiscard]] RecordRequest requestOf(const RecordArguments& arguments);
+/// The record without its contents. Says which options the layout has no place for.
+[[nodiscard]] RecordRequest requestOf(const RecordArguments& arguments, Output& output);
+
+/// Says which values keep the library from writing a document. `what` says what did not happen.
+void complainOfValues(const RecordArguments& arguments, const std::string& what, Output& output);
 
 /// Contents, or what is wrong with them.
 struct ContentsInput {

@@ -129,6 +129,9 @@ void addReport(CLI::App& app, Session& session) {
       "  wenlolib report recorded.html\n"
       "  wenlolib report --redact to-show-others.html");
   call.callback([options, &session] {
+    if (options->file == "-") {
+      throw CLI::ValidationError("-", "the page needs the name of a file, such as recorded.html");
+    }
     const ToolPlatform platform(session.root);
     const platform::Substitute substitute(platform.services());
     session.exitStatus = report(platform, *options);

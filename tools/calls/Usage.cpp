@@ -86,6 +86,12 @@ Words optionsOf(const CLI::App& call) {
   return names;
 }
 
+bool takesNoValue(const CLI::App& call, const std::string& name) {
+  const CLI::Option* option = call.get_option_no_throw(name);
+  if (option != nullptr) return option->get_items_expected_max() == 0;
+  return call.get_parent() != nullptr && takesNoValue(*call.get_parent(), name);
+}
+
 std::string withSuggestion(const std::string& text, const std::string& nearest) {
   return nearest.empty() ? text : text + ". Did you mean " + nearest + "?";
 }
@@ -105,7 +111,8 @@ std::string extraWordText(const CLI::App& call, const Words& words) {
   const std::string word = words.empty() ? "" : words.front();
   const Words names = subcommandsOf(call);
   if (names.empty()) return visibleLine(word) + ": one argument too many";
-  const char* what = call.get_parent() == nullptr ? "no such subcommand" : "not a kind of record";
+  const char* what = call.get_parent() == nullptr ? "no such subcommand"
+                                                  : "not a kind of record; give app or printer";
   return withSuggestion(fmt::format("{}: {}", visibleLine(word), what), nearestWord(word, names));
 }
 
@@ -163,6 +170,18 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 }  // namespace
+
+void refuseFlagValues(CLI::App& app, const Words& words) {
+  app.parse_complete_callback([&app, words] {
+    for (const std::string& word : words) {
+      if (word == "--") return;
+      const std::string name = word.substr(0, word.find('='));
+      if (name != word && name.starts_with("--") && takesNoValue(innermost(app), name)) {
+        throw CLI::ValidationError(name + " takes no value");
+      }
+    }
+  });
+}
 
 std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
   const CLI::App& call = innermost(app);

@@ -12,6 +12,9 @@ namespace wenlolib::tools {
 /// What is wrong, what may have been meant, and the call whose help says more.
 [[nodiscard]] std::string usageText(const CLI::App& app, const CLI::ParseError& error);
 
+/// Refuses "--json=true", which the parser accepts. `words` are those of the command line.
+void refuseFlagValues(CLI::App& app, const std::vector<std::string>& words);
+
 /// The words of `words` that is nearest to `word`, or "" if none is near.
 [[nodiscard]] std::string nearestWord(std::string_view word, const std::vector<std::string>& words);
 

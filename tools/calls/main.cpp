@@ -2,11 +2,12 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <system_error>
 
@@ -30,9 +31,12 @@ bool flushOutput() {
 /// Help and version go to standard output, what is wrong to standard error.
 int parseFailure(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
-    const int status = app.exit(error);
-    std::cout.flush();
-    return flushOutput() && std::cout ? status : int{unreadable};
+    std::ostringstream text;
+    const int status = app.exit(error, text, text);
+    Output output("");
+    output.write(text.str());
+    output.finish();
+    return status;
   }
   std::fputs(usageText(app, error).c_str(), stderr);
   return wrongUsage;
@@ -53,7 +57,12 @@ void addColour(CLI::App& app) {
          },
          "Use colours: auto (default), always or never")
       ->type_name("WHEN")
-      ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+      ->check(CLI::Validator(
+          [](const std::string& when) {
+            const bool known = when == "auto" || when == "always" || when == "never";
+            return known ? "" : when + " is not auto, always or never";
+          },
+          ""));
 }
 
 /// Without the last line break, which the parser prints.
@@ -83,6 +92,7 @@ int run(int count, char** arguments) {
     add(app, session);
   }
   addHelp(app);
+  refuseFlagValues(app, {arguments + 1, arguments + count});
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
@@ -99,6 +109,7 @@ int run(int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error like any other
   try {
     return run(count, arguments);
   } catch (const wenlolib::platform::NoAnswer& failure) {

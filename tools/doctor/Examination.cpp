@@ -53,7 +53,9 @@ std::string summary(const Findings& findings) {
   const std::size_t errors = countOf(findings, Level::error);
   const std::size_t warnings = countOf(findings, Level::warning);
   if (errors + warnings == 0) return "All is well.\n";
-  return fmt::format("{}, {}.\n", countText(errors, "error"), countText(warnings, "warning"));
+  if (warnings == 0) return countText(errors, "error") + ".\n";
+  const std::string before = errors == 0 ? "" : countText(errors, "error") + ", ";
+  return before + countText(warnings, "warning") + ".\n";
 }
 
 }  // namespace

@@ -106,9 +106,7 @@ void checkPreferences(const ToolPlatform& platform, Findings& findings) {
   if (!file.dictionary) {
     findings.push_back({isMissing(file) ? Level::warning : Level::error, "preferences", path,
                         listTrouble(file) + ", so only application usage of mode 2 is recorded",
-                        isMissing(file) ? "The host writes it. To make a sample, run wenlolib init "
-                                          "--sample-preferences."
-                                        : "Move it away and let the host write it again."});
+                        preferencesRemedy(file)});
     return;
   }
   findings.push_back(readFinding("preferences", path, file));
@@ -128,9 +126,7 @@ void checkSupportList(const ToolPlatform& platform, Findings& findings) {
     if (needed) finding.level = Level::error;
     finding.message =
         listTrouble(file) + (needed ? ", so nothing is recorded" : ", but not needed on this OS");
-    if (finding.level != Level::ok) {
-      finding.remedy = "Whoever installs the library must provide the list.";
-    }
+    if (finding.level != Level::ok) finding.remedy = supportListRemedy(file);
   }
   findings.push_back(finding);
   if (!file.dictionary) return;

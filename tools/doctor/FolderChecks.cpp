@@ -1,12 +1,12 @@
 // Folders: whether they are there, who owns them, which numbers of printer logs are taken, and how
 // much room is left.
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <filesystem>
 #include <system_error>
@@ -22,9 +22,7 @@ namespace wenlolib::tools {
 namespace {
 
 std::string modeText(mode_t mode) {
-  char digits[8];
-  const auto result = std::to_chars(digits, digits + sizeof digits, mode & 07777U, 8);
-  return "mode 0" + std::string(digits, result.ptr);
+  return fmt::format("mode {:04o}", mode & 07777U);
 }
 
 Finding missingFolderFinding(const std::string& path, int error) {
@@ -35,10 +33,15 @@ Finding folderFinding(const std::string& path, const struct stat& status) {
   if (!S_ISDIR(status.st_mode)) {
     return {Level::error, "folder", path, "not a folder", "Move it away, then run wenlolib init."};
   }
-  if (::faccessat(AT_FDCWD, path.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) != 0) {
+  if (::faccessat(AT_FDCWD, path.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+    const int error = errno;
+    return {Level::error, "folder", path, lockedFolderText(error) + ", " + modeText(status.st_mode),
+            lockedFolderRemedy(error)};
+  }
+  if (::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) {
     return {Level::error, "folder", path,
-            "this user does not have full access to it, " + modeText(status.st_mode),
-            "Make the user who records its owner and set mode 0700."};
+            "this user may not look into it, " + modeText(status.st_mode),
+            lockedFolderRemedy(errno)};
   }
   if (status.st_uid != ::geteuid()) {
     return {Level::warning, "folder", path, "belongs to another user",
@@ -128,7 +131,7 @@ Finding roomFinding(const std::string& folder, const struct statvfs& disk) {
   if ((disk.f_flag & ST_RDONLY) != 0) {
     finding.level = Level::error;
     finding.message = "on a read-only file system";
-    finding.remedy = "Remount it read-write.";
+    finding.remedy = lockedFolderRemedy(EROFS);
   } else if (room < mebibyte || noFiles) {
     finding.level = Level::error;
     finding.message += noFiles ? ", but no inodes for another file" : "";

@@ -99,6 +99,12 @@ void checkPlugin(const std::string& wanted, Findings& findings) {
   }
   const std::string path = fs::absolute(sharedObjectAt(place)).lexically_normal();
   std::error_code error;
+  if (!wanted.empty() && !fs::exists(wanted, error)) {
+    findings.push_back({Level::error, "plugin", fs::absolute(wanted).lexically_normal(),
+                        "there is nothing at this path",
+                        "Name a bundle, such as WENLOLIB.bundle, or a shared object."});
+    return;
+  }
   if (!fs::exists(path, error)) {
     findings.push_back({Level::error, "plugin", path, "missing", installAgain});
     return;

@@ -175,6 +175,7 @@ std::optional<Candidate> DocumentWalk::leave() {
   Candidate empty{named_[position_ - 1],
                   "no documents: there is no *.PLM and no *.ALM in this folder" +
                       (others.empty() ? "" : "; passed over: " + others)};
+  passed_ = passedBefore_;
   empty.nothing = true;
   return empty;
 }
@@ -238,6 +239,7 @@ bool isGone(const std::string& path) {
 }
 
 DocumentReading openFailure(const Candidate& candidate, int number) {
+  if (candidate.path.empty()) return complaint("the path is empty");
   if (number == ENOENT && !candidate.named && isGone(candidate.path)) return {{}, "", true};
   return failure(number);
 }

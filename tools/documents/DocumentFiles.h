@@ -90,7 +90,7 @@ class DocumentWalk {
   /// The next one; nothing at the end.
   [[nodiscard]] std::optional<Candidate> next();
 
-  /// What was passed over until now.
+  /// What was passed over until now, without what the complaint about a folder has told.
   [[nodiscard]] const PassedOver& passedOver() const { return passed_; }
 
  private:

@@ -201,10 +201,7 @@ void appendContents(std::string& out, std::string_view contents, const Paint& pa
 }
 
 std::string warning(const Style& style) {
-  const std::string text =
-      style.paint(Colour::doubtful,
-                  "Nothing vouches for these values: they are only what was found in the file.");
-  const std::string line = "  " + text;
+  const std::string line = "  " + style.paint(Colour::doubtful, untrustedText);
   return (style.columns > 0 ? wrap(line, style.columns, 2) : line) + "\n";
 }
 

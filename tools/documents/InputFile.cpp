@@ -11,7 +11,7 @@
 namespace wenlolib::tools {
 
 std::string systemMessage(int error) {
-  return std::generic_category().message(error);
+  return error == EISDIR ? "it is a folder" : std::generic_category().message(error);
 }
 
 InputFile::InputFile(const std::string& path, int flags)

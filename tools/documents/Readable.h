@@ -2,6 +2,8 @@
 #ifndef WENLOLIB_TOOLS_DOCUMENTS_READABLE_H
 #define WENLOLIB_TOOLS_DOCUMENTS_READABLE_H
 
+#include <string_view>
+
 #include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
@@ -16,6 +18,10 @@ namespace wenlolib::tools {
 [[nodiscard]] inline bool isTrusted(const receiver::Report& report) {
   return report.document && report.verdict.fault != receiver::Fault::altered;
 }
+
+/// What readers of a document that is not trusted are told.
+inline constexpr std::string_view untrustedText =
+    "Nothing vouches for these values: they are only what was found in the file.";
 
 }  // namespace wenlolib::tools
 

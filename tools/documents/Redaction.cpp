@@ -57,8 +57,8 @@ bool isKnown(const receiver::Document& document) {
 
 Redaction::Redaction(const receiver::Report& report) : on_(true) {
   const receiver::Document* const document = readable(report);
-  known_ = document != nullptr && isKnown(*document);
-  if (!known_) return;
+  if (document == nullptr) return;
+  known_ = isKnown(*document);
   for (const std::string_view name : hiddenFields) {
     const std::string_view secret = withoutBraces(document->value(name));
     if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);

@@ -48,30 +48,44 @@ std::string preferencesText(const PreferenceReading& reading) {
     const std::string keys = "a dictionary of " + countText(reading.preferences->size(), "key");
     return reading.trouble.empty() ? keys : keys + "; " + reading.trouble;
   }
-  if (reading.kind == platform::Kind::nothing) return "no file";
-  if (reading.kind == platform::Kind::folder) return "a folder";
-  return "a file that is " + reading.trouble;
+  return reading.trouble.empty() ? "no file" : reading.trouble;
+}
+
+/// A file has no place only if the home folder is not known.
+std::string remedyText(const std::string& remedy) {
+  return remedy.empty() ? "Set HOME to an absolute path." : remedy;
 }
 
 void describeOS(Step& step, const Context& context) {
   const FoundVersion& os = *context.notes.os;
-  step.source = "the system's version";
+  step.source = context.sources.os ? "--os" : "the system's version";
   step.expected = "a known version";
   step.found = os.number == -1 ? "none" : versionText(os.text, os.number);
-  step.remedy = "The kernel release (uname -r) must begin with two numbers.";
+  step.remedy = context.sources.os ? "Give a version such as 10.17.0 with --os."
+                                   : "The kernel release (uname -r) must begin with two numbers.";
+}
+
+/// Where the library's version was read, and what would help.
+void describeLibrarySource(Step& step, const Context& context, const FoundVersion& library) {
+  if (context.sources.library) {
+    step.source = "--library-version";
+    step.remedy = "Give a version such as 1.0.0 with --library-version.";
+    return;
+  }
+  step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
+                                  : "the running library's bundle";
+  step.key = library.installed ? bundleVersionKey : shortVersionKey;
+  step.remedy = library.installed
+                    ? "Install the library's bundle at this path."
+                    : "Load the library from its bundle, with Contents/Info.plist in it.";
 }
 
 void describeLibrary(Step& step, const Context& context) {
   const FoundVersion& library = *context.notes.library;
-  step.source = library.installed ? context.sources.root + std::string(installedBundlePath)
-                                  : "the running library's bundle";
-  step.key = library.installed ? bundleVersionKey : shortVersionKey;
+  describeLibrarySource(step, context, library);
   step.expected = fmt::format("a version such as 1.0.0, because the OS is {} or later",
                               versionText(context.notes.upperBound.value_or(-1)));
   step.found = versionText(library.text, library.number);
-  step.remedy = library.installed
-                    ? "Install the library's bundle at this path."
-                    : "Load the library from its bundle, with Contents/Info.plist in it.";
 }
 
 void describeList(Step& step, const Context& context) {
@@ -85,13 +99,9 @@ void describeList(Step& step, const Context& context) {
   if (list.readable) {
     step.found = valueText(list.entry ? &*list.entry : nullptr);
     step.remedy = "Whoever installs the library must list " + least + " or later under this key.";
-  } else if (list.missing) {
-    step.found = "no list: the file is missing";
-    step.remedy = "Whoever installs the library must provide this file, with " + least +
-                  " or later under this key.";
   } else {
     step.found = list.trouble.empty() ? "no list" : "no list: the file is " + list.trouble;
-    step.remedy = "Whoever installs the library must replace this file by one that can be read.";
+    step.remedy = remedyText(list.remedy);
   }
 }
 
@@ -102,24 +112,14 @@ void describeMode(Step& step, const Context& context) {
   step.remedy = "The host must pass an option word of mode 0, 1 or 2.";
 }
 
-std::string preferencesRemedy(const PreferenceReading& reading, bool isReplayed) {
-  if (isReplayed) return "Give a preference file that can be read with --preferences.";
-  if (!reading.path) return "Set HOME to an absolute path.";
-  if (reading.kind == platform::Kind::nothing) {
-    return "The host writes this file. To make a sample, run wenlolib init --sample-preferences.";
-  }
-  const std::string what = reading.kind == platform::Kind::folder ? "folder" : "file";
-  return "Move this " + what +
-         " away and let the host write the file again. To make a sample after that, run wenlolib "
-         "init --sample-preferences.";
-}
-
 void describePreferences(Step& step, const Context& context) {
   const PreferenceReading& reading = readingFor(step, context);
   step.source = preferenceSource(context);
   step.expected = "a property list with a dictionary at its root";
   step.found = preferencesText(reading);
-  step.remedy = preferencesRemedy(reading, context.sources.preferences.has_value());
+  step.remedy = context.sources.preferences
+                    ? "Give a preference file that can be read with --preferences."
+                    : remedyText(reading.remedy);
 }
 
 void describeDate(Step& step, const Context& context) {
@@ -134,7 +134,7 @@ void describePeriod(Step& step, const Context& context) {
   const Value* installed = entry(readingFor(step, context).preferences, installedDateKey);
   const std::chrono::days period = periods[context.kind];
   const std::string days = fmt::format("{} days", period.count());
-  step.source = "the clock and InstalledDate";
+  step.source = std::string(context.sources.date ? "--date" : "the clock") + " and InstalledDate";
   const Instant* date = installed == nullptr ? nullptr : installed->date();
   if (date != nullptr) {
     step.expected =
@@ -299,7 +299,10 @@ std::string explanationText(const Explanation& explanation, const Paint& paint,
   for (const Step& step : explanation.steps) {
     text += stepText(++number, step, paint, supportFolder);
   }
-  if (explanation.afterwards) text += afterwardsText(*explanation.afterwards, paint, supportFolder);
+  const auto& afterwards = explanation.afterwards;
+  if (afterwards && (explanation.allowed() || !afterwards->empty())) {
+    text += afterwardsText(*afterwards, paint, supportFolder);
+  }
   return text;
 }
 

@@ -50,6 +50,9 @@ struct Sources {
   std::string root;  // the port's root folder; "" for the system's
   Text preferences;  // files of a replayed case; null for those in the usual place
   Text supportList;
+  bool os = false;  // what a replayed case sets
+  bool date = false;
+  bool library = false;
 };
 
 /// Makes the library's decision on the platform in use and says how it came about.

@@ -58,10 +58,10 @@ std::int32_t RecordedFacts::installedLibraryVersion() {
 std::int32_t RecordedFacts::listAnswer(std::int32_t libraryVersion) {
   const std::int32_t answer = facts_.listAnswer(libraryVersion);
   notes_.list = lookup(libraryVersion, answer);
-  const Text path = configurationPath(supportVersionListFile);
-  const platform::ListReading* reading = readingOf(path);
-  notes_.list->missing = reading != nullptr && isMissing(*reading);
-  notes_.list->trouble = troubleAt(path);
+  if (const auto* reading = readingOf(configurationPath(supportVersionListFile))) {
+    notes_.list->trouble = listTrouble(*reading);
+    notes_.list->remedy = supportListRemedy(*reading);
+  }
   return answer;
 }
 
@@ -69,8 +69,14 @@ std::optional<Dictionary> RecordedFacts::preferences() {
   PreferenceReading reading;
   reading.preferences = facts_.preferences();
   reading.path = configurationPath(preferenceFile);
-  if (reading.path) reading.kind = platform::current().files->kindAt(*reading.path);
-  reading.trouble = troubleAt(reading.path);
+  // The library does not open a file that it cannot see. To open it tells why it cannot.
+  if (reading.path && !reading.preferences) {
+    static_cast<void>(platform::current().propertyLists->read(*reading.path));
+  }
+  if (const auto* file = readingOf(reading.path)) {
+    reading.trouble = listTrouble(*file);
+    reading.remedy = preferencesRemedy(*file);
+  }
   notes_.readings.push_back(reading);
   return reading.preferences;
 }
@@ -78,11 +84,6 @@ std::optional<Dictionary> RecordedFacts::preferences() {
 const platform::ListReading* RecordedFacts::readingOf(const Text& path) const {
   const auto found = path ? lists_.find(*path) : lists_.end();
   return found == lists_.end() ? nullptr : &found->second;
-}
-
-std::string RecordedFacts::troubleAt(const Text& path) const {
-  const platform::ListReading* reading = readingOf(path);
-  return reading == nullptr ? "" : listTrouble(*reading);
 }
 
 Instant RecordedFacts::now() {

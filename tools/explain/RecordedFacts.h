@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/Files.h"
 #include "platform/PropertyLists.h"
 #include "policy/RecordingGates.h"
 #include "wenlolib/Instant.h"
@@ -29,17 +28,17 @@ struct ListLookup {
   std::int32_t answer = -1;
   Text key;
   bool readable = false;       // the list could be read
-  bool missing = false;        // there is no file
   std::string trouble;         // why it could not be read
+  std::string remedy;          // what to do about that; "" if the file has no place
   std::optional<Value> entry;  // under the key
 };
 
 /// One reading of the preference file.
 struct PreferenceReading {
   Text path;
-  platform::Kind kind = platform::Kind::nothing;
   std::optional<Dictionary> preferences;
   std::string trouble;  // what is wrong with the file; "" if nothing is
+  std::string remedy;   // of a file without a dictionary; "" if the file has no place
 };
 
 /// What was asked, with the answers; what was not asked is absent.
@@ -75,9 +74,6 @@ class RecordedFacts : public SupportFacts {
  private:
   /// The reading of the file at `path`; null if it was not read.
   [[nodiscard]] const platform::ListReading* readingOf(const Text& path) const;
-
-  /// What is wrong with the file at `path`; "" if nothing is, or if it was not read.
-  [[nodiscard]] std::string troubleAt(const Text& path) const;
 
   SupportFacts& facts_;
   const Lists& lists_;

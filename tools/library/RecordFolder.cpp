@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "base/Integer.h"
+#include "library/Wording.h"
 #include "record/RecordFile.h"
 #include "toolkit/Folders.h"
 
@@ -59,6 +60,15 @@ std::string absentFolderRemedy(int error) {
                          : "Give this user access to the folders above it.";
 }
 
+std::string lockedFolderText(int error) {
+  return "nothing can be written in it: " + reasonText({platform::Step::makeFile, error});
+}
+
+std::string lockedFolderRemedy(int error) {
+  return error == EROFS ? "Remount the disk read-write."
+                        : "Make the user who records its owner and set mode 0700.";
+}
+
 namespace {
 
 std::optional<Obstacle> folderObstacle(const std::string& path) {
@@ -73,10 +83,8 @@ std::optional<Obstacle> folderObstacle(const std::string& path) {
                     "Move it away, then run wenlolib init."};
   }
   if (::faccessat(AT_FDCWD, path.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
-    return errno == EROFS ? Obstacle{"not_writable", true, path, "on a read-only file system",
-                                     "Remount it read-write."}
-                          : Obstacle{"not_writable", true, path, "this user may not write in it",
-                                     "Make the user who records its owner and set mode 0700."};
+    const int error = errno;
+    return Obstacle{"not_writable", true, path, lockedFolderText(error), lockedFolderRemedy(error)};
   }
   return std::nullopt;
 }

@@ -35,6 +35,10 @@ struct Obstacle {
 [[nodiscard]] std::string absentFolderText(int error);
 [[nodiscard]] std::string absentFolderRemedy(int error);
 
+/// A folder in which no file can be made: in the words of a record that fails there.
+[[nodiscard]] std::string lockedFolderText(int error);
+[[nodiscard]] std::string lockedFolderRemedy(int error);
+
 }  // namespace wenlolib::tools
 
 #endif

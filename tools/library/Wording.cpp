@@ -136,6 +136,32 @@ std::string listTrouble(const ListReading& reading) {
 
 namespace {
 
+constexpr const char* accessRemedy = "Let this user read it and enter the folders above it.";
+
+bool isDenied(const ListReading& reading) {
+  return reading.state == ListState::notRead &&
+         (reading.reason.error == EACCES || reading.reason.error == EPERM);
+}
+
+}  // namespace
+
+std::string preferencesRemedy(const ListReading& reading) {
+  if (isMissing(reading)) {
+    return "The host writes this file. To make a sample, run wenlolib init --sample-preferences.";
+  }
+  if (isDenied(reading)) return accessRemedy;
+  return "Move it away and let the host write the file again. To make a sample after that, run "
+         "wenlolib init --sample-preferences.";
+}
+
+std::string supportListRemedy(const ListReading& reading) {
+  if (isMissing(reading)) return "Whoever installs the library must provide this file.";
+  if (isDenied(reading)) return accessRemedy;
+  return "Whoever installs the library must replace this file by one that can be read.";
+}
+
+namespace {
+
 constexpr std::size_t longest = 60;
 
 /// In quotes and on one line, long ones cut.

@@ -35,6 +35,10 @@ namespace wenlolib::tools {
 /// "" if all of it was read.
 [[nodiscard]] std::string listTrouble(const platform::ListReading& reading);
 
+/// What to do about a preference file without a dictionary, and about such a support version list.
+[[nodiscard]] std::string preferencesRemedy(const platform::ListReading& reading);
+[[nodiscard]] std::string supportListRemedy(const platform::ListReading& reading);
+
 /// With the type: `boolean true`, `integer 3`, `text "YES"`, `date 2024-03-15 09:05:07 +09:00`.
 [[nodiscard]] std::string valueText(const Value& value);
 

@@ -72,8 +72,9 @@ class Search {
   }
 
  private:
-  void pass(std::string place, std::string why, bool isUnreadable) {
+  LeftAlone& pass(std::string place, std::string why, bool isUnreadable) {
     found_.others.push_back({std::move(place), std::move(why), isUnreadable});
+    return found_.others.back();
   }
 
   void folder(const std::string& place) {
@@ -82,7 +83,9 @@ class Search {
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
       entry(place + "/" + entries->path().filename().string(), *entries);
     }
-    if (error && error != std::errc::no_such_file_or_directory) pass(place, error.message(), true);
+    if (error && error != std::errc::no_such_file_or_directory) {
+      pass(place, error.message(), true).folder = true;
+    }
   }
 
   void entry(std::string place, const fs::directory_entry& entry) {
@@ -96,7 +99,8 @@ class Search {
       pass(std::move(place), "not a regular file", false);
     } else if (platform::posix::isUnfinished(entry.path().filename().string())) {
       pass(std::move(place), "unfinished; wenlolib doctor --clean removes it once it is a day old",
-           false);
+           false)
+          .perhapsChosen = choice_.everything();
     } else if (!hasDocumentName(place)) {
       pass(std::move(place), "not named *.PLM or *.ALM", false);
     } else {
@@ -115,7 +119,7 @@ class Search {
       if (hear_) hear_(reading, record);
       found_.records.push_back(std::move(record));
     } else if (isOfUnknownPrinter(reading)) {
-      pass(std::move(place), "damaged, so its printer is not known", false);
+      pass(std::move(place), "damaged, so its printer is not known", false).perhapsChosen = true;
     }
   }
 

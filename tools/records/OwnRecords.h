@@ -39,6 +39,8 @@ struct LeftAlone {
   std::string place;
   std::string why;
   bool unreadable = false;  // it may hold records
+  bool folder = false;
+  bool perhapsChosen = false;  // nobody can tell whether it is one of the chosen records
 };
 
 struct OwnRecords {

@@ -19,7 +19,7 @@ constexpr EnumTable<RecordKind, std::string_view> kinds({
 });
 
 constexpr std::size_t gap = 2;
-constexpr std::size_t widestText = 40;  // of a name or printer, which may be of any length
+constexpr std::size_t widestText = 40;  // of a name or printer on a terminal
 constexpr std::size_t narrowestText = 8;
 
 bool isContinuation(char c) {
@@ -66,26 +66,47 @@ std::string minuteText(std::time_t date) {
 
 // --- The table ---
 
-RecordTable::Cells RecordTable::cellsOf(const RecordReading& reading) const {
-  const RecordFacts& facts = reading.facts;
+namespace {
+
+/// Made visible and cut; "-" for an empty text. No `width` for a text that stays whole.
+std::string cellText(std::string text, std::optional<std::size_t> width) {
+  if (text.empty()) return "-";
+  if (!width) return visibleLine(text);
   // What is longer than this many bytes is cut anyway, and making it visible takes time.
-  static constexpr std::size_t enough = 8 * widestText;
-  const auto cell = [](std::string text) {
-    text.resize(std::min(text.size(), enough));
-    return text.empty() ? "-" : shortened(visibleLine(text), widestText);
-  };
+  text.resize(std::min(text.size(), 8 * *width));
+  return shortened(visibleLine(text), *width);
+}
+
+/// If there is not enough room for model and serial number, the model is cut.
+std::string printerText(const RecordFacts& facts, std::optional<std::size_t> width) {
+  const std::string whole = facts.printer();
+  const std::string_view serial = facts.serialNumber;
+  if (!width || serial.size() > *width || serial.size() == whole.size()) {
+    return cellText(whole, width);
+  }
+  const std::string tail = " " + visibleLine(serial);
+  const std::size_t taken = displayWidth(tail);
+  if (serial.empty() || taken + narrowestText > *width) return cellText(whole, width);
+  return cellText(whole.substr(0, whole.size() - serial.size() - 1), *width - taken) + tail;
+}
+
+}  // namespace
+
+RecordTable::Cells RecordTable::cellsOf(const RecordReading& reading,
+                                        std::optional<std::size_t> printerWidth) const {
+  const RecordFacts& facts = reading.facts;
   return {minuteText(facts.date) + (facts.dated ? "" : "~"),
           std::string(kindText(facts.kind)),
-          cell(facts.name),
-          cell(facts.printer()),
+          cellText(facts.name, widestCell()),
+          printerText(facts, printerWidth),
           sizeText(reading.state.size),
           std::string(wordFor(conditionOf(reading.report.verdict)))};
 }
 
 void RecordTable::measure(const RecordReading& reading, std::string_view place) {
-  const Cells cells = cellsOf(reading);
+  const Cells cells = cellsOf(reading, widestCell());
   for (std::size_t i = 0; i < cellCount; ++i) {
-    widths_[i] = std::max(widths_[i], displayWidth(cells[i]));
+    widths_[i] = std::max(widths_[i], std::min(displayWidth(cells[i]), widestText));
   }
   pathWidth_ = std::max(pathWidth_, displayWidth(pathText(place)));
   undated_ = undated_ || !reading.facts.dated;
@@ -95,6 +116,10 @@ std::string RecordTable::pathText(std::string_view place) const {
   const std::string folder = folder_.substr(0, folder_.size() - 1);
   const std::string path = std::string(folder_).append(place);
   return shortPath(path, style_.columns > 0 ? folder : "");
+}
+
+std::optional<std::size_t> RecordTable::widestCell() const {
+  return style_.columns == 0 ? std::nullopt : std::optional(widestText);
 }
 
 /// Of all columns except the path.
@@ -126,7 +151,8 @@ std::string RecordTable::line(const Cells& cells, Colour colour) const {
   const std::array<std::size_t, cellCount> fitting = widths();
   std::string text;
   for (std::size_t i = 0; i < cellCount; ++i) {
-    const std::string cell = padded(shortened(cells[i], fitting[i]), fitting[i], i == size);
+    const std::string whole = style_.columns == 0 ? cells[i] : shortened(cells[i], fitting[i]);
+    const std::string cell = padded(whole, fitting[i], i == size);
     text += (i == verdict ? style_.paint(colour, cell) : cell) + std::string(gap, ' ');
   }
   return text;
@@ -153,7 +179,8 @@ std::string RecordTable::heading() const {
 }
 
 std::string RecordTable::row(const RecordReading& reading, std::string_view place) const {
-  const Cells cells = cellsOf(reading);
+  const bool cut = !oneLine() && twoLines();
+  const Cells cells = cellsOf(reading, cut ? widths()[printer] : widestCell());
   const Colour colour = colourOf(conditionOf(reading.report.verdict));
   const std::string path = pathText(place);
   if (oneLine()) return line(cells, colour) + path + "\n";

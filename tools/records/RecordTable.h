@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,7 +41,9 @@ class RecordTable {
   using Cells = std::array<std::string, cellCount>;
   enum Column { date, kind, name, printer, size, verdict };
 
-  [[nodiscard]] Cells cellsOf(const RecordReading& reading) const;
+  [[nodiscard]] Cells cellsOf(const RecordReading& reading,
+                              std::optional<std::size_t> printerWidth) const;
+  [[nodiscard]] std::optional<std::size_t> widestCell() const;
   [[nodiscard]] std::size_t lineWidth() const;
   [[nodiscard]] bool oneLine() const;
   [[nodiscard]] bool twoLines() const;

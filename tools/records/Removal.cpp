@@ -94,18 +94,20 @@ bool isOwnFile(const std::string& path, struct stat& status) {
 /// The configuration as it is, and what keeps it from being changed.
 StoredIdentifier look(const ToolPlatform& platform, Configuration& configuration) {
   const Text path = configurationPath(configurationFile);
-  if (!path) return {IdentifierState::kept, "HOME", "the home folder is not known"};
+  if (!path) return {IdentifierState::kept, "HOME", "the home folder is not known", true};
   configuration.path = *path;
   configuration.real = platform.real(*path);
-  StoredIdentifier found{IdentifierState::kept, configuration.real, ""};
+  StoredIdentifier found{IdentifierState::kept, configuration.real, "", false};
   if (!isOwnFile(found.path, configuration.status)) {
-    if (errno == ENOENT) return {IdentifierState::none, found.path, ""};
-    found.why = errno == 0 ? "not a regular file" : systemMessage(errno);
+    if (errno == ENOENT) return {IdentifierState::none, found.path, "", false};
+    found.unreadable = errno != 0;
+    found.why = found.unreadable ? systemMessage(errno) : "not a regular file";
     return found;
   }
   configuration.reading = platform::current().propertyLists->read(*path);
   if (!configuration.reading.dictionary) {
     found.why = listTrouble(configuration.reading);
+    found.unreadable = configuration.reading.state == platform::ListState::notRead;
   } else if (!configuration.reading.dictionary->contains(identifierKey)) {
     found.state = IdentifierState::none;
   } else if (configuration.reading.state == platform::ListState::partial) {

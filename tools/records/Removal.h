@@ -16,11 +16,12 @@ namespace wenlolib::tools {
 enum class IdentifierState { none, stored, kept };
 
 /// The configuration file's identifier. `kept`: it is there, but the file cannot be changed without
-/// a loss, or what is there cannot be read; `why` says so.
+/// a loss, or what is there cannot be made out; `why` says so.
 struct StoredIdentifier {
   IdentifierState state = IdentifierState::none;
   std::string path;  // of the file
   std::string why;
+  bool unreadable = false;  // the system did not let the file be read
 };
 
 [[nodiscard]] StoredIdentifier findIdentifier(const ToolPlatform& platform);

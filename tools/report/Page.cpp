@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/Utf8.h"
+#include "documents/Readable.h"
 #include "explain/Explanation.h"
 #include "library/Wording.h"
 #include "records/RecordTable.h"
@@ -146,6 +147,10 @@ class Shown {
     return text(field.value);
   }
 
+  [[nodiscard]] const receiver::Document* document(const receiver::Report& report) const {
+    return redaction_.shown(report);
+  }
+
   [[nodiscard]] receiver::Verdict verdict(const receiver::Verdict& verdict) const {
     return redaction_(verdict);
   }
@@ -263,9 +268,17 @@ std::string summaryHtml(const RecordReading& reading, const Shown& shown) {
 }
 
 std::string contentsHtml(const receiver::Report& report, const Shown& shown) {
-  if (!report.document) return "<p>The contents cannot be read.</p>\n";
-  const auto contents = receiver::contentsOf(*report.document);
-  return contents ? shown.contents(*contents) : "<p>The contents cannot be decrypted.</p>\n";
+  const receiver::Document* const document = shown.document(report);
+  if (document == nullptr && readable(report) != nullptr) {
+    return "<p>All of it is left out: an identifier or serial number may be anywhere in it.</p>\n";
+  }
+  if (document == nullptr) return "<p>The contents cannot be read.</p>\n";
+  const std::string warning =
+      isTrusted(report) ? "" : fmt::format("<p class=\"no\">{}</p>\n", untrustedText);
+  if (document->marker == '\0') return warning + "<p>The contents cannot be read.</p>\n";
+  const auto contents = receiver::contentsOf(*document);
+  return warning +
+         (contents ? shown.contents(*contents) : "<p>The contents cannot be decrypted.</p>\n");
 }
 
 std::string recordHtml(const PageSubject& subject, const RecordReading& reading,
@@ -275,8 +288,8 @@ std::string recordHtml(const PageSubject& subject, const RecordReading& reading,
   const bool sound = report.verdict.sound();
   std::string entries;
   if (!sound) entries += entry("not sound", shown.text(verdictText(shown.verdict(report.verdict))));
-  if (report.document) {
-    for (const receiver::Field& field : report.document->fields) {
+  if (const receiver::Document* const document = shown.document(report)) {
+    for (const receiver::Field& field : document->fields) {
       entries += entry(field.name, shown.field(field));
     }
   }

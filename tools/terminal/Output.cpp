@@ -71,8 +71,7 @@ namespace {
 std::string bar(std::uint64_t documents, std::uint64_t total) {
   constexpr std::uint64_t width = 16;
   const std::size_t filled = documents * width / total;
-  return fmt::format("[{:<{}}] {:>3} %  ", std::string(filled, '#'), width,
-                     documents * 100 / total);
+  return fmt::format("[{:<{}}] {:>3}%  ", std::string(filled, '#'), width, documents * 100 / total);
 }
 
 }  // namespace
@@ -156,8 +155,8 @@ void Output::write(std::string_view text) {
 void Output::complain(std::string_view path, std::string_view what) {
   flush();
   progress_.clear();
-  const std::string line =
-      fmt::format("wenlolib {}: {}: {}\n", call_, visibleLine(path), visibleLine(what));
+  const std::string line = fmt::format("wenlolib {}: {}: {}\n", call_,
+                                       path.empty() ? "''" : visibleLine(path), visibleLine(what));
   std::fputs(line.c_str(), errors_);
   progress_.restore();
 }

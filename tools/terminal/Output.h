@@ -82,7 +82,7 @@ class Progress {
   Clock::time_point next_ = start_ + std::chrono::milliseconds(200);
 };
 
-/// The line: "[####      ]  40 %  400 of 1,000 documents, 90 a second", without the bar if the
+/// The line: "[####      ]  40%  400 of 1,000 documents, 90 a second", without the bar if the
 /// total is not known, and never wider than `columns`.
 [[nodiscard]] std::string progressText(std::uint64_t documents, std::optional<std::uint64_t> total,
                                        std::uint64_t rate, std::size_t columns);

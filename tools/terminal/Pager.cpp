@@ -68,17 +68,21 @@ void Pager::divert(const int (&ends)[2]) {
   ::dup2(ends[1], STDOUT_FILENO);
 }
 
-Pager::~Pager() {
-  if (process_ <= 0) return;
+bool Pager::close() {
+  if (process_ <= 0) return true;
   // What a pager that has ended did not take is not for the terminal either.
   if (std::fflush(stdout) != 0) __fpurge(stdout);
   ::dup2(terminal_, STDOUT_FILENO);
   ::close(terminal_);
-  while (::waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
+  int status = 0;
+  while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {
   }
+  process_ = 0;
   std::clearerr(stdout);
   std::signal(SIGINT, interrupt_);
   std::signal(SIGPIPE, brokenPipe_);
+  // With these a shell says that it cannot execute or find a program.
+  return !WIFEXITED(status) || (WEXITSTATUS(status) != 126 && WEXITSTATUS(status) != 127);
 }
 
 }  // namespace wenlolib::tools

@@ -14,9 +14,12 @@ namespace wenlolib::tools {
 class Pager {
  public:
   Pager();
-  ~Pager();
+  ~Pager() { close(); }
   Pager(const Pager&) = delete;
   Pager& operator=(const Pager&) = delete;
+
+  /// Waits for the pager to end. False if it could not be run, so that nobody has seen the output.
+  bool close();
 
   [[nodiscard]] bool active() const { return process_ > 0; }
 

@@ -244,8 +244,7 @@ TEST_F(Faults, OfAReadingAreToldAtTheirGate) {
     EXPECT_EQ(explanation.refusedBy, Gate::preferences);
     const auto step = std::ranges::find(explanation.steps, StepState::refused, &tools::Step::state);
     ASSERT_NE(step, explanation.steps.end());
-    EXPECT_EQ(step->found,
-              "a file that is not readable: opening the file failed: Permission denied");
+    EXPECT_EQ(step->found, "not readable: opening the file failed: Permission denied");
   }
 }
 

@@ -70,6 +70,13 @@ TEST(RecordTable, ShowsWholePathsToAProgramAndShortOnesOnATerminal) {
   EXPECT_NE(shown(readings, 200).find("  QMR/PLM/QX200_1.PLM\n"), std::string::npos);
 }
 
+TEST(RecordTable, CutsTheModelRatherThanTheSerialNumber) {
+  RecordReading reading = logOf("QX200", "QX200-0004711");
+  reading.facts.deviceId = "MDL:A model with a long name;";
+  EXPECT_NE(shown({reading}, 80).find("  A model w... QX200-0004711  "), std::string::npos)
+      << shown({reading}, 80);
+}
+
 TEST(RecordJson, HasATextThatIsNotUtf8AsDigits) {
   EXPECT_NE(recordJson(logOf("a\xFF", ""), "p", false).find(R"("name":null,"name_hex":"61FF")"),
             std::string::npos);

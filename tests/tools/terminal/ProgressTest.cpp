@@ -8,11 +8,11 @@ namespace {
 
 TEST(Progress, BarAndCounts) {
   EXPECT_EQ(progressText(0, 1000, 0, 80),
-            "[                ]   0 %  0 of 1,000 documents, 0 a second");
+            "[                ]   0%  0 of 1,000 documents, 0 a second");
   EXPECT_EQ(progressText(400, 1000, 90, 80),
-            "[######          ]  40 %  400 of 1,000 documents, 90 a second");
+            "[######          ]  40%  400 of 1,000 documents, 90 a second");
   EXPECT_EQ(progressText(1000000, 1000000, 160000, 80),
-            "[################] 100 %  1,000,000 of 1,000,000 documents, 160,000 a second");
+            "[################] 100%  1,000,000 of 1,000,000 documents, 160,000 a second");
 }
 
 TEST(Progress, NoBarWhileTheTotalIsNotKnown) {
@@ -21,8 +21,7 @@ TEST(Progress, NoBarWhileTheTotalIsNotKnown) {
 }
 
 TEST(Progress, DocumentsThatHaveComeSinceDoNotExceedTheTotal) {
-  EXPECT_EQ(progressText(11, 10, 1, 80),
-            "[################] 100 %  10 of 10 documents, 1 a second");
+  EXPECT_EQ(progressText(11, 10, 1, 80), "[################] 100%  10 of 10 documents, 1 a second");
 }
 
 TEST(Progress, KeepsWithinItsColumns) {
