@@ -81,7 +81,7 @@ def cases():
 
 
 def utc(text):
-    """The instant and its offset from UTC in minutes, if there is one in years of four digits."""
+    """The instant and its offset from UTC in minutes, if there is one in the years 1 to 9999."""
     match = re.fullmatch(rb"(\d+)-(\d\d)-(\d\d)T(\d\d):(\d\d):(\d\d)([+-])(\d\d):?(\d\d)", text)
     if match is None:
         return None, None
@@ -96,7 +96,7 @@ def utc(text):
         return None, None
     instant = local + datetime.timedelta(seconds=second - min(second, 59), minutes=-offset)
     shown = instant.year - 2000 - year % 400 + year
-    if not 0 <= shown <= 9999:
+    if not 1 <= shown <= 9999:
         return None, None
     return f"{shown:04}-{instant:%m-%dT%H:%M:%SZ}", offset
 

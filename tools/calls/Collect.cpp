@@ -58,8 +58,8 @@ class Collector {
   void hear(const Answer& answer) {
     if (answer.path != current_) finish();
     current_ = answer.path;
-    // What could not be read at all may be readable next time; a broken archive stays as it is.
-    if (answer.status == unreadable && !answer.member) failed_ = true;
+    // What could not be read, or not to its end, is tried again next time.
+    if (answer.status == unreadable && !answer.forGood) failed_ = true;
     if (const Row* const row = std::any_cast<Row>(&answer.made)) collection_.add(*row);
   }
 

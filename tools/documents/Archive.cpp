@@ -121,6 +121,7 @@ bool ArchiveWalk::Members::open() {
   return archive_read_support_filter_gzip(opened) == ARCHIVE_OK &&
          archive_read_support_filter_zstd(opened) == ARCHIVE_OK &&
          archive_read_support_format_tar(opened) == ARCHIVE_OK &&
+         archive_read_set_option(opened, "tar", "read_concatenated_archives", "1") == ARCHIVE_OK &&
          archive_read_open(opened, this, nullptr, readPiece, nullptr) == ARCHIVE_OK;
 }
 
@@ -179,11 +180,12 @@ std::optional<Candidate> ArchiveWalk::Members::ending() {
 Candidate ArchiveWalk::Members::member(std::string name, archive_entry* entry) {
   ++found_;
   Candidate found{path_, ""};
-  found.member = std::move(name);
   found.bytes = readMember(static_cast<std::uint64_t>(archive_entry_size(entry)));
+  found.member = std::move(name);
   if (ended_) {
     found.complaint = "the archive is broken or cut off here: " + reason();
   } else if (!found.bytes) {
+    found.forGood = true;
     found.complaint = "larger than 64 MiB, too large for an archive's member; unpack it first";
   }
   return found;

@@ -26,11 +26,12 @@ namespace wenlolib::tools {
 
 /// A file to examine, or why it cannot be examined.
 struct Candidate {
-  std::string path;                     // "-", if named, is standard input
-  std::string complaint;                // why it cannot be examined; else ""
-  bool named = true;                    // on the command line; else it was found in a folder
-  bool regular = false;                 // its folder says that it is a regular file
-  bool nothing = false;                 // it is a folder without documents, as the complaint says
+  std::string path;       // "-", if named, is standard input
+  std::string complaint;  // why it cannot be examined; else ""
+  bool named = true;      // on the command line; else it was found in a folder
+  bool regular = false;   // its folder says that it is a regular file
+  bool nothing = false;   // it is a folder without documents, as the complaint says
+  bool forGood = false;   // the complaint holds for as long as the file stays as it is
   std::optional<std::string> member{};  // its name in the archive at `path`
   std::optional<std::string> bytes{};   // if they have been read already
 };

@@ -152,6 +152,7 @@ Answer complaintOf(const Candidate& candidate, std::string complaint) {
   answer.complaint = std::move(complaint);
   answer.path = candidate.path;
   answer.member = candidate.member;
+  answer.forGood = candidate.forGood;
   answer.status = candidate.nothing ? notGood : unreadable;
   return answer;
 }

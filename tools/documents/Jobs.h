@@ -27,6 +27,7 @@ struct Answer {
   std::string path;       // as complaints name it
   std::optional<std::string> member{};
   int status = allGood;                // an `Exit`
+  bool forGood = false;                // the complaint holds while the file stays as it is
   bool skipped = false;                // it is not there any more and does not count
   std::optional<Condition> condition;  // of a document that was read
   std::any made{};                     // what else the examiner has for the listener

@@ -45,7 +45,7 @@ std::optional<std::string> utcText(std::time_t time) {
   const auto day = std::chrono::floor<std::chrono::days>(moment);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(moment - day);
-  if (date.year() < std::chrono::year(0) || date.year() > std::chrono::year(9999)) {
+  if (date.year() < std::chrono::year(1) || date.year() > std::chrono::year(9999)) {
     return std::nullopt;
   }
   return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", static_cast<int>(date.year()),

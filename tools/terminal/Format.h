@@ -34,7 +34,7 @@ struct Moment {
 };
 [[nodiscard]] std::optional<Moment> zonedMomentOf(std::string_view dateText);
 
-/// "2024-03-15T00:05:07Z"; nothing before the year 0 or after 9999, which take other forms.
+/// "2024-03-15T00:05:07Z"; nothing before the year 1 or after 9999, which take other forms.
 [[nodiscard]] std::optional<std::string> utcText(std::time_t time);
 
 /// Reads a text from its front. Once something is not as expected, it has failed for good.
