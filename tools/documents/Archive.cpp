@@ -4,7 +4,6 @@
 #include <archive_entry.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <locale.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,27 +22,7 @@ namespace {
 constexpr std::size_t pieceSize = std::size_t{64} << 10;
 constexpr std::size_t beginningSize = 512;
 
-/// Names in archives are UTF-8 or bytes, whatever the user's locale. libarchive converts them to
-/// that of the thread, so this sets one that keeps both, for as long as it lives.
-class Utf8Names {
- public:
-  Utf8Names() : before_(uselocale(utf8())) {}
-  ~Utf8Names() { uselocale(before_); }
-  Utf8Names(const Utf8Names&) = delete;
-  Utf8Names& operator=(const Utf8Names&) = delete;
-
- private:
-  /// Null, which changes nothing, if the system has neither.
-  static locale_t utf8() {
-    static const locale_t plain = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    static const locale_t english =
-        plain != nullptr ? plain : newlocale(LC_CTYPE_MASK, "en_US.UTF-8", nullptr);
-    return english;
-  }
-
-  locale_t before_;
-};
-
+/// As the archive has it, whatever the locale.
 std::string nameOf(archive_entry* entry) {
   const char* const text = archive_entry_pathname_utf8(entry);
   const char* const bytes = text == nullptr ? archive_entry_pathname(entry) : text;
@@ -89,7 +68,7 @@ class ArchiveWalk::Members {
   std::string piece_;
   bool begun_ = false;
   bool ended_ = false;
-  std::string trouble_;  // why no more is read; libarchive does not pass it on
+  int error_ = 0;  // of reading the file; libarchive does not pass it on
   std::uint64_t found_ = 0;
   std::unique_ptr<archive, Free> archive_;
 };
@@ -107,10 +86,9 @@ la_ssize_t ArchiveWalk::Members::readPiece(archive* opened, void* members, const
   do {
     count = read(self.file_->number(), self.piece_.data(), self.piece_.size());
   } while (count < 0 && errno == EINTR && !interrupted());
-  if (count < 0) self.trouble_ = systemMessage(errno);
-  if (self.swells()) self.trouble_ = "it unpacks to more than 200 times its size";
-  if (self.trouble_.empty()) return count;
-  archive_set_error(opened, EIO, "%s", self.trouble_.c_str());
+  if (count < 0) self.error_ = errno;
+  if (count >= 0 && !self.swells()) return count;
+  archive_set_error(opened, EIO, "no more is read");
   return -1;
 }
 
@@ -126,7 +104,8 @@ bool ArchiveWalk::Members::open() {
 }
 
 std::string ArchiveWalk::Members::reason() const {
-  if (!trouble_.empty()) return trouble_;
+  if (error_ != 0) return systemMessage(error_);
+  if (swells()) return "it unpacks to more than 200 times its size";
   const char* const text = archive_error_string(archive_.get());
   return text == nullptr ? "not a tar archive" : text;
 }
@@ -147,7 +126,6 @@ bool ArchiveWalk::Members::swells() const {
 
 std::optional<Candidate> ArchiveWalk::Members::next(PassedOver& passed) {
   if (ended_) return std::nullopt;
-  const Utf8Names names;
   if (!archive_ && !open()) return failure("the archive cannot be read: " + reason());
   for (;;) {
     archive_entry* entry = nullptr;
@@ -180,9 +158,13 @@ std::optional<Candidate> ArchiveWalk::Members::ending() {
 Candidate ArchiveWalk::Members::member(std::string name, archive_entry* entry) {
   ++found_;
   Candidate found{path_, ""};
-  found.bytes = readMember(static_cast<std::uint64_t>(archive_entry_size(entry)));
   found.member = std::move(name);
-  if (ended_) {
+  found.bytes = readMember(static_cast<std::uint64_t>(archive_entry_size(entry)));
+  if (error_ != 0) {
+    // Nothing is wrong with the member. The next run may be able to read the archive.
+    found.member.reset();
+    found.complaint = "the archive cannot be read to its end: " + reason();
+  } else if (ended_) {
     found.complaint = "the archive is broken or cut off here: " + reason();
   } else if (!found.bytes) {
     found.forGood = true;

@@ -123,13 +123,12 @@ void putName(Row& row, const std::string& path, const std::optional<std::string>
   if (numbered) row[Column::number] = number;
 }
 
-/// The verdict without what must not be shown: a field's name can come from the document.
 void putVerdict(Row& row, const receiver::Verdict& verdict) {
   row[Column::fault] = std::string(code(verdict.fault));
   row[Column::layer] = std::string(code(verdict.layer));
   if (verdict.sound()) return;
   row[Column::offset] = static_cast<std::int64_t>(verdict.offset);
-  if (!verdict.field.empty()) row[Column::field] = cellText(verdict.field);
+  if (!verdict.field.empty()) row[Column::field] = verdict.field;
 }
 
 void putDate(Row& row, std::string_view date) {
@@ -183,7 +182,7 @@ Row rowOf(const Candidate& candidate, std::string_view bytes, const receiver::Re
   putName(row, candidate.path, candidate.member, redaction);
   row[Column::sha256] = sha256Of(bytes);
   row[Column::bytes] = static_cast<std::int64_t>(bytes.size());
-  putVerdict(row, redaction(report.verdict));
+  putVerdict(row, report.verdict);
   bool trusted = isTrusted(report);
   if (const receiver::Document* const document = redaction.shown(report)) {
     row[Column::layout] = std::string(code(document->layout));
