@@ -145,9 +145,6 @@ void check(const CollectOptions& options) {
   if (options.show && !(options.documents.paths.empty() && options.documents.pathsFrom.empty())) {
     throw CLI::ValidationError("--show", "takes no documents");
   }
-  if (options.documents.nul && options.documents.pathsFrom.empty()) {
-    throw CLI::ValidationError("--null", "is for --files-from");
-  }
 }
 
 }  // namespace

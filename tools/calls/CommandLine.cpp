@@ -71,8 +71,11 @@ CLI::Validator numberFrom(int least, int most) {
   return {complaint, ""};
 }
 
-void checkDocuments(const DocumentOptions& options) {
+void checkDocuments(const DocumentOptions& options, bool lists) {
   if (options.paths.empty() && options.pathsFrom.empty()) throw CLI::RequiredError("PATH");
+  if (options.nul && options.pathsFrom.empty() && !lists) {
+    throw CLI::ValidationError("--null", "is for --files-from");
+  }
   const auto named = std::ranges::count(options.paths, "-") + (options.pathsFrom == "-" ? 1 : 0);
   if (named > 1) throw standardInputTwice();
 }

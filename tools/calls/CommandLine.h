@@ -52,8 +52,9 @@ class HelpFormatter : public CLI::Formatter {
 /// documents. `options` must outlive the command line.
 void addDocuments(CLI::App& call, DocumentOptions& options);
 
-/// Throws a CLI::ParseError if no document is named, or standard input twice.
-void checkDocuments(const DocumentOptions& options);
+/// Throws a CLI::ParseError if no document is named, standard input is named twice, or -0 stands
+/// without a list of paths; `lists` if the call writes one.
+void checkDocuments(const DocumentOptions& options, bool lists = false);
 
 [[nodiscard]] CLI::ValidationError standardInputTwice();
 

@@ -99,9 +99,6 @@ void addDecode(CLI::App& app, Session& session) {
   call->footer(examples);
   call->callback([options, &session] {
     checkDocuments(options->documents);
-    if (options->documents.nul && options->documents.pathsFrom.empty()) {
-      throw CLI::ValidationError("--null", "is for --files-from");
-    }
     if (options->contents && (options->json || options->redact)) {
       throw CLI::ValidationError("--contents", "cannot be used with --json or --redact");
     }

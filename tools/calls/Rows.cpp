@@ -67,9 +67,6 @@ void addRows(CLI::App& app, Session& session) {
   call->footer(examples);
   call->callback([options, &session] {
     checkDocuments(options->documents);
-    if (options->documents.nul && options->documents.pathsFrom.empty()) {
-      throw CLI::ValidationError("--null", "is for --files-from");
-    }
     Output output("rows");
     session.exitStatus = rows(*options, output);
   });

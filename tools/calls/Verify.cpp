@@ -93,7 +93,7 @@ Answer verdictOn(const Candidate& candidate, std::string_view bytes, const Verif
 }
 
 void check(const VerifyOptions& options) {
-  checkDocuments(options.documents);
+  checkDocuments(options.documents, true);
   if (options.list && options.json) {
     throw CLI::ValidationError("--list", "cannot be used with --json");
   }
