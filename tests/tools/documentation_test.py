@@ -253,15 +253,22 @@ class Documentation(unittest.TestCase):
 
     def test_calls_that_take_paths_as_they_stand_say_so(self):
         page = " ".join(text_of("man/wenlolib.1").split())
-        self.assertIn(".Cm verify , .Cm decode , .Cm diff and .Cm report use their paths as given; "
+        self.assertIn(".Cm verify , .Cm decode , .Cm rows , .Cm collect , .Cm diff and .Cm report use "
+                      "their paths as given; "
                       ".Fl -root does not apply to them.", page)
         for call in CALLS:
             told = subprocess.run([COMMAND, *call.split(), "--help"], capture_output=True,
                                   text=True, check=True).stdout
             said = re.search(r" used as given; --root does not apply to (it|them)\.",
                              " ".join(told.split())) is not None
-            self.assertEqual(said, call in ["verify", "decode", "diff", "report"],
-                             call)
+            self.assertEqual(said,
+                             call in ["verify", "decode", "rows", "collect", "diff", "report"], call)
+
+    def test_help_fits_into_80_columns(self):
+        for call in ["", *CALLS]:
+            told = subprocess.run([COMMAND, *call.split(), "--help"], capture_output=True,
+                                  text=True, check=True).stdout
+            self.assertLessEqual(max(map(len, told.splitlines())), 80, call)
 
     def test_the_first_screen_names_every_call(self):
         told = subprocess.run([COMMAND, "--help"], capture_output=True, text=True,

@@ -294,6 +294,17 @@ class Explain(ToolTest):
             os.chmod(self.path(name), 0o755)
 
 
+class NarrowTerminal(ToolTest):
+    def test_text_is_broken_between_words_to_fit(self):
+        self.install(agreement=False)
+        for call in (["explain", "app"], ["doctor"], ["preview", "app", "--name", "Album"]):
+            for columns, widest in ((40, 40), (80, 80), (200, 80), (0, 80)):
+                _, output = self.on_terminal(*call, "--color", "never", columns=columns)
+                lines = [line for line in output.decode().replace("\r\n", "\n").split("\n")
+                         if "/" not in line and "<" not in line and "QMR" not in line]
+                self.assertLessEqual(max(map(len, lines)), widest, (call, columns))
+
+
 class Doctor(ToolTest):
     def examined(self, status=0, **others):
         """Findings by check and subject. Every line must be one object with the known keys."""

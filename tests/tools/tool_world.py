@@ -7,6 +7,7 @@ import os
 import plistlib
 import select
 import stat
+import struct
 import subprocess
 import sys
 import tempfile
@@ -142,10 +143,11 @@ class ToolTest(unittest.TestCase):
                                  "LatestSelectedAgreement": agreement, **others})
         self.write(CONFIGURATION, {"WENLIBUUID": IDENTIFIER})
 
-    def on_terminal(self, *call, typed=None, before_typing=lambda: None):
+    def on_terminal(self, *call, typed=None, before_typing=lambda: None, columns=0):
         """Exit status and output of a call whose three streams are its terminal. `typed` answers a
         question."""
         ours, theirs = skips.pseudo_terminal()
+        fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
 
         def take_terminal():
             os.setsid()

@@ -72,7 +72,7 @@ Answer decodeDocument(const Candidate& candidate, std::string_view bytes,
 }  // namespace
 
 int decode(const DecodeOptions& options, Output& output) {
-  const Style style{output.paint(), output.columns()};
+  const Style style = output.style();
   const Passage passage = goThrough(
       options.documents,
       [&](const Candidate& candidate, std::string_view bytes) {

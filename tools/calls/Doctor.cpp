@@ -21,7 +21,7 @@ void doctorTo(Session& session, const Arguments& arguments) {
   Output output("doctor");
   output.write(arguments.json
                    ? findingsJson(findings)
-                   : findingsText(findings, output.paint(), platform.realSupportFolder()));
+                   : findingsText(findings, output.style(), platform.realSupportFolder()));
   output.finish();
   session.exitStatus = hasErrors(findings) ? notGood : allGood;
 }

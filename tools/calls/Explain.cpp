@@ -65,7 +65,7 @@ void explainTo(Session& session, const Arguments& arguments) {
   if (arguments.json) {
     output.write(explanationJson(explanation));
   } else {
-    output.write(explanationText(explanation, output.paint(), platform.realSupportFolder()));
+    output.write(explanationText(explanation, output.style(), platform.realSupportFolder()));
   }
   output.finish();
   session.exitStatus = explanation.allowed() ? allGood : notGood;

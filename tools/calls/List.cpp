@@ -90,7 +90,7 @@ void writePaged(const OwnRecords& found, const RecordTable& table, const ListOpt
 
 int list(const ToolPlatform& platform, const ListOptions& options) {
   Output output("list");
-  const Style style{output.paint(), output.columns()};
+  const Style style = output.style();
   RecordTable table(style, platform.realSupportFolder() + "/");
   const OwnRecords found = findRecords(platform, options.choice, output,
                                        [&](const RecordReading& reading, const OwnRecord& record) {

@@ -23,8 +23,6 @@
 namespace wenlolib::tools {
 namespace {
 
-constexpr std::size_t width = 80;
-
 struct Arguments {
   RecordArguments record;
   bool bytes = false;
@@ -61,7 +59,8 @@ std::string contentsText(std::string_view contents, const Paint& paint) {
 
 std::string previewText(const PreviewedDocument& document, RecordKind kind,
                         const std::string& realPath, const Explanation& decision,
-                        const Paint& paint) {
+                        const Style& style) {
+  const std::size_t width = style.textWidth();
   Table table;
   if (const std::string note = folderNote(realPath); !note.empty()) table.add({"folder", note});
   table.add({"size",
@@ -69,7 +68,7 @@ std::string previewText(const PreviewedDocument& document, RecordKind kind,
                  "; shown below with line breaks that are not in it (--bytes writes it as it is)"});
   if (document.replacing) table.add({"replaces", std::string(replacedText(kind))});
   table.add({"identifier", identifierNote(document)});
-  table.add({"recording", outcomeText(decision, paint)});
+  table.add({"recording", outcomeText(decision, style.paint)});
   return fmt::format("path        {}\n{}\n{}", visibleLine(realPath), table.text(0, width),
                      foldDocument(document.bytes, width));
 }
@@ -98,7 +97,7 @@ void show(Output& output, const ToolPlatform& platform, const Arguments& argumen
   }
   const platform::Substitute substitute(platform.services());
   const Explanation decision = explain(record.kind, optionWord(record.option));
-  output.write(previewText(document, record.kind, path, decision, output.paint()));
+  output.write(previewText(document, record.kind, path, decision, output.style()));
   output.write(contentsText(contents, output.paint()));
 }
 

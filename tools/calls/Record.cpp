@@ -39,7 +39,7 @@ void tellRefusal(Output& output, const ToolPlatform& platform, const RecordReque
   output.complain(request.name, "refused (" + std::string(reasonCode(decision)) + ")");
   Output explanation("record", stderr);
   explanation.write("\n" +
-                    explanationText(decision, explanation.paint(), platform.realSupportFolder()));
+                    explanationText(decision, explanation.style(), platform.realSupportFolder()));
   explanation.finish();
 }
 

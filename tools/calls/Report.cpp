@@ -118,7 +118,7 @@ void addReport(CLI::App& app, Session& session) {
       ->type_name("")
       ->required();
   call.add_flag("--redact", options->redact,
-                "Leave out installation identifier, serial numbers and your folder");
+                "Leave out identifier, serial numbers and your folder");
   call.add_flag("--force", options->force, "Replace FILE if it is there already");
   call.footer(
       "One page in HTML, for any browser: what is allowed at this moment and why, all\n"

@@ -14,7 +14,7 @@ constexpr auto examples =
     "man 5 wenlolib lists them. Searches folders for *.PLM, *.ALM and archives:\n"
     "*.tar, *.tar.gz, *.tgz, *.tar.zst. A file that is named may be such an archive\n"
     "whatever its name, unless that ends in .PLM or .ALM, and so may standard input;\n"
-    "nothing is unpacked to disk.\n"
+    "nothing is unpacked to disk. PATH is used as given; --root does not apply to it.\n"
     "--redact hides the identifier and the serial number, as in wenlolib decode.\n"
     "Exit status: 0 all are sound, 1 some are not or there are none, 2 wrong usage,\n"
     "3 something could not be read; its row says so.\n"
@@ -22,7 +22,7 @@ constexpr auto examples =
     "Examples:\n"
     "  wenlolib rows incoming/ > rows.jsonl\n"
     "  wenlolib rows --csv --jobs 4 2026-11.tar.zst > rows.csv\n"
-    "  ssh receiver cat day.tar | wenlolib rows - | jq -r 'select(.trusted) | .version'";
+    "  ssh host cat day.tar | wenlolib rows - | jq -r 'select(.trusted) | .version'";
 
 std::string text(const Row& row, const RowsOptions& options) {
   return options.csv ? rowCsv(row) : rowJson(row);

@@ -106,7 +106,7 @@ void check(const VerifyOptions& options) {
 
 int verify(const VerifyOptions& options, Output& output) {
   Counts counts;
-  const Style style{output.paint(), output.columns()};
+  const Style style = output.style();
   const Passage passage = goThrough(
       options.documents,
       [&](const Candidate& candidate, std::string_view bytes) {

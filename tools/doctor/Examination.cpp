@@ -14,8 +14,6 @@
 namespace wenlolib::tools {
 namespace {
 
-constexpr std::size_t width = 80;
-
 struct LevelNames {
   std::string_view text;
   Colour colour;
@@ -32,13 +30,14 @@ std::size_t countOf(const Findings& findings, Level level) {
 }
 
 /// One line, or one for the subject and more for the message. A path is never broken.
-std::string findingText(const Finding& finding, const Paint& paint, const std::string& folder) {
+std::string findingText(const Finding& finding, const Style& style, const std::string& folder) {
+  const std::size_t width = style.textWidth();
   constexpr std::size_t indent = 9;
   const std::string blanks(indent, ' ');
   const LevelNames& level = levelNames[finding.level];
   const std::string subject = shortPath(finding.subject, folder);
-  std::string text =
-      paint(level.colour, level.text) + std::string(indent - level.text.size(), ' ') + subject;
+  std::string text = style.paint(level.colour, level.text) +
+                     std::string(indent - level.text.size(), ' ') + subject;
   const std::string joint = std::string(": ").append(finding.message);
   if (indent + displayWidth(subject + joint) <= width) {
     text += joint + "\n";
@@ -64,11 +63,11 @@ bool hasErrors(const Findings& findings) {
   return countOf(findings, Level::error) > 0;
 }
 
-std::string findingsText(const Findings& findings, const Paint& paint,
+std::string findingsText(const Findings& findings, const Style& style,
                          const std::string& supportFolder) {
   std::string text = shortFolderText(supportFolder);
   for (const Finding& finding : findings) {
-    text += findingText(finding, paint, supportFolder);
+    text += findingText(finding, style, supportFolder);
   }
   return text + "\n" + summary(findings);
 }

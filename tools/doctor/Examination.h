@@ -27,9 +27,9 @@ using Findings = std::vector<Finding>;
 
 [[nodiscard]] bool hasErrors(const Findings& findings);
 
-/// For a person, in lines of 80 columns. `supportFolder` is shown once, and shortened where a
+/// For a person, in lines of the text's width. `supportFolder` is shown once, and shortened where a
 /// subject begins with it; "" for none.
-[[nodiscard]] std::string findingsText(const Findings& findings, const Paint& paint,
+[[nodiscard]] std::string findingsText(const Findings& findings, const Style& style,
                                        const std::string& supportFolder);
 
 /// One JSON object on each line.

@@ -55,12 +55,6 @@ enum class Condition : std::uint8_t {
 /// "RC4" or "XOR"; nothing if no payload was found.
 [[nodiscard]] std::optional<std::string_view> cipherName(char marker);
 
-/// How documents are shown. `columns` is 0 if lines are not to be broken.
-struct Style {
-  Paint paint;
-  std::size_t columns;
-};
-
 /// The verdict on a document: a line, broken if `style` has columns.
 [[nodiscard]] std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,
                                       const Style& style);

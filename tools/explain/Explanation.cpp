@@ -201,7 +201,6 @@ Explanation explain(RecordKind kind, std::uint32_t option, const Sources& source
 
 namespace {
 
-constexpr std::size_t width = 80;
 constexpr std::size_t detailIndent = 6;
 constexpr std::size_t detailWidth = 10;
 
@@ -223,28 +222,35 @@ std::string heading(const Explanation& explanation) {
                      optionMode(explanation.option));
 }
 
-/// A line of a step. Only a path may be wider than `width`, so that it can be copied whole.
-std::string detail(const char* name, const std::string& text, bool whole = false) {
+/// A line of a step. Only a path may be wider than the text, so that it can be copied whole.
+std::string detail(const Style& style, const char* name, const std::string& text,
+                   bool whole = false) {
   if (text.empty()) return "";
   std::string line = std::string(detailIndent, ' ') + name;
   line.resize(detailIndent + detailWidth, ' ');
   line += text;
-  return (whole ? line : wrap(line, width, detailIndent + detailWidth)) + "\n";
+  return (whole ? line : wrap(line, style.textWidth(), detailIndent + detailWidth)) + "\n";
 }
 
 /// What was read, expected and found; nothing of a step that was not taken.
-std::string details(const Step& step, const std::string& folder) {
-  return detail("read", shortPath(step.source, folder), true) +
-         detail("key", visibleLine(step.key), true) + detail("expected", step.expected) +
-         detail("found", step.found) + detail("remedy", step.remedy);
+std::string details(const Step& step, const Style& style, const std::string& folder) {
+  const bool isPath = step.source.find('/') != std::string::npos;
+  return detail(style, "read", shortPath(step.source, folder), isPath) +
+         detail(style, "key", visibleLine(step.key), true) +
+         detail(style, "expected", step.expected) + detail(style, "found", step.found) +
+         detail(style, "remedy", step.remedy);
 }
 
-std::string stepText(int number, const Step& step, const Paint& paint, const std::string& folder) {
+std::string stepText(int number, const Step& step, const Style& style, const std::string& folder) {
   constexpr std::size_t stateWidth = 13;
+  constexpr std::size_t titleIndent = stateWidth + 5;
   const StateNames& state = stateNames[step.state];
   const std::string blanks(stateWidth - state.text.size(), ' ');
-  return fmt::format("  {}  {}{}{}\n{}", number, paint(state.colour, state.text), blanks,
-                     stepTitle(step), details(step, folder));
+  const std::string title =
+      wrap(std::string(titleIndent, ' ') + stepTitle(step), style.textWidth(), titleIndent)
+          .substr(titleIndent);
+  return fmt::format("  {}  {}{}{}\n{}", number, style.paint(state.colour, state.text), blanks,
+                     title, details(step, style, folder));
 }
 
 }  // namespace
@@ -273,35 +279,37 @@ std::string outcomeText(const Explanation& explanation, const Paint& paint) {
 
 namespace {
 
-std::string obstacleText(const Obstacle& obstacle, const Paint& paint, const std::string& folder) {
-  const std::string state =
-      obstacle.stops ? paint(Colour::bad, "fails") : paint(Colour::doubtful, "replaces");
-  return fmt::format("     {}\n", state) + detail("path", shortPath(obstacle.path, folder), true) +
-         detail("found", obstacle.message) + detail("remedy", obstacle.remedy);
+std::string obstacleText(const Obstacle& obstacle, const Style& style, const std::string& folder) {
+  const std::string state = obstacle.stops ? style.paint(Colour::bad, "fails")
+                                           : style.paint(Colour::doubtful, "replaces");
+  return fmt::format("     {}\n", state) +
+         detail(style, "path", shortPath(obstacle.path, folder), true) +
+         detail(style, "found", obstacle.message) + detail(style, "remedy", obstacle.remedy);
 }
 
 /// What an allowed record meets after the decision.
-std::string afterwardsText(const std::vector<Obstacle>& afterwards, const Paint& paint,
+std::string afterwardsText(const std::vector<Obstacle>& afterwards, const Style& style,
                            const std::string& folder) {
   std::string text = "\nWriting the record, if it is allowed\n";
   if (afterwards.empty()) return text + "     nothing stands in its way\n";
-  for (const Obstacle& obstacle : afterwards) text += obstacleText(obstacle, paint, folder);
+  for (const Obstacle& obstacle : afterwards) text += obstacleText(obstacle, style, folder);
   return text;
 }
 
 }  // namespace
 
-std::string explanationText(const Explanation& explanation, const Paint& paint,
+std::string explanationText(const Explanation& explanation, const Style& style,
                             const std::string& supportFolder) {
-  std::string text = fmt::format("{}\n{}\n\n{}", paint(Colour::heading, heading(explanation)),
-                                 outcomeText(explanation, paint), shortFolderText(supportFolder));
+  std::string text =
+      fmt::format("{}\n{}\n\n{}", style.paint(Colour::heading, heading(explanation)),
+                  outcomeText(explanation, style.paint), shortFolderText(supportFolder));
   int number = 0;
   for (const Step& step : explanation.steps) {
-    text += stepText(++number, step, paint, supportFolder);
+    text += stepText(++number, step, style, supportFolder);
   }
   const auto& afterwards = explanation.afterwards;
   if (afterwards && (explanation.allowed() || !afterwards->empty())) {
-    text += afterwardsText(*afterwards, paint, supportFolder);
+    text += afterwardsText(*afterwards, style, supportFolder);
   }
   return text;
 }

@@ -68,9 +68,9 @@ struct Sources {
 /// The outcome in a few words, such as "refused: Agreement (no_agreement)".
 [[nodiscard]] std::string outcomeText(const Explanation& explanation, const Paint& paint);
 
-/// Outcome and steps, in lines of 80 columns except for long paths. `supportFolder` is shown once,
-/// and shortened where a path begins with it; "" for none.
-[[nodiscard]] std::string explanationText(const Explanation& explanation, const Paint& paint,
+/// Outcome and steps, in lines of the text's width except for long paths. `supportFolder` is shown
+/// once, and shortened where a path begins with it; "" for none.
+[[nodiscard]] std::string explanationText(const Explanation& explanation, const Style& style,
                                           const std::string& supportFolder);
 
 /// One JSON object on a line.

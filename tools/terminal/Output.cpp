@@ -90,6 +90,12 @@ std::string progressText(std::uint64_t documents, std::optional<std::uint64_t> t
   return text.substr(0, columns);
 }
 
+std::size_t Style::textWidth() const {
+  constexpr std::size_t widest = 80;
+  constexpr std::size_t narrowest = 40;
+  return columns == 0 ? widest : std::clamp(columns, narrowest, widest);
+}
+
 Progress::Progress(std::FILE* stream) : stream_(stream), on_(hasProgress(stream)) {}
 
 void Progress::advance() {

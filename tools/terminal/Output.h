@@ -40,6 +40,15 @@ class Paint {
   bool on_;
 };
 
+/// How things are shown. `columns` is 0 if lines are not to be broken.
+struct Style {
+  Paint paint;
+  std::size_t columns = 0;
+
+  /// The width of running text, which is easiest to read in lines of up to 80 columns.
+  [[nodiscard]] std::size_t textWidth() const;
+};
+
 /// A line on a terminal: the number of documents, how many a second, and a bar once the total is
 /// known. It is redrawn a few times a second. A very short run shows nothing, and nothing is
 /// written to a stream that is not a terminal.
@@ -118,6 +127,9 @@ class Output {
 
   /// Colours for what is written to standard output.
   [[nodiscard]] const Paint& paint() const { return paint_; }
+
+  /// Both of what follows.
+  [[nodiscard]] Style style() const { return {paint_, columns_}; }
 
   /// The columns of a terminal; 0 for anything else, since a program wants whole lines.
   [[nodiscard]] std::size_t columns() const { return columns_; }

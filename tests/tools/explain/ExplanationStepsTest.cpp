@@ -92,7 +92,7 @@ TEST_F(ExplanationOf, WithoutAHomeThereIsNoFileToLookInto) {
 TEST_F(ExplanationOf, NothingInAFileSteersTheTerminal) {
   setAgreement("\x1B[31mYES\n\x07");
   const Explanation explanation = tools::explain(RecordKind::application, 1);
-  const std::string text = tools::explanationText(explanation, tools::Paint(false), "");
+  const std::string text = tools::explanationText(explanation, {tools::Paint(false)}, "");
   EXPECT_EQ(text.find('\x1B'), std::string::npos);
   EXPECT_EQ(text.find('\x07'), std::string::npos);
 }
