@@ -208,7 +208,7 @@ std::string tableText(const std::vector<Line>& lines) {
 }  // namespace
 
 std::string answersText(const std::string& path) {
-  Collection(path, false, [] { return true; });  // refuses what is not ours
+  const Collection ours(path, false, [] { return true; });  // refuses what is not ours
   const Database database(path, false);
   std::string text;
   for (const Question& question : questions()) {
