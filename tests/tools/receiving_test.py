@@ -591,8 +591,8 @@ class VerifyTest(ReceivingTest):
         path = self.write("a.ALM")
         self.misused("verify", message="PATH is required")
         self.misused("verify", "--list", "--json", path, message="--list: cannot be used with --json")
-        self.misused("verify", "-0", path, message="--null: is for --list and --files-from")
-        self.misused("decode", "-0", path, message="--null: is for --files-from")
+        self.misused("verify", "-0", path, message="--null: needs --list or --files-from")
+        self.misused("decode", "-0", path, message="--null: needs --files-from")
         for twice in (["verify", "-", "-"], ["decode", "-", "--files-from", "-"], ["diff", "-", "-"]):
             self.misused(*twice, message="standard input can be read only once")
         self.misused("verify", "--color", "red", path, message="--color")

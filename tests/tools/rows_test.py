@@ -858,7 +858,7 @@ class CollectTest(RowsTest):
         path = self.write("a.PLM")
         for call, message in (([path], b"--into is required"), (["--into", self.database], b"PATH is required"),
                               (["--show", path, "--into", self.database], b"--show: takes no documents"),
-                              ([path, "-0", "--into", self.database], b"--null: is for --files-from")):  # fmt: skip
+                              ([path, "-0", "--into", self.database], b"--null: needs --files-from")):  # fmt: skip
             result = run("collect", *call)
             self.assertEqual(result.returncode, 2)
             self.assertIn(message, result.stderr)

@@ -128,7 +128,8 @@ int collect(CollectOptions& options) {
   int status = unreadable;
   try {
     if (options.show) {
-      output.write(answersText(options.into));
+      const Collection collection(options.into, false, patience(options.into, output));
+      output.write(collection.answersText());
       status = allGood;
     } else {
       status = collectInto(options, output);

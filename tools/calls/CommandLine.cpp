@@ -74,7 +74,7 @@ CLI::Validator numberFrom(int least, int most) {
 void checkDocuments(const DocumentOptions& options, bool lists) {
   if (options.paths.empty() && options.pathsFrom.empty()) throw CLI::RequiredError("PATH");
   if (options.nul && options.pathsFrom.empty() && !lists) {
-    throw CLI::ValidationError("--null", "is for --files-from");
+    throw CLI::ValidationError("--null", "needs --files-from");
   }
   const auto named = std::ranges::count(options.paths, "-") + (options.pathsFrom == "-" ? 1 : 0);
   if (named > 1) throw standardInputTwice();

@@ -98,7 +98,7 @@ void check(const VerifyOptions& options) {
     throw CLI::ValidationError("--list", "cannot be used with --json");
   }
   if (options.documents.nul && !options.list && options.documents.pathsFrom.empty()) {
-    throw CLI::ValidationError("--null", "is for --list and --files-from");
+    throw CLI::ValidationError("--null", "needs --list or --files-from");
   }
 }
 

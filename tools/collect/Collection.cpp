@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/EnumTable.h"
 #include "terminal/VisibleText.h"
@@ -159,18 +161,20 @@ std::uint64_t Collection::documents() const {
 
 // --- Questions ---
 
-const std::vector<Question>& questions() {
-  static const std::vector<Question> all = {
-      {"jobs_by_printer_and_month", "Printer logs by printer and month"},
-      {"applications_by_month", "Application usage by month"},
-      {"versions", "Versions in use"},
-      {"faults", "Documents by fault"},
-      {"broken_by_printer", "Documents that are not sound, by printer"},
-  };
-  return all;
-}
-
 namespace {
+
+struct Question {
+  std::string_view view;  // that answers it
+  std::string_view title;
+};
+
+constexpr Question questions[] = {
+    {"jobs_by_printer_and_month", "Printer logs by printer and month"},
+    {"applications_by_month", "Application usage by month"},
+    {"versions", "Versions in use"},
+    {"faults", "Documents by fault"},
+    {"broken_by_printer", "Documents that are not sound, by printer"},
+};
 
 using Line = std::vector<std::string>;
 
@@ -207,12 +211,10 @@ std::string tableText(const std::vector<Line>& lines) {
 
 }  // namespace
 
-std::string answersText(const std::string& path) {
-  const Collection ours(path, false, [] { return true; });  // refuses what is not ours
-  const Database database(path, false);
+std::string Collection::answersText() const {
   std::string text;
-  for (const Question& question : questions()) {
-    const std::vector<Line> lines = linesOf(database, question.view);
+  for (const Question& question : questions) {
+    const std::vector<Line> lines = linesOf(database_, question.view);
     text += fmt::format("{}{} ({})\n", text.empty() ? "" : "\n", question.title, question.view);
     text += lines.size() == 1 ? "  none\n" : tableText(lines);
   }

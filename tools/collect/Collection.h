@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "collect/Database.h"
 #include "records/RecordReading.h"
@@ -35,6 +33,9 @@ class Collection {
 
   [[nodiscard]] std::uint64_t documents() const;
 
+  /// The tables that answer the common questions, for a person.
+  [[nodiscard]] std::string answersText() const;
+
   /// How many rows were added that were not there before.
   [[nodiscard]] std::uint64_t added() const { return added_; }
 
@@ -50,16 +51,6 @@ class Collection {
   std::uint64_t pending_ = 0;  // changes that are not kept yet
   bool begun_ = false;
 };
-
-/// A common question, and the view that answers it.
-struct Question {
-  std::string_view view;
-  std::string_view title;
-};
-[[nodiscard]] const std::vector<Question>& questions();
-
-/// All tables that answer the common questions, for a person.
-[[nodiscard]] std::string answersText(const std::string& path);
 
 }  // namespace wenlolib::tools
 

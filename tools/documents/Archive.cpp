@@ -14,6 +14,7 @@
 #include <new>
 #include <utility>
 
+#include "documents/InputFile.h"
 #include "terminal/Interrupt.h"
 
 namespace wenlolib::tools {

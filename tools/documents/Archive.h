@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "documents/DocumentFiles.h"
-#include "documents/InputFile.h"
 
 namespace wenlolib::tools {
 
