@@ -58,8 +58,7 @@ void addRecordChoice(CLI::App& call, Choice& choice) {
       });
   add("--kind", "KIND", "Only application usage (app) or printer logs (printer)",
       [&choice](const std::string& text) { choice.kind = kindIn(text); });
-  add("--printer", "TEXT",
-      "Only printer logs of a device or name with TEXT in it",
+  add("--printer", "TEXT", "Only printer logs of a device or name with TEXT in it",
       [&choice](const std::string& text) {
         if (text.empty()) throw CLI::ValidationError("--printer", "the text is empty");
         choice.printer = text;
