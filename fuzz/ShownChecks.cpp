@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "Checks.h"
 #include "Require.h"
@@ -9,7 +10,8 @@
 #include "documents/Comparison.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
-#include "documents/Readable.h"
+#include "reading/Readable.h"
+#include "reading/Row.h"
 
 namespace wenlolib::fuzz {
 namespace {
@@ -17,7 +19,7 @@ namespace {
 using receiver::Report;
 
 void checkText(std::string_view bytes, const Report& report,
-               const std::optional<std::string>& contents, const tools::Redaction& redaction) {
+               const std::optional<std::string>& contents, const Redaction& redaction) {
   for (const std::size_t columns : {std::size_t{0}, std::size_t{80}}) {
     const std::string text = tools::documentText(path, bytes.size(), report, contents, redaction,
                                                  {tools::Paint(false), columns});
@@ -34,9 +36,8 @@ void checkJson(std::string_view bytes, const Report& report,
   require(object["sound"] == report.verdict.sound(), "JSON says whether it is sound");
   require(textIn(object, "path") == path, "JSON gives the path back");
   require(textIn(object, "contents") == contents, "JSON gives the contents back");
-  require(object["trusted"] == tools::isTrusted(report), "JSON says what is vouched for");
-  require(object["fields"].is_object() == (tools::readable(report) != nullptr),
-          "JSON has the fields");
+  require(object["trusted"] == isTrusted(report), "JSON says what is vouched for");
+  require(object["fields"].is_object() == (readable(report) != nullptr), "JSON has the fields");
   if (!report.document) return;
   require(object["fields"].size() == report.document->fields.size(), "JSON has every field");
   require(textIn(object["fields"], "version") == report.document->value("Version"),
@@ -72,7 +73,7 @@ void checkHidden(const Json& object, std::string value) {
 }
 
 void checkRedacted(std::string_view bytes, const Report& report) {
-  const tools::Redaction redaction(report);
+  const Redaction redaction(report);
   const receiver::Document* const shown = redaction.shown(report);
   const std::optional<std::string> contents =
       shown == nullptr ? std::nullopt : receiver::contentsOf(*shown);
@@ -108,22 +109,37 @@ void checkDifference(std::string_view text) {
           "a difference is harmless on a terminal");
 }
 
+/// Every text in a row is UTF-8 without U+0000, also if something must not be shown.
+void checkRow(std::string_view bytes, const Report& report) {
+  for (const Redaction& redaction : {Redaction(), Redaction(report)}) {
+    const Row row = rowOf({std::string(path), ""}, bytes, report, redaction);
+    for (const Column column : enumerators<Column>) {
+      const auto* const text = std::get_if<std::string>(&row[column]);
+      if (text == nullptr) continue;
+      require(isUtf8(*text) && text->find('\0') == std::string::npos, "a row's texts are plain");
+      require(traits(column).type == ColumnType::text, "a column has one type");
+    }
+    require(std::get<bool>(row[Column::trusted]) <= isTrusted(report), "a row trusts no more");
+  }
+}
+
 }  // namespace
 
 void checkShown(std::string_view bytes, const Report& report) {
-  const receiver::Document* const document = tools::readable(report);
+  const receiver::Document* const document = readable(report);
   const std::optional<std::string> contents =
       document == nullptr ? std::nullopt : receiver::contentsOf(*document);
   checkShownVerdict(bytes, report.verdict);
   checkText(bytes, report, contents, {});
   checkJson(bytes, report, contents);
   checkRedacted(bytes, report);
+  checkRow(bytes, report);
   if (contents) checkDifference(*contents);
   if (document == nullptr) return;
   const tools::Side side{report, contents};
   const tools::Comparison comparison = tools::compare(side, side);
   require(comparison.same(), "a document compares as the same as itself");
-  require(Json::parse(tools::comparisonJson("a", "b", comparison))["same"] == true,
+  require(Json::parse(tools::comparisonJson("a", "b", side, side, comparison))["same"] == true,
           "and in JSON too");
 }
 

@@ -7,6 +7,7 @@
 #include "calls/Verify.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
+#include "reading/Codes.h"
 #include "terminal/VisibleText.h"
 
 namespace wenlolib::fuzz {
@@ -43,8 +44,8 @@ void checkVerdictJson(std::string_view bytes, const receiver::Verdict& verdict) 
   require(textIn(object, "path") == path, "it gives the path back");
   require(object["bytes"] == bytes.size(), "it gives the size back");
   require(object["sound"] == verdict.sound(), "it says whether the document is sound");
-  require(object["fault"] == tools::code(verdict.fault), "it gives the fault back");
-  require(object["layer"] == tools::code(verdict.layer), "it gives the layer back");
+  require(object["fault"] == code(verdict.fault), "it gives the fault back");
+  require(object["layer"] == code(verdict.layer), "it gives the layer back");
   const Json offset = verdict.sound() ? Json() : Json(verdict.offset);
   require(object["offset"] == offset, "it gives the offset back where something is wrong");
   require(textIn(object, "field").value_or("") == verdict.field, "it gives the field back");

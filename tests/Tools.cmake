@@ -1,5 +1,5 @@
 # The receiver and the command.
-sources(receiver_tests receiver/*Test.cpp tools/*/*Test.cpp)
+sources(receiver_tests receiver/*Test.cpp reading/*Test.cpp tools/*/*Test.cpp)
 test_binary(tool_tests tools ${receiver_tests})
 target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
 set_source_files_properties(receiver/SoundTest.cpp PROPERTIES
@@ -18,13 +18,15 @@ add_test(NAME tools.corpus_agreement
     $<TARGET_FILE:verdicts>)
 
 # What several threads do at once, by itself: for the thread sanitizer.
-set(threaded_tools documents/Archive documents/DocumentFiles documents/InputFile documents/Jobs documents/PathList
-  terminal/Format terminal/Interrupt terminal/Output terminal/VisibleText)
-list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/tools/)
+set(threaded_tools src/reading/Archive src/reading/DocumentFiles src/reading/InputFile
+  tools/documents/DocumentCount tools/documents/Jobs tools/documents/PathList tools/terminal/Format
+  tools/terminal/Interrupt tools/terminal/Output tools/terminal/VisibleText)
+list(TRANSFORM threaded_tools PREPEND ${PROJECT_SOURCE_DIR}/)
 list(TRANSFORM threaded_tools APPEND .cpp)
 add_executable(thread_tests EXCLUDE_FROM_ALL ${threaded_tools}
   endtoend/ConcurrencyTest.cpp endtoend/KeptDocuments.cpp endtoend/World.cpp endtoend/Writers.cpp
-  tools/documents/DocumentFilesTest.cpp tools/documents/DocumentJobsTest.cpp)
+  reading/DocumentFilesTest.cpp reading/DocumentJobsTest.cpp
+  tools/documents/DocumentCountTest.cpp)
 target_include_directories(thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
   ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(thread_tests PRIVATE GTest::gtest_main test_support wenlolib_static

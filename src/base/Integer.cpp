@@ -6,6 +6,17 @@
 
 namespace wenlolib {
 
+std::string hexadecimalText(std::string_view bytes) {
+  std::string text;
+  text.reserve(2 * bytes.size());
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    text += hexadecimalDigits[byte >> 4];
+    text += hexadecimalDigits[byte & 15];
+  }
+  return text;
+}
+
 std::int32_t saturated(std::int64_t value) noexcept {
   constexpr std::int64_t lowest = std::numeric_limits<std::int32_t>::min();
   constexpr std::int64_t highest = std::numeric_limits<std::int32_t>::max();

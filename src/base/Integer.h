@@ -29,6 +29,9 @@ namespace wenlolib {
 /// The hexadecimal digits as this library writes them.
 inline constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
 
+/// Two hexadecimal digits for each byte.
+[[nodiscard]] std::string hexadecimalText(std::string_view bytes);
+
 /// The nearest 32-bit integer.
 [[nodiscard]] std::int32_t saturated(std::int64_t value) noexcept;
 

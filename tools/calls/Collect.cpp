@@ -9,7 +9,7 @@
 #include "calls/CommandLine.h"
 #include "collect/Collection.h"
 #include "documents/Jobs.h"
-#include "rows/Row.h"
+#include "reading/Row.h"
 #include "terminal/Format.h"
 
 namespace wenlolib::tools {

@@ -6,11 +6,12 @@
 
 #include "calls/CommandLine.h"
 #include "documents/Comparison.h"
-#include "documents/DocumentFiles.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
-#include "documents/Readable.h"
+#include "reading/DocumentFiles.h"
+#include "reading/Readable.h"
 #include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 #include "terminal/Output.h"
 #include "terminal/VisibleText.h"
 
@@ -44,7 +45,8 @@ constexpr auto examples =
 /// Null after a complaint; in JSON, a verdict stands in place of the comparison.
 std::unique_ptr<LoadedDocument> load(const std::string& path, bool json, Output& output) {
   auto loaded = std::make_unique<LoadedDocument>();
-  const DocumentReading reading = readDocument({path, "", true, false}, loaded->buffer);
+  const DocumentReading reading =
+      readDocument({path, "", true, false}, loaded->buffer, interrupted);
   if (!reading.complaint.empty()) {
     output.complain(path, reading.complaint);
     if (json) output.write(unreadableJson(path, reading.complaint));

@@ -10,11 +10,11 @@
 #include <system_error>
 
 #include "calls/CommandLine.h"
-#include "documents/InputFile.h"
 #include "explain/Explanation.h"
 #include "explain/Replay.h"
 #include "library/RecordFolder.h"
 #include "library/ToolPlatform.h"
+#include "reading/InputFile.h"
 #include "terminal/Output.h"
 
 namespace wenlolib::tools {

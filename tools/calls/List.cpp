@@ -10,7 +10,7 @@
 #include "calls/RecordChoice.h"
 #include "documents/DocumentJson.h"
 #include "documents/DocumentText.h"
-#include "documents/Readable.h"
+#include "reading/Readable.h"
 #include "records/OwnRecords.h"
 #include "records/RecordTable.h"
 #include "terminal/Format.h"

@@ -8,9 +8,10 @@
 
 #include "base/Utf8.h"
 #include "calls/CommandLine.h"
-#include "documents/InputFile.h"
+#include "reading/InputFile.h"
 #include "record/HeaderValues.h"
 #include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 #include "wenlolib/CommonTooWenlolib.h"
 
 namespace wenlolib::tools {
@@ -135,7 +136,7 @@ ContentsInput readContents(const std::string& path, std::size_t most) {
   constexpr std::size_t piece = std::size_t{64} << 10;
   ContentsInput input;
   input.contents.resize(expected + piece);
-  const auto [length, error] = file.readAll(expected, most, input.contents);
+  const auto [length, error] = file.readAll(expected, most, input.contents, interrupted);
   if (error == EFBIG) return sizeRefusal(most);
   if (error != 0) return refusal(systemMessage(error));
   input.contents.resize(length);

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "calls/CommandLine.h"
-#include "documents/InputFile.h"
+#include "reading/InputFile.h"
 #include "records/OwnRecords.h"
 #include "report/Overview.h"
 #include "report/Page.h"

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "calls/CommandLine.h"
-#include "rows/RowText.h"
+#include "documents/RowText.h"
 
 namespace wenlolib::tools {
 namespace {

@@ -62,7 +62,7 @@ class Counts {
     }
     const std::string unreadable =
         unreadable_ == 0 ? "" : "; " + groupDigits(unreadable_) + " could not be read";
-    const std::string others = passedOver.text();
+    const std::string others = passedOverText(passedOver);
     const std::string passed = others.empty() ? "" : "; passed over: " + others;
     return countText(documents, "document") + parts + unreadable + passed + "\n";
   }

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "collect/Database.h"
+#include "reading/Row.h"
 #include "records/RecordReading.h"
-#include "rows/Row.h"
 
 namespace wenlolib::tools {
 

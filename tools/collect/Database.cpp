@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "documents/InputFile.h"
+#include "reading/InputFile.h"
 
 namespace wenlolib::tools {
 

@@ -9,7 +9,8 @@
 #include <unordered_map>
 
 #include "documents/DocumentText.h"
-#include "documents/Readable.h"
+#include "reading/Codes.h"
+#include "reading/Readable.h"
 #include "terminal/VisibleText.h"
 
 namespace wenlolib::tools {

@@ -5,7 +5,8 @@
 
 #include "base/Utf8.h"
 #include "documents/DocumentText.h"
-#include "documents/Readable.h"
+#include "reading/Codes.h"
+#include "reading/Readable.h"
 
 namespace wenlolib::tools {
 namespace {

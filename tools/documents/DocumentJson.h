@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "documents/Comparison.h"
-#include "documents/Redaction.h"
+#include "reading/Redaction.h"
 #include "terminal/Json.h"
 #include "wenlolib/Receiver.h"
 

@@ -5,7 +5,9 @@
 #include <algorithm>
 
 #include "base/EnumTable.h"
-#include "documents/Readable.h"
+#include "reading/Codes.h"
+#include "reading/DateText.h"
+#include "reading/Readable.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 
@@ -13,43 +15,21 @@ namespace wenlolib::tools {
 namespace {
 
 using receiver::Fault;
-using receiver::Layer;
 using receiver::Layout;
 
-struct Names {
-  std::string_view code;
-  std::string_view phrase;
-};
-
-constexpr EnumTable<Layout, Names> layouts({
-    {Layout::application, {"application", "application usage"}},
-    {Layout::printer, {"printer", "printer log, newer tag type"}},
-    {Layout::printerOlderTag, {"printer_older_tag", "printer log, older tag type"}},
+constexpr EnumTable<Layout, std::string_view> layouts({
+    {Layout::application, "application usage"},
+    {Layout::printer, "printer log, newer tag type"},
+    {Layout::printerOlderTag, "printer log, older tag type"},
 });
 
-constexpr EnumTable<Layer, std::string_view> layers({
-    {Layer::none, "none"},
-    {Layer::xml, "xml"},
-    {Layer::whiteSpace, "white_space"},
-    {Layer::layout, "layout"},
-    {Layer::cipherMarker, "cipher_marker"},
-    {Layer::hexadecimal, "hexadecimal"},
-    {Layer::checksum, "checksum"},
-    {Layer::contents, "contents"},
-});
-
-struct FaultNames {
-  std::string_view code;
-  Condition condition;
-};
-
-constexpr EnumTable<Fault, FaultNames> faults({
-    {Fault::none, {"none", Condition::sound}},
-    {Fault::truncated, {"truncated", Condition::truncated}},
-    {Fault::damaged, {"damaged", Condition::damaged}},
-    {Fault::altered, {"altered", Condition::altered}},
-    {Fault::repaired, {"repaired", Condition::repaired}},
-    {Fault::foreign, {"foreign", Condition::foreign}},
+constexpr EnumTable<Fault, Condition> faults({
+    {Fault::none, Condition::sound},
+    {Fault::truncated, Condition::truncated},
+    {Fault::damaged, Condition::damaged},
+    {Fault::altered, Condition::altered},
+    {Fault::repaired, Condition::repaired},
+    {Fault::foreign, Condition::foreign},
 });
 
 constexpr std::size_t wordColumns = 11;  // the longest word and two blanks
@@ -71,21 +51,9 @@ constexpr EnumTable<Condition, ConditionNames> conditions({
 
 }  // namespace
 
-std::string_view code(Layout layout) {
-  return layouts[layout].code;
-}
-
-std::string_view code(Layer layer) {
-  return layers[layer];
-}
-
-std::string_view code(Fault fault) {
-  return faults[fault].code;
-}
-
 Condition conditionOf(const receiver::Verdict& verdict) {
   const bool illegible = verdict.fault == Fault::none && !verdict.sound();
-  return illegible ? Condition::illegible : faults[verdict.fault].condition;
+  return illegible ? Condition::illegible : faults[verdict.fault];
 }
 
 std::string_view wordFor(Condition condition) {
@@ -97,7 +65,7 @@ Colour colourOf(Condition condition) {
 }
 
 std::string_view description(Layout layout) {
-  return layouts[layout].phrase;
+  return layouts[layout];
 }
 
 std::string description(const receiver::Verdict& verdict) {
@@ -113,11 +81,6 @@ std::string description(const receiver::Verdict& verdict) {
 
 std::string verdictText(const receiver::Verdict& verdict) {
   return fmt::format("{}: {}", wordFor(conditionOf(verdict)), description(verdict));
-}
-
-std::optional<std::string_view> cipherName(char marker) {
-  if (marker == '\0') return std::nullopt;
-  return marker == 'X' ? "XOR" : "RC4";
 }
 
 std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,

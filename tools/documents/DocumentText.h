@@ -8,16 +8,11 @@
 #include <string>
 #include <string_view>
 
-#include "documents/Redaction.h"
+#include "reading/Redaction.h"
 #include "terminal/Output.h"
 #include "wenlolib/Receiver.h"
 
 namespace wenlolib::tools {
-
-// Codes for programs; they stay as they are.
-[[nodiscard]] std::string_view code(receiver::Layout layout);
-[[nodiscard]] std::string_view code(receiver::Layer layer);
-[[nodiscard]] std::string_view code(receiver::Fault fault);
 
 /// A verdict in one word, for a person.
 enum class Condition : std::uint8_t {
@@ -51,9 +46,6 @@ enum class Condition : std::uint8_t {
 
 /// Word and description, such as "damaged: at byte 0: ..."; for a verdict that is not sound.
 [[nodiscard]] std::string verdictText(const receiver::Verdict& verdict);
-
-/// "RC4" or "XOR"; nothing if no payload was found.
-[[nodiscard]] std::optional<std::string_view> cipherName(char marker);
 
 /// The verdict on a document: a line, broken if `style` has columns.
 [[nodiscard]] std::string verdictLine(std::string_view path, const receiver::Verdict& verdict,

@@ -1,21 +1,17 @@
-/// Many documents, several at a time; the answers come in their order.
+/// A run of the command over many documents.
 #ifndef WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
 #define WENLOLIB_TOOLS_DOCUMENTS_JOBS_H
 
 #include <any>
-#include <condition_variable>
 #include <cstddef>
-#include <deque>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
-#include "documents/DocumentFiles.h"
 #include "documents/DocumentText.h"
+#include "reading/DocumentJobs.h"
 #include "terminal/Output.h"
 
 namespace wenlolib::tools {
@@ -40,10 +36,6 @@ using Examiner = std::function<Answer(const Candidate&, std::string_view bytes)>
 /// Receives every answer, in order, on the caller's thread.
 using Listener = std::function<void(const Answer&)>;
 
-/// How many documents are worked on at a time: by default, and at most.
-inline constexpr int defaultJobs = 1;
-inline constexpr int mostJobs = 256;
-
 /// Which documents, and how many at a time.
 struct DocumentOptions {
   std::vector<std::string> paths;
@@ -53,6 +45,9 @@ struct DocumentOptions {
   bool archives = false;  // also the documents in archives
   Skip skip{};            // files and archives that are left out; or null
 };
+
+/// "2 files with another ending, 1 link to a folder"; "" if there is none.
+[[nodiscard]] std::string passedOverText(const PassedOver& passed);
 
 /// The end of a run.
 struct Passage {
@@ -66,49 +61,6 @@ struct Passage {
 /// process after the answer that is being written.
 Passage goThrough(const DocumentOptions& options, const Examiner& examine, Output& output,
                   const Listener& hear = nullptr);
-
-/// Threads that work on documents ahead of the one that is answered next.
-class DocumentJobs {
- public:
-  /// The string is the thread's own buffer. Must not throw; several threads call it.
-  using Work = std::function<Answer(const Candidate&, std::string&)>;
-  using Source = std::function<std::optional<Candidate>()>;
-
-  DocumentJobs(int jobs, Work work);
-  ~DocumentJobs();
-  DocumentJobs(const DocumentJobs&) = delete;
-  DocumentJobs& operator=(const DocumentJobs&) = delete;
-
-  /// Works on what `source` gives, until it gives nothing, and passes the answers to `take` in the
-  /// same order; both are called on the caller's thread. The number of documents on their way is
-  /// limited, and it is small if their answers are large.
-  void run(const Source& source, const Listener& take);
-
- private:
-  struct Task {
-    Candidate candidate;
-    Answer answer;
-    bool done = false;
-  };
-
-  void workOn();
-  [[nodiscard]] std::size_t takeTasks(std::vector<Task*>& taken, std::size_t most);
-  void finish(const std::vector<Task*>& done, std::vector<Answer>& answers);
-  [[nodiscard]] bool fill(const Source& source);
-  [[nodiscard]] std::vector<Answer> takeFinished();
-
-  Work work_;
-  std::size_t window_;
-  std::mutex mutex_;
-  std::condition_variable added_;
-  std::condition_variable finished_;
-  std::deque<Task> tasks_;   // in order; in a deque the others stay where they are
-  std::size_t given_ = 0;    // how many of them threads have taken
-  std::size_t held_ = 0;     // bytes in answers that wait for their turn
-  std::size_t carried_ = 0;  // bytes that tasks in the queue carry; the caller's thread alone knows
-  bool ended_ = false;       // no more will come
-  std::vector<std::thread> threads_;
-};
 
 }  // namespace wenlolib::tools
 

@@ -5,7 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
-#include "documents/InputFile.h"
+#include "reading/InputFile.h"
+#include "terminal/Interrupt.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -23,7 +24,7 @@ std::string appendPaths(const std::string& file, char end, std::vector<std::stri
   constexpr std::size_t piece = std::size_t{64} << 10;
   constexpr std::size_t most = std::size_t{1} << 30;
   std::string buffer(piece, '\0');
-  const auto [length, error] = input.readAll(0, most, buffer);
+  const auto [length, error] = input.readAll(0, most, buffer, interrupted);
   if (error != 0) return systemMessage(error);
   const std::string_view text(buffer.data(), length);
   paths.reserve(paths.size() + static_cast<std::size_t>(std::ranges::count(text, end)) + 1);

@@ -7,7 +7,7 @@
 
 #include "library/ToolPlatform.h"
 #include "platform/posix/PosixPropertyLists.h"
-#include "terminal/Format.h"
+#include "reading/DateText.h"
 #include "toolkit/Folders.h"
 #include "toolkit/SharedNames.h"
 

@@ -5,8 +5,8 @@
 #include <system_error>
 #include <utility>
 
-#include "documents/DocumentFiles.h"
 #include "platform/posix/AtomicFile.h"
+#include "reading/DocumentFiles.h"
 #include "toolkit/Folders.h"
 
 namespace wenlolib::tools {

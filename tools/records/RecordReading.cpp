@@ -8,10 +8,12 @@
 
 #include "base/EnumTable.h"
 #include "base/Integer.h"
-#include "documents/DocumentFiles.h"
-#include "documents/InputFile.h"
-#include "documents/Readable.h"
+#include "reading/DateText.h"
+#include "reading/DocumentFiles.h"
+#include "reading/InputFile.h"
+#include "reading/Readable.h"
 #include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 
 namespace wenlolib::tools {
 namespace {
@@ -154,7 +156,8 @@ RecordReading readOpen(const InputFile& file, const std::string& place, std::str
   }
   if (reading.state.size > largestDocument) return failure("larger than any document can be");
   makeRoom(buffer, reading.state.size + 1);
-  const auto [length, error] = file.readAll(reading.state.size, largestDocument, buffer);
+  const auto [length, error] =
+      file.readAll(reading.state.size, largestDocument, buffer, interrupted);
   if (error != 0) return failure(systemMessage(error));
   const std::string_view bytes(buffer.data(), length);
   if (!isOurs(bytes)) {

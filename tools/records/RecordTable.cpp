@@ -5,8 +5,8 @@
 
 #include "base/EnumTable.h"
 #include "documents/DocumentJson.h"
-#include "documents/Readable.h"
 #include "library/Wording.h"
+#include "reading/Readable.h"
 #include "terminal/Format.h"
 #include "terminal/VisibleText.h"
 

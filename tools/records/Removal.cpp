@@ -8,8 +8,8 @@
 #include <string_view>
 #include <utility>
 
-#include "documents/InputFile.h"
 #include "library/Wording.h"
+#include "reading/InputFile.h"
 #include "record/Identifier.h"
 #include "toolkit/Folders.h"
 #include "toolkit/SharedNames.h"

@@ -10,7 +10,7 @@
 
 #include "base/EnumTable.h"
 #include "documents/DocumentText.h"
-#include "documents/Redaction.h"
+#include "reading/Redaction.h"
 #include "records/OwnRecords.h"
 
 namespace wenlolib::tools {

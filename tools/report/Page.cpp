@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "base/Utf8.h"
-#include "documents/Readable.h"
 #include "explain/Explanation.h"
 #include "library/Wording.h"
+#include "reading/Readable.h"
 #include "records/RecordTable.h"
 #include "report/Html.h"
 #include "terminal/Format.h"

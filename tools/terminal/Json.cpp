@@ -2,21 +2,10 @@
 
 #include <fmt/format.h>
 
+#include "base/Integer.h"
 #include "base/Utf8.h"
 
 namespace wenlolib::tools {
-
-std::string hexadecimalText(std::string_view bytes) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  text.reserve(2 * bytes.size());
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text += digits[byte >> 4];
-    text += digits[byte & 15];
-  }
-  return text;
-}
 
 Json jsonObject(std::string_view type) {
   Json object;

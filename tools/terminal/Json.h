@@ -30,9 +30,6 @@ void put(Json& object, const std::string& name, const std::optional<std::string>
 /// The same; null for "".
 void putIfAny(Json& object, const std::string& name, std::string_view text);
 
-/// Two capital digits for each byte.
-[[nodiscard]] std::string hexadecimalText(std::string_view bytes);
-
 [[nodiscard]] std::string jsonLine(const Json& object);
 
 }  // namespace wenlolib::tools

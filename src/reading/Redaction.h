@@ -1,6 +1,6 @@
 /// Output without what identifies a user or device.
-#ifndef WENLOLIB_TOOLS_DOCUMENTS_REDACTION_H
-#define WENLOLIB_TOOLS_DOCUMENTS_REDACTION_H
+#ifndef WENLOLIB_READING_REDACTION_H
+#define WENLOLIB_READING_REDACTION_H
 
 #include <string>
 #include <string_view>
@@ -8,7 +8,7 @@
 
 #include "wenlolib/Receiver.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 
 /// Takes the installation identifier and the serial number out of whatever is shown of a document.
 /// They also turn up in file names, device identifiers and contents, in capitals or not, and the
@@ -48,6 +48,6 @@ class Redaction {
   std::vector<std::string> secrets_;  // longer ones first
 };
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib
 
 #endif

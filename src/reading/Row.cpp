@@ -1,4 +1,4 @@
-#include "rows/Row.h"
+#include "reading/Row.h"
 
 #include <mbedtls/sha256.h>
 
@@ -8,13 +8,13 @@
 #include <system_error>
 #include <utility>
 
+#include "base/Integer.h"
 #include "base/Utf8.h"
-#include "documents/DocumentText.h"
-#include "documents/Readable.h"
-#include "terminal/Format.h"
-#include "terminal/Json.h"
+#include "reading/Codes.h"
+#include "reading/DateText.h"
+#include "reading/Readable.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 namespace {
 
 constexpr EnumTable<Column, ColumnTraits> columns({
@@ -203,4 +203,4 @@ Row unreadableRow(const std::string& path, const std::optional<std::string>& mem
   return row;
 }
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib

@@ -1,10 +1,10 @@
 /// Rows as text: JSON Lines and CSV.
-#ifndef WENLOLIB_TOOLS_ROWS_ROWTEXT_H
-#define WENLOLIB_TOOLS_ROWS_ROWTEXT_H
+#ifndef WENLOLIB_TOOLS_DOCUMENTS_ROWTEXT_H
+#define WENLOLIB_TOOLS_DOCUMENTS_ROWTEXT_H
 
 #include <string>
 
-#include "rows/Row.h"
+#include "reading/Row.h"
 
 namespace wenlolib::tools {
 

@@ -1,8 +1,8 @@
 /// Rows, schema 1: what a document says and how sound it is, in one flat row. All rows have all
 /// columns, in this order, and each column has one type. Columns may be added; the schema's number
 /// changes if one goes or changes its meaning.
-#ifndef WENLOLIB_TOOLS_ROWS_ROW_H
-#define WENLOLIB_TOOLS_ROWS_ROW_H
+#ifndef WENLOLIB_READING_ROW_H
+#define WENLOLIB_READING_ROW_H
 
 #include <cstdint>
 #include <optional>
@@ -11,11 +11,11 @@
 #include <variant>
 
 #include "base/EnumTable.h"
-#include "documents/DocumentFiles.h"
-#include "documents/Redaction.h"
+#include "reading/DocumentFiles.h"
+#include "reading/Redaction.h"
 #include "wenlolib/Receiver.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 
 inline constexpr int rowSchema = 1;
 
@@ -71,6 +71,6 @@ using Row = EnumTable<Column, Cell>;
 /// archive if it is in one.
 [[nodiscard]] Row unreadableRow(const std::string& path, const std::optional<std::string>& member);
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib
 
 #endif

@@ -1,9 +1,8 @@
-#include "documents/Archive.h"
+#include "reading/Archive.h"
 
 #include <archive.h>
 #include <archive_entry.h>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,10 +13,9 @@
 #include <new>
 #include <utility>
 
-#include "documents/InputFile.h"
-#include "terminal/Interrupt.h"
+#include "reading/InputFile.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t{64} << 10;
@@ -44,8 +42,8 @@ bool looksLikeArchive(std::string_view beginning) {
 class ArchiveWalk::Members {
  public:
   /// `beginning` has been read from the file already.
-  Members(std::string path, std::unique_ptr<InputFile> file, std::string beginning)
-      : path_(std::move(path)), file_(std::move(file)), piece_(std::move(beginning)) {}
+  Members(std::string path, std::unique_ptr<InputFile> file, std::string beginning, Stop stop)
+      : path_(std::move(path)), file_(std::move(file)), stop_(stop), piece_(std::move(beginning)) {}
 
   /// Nothing at the end. What went wrong with the archive comes last, as a complaint.
   std::optional<Candidate> next(PassedOver& passed);
@@ -66,6 +64,7 @@ class ArchiveWalk::Members {
 
   std::string path_;
   std::unique_ptr<InputFile> file_;
+  Stop stop_;
   std::string piece_;
   bool begun_ = false;
   bool ended_ = false;
@@ -83,10 +82,7 @@ la_ssize_t ArchiveWalk::Members::readPiece(archive* opened, void* members, const
   }
   self.piece_.resize(pieceSize);
   *bytes = self.piece_.data();
-  ssize_t count = -1;
-  do {
-    count = read(self.file_->number(), self.piece_.data(), self.piece_.size());
-  } while (count < 0 && errno == EINTR && !interrupted());
+  const ssize_t count = self.file_->readSome(self.piece_.data(), self.piece_.size(), self.stop_);
   if (count < 0) self.error_ = errno;
   if (count >= 0 && !self.swells()) return count;
   archive_set_error(opened, EIO, "no more is read");
@@ -221,12 +217,11 @@ std::unique_ptr<InputFile> openInput(const Candidate& candidate) {
 }
 
 /// The first bytes of a file, as many as it takes to tell an archive.
-std::string beginningOf(const InputFile& file) {
+std::string beginningOf(const InputFile& file, Stop stop) {
   std::string bytes(beginningSize, '\0');
   std::size_t length = 0;
   while (length < bytes.size()) {
-    const ssize_t count = read(file.number(), bytes.data() + length, bytes.size() - length);
-    if (count < 0 && errno == EINTR && !interrupted()) continue;
+    const ssize_t count = file.readSome(bytes.data() + length, bytes.size() - length, stop);
     if (count <= 0) break;
     length += static_cast<std::size_t>(count);
   }
@@ -235,9 +230,9 @@ std::string beginningOf(const InputFile& file) {
 }
 
 /// Reads what is left of a pipe that brings one document.
-void readOn(const InputFile& file, std::string beginning, Candidate& candidate) {
+void readOn(const InputFile& file, std::string beginning, Candidate& candidate, Stop stop) {
   std::string rest(pieceSize, '\0');
-  const auto [length, error] = file.readAll(0, largestDocument, rest);
+  const auto [length, error] = file.readAll(0, largestDocument, rest, stop);
   if (error != 0) {
     candidate.complaint = systemMessage(error);
     return;
@@ -248,10 +243,11 @@ void readOn(const InputFile& file, std::string beginning, Candidate& candidate) 
 
 }  // namespace
 
-ArchiveWalk::ArchiveWalk(std::vector<std::string> paths, bool archives, Skip skip)
+ArchiveWalk::ArchiveWalk(std::vector<std::string> paths, bool archives, Skip skip, Stop stop)
     : walk_(std::move(paths), archives ? hasArchiveName : nullptr),
       archives_(archives),
-      skip_(std::move(skip)) {}
+      skip_(std::move(skip)),
+      stop_(stop) {}
 
 ArchiveWalk::~ArchiveWalk() = default;
 
@@ -279,15 +275,16 @@ std::optional<Candidate> ArchiveWalk::next() {
 std::optional<Candidate> ArchiveWalk::opened(Candidate candidate) {
   std::unique_ptr<InputFile> file = openInput(candidate);
   if (!file) return candidate;
-  std::string beginning = beginningOf(*file);
+  std::string beginning = beginningOf(*file, stop_);
   // One that is empty or cut off early does not begin like one.
   if (looksLikeArchive(beginning) || hasArchiveName(candidate.path)) {
-    members_ = std::make_unique<Members>(candidate.path, std::move(file), std::move(beginning));
+    members_ =
+        std::make_unique<Members>(candidate.path, std::move(file), std::move(beginning), stop_);
     return std::nullopt;
   }
   const bool again = candidate.path != "-" && lseek(file->number(), 0, SEEK_CUR) >= 0;
-  if (!again) readOn(*file, std::move(beginning), candidate);
+  if (!again) readOn(*file, std::move(beginning), candidate, stop_);
   return candidate;
 }
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib

@@ -1,7 +1,7 @@
 /// Documents in archives: tar, as it is or compressed with gzip or zstd. Read as a stream, one
 /// member after the other; nothing is unpacked to disk.
-#ifndef WENLOLIB_TOOLS_DOCUMENTS_ARCHIVE_H
-#define WENLOLIB_TOOLS_DOCUMENTS_ARCHIVE_H
+#ifndef WENLOLIB_READING_ARCHIVE_H
+#define WENLOLIB_READING_ARCHIVE_H
 
 #include <cstddef>
 #include <memory>
@@ -10,9 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "documents/DocumentFiles.h"
+#include "reading/DocumentFiles.h"
+#include "reading/InputFile.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 
 /// A member with more bytes is not read: it would have to be held in memory whole.
 inline constexpr std::size_t largestMember = std::size_t{64} << 20;
@@ -26,7 +27,7 @@ inline constexpr std::size_t largestMember = std::size_t{64} << 20;
 /// to be read to tell.
 class ArchiveWalk {
  public:
-  ArchiveWalk(std::vector<std::string> paths, bool archives, Skip skip = nullptr);
+  ArchiveWalk(std::vector<std::string> paths, bool archives, Skip skip, Stop stop);
   ~ArchiveWalk();
   ArchiveWalk(const ArchiveWalk&) = delete;
   ArchiveWalk& operator=(const ArchiveWalk&) = delete;
@@ -45,10 +46,11 @@ class ArchiveWalk {
   DocumentWalk walk_;
   bool archives_;
   Skip skip_;
+  Stop stop_;
   PassedOver passed_;
   std::unique_ptr<Members> members_;  // of the archive that is being read
 };
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib
 
 #endif

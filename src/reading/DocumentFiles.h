@@ -1,21 +1,20 @@
-/// The files of documents: finding, counting and reading them.
-#ifndef WENLOLIB_TOOLS_DOCUMENTS_DOCUMENTFILES_H
-#define WENLOLIB_TOOLS_DOCUMENTS_DOCUMENTFILES_H
+/// The files of documents: finding and reading them.
+#ifndef WENLOLIB_READING_DOCUMENTFILES_H
+#define WENLOLIB_READING_DOCUMENTFILES_H
 
 #include <dirent.h>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
-namespace wenlolib::tools {
+#include "reading/InputFile.h"
+
+namespace wenlolib {
 
 /// Whether a file is named like a document. Unfinished documents are called .wenlolib-*.tmp, so
 /// they do not have such a name.
@@ -24,29 +23,11 @@ namespace wenlolib::tools {
 /// The name that a host gave, from where the file is, such as "PLM/QX200_1.PLM".
 [[nodiscard]] std::string hostName(std::string_view place);
 
-/// A file to examine, or why it cannot be examined.
-struct Candidate {
-  std::string path;       // "-", if named, is standard input
-  std::string complaint;  // why it cannot be examined; else ""
-  bool named = true;      // on the command line; else it was found in a folder
-  bool regular = false;   // its folder says that it is a regular file
-  bool nothing = false;   // it is a folder without documents, as the complaint says
-  bool forGood = false;   // the complaint holds for as long as the file stays as it is
-  std::optional<std::string> member{};  // its name in the archive at `path`
-  std::optional<std::string> bytes{};   // if they have been read already
-};
-
-/// Whether a file that was found is left out.
-using Skip = std::function<bool(const Candidate&)>;
-
 /// Files in folders that are not examined, by reason.
 struct PassedOver {
   std::uint64_t otherEnding = 0;
   std::uint64_t links = 0;  // to folders
   std::uint64_t unfinished = 0;
-
-  /// "2 files with another ending, 1 link to a folder"; "" if there is none.
-  [[nodiscard]] std::string text() const;
 
   friend PassedOver operator+(const PassedOver& a, const PassedOver& b) {
     return {a.otherEnding + b.otherEnding, a.links + b.links, a.unfinished + b.unfinished};
@@ -55,6 +36,22 @@ struct PassedOver {
     return {a.otherEnding - b.otherEnding, a.links - b.links, a.unfinished - b.unfinished};
   }
 };
+
+/// A file to examine, or why it cannot be examined.
+struct Candidate {
+  std::string path;       // "-", if named, is standard input
+  std::string complaint;  // why it cannot be examined; else ""
+  bool named = true;      // on the command line; else it was found in a folder
+  bool regular = false;   // its folder says that it is a regular file
+  bool nothing = false;   // it is a folder or archive without documents, as the complaint says
+  PassedOver passed{};    // what else is in such a folder
+  bool forGood = false;   // the complaint holds for as long as the file stays as it is
+  std::optional<std::string> member{};  // its name in the archive at `path`
+  std::optional<std::string> bytes{};   // if they have been read already
+};
+
+/// Whether a file that was found is left out.
+using Skip = std::function<bool(const Candidate&)>;
 
 /// The entries of a folder that matter, in the order of their names' bytes. They take little more
 /// than their names.
@@ -91,7 +88,7 @@ class DocumentWalk {
   /// The next one; nothing at the end.
   [[nodiscard]] std::optional<Candidate> next();
 
-  /// What was passed over until now, without what the complaint about a folder has told.
+  /// What was passed over until now, without what a folder without documents has told.
   [[nodiscard]] const PassedOver& passedOver() const { return passed_; }
 
  private:
@@ -130,30 +127,9 @@ inline constexpr std::size_t largestDocument = std::size_t{8} << 30;
 /// Reads a whole file into a buffer that can be used again for the next one. Follows links. Waits
 /// for standard input and for a pipe that is named; one in a folder is refused, like everything
 /// else that is not a regular file.
-[[nodiscard]] DocumentReading readDocument(const Candidate& candidate, std::string& buffer);
+[[nodiscard]] DocumentReading readDocument(const Candidate& candidate, std::string& buffer,
+                                           Stop stop);
 
-/// Walks through files and folders on a thread of its own, ahead of the walk that reads, and
-/// counts. Files that come or go in the meantime make the number an estimate.
-class DocumentCount {
- public:
-  /// Throws std::system_error if no thread can be started.
-  explicit DocumentCount(std::vector<std::string> paths);
-  ~DocumentCount();
-  DocumentCount(const DocumentCount&) = delete;
-  DocumentCount& operator=(const DocumentCount&) = delete;
-
-  /// Nothing while it is still counting.
-  [[nodiscard]] std::optional<std::uint64_t> total() const;
-
- private:
-  void count(std::vector<std::string> paths);
-
-  std::atomic<bool> stopped_ = false;
-  std::atomic<bool> done_ = false;
-  std::uint64_t documents_ = 0;  // the thread's own until it is done
-  std::thread thread_;
-};
-
-}  // namespace wenlolib::tools
+}  // namespace wenlolib
 
 #endif

@@ -1,4 +1,4 @@
-#include "documents/InputFile.h"
+#include "reading/InputFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -6,9 +6,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "terminal/Interrupt.h"
-
-namespace wenlolib::tools {
+namespace wenlolib {
 
 std::string systemMessage(int error) {
   return error == EISDIR ? "it is a folder" : std::generic_category().message(error);
@@ -25,12 +23,19 @@ InputFile::~InputFile() {
   if (owned_ && number_ >= 0) close(number_);
 }
 
-InputFile::Reading InputFile::readAll(std::size_t expected, std::size_t most,
-                                      std::string& buffer) const {
+ssize_t InputFile::readSome(char* bytes, std::size_t size, Stop stop) const {
+  ssize_t count = -1;
+  do {
+    count = read(number_, bytes, size);
+  } while (count < 0 && errno == EINTR && (stop == nullptr || !stop()));
+  return count;
+}
+
+InputFile::Reading InputFile::readAll(std::size_t expected, std::size_t most, std::string& buffer,
+                                      Stop stop) const {
   std::size_t length = 0;
   for (;;) {
-    const ssize_t count = read(number_, buffer.data() + length, buffer.size() - length);
-    if (count < 0 && errno == EINTR && !interrupted()) continue;
+    const ssize_t count = readSome(buffer.data() + length, buffer.size() - length, stop);
     if (count < 0) return {length, errno};
     length += static_cast<std::size_t>(count);
     if (length > most) return {length, EFBIG};
@@ -39,4 +44,4 @@ InputFile::Reading InputFile::readAll(std::size_t expected, std::size_t most,
   }
 }
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib

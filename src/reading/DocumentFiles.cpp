@@ -1,19 +1,17 @@
-#include "documents/DocumentFiles.h"
+#include "reading/DocumentFiles.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
 #include "base/Integer.h"
-#include "documents/InputFile.h"
 #include "platform/posix/AtomicFile.h"
-#include "terminal/Format.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 
 bool hasDocumentName(std::string_view name) {
   return name.ends_with(".PLM") || name.ends_with(".ALM");
@@ -60,18 +58,6 @@ bool leadsToFolder(const std::string& path) {
 }
 
 }  // namespace
-
-std::string PassedOver::text() const {
-  std::string text;
-  const auto add = [&](std::uint64_t count, std::string_view noun, std::string_view reason) {
-    if (count == 0) return;
-    text += fmt::format("{}{} {}", text.empty() ? "" : ", ", countText(count, noun), reason);
-  };
-  add(otherEnding, "file", "with another ending");
-  add(links, "link", "to a folder");
-  add(unfinished, "file", "that is unfinished");
-  return text;
-}
 
 void Listing::add(std::string_view name, unsigned char type) {
   entries_.push_back({names_.size(), type});
@@ -170,39 +156,12 @@ std::optional<Candidate> DocumentWalk::leave() {
     return Candidate{path, systemMessage(failure)};
   }
   if (!open_.empty() || found_ > 0) return std::nullopt;
-  const PassedOver passed = passed_ - passedBefore_;
-  const std::string others = passed.text();
   Candidate empty{named_[position_ - 1],
-                  "no documents: there is no *.PLM and no *.ALM in this folder" +
-                      (others.empty() ? "" : "; passed over: " + others)};
-  passed_ = passedBefore_;
+                  "no documents: there is no *.PLM and no *.ALM in this folder"};
   empty.nothing = true;
+  empty.passed = passed_ - passedBefore_;
+  passed_ = passedBefore_;
   return empty;
-}
-
-DocumentCount::DocumentCount(std::vector<std::string> paths)
-    : thread_([this, paths = std::move(paths)]() mutable { count(std::move(paths)); }) {}
-
-DocumentCount::~DocumentCount() {
-  stopped_ = true;
-  thread_.join();
-}
-
-std::optional<std::uint64_t> DocumentCount::total() const {
-  return done_ ? std::optional(documents_) : std::nullopt;
-}
-
-void DocumentCount::count(std::vector<std::string> paths) {
-  DocumentWalk walk(std::move(paths));
-  std::uint64_t documents = 0;
-  while (!stopped_) {
-    const std::optional<Candidate> candidate = walk.next();
-    if (!candidate) break;
-    if (!candidate->nothing) ++documents;
-  }
-  if (stopped_) return;
-  documents_ = documents;
-  done_ = true;
 }
 
 namespace {
@@ -253,32 +212,32 @@ void makeRoom(std::string& buffer, std::size_t room) {
 
 /// `expected` is 0 if the size is not known; `room` is for more than that.
 DocumentReading readAll(const InputFile& file, std::size_t expected, std::size_t room,
-                        std::string& buffer) {
+                        std::string& buffer, Stop stop) {
   makeRoom(buffer, room);
-  const auto [length, error] = file.readAll(expected, largestDocument, buffer);
+  const auto [length, error] = file.readAll(expected, largestDocument, buffer, stop);
   if (error == EFBIG) return tooLarge();
   if (error != 0) return failure(error);
   return {{buffer.data(), length}, "", false};
 }
 
 /// Reads what comes from somebody who writes it now.
-DocumentReading readStream(const InputFile& stream, std::string& buffer) {
+DocumentReading readStream(const InputFile& stream, std::string& buffer, Stop stop) {
   if (stream.number() < 0) return failure(errno);
   constexpr std::size_t piece = std::size_t{64} << 10;
-  return readAll(stream, 0, piece, buffer);
+  return readAll(stream, 0, piece, buffer, stop);
 }
 
 }  // namespace
 
-DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
+DocumentReading readDocument(const Candidate& candidate, std::string& buffer, Stop stop) {
   if (candidate.bytes) return {*candidate.bytes, "", false};
-  if (isStandardInput(candidate)) return readStream(InputFile::standardInput(), buffer);
+  if (isStandardInput(candidate)) return readStream(InputFile::standardInput(), buffer, stop);
   struct stat status {};
   // Just opening a device can do something to it, so the type is looked up first.
   if (!candidate.regular) {
     if (stat(candidate.path.c_str(), &status) != 0) return openFailure(candidate, errno);
     if (S_ISFIFO(status.st_mode) && candidate.named) {
-      return readStream(InputFile(candidate.path), buffer);
+      return readStream(InputFile(candidate.path), buffer, stop);
     }
     if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   }
@@ -288,7 +247,7 @@ DocumentReading readDocument(const Candidate& candidate, std::string& buffer) {
   if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   const auto size = static_cast<std::size_t>(status.st_size);
   if (size > largestDocument) return tooLarge();
-  return readAll(file, size, size + 1, buffer);
+  return readAll(file, size, size + 1, buffer, stop);
 }
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib

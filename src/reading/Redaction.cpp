@@ -1,11 +1,11 @@
-#include "documents/Redaction.h"
+#include "reading/Redaction.h"
 
 #include <algorithm>
 #include <functional>
 
-#include "documents/Readable.h"
+#include "reading/Readable.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 namespace {
 
 constexpr std::string_view hiddenFields[] = {"ID", "SN"};
@@ -103,4 +103,4 @@ receiver::Verdict Redaction::operator()(receiver::Verdict verdict) const {
   return verdict;
 }
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib

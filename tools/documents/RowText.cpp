@@ -1,4 +1,4 @@
-#include "rows/RowText.h"
+#include "documents/RowText.h"
 
 #include <string_view>
 #include <type_traits>

@@ -1,12 +1,12 @@
 /// What a report lets a reader see of a document.
-#ifndef WENLOLIB_TOOLS_DOCUMENTS_READABLE_H
-#define WENLOLIB_TOOLS_DOCUMENTS_READABLE_H
+#ifndef WENLOLIB_READING_READABLE_H
+#define WENLOLIB_READING_READABLE_H
 
 #include <string_view>
 
 #include "wenlolib/Receiver.h"
 
-namespace wenlolib::tools {
+namespace wenlolib {
 
 /// The document, or what was found of it; null if there is neither.
 [[nodiscard]] inline const receiver::Document* readable(const receiver::Report& report) {
@@ -23,6 +23,6 @@ namespace wenlolib::tools {
 inline constexpr std::string_view untrustedText =
     "Nothing vouches for these values: they are only what was found in the file.";
 
-}  // namespace wenlolib::tools
+}  // namespace wenlolib
 
 #endif
