@@ -42,8 +42,8 @@ bool looksLikeArchive(std::string_view beginning) {
 class ArchiveWalk::Members {
  public:
   /// `beginning` has been read from the file already.
-  Members(std::string path, std::unique_ptr<InputFile> file, std::string beginning, Stop stop)
-      : path_(std::move(path)), file_(std::move(file)), stop_(stop), piece_(std::move(beginning)) {}
+  Members(std::string path, std::unique_ptr<InputFile> file, std::string beginning)
+      : path_(std::move(path)), file_(std::move(file)), piece_(std::move(beginning)) {}
 
   /// Nothing at the end. What went wrong with the archive comes last, as a complaint.
   std::optional<Candidate> next(PassedOver& passed);
@@ -64,7 +64,6 @@ class ArchiveWalk::Members {
 
   std::string path_;
   std::unique_ptr<InputFile> file_;
-  Stop stop_;
   std::string piece_;
   bool begun_ = false;
   bool ended_ = false;
@@ -82,7 +81,7 @@ la_ssize_t ArchiveWalk::Members::readPiece(archive* opened, void* members, const
   }
   self.piece_.resize(pieceSize);
   *bytes = self.piece_.data();
-  const ssize_t count = self.file_->readSome(self.piece_.data(), self.piece_.size(), self.stop_);
+  const ssize_t count = self.file_->readSome(self.piece_.data(), self.piece_.size());
   if (count < 0) self.error_ = errno;
   if (count >= 0 && !self.swells()) return count;
   archive_set_error(opened, EIO, "no more is read");
@@ -204,24 +203,24 @@ bool hasArchiveName(std::string_view path) {
 
 /// A regular file, a pipe or standard input; null if it is something else or cannot be opened,
 /// which reading it will tell.
-std::unique_ptr<InputFile> openInput(const Candidate& candidate) {
+std::unique_ptr<InputFile> openInput(const Candidate& candidate, Stop stop) {
   if (candidate.named && candidate.path == "-") {
-    return std::unique_ptr<InputFile>(new InputFile(InputFile::standardInput()));
+    return std::unique_ptr<InputFile>(new InputFile(InputFile::standardInput(stop)));
   }
   struct stat status {};
   if (stat(candidate.path.c_str(), &status) != 0) return nullptr;
   const bool pipe = S_ISFIFO(status.st_mode) && candidate.named;
   if (!pipe && !S_ISREG(status.st_mode)) return nullptr;
-  auto file = std::make_unique<InputFile>(candidate.path);
+  auto file = std::make_unique<InputFile>(candidate.path, stop);
   return file->number() < 0 ? nullptr : std::move(file);
 }
 
 /// The first bytes of a file, as many as it takes to tell an archive.
-std::string beginningOf(const InputFile& file, Stop stop) {
+std::string beginningOf(const InputFile& file) {
   std::string bytes(beginningSize, '\0');
   std::size_t length = 0;
   while (length < bytes.size()) {
-    const ssize_t count = file.readSome(bytes.data() + length, bytes.size() - length, stop);
+    const ssize_t count = file.readSome(bytes.data() + length, bytes.size() - length);
     if (count <= 0) break;
     length += static_cast<std::size_t>(count);
   }
@@ -230,9 +229,9 @@ std::string beginningOf(const InputFile& file, Stop stop) {
 }
 
 /// Reads what is left of a pipe that brings one document.
-void readOn(const InputFile& file, std::string beginning, Candidate& candidate, Stop stop) {
+void readOn(const InputFile& file, std::string beginning, Candidate& candidate) {
   std::string rest(pieceSize, '\0');
-  const auto [length, error] = file.readAll(0, largestDocument, rest, stop);
+  const auto [length, error] = file.readAll(0, largestDocument, rest);
   if (error != 0) {
     candidate.complaint = systemMessage(error);
     return;
@@ -273,17 +272,16 @@ std::optional<Candidate> ArchiveWalk::next() {
 
 /// The candidate itself; nothing if it is an archive, whose members come next.
 std::optional<Candidate> ArchiveWalk::opened(Candidate candidate) {
-  std::unique_ptr<InputFile> file = openInput(candidate);
+  std::unique_ptr<InputFile> file = openInput(candidate, stop_);
   if (!file) return candidate;
-  std::string beginning = beginningOf(*file, stop_);
+  std::string beginning = beginningOf(*file);
   // One that is empty or cut off early does not begin like one.
   if (looksLikeArchive(beginning) || hasArchiveName(candidate.path)) {
-    members_ =
-        std::make_unique<Members>(candidate.path, std::move(file), std::move(beginning), stop_);
+    members_ = std::make_unique<Members>(candidate.path, std::move(file), std::move(beginning));
     return std::nullopt;
   }
   const bool again = candidate.path != "-" && lseek(file->number(), 0, SEEK_CUR) >= 0;
-  if (!again) readOn(*file, std::move(beginning), candidate, stop_);
+  if (!again) readOn(*file, std::move(beginning), candidate);
   return candidate;
 }
 

@@ -212,42 +212,42 @@ void makeRoom(std::string& buffer, std::size_t room) {
 
 /// `expected` is 0 if the size is not known; `room` is for more than that.
 DocumentReading readAll(const InputFile& file, std::size_t expected, std::size_t room,
-                        std::string& buffer, Stop stop) {
+                        std::string& buffer) {
   makeRoom(buffer, room);
-  const auto [length, error] = file.readAll(expected, largestDocument, buffer, stop);
+  const auto [length, error] = file.readAll(expected, largestDocument, buffer);
   if (error == EFBIG) return tooLarge();
   if (error != 0) return failure(error);
   return {{buffer.data(), length}, "", false};
 }
 
 /// Reads what comes from somebody who writes it now.
-DocumentReading readStream(const InputFile& stream, std::string& buffer, Stop stop) {
+DocumentReading readStream(const InputFile& stream, std::string& buffer) {
   if (stream.number() < 0) return failure(errno);
   constexpr std::size_t piece = std::size_t{64} << 10;
-  return readAll(stream, 0, piece, buffer, stop);
+  return readAll(stream, 0, piece, buffer);
 }
 
 }  // namespace
 
 DocumentReading readDocument(const Candidate& candidate, std::string& buffer, Stop stop) {
   if (candidate.bytes) return {*candidate.bytes, "", false};
-  if (isStandardInput(candidate)) return readStream(InputFile::standardInput(), buffer, stop);
+  if (isStandardInput(candidate)) return readStream(InputFile::standardInput(stop), buffer);
   struct stat status {};
   // Just opening a device can do something to it, so the type is looked up first.
   if (!candidate.regular) {
     if (stat(candidate.path.c_str(), &status) != 0) return openFailure(candidate, errno);
     if (S_ISFIFO(status.st_mode) && candidate.named) {
-      return readStream(InputFile(candidate.path), buffer, stop);
+      return readStream(InputFile(candidate.path, stop), buffer);
     }
     if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   }
-  const InputFile file(candidate.path, O_NONBLOCK);
+  const InputFile file(candidate.path, stop, O_NONBLOCK);
   if (file.number() < 0) return openFailure(candidate, errno);
   if (fstat(file.number(), &status) != 0) return failure(errno);
   if (!S_ISREG(status.st_mode)) return notRegular(status.st_mode);
   const auto size = static_cast<std::size_t>(status.st_size);
   if (size > largestDocument) return tooLarge();
-  return readAll(file, size, size + 1, buffer, stop);
+  return readAll(file, size, size + 1, buffer);
 }
 
 }  // namespace wenlolib

@@ -12,15 +12,15 @@ namespace wenlolib {
 /// The system's message for an error number.
 [[nodiscard]] std::string systemMessage(int error);
 
-/// Asked when a signal interrupts a read: whether to give it up. Null goes on reading.
+/// Asked when a signal interrupts waiting for a file: whether to give it up. Null waits on.
 using Stop = bool (*)();
 
 /// Open for reading, and closed at the end of the scope. Standard input stays open.
 class InputFile {
  public:
   /// `flags` are further flags for `open`.
-  explicit InputFile(const std::string& path, int flags = 0);
-  [[nodiscard]] static InputFile standardInput();
+  InputFile(const std::string& path, Stop stop, int flags = 0);
+  [[nodiscard]] static InputFile standardInput(Stop stop);
   ~InputFile();
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
@@ -35,16 +35,16 @@ class InputFile {
 
   /// Reads to the end. The buffer, which must be larger than `expected`, grows as needed and never
   /// shrinks. If the file has `expected` bytes, not 0, its end is known without another call.
-  [[nodiscard]] Reading readAll(std::size_t expected, std::size_t most, std::string& buffer,
-                                Stop stop) const;
+  [[nodiscard]] Reading readAll(std::size_t expected, std::size_t most, std::string& buffer) const;
 
-  /// One `read`, as often as signals interrupt it. Below 0, with `errno`, if it fails.
-  [[nodiscard]] ssize_t readSome(char* bytes, std::size_t size, Stop stop) const;
+  /// One `read`, repeated if a signal interrupts it. Below 0, with `errno`, if it fails.
+  [[nodiscard]] ssize_t readSome(char* bytes, std::size_t size) const;
 
  private:
-  InputFile(int number, bool owned) : number_(number), owned_(owned) {}
+  InputFile(int number, Stop stop, bool owned) : number_(number), stop_(stop), owned_(owned) {}
 
-  int number_;
+  int number_ = -1;
+  Stop stop_;
   bool owned_ = true;
 };
 

@@ -129,14 +129,15 @@ std::size_t firstNonUtf8(std::string_view text) {
 }  // namespace
 
 ContentsInput readContents(const std::string& path, std::size_t most) {
-  const InputFile file = path == "-" ? InputFile::standardInput() : InputFile(path);
+  const InputFile file =
+      path == "-" ? InputFile::standardInput(interrupted) : InputFile(path, interrupted);
   if (file.number() < 0) return refusal(systemMessage(errno));
   const std::size_t expected = sizeOf(file.number());
   if (expected > most) return sizeRefusal(most);
   constexpr std::size_t piece = std::size_t{64} << 10;
   ContentsInput input;
   input.contents.resize(expected + piece);
-  const auto [length, error] = file.readAll(expected, most, input.contents, interrupted);
+  const auto [length, error] = file.readAll(expected, most, input.contents);
   if (error == EFBIG) return sizeRefusal(most);
   if (error != 0) return refusal(systemMessage(error));
   input.contents.resize(length);

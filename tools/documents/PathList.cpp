@@ -19,12 +19,13 @@ std::string pathOf(std::string_view name) {
 }  // namespace
 
 std::string appendPaths(const std::string& file, char end, std::vector<std::string>& paths) {
-  const InputFile input = file == "-" ? InputFile::standardInput() : InputFile(file);
+  const InputFile input =
+      file == "-" ? InputFile::standardInput(interrupted) : InputFile(file, interrupted);
   if (input.number() < 0) return systemMessage(errno);
   constexpr std::size_t piece = std::size_t{64} << 10;
   constexpr std::size_t most = std::size_t{1} << 30;
   std::string buffer(piece, '\0');
-  const auto [length, error] = input.readAll(0, most, buffer, interrupted);
+  const auto [length, error] = input.readAll(0, most, buffer);
   if (error != 0) return systemMessage(error);
   const std::string_view text(buffer.data(), length);
   paths.reserve(paths.size() + static_cast<std::size_t>(std::ranges::count(text, end)) + 1);

@@ -156,8 +156,7 @@ RecordReading readOpen(const InputFile& file, const std::string& place, std::str
   }
   if (reading.state.size > largestDocument) return failure("larger than any document can be");
   makeRoom(buffer, reading.state.size + 1);
-  const auto [length, error] =
-      file.readAll(reading.state.size, largestDocument, buffer, interrupted);
+  const auto [length, error] = file.readAll(reading.state.size, largestDocument, buffer);
   if (error != 0) return failure(systemMessage(error));
   const std::string_view bytes(buffer.data(), length);
   if (!isOurs(bytes)) {
@@ -173,7 +172,7 @@ RecordReading readOpen(const InputFile& file, const std::string& place, std::str
 
 RecordReading readRecord(const std::string& folder, const std::string& place, std::string& buffer) {
   try {
-    const InputFile file(folder + place, O_NONBLOCK | O_NOFOLLOW);
+    const InputFile file(folder + place, interrupted, O_NONBLOCK | O_NOFOLLOW);
     return file.number() < 0 ? openFailure(errno) : readOpen(file, place, buffer);
   } catch (const std::bad_alloc&) {
     std::string().swap(buffer);
