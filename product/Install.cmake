@@ -4,6 +4,8 @@
 #                pkg-config files, the documentation, the manual page of the interface
 #   tools        the command, with its manual pages and completions
 #   objc         the plug-in with Objective-C classes, and its headers
+#   receiver     the shared library that reads documents
+#   python       the Python package
 # The shared library's names are links to the file in the bundle itself, so that the library finds
 # its own version there. Any prefix will do.
 include(CMakePackageConfigHelpers)
@@ -54,6 +56,11 @@ if(TARGET wenlolib_receiver_alone)
   install(TARGETS wenlolib_receiver_alone ARCHIVE
     DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
   install_pkg_config(wenlolib-receiver development)
+endif()
+if(TARGET wenlolib_receiver_shared)
+  install(TARGETS wenlolib_receiver_shared LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT receiver NAMELINK_COMPONENT development)
+  install_pkg_config(wenlolib-receiver-shared development)
 endif()
 
 file(GLOB pages ${PROJECT_SOURCE_DIR}/*.md)

@@ -5,11 +5,12 @@ project=$PWD
 
 # What building the library needs, on Debian 12.
 build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev libcli11-dev
-  nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev libarchive-dev libsqlite3-dev)
+  nlohmann-json3-dev libdtl-dev libfmt-dev libutf8proc-dev libarchive-dev libsqlite3-dev
+  python3-dev python3-cffi)
 
 # What the tests also need: GoogleTest, and other programs that check results.
-test_packages=(libgtest-dev python3 python3-jsonschema libxml2-utils libplist-utils tidy binutils git fish
-  sqlite3)
+test_packages=(libgtest-dev python3 python3-jsonschema python3-distributed libxml2-utils libplist-utils tidy
+  binutils git fish sqlite3)
 
 # What the torture needs: addr2line, time zones, namespaces.
 torture_packages=(python3 binutils tzdata util-linux)
@@ -41,6 +42,12 @@ need_gnustep() {
 need_browser() {
   need chromium poppler-utils ||
     say "Skipped: the tests in a browser, because Chromium cannot be installed here"
+}
+
+# DuckDB, which the rows are also loaded into, comes as a package for Node.js.
+need_node() {
+  command -v npm >/dev/null || need npm ||
+    say "Skipped: the tests with DuckDB, because npm cannot be installed here"
 }
 
 # build PRESET TARGETS [CMAKE-OPTION...]: configures and builds in build/PRESET; shows the output if

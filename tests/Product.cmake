@@ -6,6 +6,18 @@ add_test(NAME docs.document_format
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/document_format_test.py)
 add_test(NAME docs.rows
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/rows_test.py $<TARGET_FILE:wenlolib>)
+if(TARGET wenlolib_python)
+  add_test(NAME python.package
+    COMMAND ${WENLOLIB_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/python/package_test.py
+      ${PROJECT_BINARY_DIR}/python $<TARGET_FILE:wenlolib>)
+  add_test(NAME docs.dask
+    COMMAND ${WENLOLIB_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/dask_test.py
+      ${PROJECT_BINARY_DIR}/python $<TARGET_FILE:wenlolib>)
+  set_tests_properties(python.package docs.dask PROPERTIES TIMEOUT 900)
+endif()
+add_test(NAME docs.duckdb
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/duckdb_test.py $<TARGET_FILE:wenlolib>)
+set_tests_properties(docs.duckdb PROPERTIES TIMEOUT 900)
 add_test(NAME docs.pages
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/pages_test.py ${PROJECT_BINARY_DIR})
 set_tests_properties(docs.pages PROPERTIES TIMEOUT 1500)
@@ -39,16 +51,25 @@ endforeach()
 add_test(NAME product.check_hardening
   COMMAND ${product_tests}/check_hardening.sh $<TARGET_FILE:WENLOLIB>
     $<$<TARGET_EXISTS:wenlolib>:$<TARGET_FILE:wenlolib>>
-    $<$<TARGET_EXISTS:WENLOLIB_objc>:$<TARGET_FILE:WENLOLIB_objc>>)
+    $<$<TARGET_EXISTS:WENLOLIB_objc>:$<TARGET_FILE:WENLOLIB_objc>>
+    $<$<TARGET_EXISTS:wenlolib_receiver_shared>:$<TARGET_FILE:wenlolib_receiver_shared>>)
 add_test(NAME product.check_exports
   COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:WENLOLIB>
     ${PROJECT_SOURCE_DIR}/product/exports.txt)
+if(TARGET wenlolib_receiver_shared)
+  add_test(NAME product.check_exports_receiver
+    COMMAND ${product_tests}/check_exports.sh $<TARGET_FILE:wenlolib_receiver_shared>
+      ${PROJECT_SOURCE_DIR}/product/receiver-exports.txt)
+  add_test(NAME product.check_bindings_receiver
+    COMMAND ${product_tests}/check_bindings.sh $<TARGET_FILE:wenlolib_receiver_shared>
+      libarchive.so.13 libstdc++.so.6 libm.so.6 libgcc_s.so.1 libc.so.6 ld-linux-x86-64.so.2)
+endif()
 add_test(NAME product.check_bindings
   COMMAND ${product_tests}/check_bindings.sh $<TARGET_FILE:WENLOLIB>
     libstdc++.so.6 libm.so.6 libgcc_s.so.1 libc.so.6 ld-linux-x86-64.so.2)
 add_test(NAME product.headers_alone
   COMMAND ${product_tests}/headers_alone.sh ${CMAKE_C_COMPILER} ${CMAKE_CXX_COMPILER}
-    ${PROJECT_SOURCE_DIR}/include plugin.h codec.h version.h)
+    ${PROJECT_SOURCE_DIR}/include plugin.h codec.h version.h receiver_c.h)
 set_tests_properties(product.plugin_hygiene PROPERTIES TIMEOUT 900 RUN_SERIAL ON)
 
 foreach(kind IN ITEMS shared static static_exporting)

@@ -1,6 +1,6 @@
 # The receiver and the command.
 sources(receiver_tests receiver/*Test.cpp reading/*Test.cpp tools/*/*Test.cpp)
-test_binary(tool_tests tools ${receiver_tests})
+test_binary(tool_tests tools ${receiver_tests} ${PROJECT_SOURCE_DIR}/src/cabi/receiver.cpp)
 target_link_libraries(tool_tests PRIVATE test_support wenlolib_tools)
 set_source_files_properties(receiver/SoundTest.cpp PROPERTIES
   COMPILE_DEFINITIONS WENLOLIB_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")

@@ -4,4 +4,12 @@
 
 #define WENLOLIB_EXPORT __attribute__((visibility("default")))
 
+/* The receiver's functions in C++ are visible in its shared library. What links its archive keeps
+ * them to itself. */
+#ifdef WENLOLIB_RECEIVER_SHARED
+#define WENLOLIB_RECEIVER_EXPORT WENLOLIB_EXPORT
+#else
+#define WENLOLIB_RECEIVER_EXPORT
+#endif
+
 #endif

@@ -1,4 +1,6 @@
-/// Reading survey documents: for receiving services and tools.
+/// Reading survey documents: for receiving services and tools. Programs link the archive
+/// libWENLOLIB_receiver or the shared library libwenlolib-receiver, which also has the C functions
+/// of <wenlolib/receiver_c.h>.
 #ifndef WENLOLIB_RECEIVER_H
 #define WENLOLIB_RECEIVER_H
 
@@ -8,6 +10,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "wenlolib/Export.h"
 
 namespace wenlolib::receiver {
 
@@ -73,7 +77,7 @@ struct Document {
                                         // contentsOf decrypts them
 
   /// The value of a field, or "" if the layout has no field of this name.
-  [[nodiscard]] std::string_view value(std::string_view name) const;
+  [[nodiscard]] WENLOLIB_RECEIVER_EXPORT std::string_view value(std::string_view name) const;
 };
 
 struct Report {
@@ -91,16 +95,17 @@ struct Report {
 
 /// Examines a document. Any bytes give a report, in time and memory proportional to their number.
 /// Throws only std::bad_alloc. Any thread may call.
-[[nodiscard]] Report examine(std::string_view bytes);
+[[nodiscard]] WENLOLIB_RECEIVER_EXPORT Report examine(std::string_view bytes);
 
 /// The record's contents, decrypted. Nothing if the document has no date, and so no key, or if its
 /// cipher is not available. The second form moves them out of a document that is no longer needed,
 /// without a copy.
-[[nodiscard]] std::optional<std::string> contentsOf(const Document& document);
-[[nodiscard]] std::optional<std::string> contentsOf(Document&& document);
+[[nodiscard]] WENLOLIB_RECEIVER_EXPORT std::optional<std::string> contentsOf(
+    const Document& document);
+[[nodiscard]] WENLOLIB_RECEIVER_EXPORT std::optional<std::string> contentsOf(Document&& document);
 
 /// The name of a layout's wrapper element.
-[[nodiscard]] std::string_view wrapperName(Layout layout);
+[[nodiscard]] WENLOLIB_RECEIVER_EXPORT std::string_view wrapperName(Layout layout);
 
 }  // namespace wenlolib::receiver
 

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -48,7 +49,7 @@ class DocumentJobs {
  public:
   /// Gives the next document; nothing at the end. Called on the caller's thread.
   using Source = std::function<std::optional<Candidate>()>;
-  /// The string is the thread's own buffer. Must not throw; several threads call it.
+  /// The string is the thread's own buffer. Several threads call it.
   using Work = std::function<Result(const Candidate&, std::string&)>;
 
   /// Throws std::system_error if a thread cannot be started.
@@ -68,7 +69,8 @@ class DocumentJobs {
   DocumentJobs(const DocumentJobs&) = delete;
   DocumentJobs& operator=(const DocumentJobs&) = delete;
 
-  /// The result for the next document; nothing at the end.
+  /// The result for the next document; nothing at the end. Throws what the source or the work
+  /// threw; after that there is no next one.
   [[nodiscard]] std::optional<Result> next() {
     if (threads_.empty()) {
       const std::optional<Candidate> candidate = source_();
@@ -120,7 +122,8 @@ class DocumentJobs {
     if (tasks_.empty()) return;
     {
       std::unique_lock lock(mutex_);
-      finished_.wait(lock, [this] { return tasks_.front().result.has_value(); });
+      finished_.wait(lock, [this] { return failure_ || tasks_.front().result.has_value(); });
+      if (failure_) std::rethrow_exception(failure_);
       while (!tasks_.empty() && tasks_.front().result) {
         Task& task = tasks_.front();
         held_ -= heldBy(*task.result);
@@ -145,7 +148,18 @@ class DocumentJobs {
 
   // --- The threads ---
 
-  void workOn() {
+  /// A thread that ends by an exception has tasks that nobody will finish.
+  void workOn() noexcept {
+    try {
+      workOnTasks();
+    } catch (...) {
+      const std::lock_guard lock(mutex_);
+      failure_ = std::current_exception();
+      finished_.notify_one();
+    }
+  }
+
+  void workOnTasks() {
     std::string buffer;
     std::vector<Task*> tasks;
     std::vector<Result> results;
@@ -190,10 +204,11 @@ class DocumentJobs {
   std::mutex mutex_;
   std::condition_variable added_;
   std::condition_variable finished_;
-  std::deque<Task> tasks_;  // in order; in a deque the others stay where they are
-  std::size_t given_ = 0;   // how many of them threads have taken
-  std::size_t held_ = 0;    // bytes in results that wait for their turn
-  bool ended_ = false;      // no more will come
+  std::deque<Task> tasks_;      // in order; in a deque the others stay where they are
+  std::size_t given_ = 0;       // how many of them threads have taken
+  std::size_t held_ = 0;        // bytes in results that wait for their turn
+  bool ended_ = false;          // no more will come
+  std::exception_ptr failure_;  // of a thread
   std::vector<std::thread> threads_;
 };
 

@@ -68,7 +68,10 @@ def steps(page):
         if language == "cmake" and "find_package" in text:
             language, file = "", "CMakeLists.txt"
         else:
-            file = "receiver.cpp" if "Receiver.h" in text else saved_as.get(language)
+            receivers = {"Receiver.h": "receiver.cpp", "receiver_c.h": "receiver.c",
+                         "import wenlolib": "receiver.py"}
+            file = next((name for word, name in receivers.items() if word in text),
+                        saved_as.get(language))
         if not with_objc and (language == "objc" or "gnustep" in text):
             continue
         if file:
@@ -148,10 +151,11 @@ class Pages(unittest.TestCase):
         (self.work / "prefix/share/wenlolib").symlink_to(project / "tools/schema")
         with postgresql(self.work.parent / "server") as server:
             missing = [] if server else ["psql"]
+            separate = ["scheduler.json"]  # dask_test.py runs these
             missing += [] if shutil.which("sqlite3") else ["sqlite3"]
             script = ["set -euo pipefail", f"cd '{self.work}'", f"PATH='{build / 'tools'}':$PATH"]
             script += [text for language, text in blocks_of("docs/receiving.md")
-                       if language == "sh" and not any(word in text for word in missing)]
+                       if language == "sh" and not any(word in text for word in missing + separate)]
             run = subprocess.run(["bash", "-c", "\n".join(script)], capture_output=True, text=True,
                                  env={"HOME": str(self.home), "PATH": os.environ["PATH"],
                                       "PREFIX": str(self.work / "prefix"), **(server or {})})
@@ -177,6 +181,9 @@ class Pages(unittest.TestCase):
         lines = self.follow("docs/host-guide.md")
         self.assertEqual(lines.count("recorded"), 2 if with_objc else 1, lines)
         self.assertEqual(lines.count("usage: 1, printer log: 1"), 2, lines)
+        self.assertEqual(sum(line.startswith("sha256=") for line in lines), len(self.recorded()))
+        self.assertEqual(sum(line.startswith("none ") for line in lines), len(self.recorded()))
+        self.assertEqual(sum(line.startswith("contents: ") for line in lines), 1)
         self.tell_what_was_left_out()
 
 

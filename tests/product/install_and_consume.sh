@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs the library to a prefix. Builds programs in C89, in C++20, in Objective-C and against the
-# receiver alone with what is installed there, with CMake and with pkg-config, and runs them. Then
-# moves the prefix elsewhere and does the same again. Installs each component, and removes all of it.
+# receivers alone with what is installed there, with CMake and with pkg-config, and runs them, and a
+# program in Python. Then moves the prefix elsewhere and does the same again. Installs each component, and removes all of it.
 #
 #   install_and_consume.sh BUILD_DIR WORK_DIR
 set -eu
@@ -65,6 +65,26 @@ run_receiver() {
   fi
 }
 
+# PREFIX PROGRAM_IN_C PROGRAM_IN_CXX HOME: the same through the shared receiver, and in Python
+run_receiver_shared() {
+  support="$4/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
+  package=$(dirname "$(find "$1" -path '*/wenlolib/__init__.py')")
+  (
+    LD_LIBRARY_PATH=$(dirname "$(find "$1" -name libwenlolib-receiver.so)")
+    export LD_LIBRARY_PATH
+    "$2" "$support"/ALM/*.ALM "$support/PLM/Consumer_1.PLM" "$support/PLM/Consumer_2.PLM" \
+      > "$4.in-c"
+    PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$(dirname "$package") /usr/bin/python3 -c 'import sys, wenlolib
+for row in wenlolib.rows(sys.argv[1:]): print(row.layout, row.contents, sep=": ")' \
+      "$support/ALM" "$support/PLM" > "$4.in-python"
+    if [ -n "$3" ]; then run_receiver "$3" "$4"; fi
+  )
+  diff "$4.in-c" "$4.in-python" || fail "C and Python do not read the same"
+  for layout in application printer printer_older_tag; do
+    grep -qxF "$layout: $contents" "$4.in-c" || fail "The shared receiver did not read $layout"
+  done
+}
+
 # PROGRAM_IN_OBJC HOME
 run_objc() {
   support="$2/Library/Group Containers/K7MW2PL9QD.QX.common/Library/Application Support/QMR"
@@ -85,6 +105,7 @@ with_cmake() {
   run_c "$2/c/consumer" "$2/home-c"
   run_cxx "$2/cxx/consumer" "$2/home-cxx"
   run_receiver "$2/receiver/consumer" "$2/home-cxx"
+  run_receiver_shared "$1" "$2/receiver_c/consumer" "" "$2/home-cxx"
   if [ "$languages" != "${languages% objc}" ]; then run_objc "$2/objc/consumer" "$2/home-objc"; fi
   "$1/bin/wenlolib" verify --quiet "$2/home-cxx" ||
     fail "The installed command does not find the records sound"
@@ -104,6 +125,14 @@ with_pkg_config() {
   # shellcheck disable=SC2046
   "${CXX:-c++}" -std=c++20 "$here/consumer/receiver/main.cpp" -o "$2/receiver" \
     $(pkg-config --cflags --libs wenlolib-receiver)
+  # shellcheck disable=SC2046
+  "${CC:-cc}" -std=c89 -pedantic "$here/consumer/receiver_c/main.c" -o "$2/receiver_c" \
+    $(pkg-config --cflags --libs wenlolib-receiver-shared)
+  # shellcheck disable=SC2046
+  "${CXX:-c++}" -std=c++20 "$here/consumer/receiver/main.cpp" -o "$2/receiver_shared" \
+    $(pkg-config --cflags --libs wenlolib-receiver-shared)
+  ldd "$2/receiver_shared" | grep -q libwenlolib-receiver.so.1 ||
+    fail "The receiver in C++ is not linked with the shared library"
   if [ "$languages" != "${languages% objc}" ]; then
     # shellcheck disable=SC2046
     gcc -fobjc-exceptions -fconstant-string-class=NSConstantString -isystem /usr/include/GNUstep \
@@ -121,10 +150,11 @@ with_pkg_config() {
     run_c "$2/c" "$2/home-c"
     run_cxx "$2/cxx" "$2/home-cxx"
     run_receiver "$2/receiver" "$2/home-cxx"
+    run_receiver_shared "$1" "$2/receiver_c" "$2/receiver_shared" "$2/home-cxx"
   )
 }
 
-languages="c cxx receiver"
+languages="c cxx receiver receiver_c"
 if [ -d "$build/objc" ]; then languages="$languages objc"; fi
 
 cmake --install "$build" --prefix "$work/prefix" > "$work/install.log"
@@ -142,7 +172,7 @@ with_pkg_config "$work/elsewhere/moved" "$work/pkg-config-moved"
 # Each file belongs to one component, and the runtime's are enough to run.
 (cd "$work/elsewhere/moved" && find . ! -type d | sort) > "$work/all"
 : > "$work/components"
-for component in runtime development tools objc; do
+for component in runtime development tools objc receiver python; do
   prefix=$work/component-$component
   cmake --install "$build" --prefix "$prefix" --component $component > "$work/install.log"
   if [ -d "$prefix" ]; then (cd "$prefix" && find . ! -type d) >> "$work/components"; fi

@@ -1,0 +1,156 @@
+/* Reading survey documents from C: examining one, and going through many as rows.
+ *
+ * The library is libwenlolib-receiver; it does not record. <wenlolib/Receiver.h> is the same for
+ * C++.
+ *
+ * Conventions
+ *   - Texts are UTF-8 and end in NUL. Where a size is given, a text can hold NUL characters as
+ * well, and the size, in bytes, does not count the last one.
+ *   - What belongs to a report or to rows is valid until these are freed; the cells of a row until
+ *     the next one. Other texts and tables are valid as long as the library is loaded.
+ *   - Nothing is printed or raised. No state is kept outside reports and rows, and no settings of
+ *     the process are changed. Files are only read.
+ *   - All functions may be called from any thread at the same time, but no two at a time with the
+ *     same rows. A report does not change: many threads may read it.
+ */
+#ifndef WENLOLIB_RECEIVER_C_H
+#define WENLOLIB_RECEIVER_C_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+/* Makes a function visible to programs. Defined here as well, so that this header needs no other.
+ */
+#define WENLOLIB_EXPORT __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* What the functions below answer. */
+enum {
+  WENLOLIB_OK = 0,
+  WENLOLIB_WRONG_ARGUMENT = 1, /* a null pointer, or a number out of range */
+  WENLOLIB_NO_MEMORY = 2,
+  WENLOLIB_NO_THREAD = 3 /* the system does not start another thread */
+};
+
+/* --- One document --- */
+
+/* A document that was examined. It does not need the examined bytes any more. */
+typedef struct wenlolib_report wenlolib_report;
+
+/* Examines the `size` bytes of a document, and stores a report in `*report`, which
+ * wenlolib_report_free releases. Any bytes give a report, in time and memory proportional to their
+ * number. `bytes` may be null if `size` is 0. Anything but WENLOLIB_OK leaves null in `*report`. */
+WENLOLIB_EXPORT int wenlolib_examine(const void* bytes, size_t size, wenlolib_report** report);
+
+/* Null does nothing. */
+WENLOLIB_EXPORT void wenlolib_report_free(wenlolib_report* report);
+
+/* A null report gives 0, and null or "": what never is null is "". */
+
+/* What has happened to the document: "none", "truncated" (its end is missing), "damaged" (its form
+ * is broken), "altered" (its checksum is that of other content), "repaired" (stray markup was
+ * escaped before it was stored; it can be relied on), "foreign" (a file of another kind). Never
+ * null. */
+WENLOLIB_EXPORT const char* wenlolib_report_fault(const wenlolib_report* report);
+
+/* The first layer that does not hold: "none", "xml", "white_space", "layout", "cipher_marker",
+ * "hexadecimal", "checksum", "contents". Never null. A document is sound if this is "none". */
+WENLOLIB_EXPORT const char* wenlolib_report_layer(const wenlolib_report* report);
+
+/* The place of the first wrong byte, from 0 on; the document's length if it is truncated; 0 if it
+ * is sound or foreign. */
+WENLOLIB_EXPORT size_t wenlolib_report_offset(const wenlolib_report* report);
+
+/* The element or attribute that is concerned, such as "Date" or "SUM"; or "". Never null. */
+WENLOLIB_EXPORT const char* wenlolib_report_field(const wenlolib_report* report);
+
+/* What is wrong, in one sentence for a person; "" for a sound document. Never null. */
+WENLOLIB_EXPORT const char* wenlolib_report_explanation(const wenlolib_report* report);
+
+/* 1 if the checksum vouches for what the document says, or did before a repair; else 0: all that
+ * the functions below give is then only what was found. */
+WENLOLIB_EXPORT int wenlolib_report_trusted(const wenlolib_report* report);
+
+/* "application", "printer" or "printer_older_tag"; null if it could not be told. */
+WENLOLIB_EXPORT const char* wenlolib_report_layout(const wenlolib_report* report);
+
+/* The value of an element: "Version", "OSVersion", "Date", "Locale", "ID", and for the older tag
+ * type "DeviceID", "SN" and "ROMVER". Bytes that are not UTF-8 stay as they are. Null if there is
+ * no such value, and for a null `name`. `*size`, if not null, is its size, or 0. */
+WENLOLIB_EXPORT const char* wenlolib_report_value(const wenlolib_report* report, const char* name,
+                                                  size_t* size);
+
+/* The checksum as it stands in the document; "" if there is none. Never null. */
+WENLOLIB_EXPORT const char* wenlolib_report_checksum(const wenlolib_report* report);
+
+/* "RC4" or "XOR"; null if there is no payload. */
+WENLOLIB_EXPORT const char* wenlolib_report_cipher(const wenlolib_report* report);
+
+/* The record's contents, decrypted: any bytes, with a NUL after them. Null if there is no payload,
+ * or no date to decrypt it by. `*size`, if not null, is their size, or 0. */
+WENLOLIB_EXPORT const char* wenlolib_report_contents(const wenlolib_report* report, size_t* size);
+
+/* --- Many documents, as rows --- */
+
+/* One value of a row. */
+enum { WENLOLIB_NULL = 0, WENLOLIB_INTEGER = 1, WENLOLIB_TRUTH = 2, WENLOLIB_TEXT = 3 };
+
+typedef struct wenlolib_cell {
+  int type;         /* the type of its column, or WENLOLIB_NULL */
+  int64_t integer;  /* of an integer; of a truth 1 or 0; else 0 */
+  const char* text; /* of a text: UTF-8 without NUL characters, ends in NUL; else null */
+  size_t size;      /* of a text, in bytes; else 0 */
+} wenlolib_cell;
+
+/* The columns of schema 1, in their order; man 5 wenlolib says what each of them means. A later
+ * version of the library may have more. */
+WENLOLIB_EXPORT size_t wenlolib_column_count(void);
+
+/* The name of a column, such as "device_id", and its type; null and WENLOLIB_NULL for a number that
+ * is too large. */
+WENLOLIB_EXPORT const char* wenlolib_column_name(size_t column);
+WENLOLIB_EXPORT int wenlolib_column_type(size_t column);
+
+/* A passage through documents. */
+typedef struct wenlolib_rows wenlolib_rows;
+
+/* Begins a passage through the `count` files and folders at `paths`, in the order given, and stores
+ * it in `*rows`, which wenlolib_rows_free releases. A path is bytes, as the system has it; "-" is a
+ * file of this name. In folders and their sub-folders, in the order of the names' bytes, *.PLM and
+ * *.ALM count, and archives: *.tar, *.tar.gz, *.tgz, *.tar.zst. A file that is named may be such an
+ * archive whatever its name, unless that ends in .PLM or .ALM.
+ *
+ * `jobs` threads, from 2 to 256, work ahead of the row that is asked for; with 1 there is no other
+ * thread than the caller's. They block all signals. With `redact` not 0, rows lack the installation
+ * identifier and the serial number, also where these stand in another value.
+ *
+ * Nothing is opened yet: what cannot be read becomes a row. Anything but WENLOLIB_OK leaves null in
+ * `*rows`. */
+WENLOLIB_EXPORT int wenlolib_rows_open(const char* const* paths, size_t count, int jobs, int redact,
+                                       wenlolib_rows** rows);
+
+/* The next document's row: stores as many cells as there are columns in `*cells`, or null at the
+ * end and for every other answer than WENLOLIB_OK. After WENLOLIB_NO_MEMORY the passage is over. A
+ * file that cannot be read has a row too, with the fault "unreadable"; a folder or archive without
+ * documents has none. Blocks while a file is read. */
+WENLOLIB_EXPORT int wenlolib_rows_next(wenlolib_rows* rows, const wenlolib_cell** cells);
+
+/* Why the document of the last row could not be read, in words for a person; "" if it could be
+ * read, and before the first row. Never null. */
+WENLOLIB_EXPORT const char* wenlolib_rows_complaint(const wenlolib_rows* rows);
+
+/* Ends the passage, also before its end: waits until its threads have finished the documents that
+ * they are working on. Null does nothing. */
+WENLOLIB_EXPORT void wenlolib_rows_free(wenlolib_rows* rows);
+
+/* The library's version, such as "1.0.1". Never null. */
+WENLOLIB_EXPORT const char* wenlolib_receiver_version(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
