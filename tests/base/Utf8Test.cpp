@@ -93,5 +93,27 @@ TEST(Utf8OrNull, KeepsTextAndTurnsOtherBytesIntoNull) {
   EXPECT_EQ(utf8OrNull("\xFF"), std::nullopt);
 }
 
+TEST(Utf16From, CharactersAtTheEdgesOfEachLength) {
+  struct Case {
+    const char* text;
+    std::u16string_view units;  // as the compiler makes them
+  };
+  constexpr Case cases[] = {
+      {"", u""},
+      {"\x7F", u"\x7F"},
+      {"\u0080", u"\u0080"},
+      {"\u07C0\u07FF", u"\u07C0\u07FF"},
+      {"\u0800\uFFFD", u"\u0800\uFFFD"},
+      {"\U00010000\U00010001", u"\U00010000\U00010001"},
+      {"\U000103FF\U00010400\U0010FFFF", u"\U000103FF\U00010400\U0010FFFF"},
+      {"a\u00E9\u6771\U0001F5A8b", u"a\u00E9\u6771\U0001F5A8b"},
+  };
+  for (const Case& c : cases) {
+    std::uint16_t units[16];
+    const std::size_t count = utf16From(c.text, units);
+    EXPECT_EQ(std::u16string(units, units + count), c.units) << c.text;
+  }
+}
+
 }  // namespace
 }  // namespace wenlolib::tests

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "apple_stubs/bodies/Objects.h"
@@ -22,10 +23,15 @@ CFIndex CFStringGetLength(CFStringRef string) {
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding /*encoding*/,
                          UInt8 /*lossByte*/, Boolean /*mark*/, UInt8* buffer, CFIndex room,
                          CFIndex* used) {
-  const std::string& text = behind<StringObject>(string, stringType)->text;
-  if (!wenlolib::isUtf8(text)) return range.length - 1;
-  if (buffer != nullptr) std::memcpy(buffer, text.data(), static_cast<std::size_t>(room));
-  *used = range.length;
+  const std::string& all = behind<StringObject>(string, stringType)->text;
+  if (!wenlolib::isUtf8(all)) return range.length - 1;
+  const std::string text =
+      all.substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length));
+  *used = static_cast<CFIndex>(text.size());
+  if (buffer != nullptr) {
+    *used = std::min(*used, room);
+    std::memcpy(buffer, text.data(), static_cast<std::size_t>(*used));
+  }
   return range.length;
 }
 
