@@ -10,7 +10,7 @@ build_packages=(g++ cmake ninja-build pkg-config libexpat1-dev libmbedtls-dev li
 
 # What the tests also need: GoogleTest, and other programs that check results.
 test_packages=(libgtest-dev python3 python3-jsonschema python3-distributed libxml2-utils libplist-utils tidy
-  binutils git fish sqlite3)
+  binutils git fish sqlite3 strace)
 
 # What the torture needs: addr2line, time zones, namespaces.
 torture_packages=(python3 binutils tzdata util-linux)

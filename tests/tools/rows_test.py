@@ -652,8 +652,8 @@ class CollectTest(RowsTest):
             if os.path.exists(self.database + ending.encode()):
                 os.unlink(self.database + ending.encode())
 
-    def test_killed_at_any_call(self):
-        count, folder = self.several(), self.path("in")
+    def test_killed_at_every_call(self):
+        count, folder = self.several(8), self.path("in")
         base = ["strace", "-f", "-o", self.path("trace")]
         collect = [COMMAND, "collect", folder, "--into", self.database]
         try:
@@ -664,19 +664,19 @@ class CollectTest(RowsTest):
             self.skipTest(f"strace is not allowed here: {traced.stderr.decode()[:100]}")
         with open(self.path("trace")) as trace:
             made = collections.Counter(re.findall(r"(?m)^\d+ +(\w+)\(", trace.read()))
+        del made["execve"]  # strace's own
+        self.assertGreater(made.total(), 300)
         killed = 0
-        for call in ("openat", "read", "pread64", "write", "pwrite64", "fdatasync", "fsync", "fcntl", "ftruncate",
-                     "unlink", "mmap", "munmap", "close"):  # fmt: skip
-            for when in sorted({*range(1, 4), *range(1, made[call] + 1, 1 + made[call] // 8)}):
-                if when > made[call]:
-                    continue
+        for call in made:
+            for when in range(1, made[call] + 1):
                 self.remove_database()
                 inject = f"inject={call}:signal=KILL:when={when}"
                 ended = subprocess.run([*base, "-e", inject, *collect], capture_output=True, timeout=120)
                 killed += ended.returncode == -signal.SIGKILL  # strace ends as the command does
                 with self.subTest(call=call, when=when):
                     self.check_after_a_crash(count, folder)
-        self.assertGreater(killed, 60)
+        # Where memory lies differs from run to run, and so do a few of the calls that ask for it.
+        self.assertGreater(killed, 0.95 * made.total())
 
     def test_killed_at_any_time(self):
         count, folder = self.several(24000), self.path("in")
