@@ -44,10 +44,12 @@ need_browser() {
     say "Skipped: the tests in a browser, because Chromium cannot be installed here"
 }
 
-# DuckDB, which the rows are also loaded into, comes as a package for Node.js.
-need_node() {
+# Rows are also loaded into two databases. DuckDB comes as a package for Node.js.
+need_databases() {
   command -v npm >/dev/null || need npm ||
     say "Skipped: the tests with DuckDB, because npm cannot be installed here"
+  need postgresql ||
+    say "Skipped: the tests with PostgreSQL, because it cannot be installed here"
 }
 
 # build PRESET TARGETS [CMAKE-OPTION...]: configures and builds in build/PRESET; shows the output if

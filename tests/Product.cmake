@@ -15,9 +15,11 @@ if(TARGET wenlolib_python)
       ${PROJECT_BINARY_DIR}/python $<TARGET_FILE:wenlolib>)
   set_tests_properties(python.package docs.dask PROPERTIES TIMEOUT 900)
 endif()
-add_test(NAME docs.duckdb
-  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/duckdb_test.py $<TARGET_FILE:wenlolib>)
-set_tests_properties(docs.duckdb PROPERTIES TIMEOUT 900)
+foreach(database IN ITEMS duckdb postgresql)
+  add_test(NAME docs.${database}
+    COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/${database}_test.py $<TARGET_FILE:wenlolib>)
+  set_tests_properties(docs.${database} PROPERTIES TIMEOUT 900)
+endforeach()
 add_test(NAME docs.pages
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/docs/pages_test.py ${PROJECT_BINARY_DIR})
 set_tests_properties(docs.pages PROPERTIES TIMEOUT 1500)

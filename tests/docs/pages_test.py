@@ -5,9 +5,7 @@ in one shell, in a home of its own with the folders and the preference file of a
 
     pages_test.py BUILD_FOLDER
 """
-import contextlib
 import datetime
-import glob
 import os
 import pathlib
 import plistlib
@@ -22,6 +20,7 @@ sys.dont_write_bytecode = True
 project = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(project / "tests/tools"))
 import skips
+from postgresql import postgresql
 
 build = pathlib.Path(sys.argv.pop()).resolve()
 with_objc = (build / "objc/WENLOLIB.bundle").exists()
@@ -33,31 +32,6 @@ def blocks_of(page):
     """(language, text) of what is set off on a page."""
     return re.findall(r"^```(\w*)\n(.*?)^```$", (project / page).read_text(),
                       re.DOTALL | re.MULTILINE)
-
-
-@contextlib.contextmanager
-def postgresql(folder):
-    """A PostgreSQL server of this test's own, as variables of the environment; None without one."""
-    programs = sorted(glob.glob("/usr/lib/postgresql/*/bin/"))
-    user = "postgres" if os.geteuid() == 0 else None  # the server refuses to run as root
-    if not programs or not shutil.which("psql"):
-        yield None
-        return
-
-    def call(program, *arguments):
-        subprocess.run([programs[-1] + program, "-D", folder / "data", *arguments], user=user,
-                       check=True, cwd=folder, stdout=subprocess.DEVNULL, timeout=120)
-
-    folder.mkdir()
-    folder.chmod(0o755)
-    if user:
-        shutil.chown(folder, user)
-    call("initdb", "-A", "trust", "-U", "receiver", "-E", "UTF8", "--locale=C.UTF-8")
-    call("pg_ctl", "-w", "-l", "log", "-o", f"-k '{folder}' -c listen_addresses=''", "start")
-    try:
-        yield {"PGHOST": str(folder), "PGUSER": "receiver", "PGDATABASE": "postgres"}
-    finally:
-        call("pg_ctl", "-w", "-m", "immediate", "stop")
 
 
 def steps(page):
