@@ -4,8 +4,8 @@
 
 #define WENLOLIB_EXPORT __attribute__((visibility("default")))
 
-/* The receiver's functions in C++ are visible in its shared library. What links its archive keeps
- * them to itself. */
+/* The receiver's functions in C++ are visible in its shared library. A program that links the
+ * archive does not export them. */
 #ifdef WENLOLIB_RECEIVER_SHARED
 #define WENLOLIB_RECEIVER_EXPORT WENLOLIB_EXPORT
 #else

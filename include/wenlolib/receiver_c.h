@@ -1,17 +1,16 @@
 /* Reading survey documents from C: examining one, and going through many as rows.
  *
- * The library is libwenlolib-receiver; it does not record. <wenlolib/Receiver.h> is the same for
- * C++.
+ * The library is libwenlolib-receiver; it does not record. <wenlolib/Receiver.h> examines documents
+ * in C++.
  *
  * Conventions
- *   - Texts are UTF-8 and end in NUL. Where a size is given, a text can hold NUL characters as
- * well, and the size, in bytes, does not count the last one.
- *   - What belongs to a report or to rows is valid until these are freed; the cells of a row until
- *     the next one. Other texts and tables are valid as long as the library is loaded.
- *   - Nothing is printed or raised. No state is kept outside reports and rows, and no settings of
+ *   - Texts end in NUL. A size is in bytes and does not count that NUL.
+ *   - What a report gives is valid until it is freed; a row's cells and complaint until the next
+ *     call for a row. Other texts are valid while the library is loaded.
+ *   - Nothing is printed or thrown. No state is kept outside reports and rows, and no settings of
  *     the process are changed. Files are only read.
- *   - All functions may be called from any thread at the same time, but no two at a time with the
- *     same rows. A report does not change: many threads may read it.
+ *   - All functions may be called from any thread at the same time, but only one at a time with
+ *     the same rows. A report does not change: many threads may read it.
  */
 #ifndef WENLOLIB_RECEIVER_C_H
 #define WENLOLIB_RECEIVER_C_H
@@ -32,12 +31,12 @@ enum {
   WENLOLIB_OK = 0,
   WENLOLIB_WRONG_ARGUMENT = 1, /* a null pointer, or a number out of range */
   WENLOLIB_NO_MEMORY = 2,
-  WENLOLIB_NO_THREAD = 3 /* the system does not start another thread */
+  WENLOLIB_NO_THREAD = 3 /* could not start a thread */
 };
 
 /* --- One document --- */
 
-/* A document that was examined. It does not need the examined bytes any more. */
+/* What an examination found. The examined bytes are no longer needed. */
 typedef struct wenlolib_report wenlolib_report;
 
 /* Examines the `size` bytes of a document, and stores a report in `*report`, which
@@ -48,7 +47,7 @@ WENLOLIB_EXPORT int wenlolib_examine(const void* bytes, size_t size, wenlolib_re
 /* Null does nothing. */
 WENLOLIB_EXPORT void wenlolib_report_free(wenlolib_report* report);
 
-/* A null report gives 0, and null or "": what never is null is "". */
+/* For a null report the functions return 0, null, or "" where they never return null. */
 
 /* What has happened to the document: "none", "truncated" (its end is missing), "damaged" (its form
  * is broken), "altered" (its checksum is that of other content), "repaired" (stray markup was
@@ -70,8 +69,8 @@ WENLOLIB_EXPORT const char* wenlolib_report_field(const wenlolib_report* report)
 /* What is wrong, in one sentence for a person; "" for a sound document. Never null. */
 WENLOLIB_EXPORT const char* wenlolib_report_explanation(const wenlolib_report* report);
 
-/* 1 if the checksum vouches for what the document says, or did before a repair; else 0: all that
- * the functions below give is then only what was found. */
+/* 1 if the checksum vouches for what the document says, or did before a repair; else 0: the
+ * functions below then give only what was found. */
 WENLOLIB_EXPORT int wenlolib_report_trusted(const wenlolib_report* report);
 
 /* "application", "printer" or "printer_older_tag"; null if it could not be told. */
@@ -83,7 +82,7 @@ WENLOLIB_EXPORT const char* wenlolib_report_layout(const wenlolib_report* report
 WENLOLIB_EXPORT const char* wenlolib_report_value(const wenlolib_report* report, const char* name,
                                                   size_t* size);
 
-/* The checksum as it stands in the document; "" if there is none. Never null. */
+/* The checksum as it is in the document; "" if there is none. Never null. */
 WENLOLIB_EXPORT const char* wenlolib_report_checksum(const wenlolib_report* report);
 
 /* "RC4" or "XOR"; null if there is no payload. */
@@ -114,26 +113,26 @@ WENLOLIB_EXPORT size_t wenlolib_column_count(void);
 WENLOLIB_EXPORT const char* wenlolib_column_name(size_t column);
 WENLOLIB_EXPORT int wenlolib_column_type(size_t column);
 
-/* A passage through documents. */
+/* A walk through documents. */
 typedef struct wenlolib_rows wenlolib_rows;
 
-/* Begins a passage through the `count` files and folders at `paths`, in the order given, and stores
- * it in `*rows`, which wenlolib_rows_free releases. A path is bytes, as the system has it; "-" is a
- * file of this name. In folders and their sub-folders, in the order of the names' bytes, *.PLM and
- * *.ALM count, and archives: *.tar, *.tar.gz, *.tgz, *.tar.zst. A file that is named may be such an
- * archive whatever its name, unless that ends in .PLM or .ALM.
+/* Begins a walk through the `count` files and folders at `paths`, in the order given, and stores
+ * it in `*rows`, which wenlolib_rows_free releases. A path is bytes, as the system has it; "-" is
+ * a file of this name, whose source is "./-". In folders and sub-folders *.PLM, *.ALM and archives
+ * (*.tar, *.tar.gz, *.tgz, *.tar.zst) count, in the order of their names' bytes. A file given by
+ * path may be an archive under any name that does not end in .PLM or .ALM.
  *
- * `jobs` threads, from 2 to 256, work ahead of the row that is asked for; with 1 there is no other
- * thread than the caller's. They block all signals. With `redact` not 0, rows lack the installation
- * identifier and the serial number, also where these stand in another value.
+ * With `jobs` from 2 to 256, that many threads work ahead of the row asked for, and block all
+ * signals; with 1 all work is done on the caller's thread. With `redact` not 0, rows lack the
+ * installation identifier and the serial number, also where these stand in another value.
  *
  * Nothing is opened yet: what cannot be read becomes a row. Anything but WENLOLIB_OK leaves null in
  * `*rows`. */
 WENLOLIB_EXPORT int wenlolib_rows_open(const char* const* paths, size_t count, int jobs, int redact,
                                        wenlolib_rows** rows);
 
-/* The next document's row: stores as many cells as there are columns in `*cells`, or null at the
- * end and for every other answer than WENLOLIB_OK. After WENLOLIB_NO_MEMORY the passage is over. A
+/* The next document's row: stores a pointer to a cell for each column in `*cells`; null at the
+ * end, and unless the answer is WENLOLIB_OK. After WENLOLIB_NO_MEMORY the walk is over. A
  * file that cannot be read has a row too, with the fault "unreadable"; a folder or archive without
  * documents has none. Blocks while a file is read. */
 WENLOLIB_EXPORT int wenlolib_rows_next(wenlolib_rows* rows, const wenlolib_cell** cells);
@@ -142,7 +141,7 @@ WENLOLIB_EXPORT int wenlolib_rows_next(wenlolib_rows* rows, const wenlolib_cell*
  * read, and before the first row. Never null. */
 WENLOLIB_EXPORT const char* wenlolib_rows_complaint(const wenlolib_rows* rows);
 
-/* Ends the passage, also before its end: waits until its threads have finished the documents that
+/* Ends the walk, even in the middle: waits until its threads have finished the documents that
  * they are working on. Null does nothing. */
 WENLOLIB_EXPORT void wenlolib_rows_free(wenlolib_rows* rows);
 

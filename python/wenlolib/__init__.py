@@ -37,8 +37,8 @@ _VALUES = ("Version", "OSVersion", "Date", "Locale", "ID", "DeviceID", "SN", "RO
 
 @dataclass(frozen=True)
 class Report:
-    """What an examination found. Of a text that is not UTF-8, each wrong byte is a surrogate, as in
-    the names of files."""
+    """What an examination found. In a text that is not UTF-8, each wrong byte becomes a surrogate,
+    as in file names."""
 
     fault: str
     """What has happened to the document: "none", "truncated", "damaged", "altered", "repaired" (it
@@ -53,14 +53,14 @@ class Report:
     explanation: str
     """What is wrong, in one sentence for a person; or ""."""
     trusted: bool
-    """Whether the checksum vouches for what follows. If not, it is only what was found."""
+    """Whether the checksum vouches for what follows. If not, what follows is only what was found."""
     layout: Optional[str]
     """"application", "printer" or "printer_older_tag"; None if it could not be told."""
     values: dict[str, str]
     """The values that there are, by element: "Version", "OSVersion", "Date", "Locale", "ID" and, for
     the older tag type, "DeviceID", "SN", "ROMVER"."""
     checksum: str
-    """As it stands in the document; or ""."""
+    """As it is in the document; or ""."""
     cipher: Optional[str]
     """"RC4" or "XOR"; None if there is no payload."""
     contents: Optional[bytes]
@@ -84,7 +84,7 @@ def _check(answer: int) -> None:
     if answer == _lib.WENLOLIB_NO_MEMORY:
         raise MemoryError
     if answer == _lib.WENLOLIB_NO_THREAD:
-        raise RuntimeError("the system does not start another thread")
+        raise RuntimeError("the system cannot start another thread: use fewer jobs")
     if answer != _lib.WENLOLIB_OK:
         raise ValueError("an argument is out of range")
 
@@ -92,7 +92,7 @@ def _check(answer: int) -> None:
 def examine(data: Union[bytes, bytearray, memoryview]) -> Report:
     """Examines a document. Any bytes give a report, in time and memory proportional to their number.
 
-    Raises TypeError for what is not bytes, and MemoryError.
+    Raises TypeError for what is not bytes, MemoryError if memory runs out.
     """
     # Bytes that another thread could change meanwhile are copied.
     held = data if isinstance(data, bytes) else memoryview(data).tobytes()
@@ -132,8 +132,8 @@ def _report_from(report: Any) -> Report:
 
 
 class Row(NamedTuple):
-    """A document as a row of schema 1; man 5 wenlolib says what each column means. None is nothing,
-    an empty text is an empty text."""
+    """A document as a row of schema 1; man 5 wenlolib says what each column means. None means no
+    value; an empty text is a value."""
 
     schema: int
     source: str
@@ -173,7 +173,7 @@ def _value(cell: Any) -> Any:
 
 
 class Rows(Iterator[Row]):
-    """The rows of a passage through documents, one after the other. Made by `rows`.
+    """The rows of a walk through documents, one after the other. Made by `rows`.
 
     Several threads may share one: each row goes to one of them. A process that is forked off cannot
     go on with its parent's rows. A signal that arrives while a pipe is waited for is handled when the
@@ -185,7 +185,7 @@ class Rows(Iterator[Row]):
         self._process = os.getpid()
         self._complaint = ""
         self._reading = False
-        self._closing = False  # as soon as the row that is being read is there
+        self._closing = False  # close once the row being read is complete
         self._handle: Any = _ffi.NULL
         texts = [_ffi.new("char[]", path) for path in paths]
         place = _ffi.new("wenlolib_rows **")
@@ -207,9 +207,12 @@ class Rows(Iterator[Row]):
             if self._handle == _ffi.NULL:
                 raise StopIteration
             if self._process != os.getpid():
-                raise RuntimeError("these rows belong to the process that this one was forked from")
+                raise RuntimeError(
+                    "these rows belong to the process that this one was forked from: "
+                    "call rows() again here"
+                )
             if self._reading:
-                raise RuntimeError("a signal's handler asks for a row while one is being read")
+                raise RuntimeError("a signal handler asked for a row while one was being read")
             self._reading = True
             try:
                 return self._next()
@@ -234,15 +237,15 @@ class Rows(Iterator[Row]):
         return self._complaint
 
     def close(self) -> None:
-        """Ends the passage, also before its end. Done at the end of a `with` too."""
+        """Ends the walk, even in the middle. A `with` does so too."""
         with self._lock_here():
             self._closing = True
-            if not self._reading:  # or a signal's handler has interrupted it
+            if not self._reading:  # else a signal handler has interrupted the reading
                 self._close()
 
     def _close(self) -> None:
         handle, self._handle = self._handle, _ffi.NULL
-        # In a process that was forked off, the passage's threads do not exist: nobody could wait for
+        # In a process that was forked off, the walk's threads do not exist: nobody could wait for
         # them.
         if handle != _ffi.NULL and self._process == os.getpid():
             _lib.wenlolib_rows_free(handle)
@@ -261,15 +264,16 @@ class Rows(Iterator[Row]):
 def rows(paths: Union[Path, Iterable[Path]], jobs: int = 1, redact: bool = False) -> Rows:
     """The rows of all documents in files and folders, in the order given.
 
-    In folders and their sub-folders, in the order of the names' bytes, *.PLM and *.ALM count, and
-    archives: *.tar, *.tar.gz, *.tgz, *.tar.zst. A file that is named may be such an archive whatever
-    its name, unless that ends in .PLM or .ALM. What cannot be read has a row too, whose fault is
+    In folders and sub-folders *.PLM, *.ALM and archives (*.tar, *.tar.gz, *.tgz, *.tar.zst) count,
+    in the order of their names' bytes. A file given by path may be an archive under any name that
+    does not end in .PLM or .ALM. What cannot be read has a row too, whose fault is
     "unreadable"; `Rows.complaint` says why.
 
     `jobs` threads, from 1 to 256, work on documents at the same time. With `redact`, rows lack the
     installation identifier and the serial number, also where these stand in another value.
 
-    Raises ValueError for a number of jobs that is out of range and for a path with a NUL in it.
+    Raises ValueError for a number of jobs that is out of range and for a path with a NUL in it,
+    RuntimeError if a thread cannot be started, MemoryError if memory runs out.
     """
     some = [paths] if isinstance(paths, (str, bytes, os.PathLike)) else list(paths)
     encoded = [os.fsencode(path) for path in some]

@@ -27,7 +27,7 @@ using wenlolib::ColumnType;
 
 namespace {
 
-/// Runs what makes something and returns WENLOLIB_OK, or why it could not be made.
+/// Runs `work`; returns WENLOLIB_OK, or why it failed.
 template <class Work>
 int made(Work&& work) noexcept {
   try {

@@ -22,9 +22,8 @@ inline constexpr std::size_t largestMember = std::size_t{64} << 20;
 [[nodiscard]] bool looksLikeArchive(std::string_view beginning);
 
 /// Walks through files and folders like `DocumentWalk`. With `archives` also through the archives
-/// among them: *.tar, *.tar.gz, *.tgz, *.tar.zst, and what is named and begins like one, unless its
-/// name is that of a document. What comes from an archive carries its bytes, and so does what had
-/// to be read to tell.
+/// among them: *.tar, *.tar.gz, *.tgz, *.tar.zst, and any named file that begins like one, unless
+/// it has a document's name. A member carries its bytes, and so does a pipe that was read to tell.
 class ArchiveWalk {
  public:
   ArchiveWalk(std::vector<std::string> paths, bool archives, Skip skip, Stop stop);

@@ -1,4 +1,4 @@
-/// Names of what the receiver tells, for programs; they stay as they are.
+/// Names of layouts, layers and faults, for programs. They never change.
 #ifndef WENLOLIB_READING_CODES_H
 #define WENLOLIB_READING_CODES_H
 

@@ -41,7 +41,7 @@ struct PassedOver {
 struct Candidate {
   std::string path;       // "-", if named, is standard input
   std::string complaint;  // why it cannot be examined; else ""
-  bool named = true;      // on the command line; else it was found in a folder
+  bool named = true;      // by the caller; else it was found in a folder
   bool regular = false;   // its folder says that it is a regular file
   bool nothing = false;   // it is a folder or archive without documents, as the complaint says
   PassedOver passed{};    // what else is in such a folder
@@ -88,7 +88,7 @@ class DocumentWalk {
   /// The next one; nothing at the end.
   [[nodiscard]] std::optional<Candidate> next();
 
-  /// What was passed over until now, without what a folder without documents has told.
+  /// What was passed over so far, except in folders without documents.
   [[nodiscard]] const PassedOver& passedOver() const { return passed_; }
 
  private:

@@ -40,10 +40,9 @@ class Portion {
   std::size_t size_ = 1;
 };
 
-/// Works on what a source gives, on threads that are ahead of the result that is asked for next;
-/// with one job on the caller's thread, when its result is asked for. The number of documents on
-/// their way is limited, and it is small if their results are large. `heldBy(result)` says how many
-/// bytes one takes.
+/// Works on what a source gives: on threads, ahead of the result asked for; with one job, on the
+/// caller's thread when asked. Limits the documents under way, the more so if results are large.
+/// `heldBy(result)` is a result's size in bytes.
 template <class Result>
 class DocumentJobs {
  public:
@@ -148,7 +147,7 @@ class DocumentJobs {
 
   // --- The threads ---
 
-  /// A thread that ends by an exception has tasks that nobody will finish.
+  /// An exception that ends a thread leaves tasks that nobody will finish.
   void workOn() noexcept {
     try {
       workOnTasks();
@@ -204,7 +203,7 @@ class DocumentJobs {
   std::mutex mutex_;
   std::condition_variable added_;
   std::condition_variable finished_;
-  std::deque<Task> tasks_;      // in order; in a deque the others stay where they are
+  std::deque<Task> tasks_;      // in order; a deque, so that pointers to tasks stay valid
   std::size_t given_ = 0;       // how many of them threads have taken
   std::size_t held_ = 0;        // bytes in results that wait for their turn
   bool ended_ = false;          // no more will come

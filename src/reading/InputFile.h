@@ -12,7 +12,7 @@ namespace wenlolib {
 /// The system's message for an error number.
 [[nodiscard]] std::string systemMessage(int error);
 
-/// Asked when a signal interrupts waiting for a file: whether to give it up. Null waits on.
+/// Asked when a signal interrupts waiting for a file: whether to give up. Null keeps waiting.
 using Stop = bool (*)();
 
 /// Open for reading, and closed at the end of the scope. Standard input stays open.

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Does what the page for receivers says about many machines, with the program that stands there: a
-scheduler and three workers in processes of their own, of which one is killed while it reads.
+"""Does what the page for receivers says about many machines, with the program given there: a
+scheduler and three workers in processes of their own, one of which is killed while it reads.
 
     dask_test.py FOLDER_OF_THE_PYTHON_PACKAGE COMMAND
 """
@@ -162,14 +162,14 @@ class ManyMachines(unittest.TestCase):
             if answer := done():
                 return answer
             time.sleep(0.01)
-        self.fail(f"no {what} after {SECONDS} seconds:\n{self.logs()}")
+        self.fail(f"still waiting for {what} after {SECONDS} seconds:\n{self.logs()}")
 
     def finish(self, reading):
         """What the program printed: the counts of each database, and those of all."""
         try:
             status = reading.wait(timeout=SECONDS)
         except subprocess.TimeoutExpired:
-            status = "none: it does not end"
+            status = "it did not end"
         self.assertEqual(status, 0, self.logs())
         printed = (self.home / f"log{self.machines.index(reading)}").read_text()
         told = dict(re.findall(r"^(\S+) (\{.*\})$", printed, re.MULTILINE))
@@ -228,7 +228,7 @@ class ManyMachines(unittest.TestCase):
             unreadable += sum(digest is None for digest, _ in found)
             digests.update(row for row in found if row[0])
         self.assertEqual({**collections.Counter(digests.values()), "unreadable": unreadable}, planted)
-        # Of the copies, those next to the first ones were left out at once.
+        # Copies in the same database as the originals were left out at once.
         self.assertEqual(sum(sum(faults.values()) for faults in told.values()),
                          sum(planted.values()) + 4 * COPIES)
 

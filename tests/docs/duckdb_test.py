@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Loads rows into DuckDB as the page for receivers says, and asks the question that stands there.
+"""Loads rows into DuckDB as the page for receivers says, and asks its question.
 DuckDB is fetched once, into $WENLOLIB_CACHE/duckdb, or build/duckdb without that variable.
 
     duckdb_test.py COMMAND
@@ -56,7 +56,7 @@ def modules():
 
 
 def as_json(query):
-    """The query with rows in JSON: Node's DuckDB would drop U+FEFF from the start of a text."""
+    """The query, with its rows as JSON: Node's DuckDB would drop U+FEFF from the start of a text."""
     return f"SELECT to_json(answer) AS row FROM ({query.rstrip().rstrip(';')}) answer"
 
 

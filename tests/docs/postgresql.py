@@ -8,7 +8,7 @@ import subprocess
 
 @contextlib.contextmanager
 def postgresql(folder):
-    """A PostgreSQL server of this test's own, as variables of the environment; None without one."""
+    """Starts a PostgreSQL server; gives its environment variables, or None if none is installed."""
     programs = sorted(glob.glob("/usr/lib/postgresql/*/bin/"))
     user = "postgres" if os.geteuid() == 0 else None  # the server refuses to run as root
     if not programs or not shutil.which("psql"):

@@ -18,7 +18,7 @@ from rows_corpus import COLUMNS
 
 rows_test.COMMAND = os.path.abspath(sys.argv.pop())
 TYPES = {int: "bigint", bool: "boolean", str: "text"}
-LOAD = "\\copy documents FROM rows.csv (FORMAT csv, HEADER match)"  # as it stands on the page
+LOAD = "\\copy documents FROM rows.csv (FORMAT csv, HEADER match)"  # the page's, but straight into the table
 
 
 class PostgreSQL(unittest.TestCase):

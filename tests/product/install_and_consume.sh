@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs the library to a prefix. Builds programs in C89, in C++20, in Objective-C and against the
-# receivers alone with what is installed there, with CMake and with pkg-config, and runs them, and a
-# program in Python. Then moves the prefix elsewhere and does the same again. Installs each component, and removes all of it.
+# receivers alone with what is installed there, with CMake and with pkg-config, and runs them and a
+# Python program. Then moves the prefix elsewhere and does the same again. Installs each component, and removes all of it.
 #
 #   install_and_consume.sh BUILD_DIR WORK_DIR
 set -eu

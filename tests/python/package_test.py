@@ -45,7 +45,7 @@ DATE, SOUND, tar_of, without_place = (rows_test.DATE, rows_test.SOUND, rows_test
 NEVER_NONE = ("schema", "source", "fault", "layer", "trusted")
 schema = json.loads((project / "tools/schema/rows-1.json").read_text())
 TYPES = {"integer": int, "boolean": bool, "string": str, "null": type(None)}
-# How long what must not block may take, on a machine that is busy.
+# How long a call that must not block may take on a busy machine.
 PATIENCE = 120
 
 
@@ -67,7 +67,7 @@ def types_in_schema(part):
 
 
 def large_document(mebibytes):
-    """Sound, with as many MiB of NUL characters as contents: there the payload is the key."""
+    """Sound; its contents are that many MiB of NUL characters, so the payload is the key."""
     key = hashlib.md5(DATE.encode()).hexdigest().upper()
     payload = key * (mebibytes << 16)
     return wrapped("OrvanQXApplication", header(DATE, "", "") + f'<Encrypted C="X">{payload}</Encrypted>')
@@ -78,7 +78,7 @@ def of_process(kind):
     try:
         return set(os.listdir(f"/proc/self/{kind}"))
     except FileNotFoundError:
-        raise unittest.SkipTest("there is no /proc here that tells of the process")
+        raise unittest.SkipTest("there is no /proc/self here")
 
 
 class PackageTest(rows_test.RowsTest):
@@ -158,7 +158,7 @@ class GoldenRowsTest(PackageTest):
 
 class GoldenExamineTest(PackageTest):
     def expected(self, data, row):
-        """The report, of which the row tells all but the values as bytes."""
+        """The report: the row's, with the values as bytes."""
         layers = ("none", "checksum", "contents")
         trusted = row["layer"] in layers and row["fault"] != "altered"
         report = {"fault": row["fault"], "layer": row["layer"], "offset": row["offset"] or 0,
@@ -316,7 +316,7 @@ class AnyBytesTest(PackageTest):
             """, *self.with_archive())
 
     def with_archive(self):
-        """The folder of the corpus, next to which there is a small archive, and an empty folder."""
+        """The corpus folder, with a small archive next to it, and an empty folder."""
         path = os.fsdecode(golden.golden)
         with open(path + ".tar", "wb") as file:
             file.write(tar_of([(file.path, file.data[:1500]) for file in golden.files[:30]]))
@@ -328,7 +328,7 @@ class AnyBytesTest(PackageTest):
 
 
 class Named:
-    """A path-like object of somebody else."""
+    """A path-like object that is not a Path."""
 
     def __init__(self, path):
         self.path = path
@@ -572,7 +572,7 @@ class RowsObjectTest(PackageTest):
                     gc.collect()
                 self.assertEqual((of_process("task"), of_process("fd")), (threads, files))
 
-    def test_dropped_in_a_circle(self):
+    def test_dropped_in_a_cycle(self):
         threads = of_process("task")
         rows = wenlolib.rows(golden.golden, jobs=4)
         next(rows)
@@ -637,7 +637,7 @@ class RowsObjectTest(PackageTest):
                     if end == "drop":
                         del rows
                         gc.collect()
-                    # Its own ones are as good as any.
+                    # Its own rows work.
                     if len(list(wenlolib.rows(sys.argv[1], jobs=4))) != int(sys.argv[2]):
                         os._exit(3)
                     sys.exit(0)
@@ -677,7 +677,7 @@ class RowsObjectTest(PackageTest):
             assert [row.fault for row in found] == ["foreign"], found
             """, pipe)  # fmt: skip
 
-    def test_a_signals_handler_closes_what_it_interrupts(self):
+    def test_a_signal_handler_closes_what_it_interrupts(self):
         self.child("""
             rows = wenlolib.rows([sys.argv[1]] * 200)
             asked = []
@@ -987,7 +987,7 @@ class TypesTest(PackageTest):
         made = random.Random(11)
         unreadable = [self.path("missing.PLM"), self.write("broken.tar", b"\x1f\x8b"), self.path("pipe.PLM")]
         os.mkfifo(unreadable[2])
-        unreadable[2] = self.folder  # in which the pipe is one of two
+        unreadable[2] = self.folder  # its pipe cannot be read
         paths = [os.path.join(golden.golden, file.path) for file in golden.files]
         broken = [path for path, row in zip(paths, golden.expected) if not row["trusted"]] + unreadable[:2]
         faults = set()

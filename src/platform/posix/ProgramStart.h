@@ -18,7 +18,7 @@
 namespace wenlolib::platform::posix {
 
 /// Blocks every signal for this thread while the object lives: no handler of the host may run in
-/// what inherits the thread's mask, the go-between and other threads.
+/// what inherits the thread's mask: the go-between and new threads.
 class SignalHold {
  public:
   SignalHold() {
