@@ -89,7 +89,7 @@ WENLOLIB_EXPORT const char* wenlolib_report_checksum(const wenlolib_report* repo
 WENLOLIB_EXPORT const char* wenlolib_report_cipher(const wenlolib_report* report);
 
 /* The record's contents, decrypted: any bytes, with a NUL after them. Null if there is no payload,
- * or no date to decrypt it by. `*size`, if not null, is their size, or 0. */
+ * or no date, or an empty one, to decrypt it by. `*size`, if not null, is their size, or 0. */
 WENLOLIB_EXPORT const char* wenlolib_report_contents(const wenlolib_report* report, size_t* size);
 
 /* --- Many documents, as rows --- */
@@ -124,7 +124,8 @@ typedef struct wenlolib_rows wenlolib_rows;
  *
  * With `jobs` from 2 to 256, that many threads work ahead of the row asked for, and block all
  * signals; with 1 all work is done on the caller's thread. With `redact` not 0, rows lack the
- * installation identifier and the serial number, also where these stand in another value.
+ * installation identifier and the serial number, also where these stand in another value; man 5
+ * wenlolib has the exceptions.
  *
  * Nothing is opened yet: what cannot be read becomes a row. Anything but WENLOLIB_OK leaves null in
  * `*rows`. */
@@ -134,15 +135,18 @@ WENLOLIB_EXPORT int wenlolib_rows_open(const char* const* paths, size_t count, i
 /* The next document's row: stores a pointer to a cell for each column in `*cells`; null at the
  * end, and unless the answer is WENLOLIB_OK. After WENLOLIB_NO_MEMORY the walk is over. A
  * file that cannot be read has a row too, with the fault "unreadable"; a folder or archive without
- * documents has none. Blocks while a file is read. */
+ * documents has none. Blocks while a file is read, and with several jobs also while a later pipe is
+ * opened. */
 WENLOLIB_EXPORT int wenlolib_rows_next(wenlolib_rows* rows, const wenlolib_cell** cells);
 
 /* Why the document of the last row could not be read, in words for a person; "" if it could be
- * read, and before the first row. Never null. */
+ * read, before the first row and after the last. Never null. */
 WENLOLIB_EXPORT const char* wenlolib_rows_complaint(const wenlolib_rows* rows);
 
-/* Ends the walk, even in the middle: waits until its threads have finished the documents that
- * they are working on. Null does nothing. */
+/* Ends the walk, even in the middle: waits until its threads have finished the documents that they
+ * are working on, which takes as long as a pipe that one of them waits for. Null does nothing. In a
+ * process that was forked off from the one that opened the rows, they cannot be used: there the
+ * call for a row answers WENLOLIB_WRONG_ARGUMENT, and this one does nothing. */
 WENLOLIB_EXPORT void wenlolib_rows_free(wenlolib_rows* rows);
 
 /* The library's version, such as "1.0.1". Never null. */

@@ -97,7 +97,8 @@ def examine(data: Union[bytes, bytearray, memoryview]) -> Report:
     # Bytes that another thread could change meanwhile are copied.
     held = data if isinstance(data, bytes) else memoryview(data).tobytes()
     place = _ffi.new("wenlolib_report **")
-    _check(_lib.wenlolib_examine(_ffi.from_buffer(held), len(held), place))
+    buffer = _ffi.from_buffer(held)  # its length is right, whatever a subclass says
+    _check(_lib.wenlolib_examine(buffer, len(buffer), place))
     report = place[0]
     try:
         return _report_from(report)
@@ -237,7 +238,7 @@ class Rows(Iterator[Row]):
         return self._complaint
 
     def close(self) -> None:
-        """Ends the walk, even in the middle. A `with` does so too."""
+        """Ends the walk, even in the middle; waits for a pipe that is waited for. A `with` does so too."""
         with self._lock_here():
             self._closing = True
             if not self._reading:  # else a signal handler has interrupted the reading
@@ -249,6 +250,9 @@ class Rows(Iterator[Row]):
         # them.
         if handle != _ffi.NULL and self._process == os.getpid():
             _lib.wenlolib_rows_free(handle)
+
+    def __reduce__(self) -> Any:
+        raise TypeError("rows cannot be copied or pickled")
 
     def __enter__(self) -> Rows:
         return self

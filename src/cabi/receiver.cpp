@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <new>
@@ -149,29 +151,33 @@ struct Reading {
   wenlolib::Row row;
   std::string complaint;
   bool skipped = false;  // there is no row
-  std::size_t bytes = 0;
 };
 
 std::size_t heldBy(const Reading& reading) {
-  return reading.bytes;
+  std::size_t bytes = reading.complaint.size();
+  for (const Column column : wenlolib::enumerators<Column>) {
+    if (const auto* const text = std::get_if<std::string>(&reading.row[column])) {
+      bytes += text->size();
+    }
+  }
+  return bytes;
 }
 
 Reading unreadable(const wenlolib::Candidate& candidate, std::string complaint) {
-  if (candidate.nothing) return {{}, "", true, 0};
-  return {wenlolib::unreadableRow(candidate.path, candidate.member), std::move(complaint), false,
-          0};
+  if (candidate.nothing) return {{}, "", true};
+  return {wenlolib::unreadableRow(candidate.path, candidate.member), std::move(complaint), false};
 }
 
 Reading read(const wenlolib::Candidate& candidate, std::string& buffer, bool redact) {
   if (!candidate.complaint.empty()) return unreadable(candidate, candidate.complaint);
   try {
     const auto [bytes, complaint, vanished] = wenlolib::readDocument(candidate, buffer, nullptr);
-    if (vanished) return {{}, "", true, 0};
+    if (vanished) return {{}, "", true};
     if (!complaint.empty()) return unreadable(candidate, complaint);
     const wenlolib::receiver::Report report = wenlolib::receiver::examine(bytes);
     const wenlolib::Redaction redaction =
         redact ? wenlolib::Redaction(report) : wenlolib::Redaction();
-    return {wenlolib::rowOf(candidate, bytes, report, redaction), "", false, bytes.size()};
+    return {wenlolib::rowOf(candidate, bytes, report, redaction), "", false};
   } catch (const std::bad_alloc&) {
     std::string().swap(buffer);
     return unreadable(candidate, "too large for the available memory");
@@ -221,6 +227,7 @@ struct wenlolib_rows {
   std::optional<Reading> current{};
   std::array<wenlolib_cell, columnCount> cells{};
   bool failed = false;
+  pid_t process = getpid();
 
   wenlolib_rows(std::vector<std::string> paths, int count, bool redact)
       : walk(std::move(paths), true, nullptr, nullptr),
@@ -264,7 +271,7 @@ int wenlolib_rows_open(const char* const* paths, size_t count, int jobs, int red
 int wenlolib_rows_next(wenlolib_rows* rows, const wenlolib_cell** cells) {
   if (cells == nullptr) return WENLOLIB_WRONG_ARGUMENT;
   *cells = nullptr;
-  if (rows == nullptr) return WENLOLIB_WRONG_ARGUMENT;
+  if (rows == nullptr || rows->process != getpid()) return WENLOLIB_WRONG_ARGUMENT;
   if (rows->failed) return WENLOLIB_NO_MEMORY;
   bool any = false;
   const int answer = made([&] { any = rows->advance(); });
@@ -278,7 +285,8 @@ const char* wenlolib_rows_complaint(const wenlolib_rows* rows) {
 }
 
 void wenlolib_rows_free(wenlolib_rows* rows) {
-  delete rows;
+  // In a process that was forked off the threads do not exist: nobody could wait for them.
+  if (rows != nullptr && rows->process == getpid()) delete rows;
 }
 
 const char* wenlolib_receiver_version(void) {

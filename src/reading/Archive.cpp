@@ -3,6 +3,7 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <fcntl.h>
+#include <locale.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,7 +22,24 @@ namespace {
 constexpr std::size_t pieceSize = std::size_t{64} << 10;
 constexpr std::size_t beginningSize = 512;
 
-/// As the archive has it, whatever the locale.
+/// libarchive converts names to and from the charset of the locale. While an object lives, this
+/// thread has the C locale, which leaves their bytes as they are; the program's own is untouched.
+class CLocale {
+ public:
+  CLocale() : locale_(newlocale(LC_ALL_MASK, "C", nullptr)), before_(uselocale(locale_)) {}
+  ~CLocale() {
+    uselocale(before_);
+    if (locale_ != nullptr) freelocale(locale_);
+  }
+  CLocale(const CLocale&) = delete;
+  CLocale& operator=(const CLocale&) = delete;
+
+ private:
+  locale_t locale_;
+  locale_t before_;
+};
+
+/// As the archive has it.
 std::string nameOf(archive_entry* entry) {
   const char* const text = archive_entry_pathname_utf8(entry);
   const char* const bytes = text == nullptr ? archive_entry_pathname(entry) : text;
@@ -69,6 +87,7 @@ class ArchiveWalk::Members {
   bool ended_ = false;
   int error_ = 0;  // of reading the file; libarchive does not pass it on
   std::uint64_t found_ = 0;
+  la_int64_t made_ = 0;  // bytes of members: with their holes these can be more than the archive's
   std::unique_ptr<archive, Free> archive_;
 };
 
@@ -115,7 +134,7 @@ std::optional<Candidate> ArchiveWalk::Members::failure(std::string complaint) {
 bool ArchiveWalk::Members::swells() const {
   constexpr la_int64_t harmless = la_int64_t{1} << 30;
   constexpr la_int64_t mostTimes = 200;
-  const la_int64_t unpacked = archive_filter_bytes(archive_.get(), 0);
+  const la_int64_t unpacked = std::max(archive_filter_bytes(archive_.get(), 0), made_);
   const la_int64_t packed = archive_filter_bytes(archive_.get(), -1);
   return unpacked > harmless && unpacked / mostTimes > packed;
 }
@@ -188,7 +207,10 @@ std::optional<std::string> ArchiveWalk::Members::readMember(std::uint64_t size) 
     bytes->resize(start);
     bytes->append(static_cast<const char*>(piece), length);
   }
-  if (bytes && bytes->size() < size) bytes->resize(size);
+  if (!bytes) return bytes;
+  if (bytes->size() < size) bytes->resize(size);
+  made_ += static_cast<la_int64_t>(bytes->size());
+  if (swells()) ended_ = true;
   return bytes;
 }
 
@@ -255,6 +277,7 @@ PassedOver ArchiveWalk::passedOver() const {
 }
 
 std::optional<Candidate> ArchiveWalk::next() {
+  const CLocale locale;
   for (;;) {
     if (members_) {
       if (std::optional<Candidate> member = members_->next(passed_)) return member;

@@ -94,8 +94,10 @@ class DocumentJobs {
     std::optional<Result> result;
   };
 
+  /// A name in an archive can be as long as a document.
   static std::size_t carriedBy(const Candidate& candidate) {
-    return candidate.bytes ? candidate.bytes->size() : 0;
+    return candidate.path.size() + (candidate.member ? candidate.member->size() : 0) +
+           (candidate.bytes ? candidate.bytes->size() : 0);
   }
 
   // --- The caller's thread. It alone adds and removes tasks, and may count them without a lock ---

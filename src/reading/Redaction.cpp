@@ -1,7 +1,7 @@
 #include "reading/Redaction.h"
 
 #include <algorithm>
-#include <functional>
+#include <cstring>
 
 #include "reading/Readable.h"
 
@@ -12,45 +12,55 @@ constexpr std::string_view hiddenFields[] = {"ID", "SN"};
 constexpr std::string_view replacement = "[redacted]";
 constexpr std::size_t shortestSecret = 4;
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+/// ASCII letters in lower case.
+std::string lowered(std::string_view text) {
+  std::string small(text);
+  for (char& c : small) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return small;
 }
 
 std::string_view withoutBraces(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  text = text.substr(first, text.find_last_not_of(blanks) - first + 1);
   const bool braces = text.size() > 2 && text.front() == '{' && text.back() == '}';
   return braces ? text.substr(1, text.size() - 2) : text;
 }
 
+/// Takes time proportional to the text's length, whatever the two texts are: `memmem` promises
+/// that.
 void replaceAll(std::string& text, std::string_view secret) {
-  const std::boyer_moore_horspool_searcher searcher(
-      secret.begin(), secret.end(), [](char c) { return lower(c); },
-      [](char a, char b) { return lower(a) == lower(b); });
+  const std::string haystack = lowered(text);
+  const std::string needle = lowered(secret);
   std::string out;
-  auto from = text.cbegin();
-  for (;;) {
-    const auto [first, last] = searcher(from, text.cend());
-    if (first == text.cend()) break;
-    out.append(from, first);
+  std::size_t from = 0;
+  while (const void* const place =
+             memmem(haystack.data() + from, haystack.size() - from, needle.data(), needle.size())) {
+    const auto at = static_cast<std::size_t>(static_cast<const char*>(place) - haystack.data());
+    out.append(text, from, at - from);
     out += replacement;
-    from = last;
+    from = at + needle.size();
   }
-  if (from == text.cbegin()) return;
-  out.append(from, text.cend());
+  if (from == 0) return;
+  out.append(text, from, std::string::npos);
   text = std::move(out);
 }
-
-}  // namespace
-
-namespace {
 
 bool hasField(const receiver::Document& document, std::string_view name) {
   return std::ranges::find(document.fields, name, &receiver::Field::name) != document.fields.end();
 }
 
-/// Whether each value to be hidden was found.
-bool isKnown(const receiver::Document& document) {
+/// Whether each value to be hidden was found. An empty one in a document whose form is broken may
+/// not be the only one.
+bool isKnown(const receiver::Document& document, bool isWhole) {
   const bool older = document.layout == receiver::Layout::printerOlderTag;
-  return hasField(document, "ID") && (!older || hasField(document, "SN"));
+  return std::ranges::all_of(hiddenFields, [&](std::string_view name) {
+    if (name == "SN" && !older) return true;
+    return isWhole ? hasField(document, name) : !document.value(name).empty();
+  });
 }
 
 }  // namespace
@@ -58,7 +68,7 @@ bool isKnown(const receiver::Document& document) {
 Redaction::Redaction(const receiver::Report& report) : on_(true) {
   const receiver::Document* const document = readable(report);
   if (document == nullptr) return;
-  known_ = isKnown(*document);
+  known_ = isKnown(*document, report.document.has_value());
   for (const std::string_view name : hiddenFields) {
     const std::string_view secret = withoutBraces(document->value(name));
     if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);

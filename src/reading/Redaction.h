@@ -11,8 +11,8 @@
 namespace wenlolib {
 
 /// Takes the installation identifier and the serial number out of whatever is shown of a document.
-/// They also turn up in file names, device identifiers and contents, in capitals or not, and the
-/// identifier without its braces.
+/// They also turn up in file names, device identifiers and contents, in capitals or not (A to Z),
+/// and the identifier without its braces.
 class Redaction {
  public:
   /// Leaves everything as it is.

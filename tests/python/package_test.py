@@ -102,10 +102,12 @@ class PackageTest(rows_test.RowsTest):
         self.check_types([row])
         return row, rows.complaint
 
-    def child(self, code, *arguments, output=b"", **options):
+    def child(self, code, *arguments, output=b"", locpath=None, **options):
         """Runs code in a process of its own. It must end by itself and print just this."""
         start = "import gc, os, random, signal, sys, threading, time\nimport wenlolib\n"
         environment = dict(os.environ, PYTHONPATH=PACKAGE, PYTHONDONTWRITEBYTECODE="1")
+        if locpath:
+            environment["LOCPATH"] = locpath
         result = subprocess.run([sys.executable, "-X", "faulthandler", "-c", start + textwrap.dedent(code), *arguments],
                                 capture_output=True, timeout=PATIENCE, env=environment, **options)  # fmt: skip
         self.assertEqual((result.returncode, result.stdout, result.stderr), (0, output, b""))
@@ -676,6 +678,46 @@ class RowsObjectTest(PackageTest):
             thread.join(60)
             assert [row.fault for row in found] == ["foreign"], found
             """, pipe)  # fmt: skip
+
+    def test_rows_cannot_be_copied(self):
+        self.child("""
+            import copy, pickle
+            rows = wenlolib.rows(sys.argv[1])
+            for copied in (copy.copy, copy.deepcopy, pickle.dumps):
+                try:
+                    copied(rows)
+                    os._exit(2)
+                except TypeError:
+                    pass
+            assert len(list(rows)) == int(sys.argv[2])
+            """, golden.golden, str(len(self.all)))  # fmt: skip
+
+    def test_a_length_that_is_not_true(self):
+        self.child("""
+            class Bytes(bytes):
+                def __len__(self):
+                    return 10**9
+
+            assert wenlolib.examine(Bytes(b"<a/>")) == wenlolib.examine(b"<a/>")
+            """)
+
+    def test_names_do_not_depend_on_the_locale(self):
+        """A program may choose one in which the bytes of a name mean other characters."""
+        made = subprocess.run(["localedef", "-i", "de_DE", "-f", "ISO-8859-1", self.path("de_DE.ISO-8859-1")],
+                              capture_output=True)
+        if made.returncode > 1 or not os.path.exists(self.path("de_DE.ISO-8859-1")):
+            self.skipTest("there are no definitions of locales here (locales)")
+        members = [("\u00e9_1.PLM".encode(), b""), ("\u8cc7_2.PLM".encode(), b"x")]
+        tars = [self.write(form + ".tar", rows_test.tar_of(members, form)) for form in rows_test.FORMATS]
+        self.child("""
+            import locale
+            before = [(row.member, row.name, row.number) for row in wenlolib.rows(sys.argv[1:])]
+            locale.setlocale(locale.LC_ALL, "de_DE.ISO-8859-1")
+            after = [(row.member, row.name, row.number) for row in wenlolib.rows(sys.argv[1:])]
+            assert after == before, (before, after)
+            assert before == 3 * [("\u00e9_1.PLM", "\u00e9", 1), ("\u8cc7_2.PLM", "\u8cc7", 2)], before
+            assert locale.localeconv()["decimal_point"] == ","
+            """, *tars, locpath=self.path(""))
 
     def test_a_signal_handler_closes_what_it_interrupts(self):
         self.child("""

@@ -1,5 +1,6 @@
 // The C functions that read documents.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -276,6 +277,29 @@ TEST_F(RowsInC, WrongArgumentsAndNull) {
   EXPECT_EQ(wenlolib_column_type(0), WENLOLIB_INTEGER);
   EXPECT_EQ(wenlolib_column_name(columns), nullptr);
   EXPECT_EQ(wenlolib_column_type(columns), WENLOLIB_NULL);
+}
+
+TEST_F(RowsInC, AProcessThatIsForkedOffCannotUseThem) {
+  const char* const paths[] = {folder.c_str()};
+  for (const int jobs : {1, 3}) {
+    wenlolib_rows* rows = nullptr;
+    const wenlolib_cell* cells = nullptr;
+    ASSERT_EQ(wenlolib_rows_open(paths, 1, jobs, 0, &rows), WENLOLIB_OK);
+    ASSERT_EQ(wenlolib_rows_next(rows, &cells), WENLOLIB_OK);
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(60);  // ends the process
+      const int answer = wenlolib_rows_next(rows, &cells);
+      wenlolib_rows_free(rows);
+      _exit(answer == WENLOLIB_WRONG_ARGUMENT && cells == nullptr ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    ASSERT_EQ(wenlolib_rows_next(rows, &cells), WENLOLIB_OK);
+    EXPECT_EQ(text(cells, "fault"), "foreign");
+    wenlolib_rows_free(rows);
+  }
 }
 
 TEST_F(RowsInC, ThreadsLeaveTheProgramsSignalsAlone) {

@@ -428,6 +428,25 @@ class MeaningTest(RowsTest):
                     self.assertNotIn("qx200-0004711", hidden)
                     self.assertNotIn(bare.lower(), hidden)
 
+    def test_redaction_takes_time_in_proportion_to_the_text(self):
+        """A search that starts anew at each byte would take hours."""
+        half = 1 << 20
+        document = printer_document(DATE, "x", device="a" * 2 * half, serial="b" + "a" * half)
+        row = self.row("--redact", self.write("a_1.PLM", document))
+        self.assertEqual((row["trusted"], row["device_id"]), (True, "a" * 2 * half))
+
+    def test_redaction_where_a_value_is_empty_or_has_blanks_around_it(self):
+        plain = IDENTIFIER.strip("{}")
+        document = printer_document(DATE, "x", device=f"a {plain} b", identifier=f" {IDENTIFIER}\t")
+        row = self.row("--redact", self.write("a_1.PLM", document))
+        self.assertEqual((row["trusted"], row["device_id"]), (True, "a [redacted] b"))
+        twice = printer_document(DATE, "x", device="MDL;QX200-4712").replace(
+            b"<SN>QX200-0004711</SN>", b"<SN></SN><SN>QX200-4712</SN>")
+        row = self.row("--redact", self.write("b_1.PLM", twice), status=1)
+        self.assertEqual((row["fault"], row["device_id"], row["layout"]), ("damaged", None, None))
+        empty = printer_document(DATE, "x", serial="")  # nothing is wrong with this one
+        self.assertIsNotNone(self.row("--redact", self.write("c_1.PLM", empty))["device_id"])
+
     def test_redaction_that_splits_a_character(self):
         whole = application_document(DATE, "\u00e9abc def")
         path = self.write("a.ALM", whole.replace(IDENTIFIER.encode(), b"\xa9abc"))
@@ -704,6 +723,14 @@ class CollectTest(RowsTest):
         self.assertEqual(child.returncode, -signal.SIGINT)
         self.assertRegex(errors, rb"^wenlolib collect: interrupted after [\d,]+ documents\n$")
         self.check_after_a_crash(count, folder)
+
+    def test_any_name_is_a_file(self):
+        count, folder = self.several(8), self.path("in")
+        for name in (":memory:", "file:x.db", "file:x.db?mode=memory"):
+            for _ in range(2):
+                run("collect", folder, "--into", name, cwd=self.folder)
+            self.database = self.path(name)
+            self.check_whole(count)
 
     def test_two_at_once(self):
         count, folder = self.several(8000), self.path("in")
@@ -996,6 +1023,14 @@ class BadInputTest(RowsTest):
         expected = bytes(10) + b"<a>" + bytes(3987) + b"<b>" + bytes(997)
         self.assertEqual(rows[0]["sha256"], hashlib.sha256(expected).hexdigest())
 
+    def test_members_with_holes_that_are_small_one_by_one(self):
+        """Each fits; together they would unpack to far more than the archive has."""
+        one = self.sparse(64 << 20).rstrip(b"\0")
+        one += bytes(-len(one) % 512)
+        rows = self.rows("-", input=one * 30, status=3, message="it unpacks to more than 200 times its size")
+        self.assertEqual(rows[-1]["fault"], "unreadable")
+        self.assertLess(len(rows), 2 * 20)
+
     def test_a_member_that_is_declared_larger_than_the_archive(self):
         header = bytearray(self.tar[3072:3584])
         header[124:136] = b"%011o\0" % (8 << 30) if (8 << 30) < 8**11 else b"77777777777\0"
@@ -1079,6 +1114,21 @@ class BadInputTest(RowsTest):
         for call in (["rows", "-"], ["rows", "--jobs", "3", "-"]):
             few, many = (self.peak(count, *call) for count in (10000, 200000))
             self.assertLess(many - few, 3 << 10, call)
+
+    def test_memory_is_bounded_if_names_are_long(self):
+        if is_instrumented():
+            self.skipTest("the address sanitizer keeps what was freed")
+        one = tar_of([(b"x" * 500_000 + b"_1.PLM", b"")]).rstrip(b"\0")
+        one += bytes(-len(one) % 512 + 512)
+        with subprocess.Popen([COMMAND, "rows", "--jobs", "8", "-"], stdin=subprocess.PIPE,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as child:  # fmt: skip
+            for _ in range(800):
+                child.stdin.write(one)
+            child.stdin.close()
+            _, status, usage = os.wait4(child.pid, 0)
+            child.returncode = os.waitstatus_to_exitcode(status)
+        self.assertEqual(child.returncode, 1)  # the documents are empty
+        self.assertLess(usage.ru_maxrss, 250 << 10)
 
     def peak(self, count, *call):
         """The most memory, in KiB, by the time that this many documents were read."""

@@ -92,7 +92,9 @@ void makeFile(const std::string& path) {
 Database::Database(const std::string& path, bool make) {
   if (make) makeFile(path);
   sqlite3* connection = nullptr;
-  const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+  // To SQLite, ":memory:" is not a file, and neither is "".
+  const std::string file = path.starts_with('/') ? path : "./" + path;
+  const int result = sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
   connection_.reset(connection);
   if (result != SQLITE_OK) {
     throw DatabaseError(connection == nullptr ? "no memory" : sqlite3_errmsg(connection));

@@ -28,7 +28,8 @@ std::string passedOverText(const PassedOver& passed) {
 }
 
 static std::size_t heldBy(const Answer& answer) {
-  return answer.output.size() + answer.madeBytes;
+  return answer.output.size() + answer.complaint.size() + answer.path.size() +
+         (answer.member ? answer.member->size() : 0) + answer.madeBytes;
 }
 
 namespace {
