@@ -17,6 +17,12 @@ add_test(NAME tools.corpus_agreement
   COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/receiver/corpus_agreement.py
     $<TARGET_FILE:verdicts>)
 
+add_executable(rows_in_c reading/rows_in_c.c)
+target_link_libraries(rows_in_c PRIVATE wenlolib_receiver_shared wenlolib_warnings)
+add_test(NAME tools.rows_in_c
+  COMMAND ${PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/reading/rows_in_c_test.py $<TARGET_FILE:rows_in_c>
+    $<TARGET_FILE:wenlolib>)
+
 # What several threads do at once, by itself: for the thread sanitizer.
 set(threaded_tools src/reading/Archive src/reading/DocumentFiles src/reading/InputFile
   tools/documents/DocumentCount tools/documents/Jobs tools/documents/PathList tools/terminal/Format
