@@ -21,11 +21,14 @@ std::string lowered(std::string_view text) {
   return small;
 }
 
-std::string_view withoutBraces(std::string_view text) {
+std::string_view withoutBlanks(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\n";
   const std::size_t first = text.find_first_not_of(blanks);
   if (first == std::string_view::npos) return {};
-  text = text.substr(first, text.find_last_not_of(blanks) - first + 1);
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::string_view withoutBraces(std::string_view text) {
   const bool braces = text.size() > 2 && text.front() == '{' && text.back() == '}';
   return braces ? text.substr(1, text.size() - 2) : text;
 }
@@ -70,8 +73,11 @@ Redaction::Redaction(const receiver::Report& report) : on_(true) {
   if (document == nullptr) return;
   known_ = isKnown(*document, report.document.has_value());
   for (const std::string_view name : hiddenFields) {
-    const std::string_view secret = withoutBraces(document->value(name));
-    if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);
+    const std::string_view value = document->value(name);
+    for (const std::string_view secret :
+         {withoutBraces(value), withoutBraces(withoutBlanks(value))}) {
+      if (secret.size() >= shortestSecret) secrets_.emplace_back(secret);
+    }
   }
   sortSecrets();
 }

@@ -440,6 +440,9 @@ class MeaningTest(RowsTest):
         document = printer_document(DATE, "x", device=f"a {plain} b", identifier=f" {IDENTIFIER}\t")
         row = self.row("--redact", self.write("a_1.PLM", document))
         self.assertEqual((row["trusted"], row["device_id"]), (True, "a [redacted] b"))
+        short = printer_document(DATE, "x", device="  a\tb\n", serial="  a\tb\n")
+        row = self.row("--redact", self.write("d_1.PLM", short))
+        self.assertEqual(row["device_id"], "[redacted]")
         twice = printer_document(DATE, "x", device="MDL;QX200-4712").replace(
             b"<SN>QX200-0004711</SN>", b"<SN></SN><SN>QX200-4712</SN>")
         row = self.row("--redact", self.write("b_1.PLM", twice), status=1)
