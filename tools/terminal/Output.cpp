@@ -132,7 +132,8 @@ void Progress::restore() {
 }
 
 std::string Progress::reached() const {
-  const std::optional<std::uint64_t> total = on_ ? total_() : std::nullopt;
+  // Counting does not begin now that the run ends.
+  const std::optional<std::uint64_t> total = line_.empty() ? std::nullopt : total_();
   if (!total || *total < documents_) return countText(documents_, "document");
   return groupDigits(documents_) + " of " + countText(*total, "document");
 }
