@@ -15,6 +15,7 @@
 #include "terminal/Interrupt.h"
 
 namespace wenlolib::tools {
+
 std::string passedOverText(const PassedOver& passed) {
   std::string text;
   const auto add = [&](std::uint64_t count, std::string_view noun, std::string_view reason) {
